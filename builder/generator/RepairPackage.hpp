@@ -1,0 +1,16 @@
+#pragma once
+
+// AI-Repair: all issues, the sources that they name, and a guide for whoever mends the game.
+
+#include <filesystem>
+
+#include "analysis/ProjectAnalysis.hpp"
+#include "reader/ProjectScan.hpp"
+
+namespace tindrel {
+
+// Throws ("create_directories", "copy_file", "exists", "write").
+void writeRepairPackage(const ProjectScan& project, const ProjectAnalysis& analysis,
+                        const std::filesystem::path& outputFolder);
+
+}  // namespace tindrel

@@ -1,0 +1,25 @@
+#pragma once
+
+// The runtime's source, which the builder carries and writes unchanged into every port.
+
+#include <filesystem>
+#include <span>
+#include <string_view>
+
+namespace tindrel {
+
+struct EmbeddedFile {
+    std::string_view path;  // relative to the port's root, forward slashes
+    std::string_view content;
+};
+
+// All carried files in the order of writing.
+[[nodiscard]] std::span<const EmbeddedFile> runtimeFiles();
+
+// The carried table schema, GeneratedCharacters.hpp or GeneratedStages.hpp; empty for other names.
+[[nodiscard]] std::string_view schemaHeader(std::string_view name);
+
+// Throws ("create_directories", "write").
+void writeRuntime(const std::filesystem::path& outputFolder);
+
+}  // namespace tindrel

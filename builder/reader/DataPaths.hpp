@@ -1,0 +1,62 @@
+#pragma once
+
+// Paths as game text writes them, and the files on disk that they mean.
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tindrel {
+
+// The path relative to the data folder: forward slashes, no leading "./", one leading "data/" in
+// any case removed, lexically normal, case kept. Pure text.
+[[nodiscard]] std::string normalizeDataPath(std::string_view text);
+
+// False for a path that is empty, absolute, rooted (a drive letter included, on every system) or
+// holds an element "..".
+[[nodiscard]] bool isSafeRelativePath(const std::filesystem::path& path);
+
+// True when `path` is `root` or lies below it, by path elements of the canonical forms.
+[[nodiscard]] bool isInsideRoot(const std::filesystem::path& root,
+                                const std::filesystem::path& path);
+
+// The same test under the name that tells its use: an output folder or a PAK target.
+[[nodiscard]] inline bool isInsideDataFolder(const std::filesystem::path& dataDir,
+                                             const std::filesystem::path& candidate) {
+    return isInsideRoot(dataDir, candidate);
+}
+
+// The path in UTF-8 with the system's own separators, for a person to read.
+[[nodiscard]] std::string displayPath(const std::filesystem::path& path);
+
+// Finds files below one folder without regard to case. Lists a directory at most once, and only
+// when an exact spelling is not there. Not for a folder that changes meanwhile.
+class PathResolver {
+  public:
+    explicit PathResolver(std::filesystem::path root);
+
+    // The file that `text` means: the best spelling that is on disk, the tail as written where it
+    // is not. Empty when the path is unsafe, or ambiguous on a file system that keeps case.
+    [[nodiscard]] const std::filesystem::path& resolve(std::string_view text);
+
+    [[nodiscard]] const std::filesystem::path& root() const { return root_; }
+
+  private:
+    using Listing = std::unordered_multimap<std::string, std::filesystem::path>;
+
+    [[nodiscard]] std::filesystem::path resolveUncached(std::string_view text);
+    [[nodiscard]] const Listing& list(const std::filesystem::path& folder);
+
+    std::filesystem::path root_;
+    std::unordered_map<std::string, std::filesystem::path> resolved_;
+    std::map<std::filesystem::path, Listing> listings_;
+};
+
+// One resolution without a cache.
+[[nodiscard]] std::filesystem::path resolveDataPath(const std::filesystem::path& root,
+                                                    std::string_view text);
+
+}  // namespace tindrel

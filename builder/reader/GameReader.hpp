@@ -1,0 +1,55 @@
+#pragma once
+
+// One game's data folder as the passes of a run read it: every path is resolved once, every text
+// file is read once, and models and stages are parsed once.
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reader/DataPaths.hpp"
+#include "reader/ModelDef.hpp"
+#include "reader/StageDef.hpp"
+#include "reader/TextLines.hpp"
+
+namespace tindrel {
+
+class GameReader {
+  public:
+    // `dataDir` is what is searched; `projectRoot` is the base of the records' source paths.
+    GameReader(std::filesystem::path dataDir, std::filesystem::path projectRoot);
+
+    [[nodiscard]] const std::filesystem::path& dataDir() const { return resolver_.root(); }
+    [[nodiscard]] const std::filesystem::path& projectRoot() const { return projectRoot_; }
+
+    // The file that a path of the game's text means; empty when unsafe or ambiguous.
+    [[nodiscard]] const std::filesystem::path& resolve(std::string_view text) {
+        return resolver_.resolve(text);
+    }
+
+    // `path` relative to the project root, generic UTF-8; the path itself where that fails.
+    [[nodiscard]] std::string relativeToProject(const std::filesystem::path& path) const;
+
+    // The file's lines; the reference holds until release(path).
+    [[nodiscard]] const TextFile& lines(const std::filesystem::path& path);
+    // Frees the lines of a file that no later pass wants.
+    void release(const std::filesystem::path& path);
+
+    // All models in registry order, and all stages in the order of sets and "file" lines. Read at
+    // the first call; throw ("exists", "status") for a file-system error other than absence.
+    [[nodiscard]] const std::vector<ModelDef>& models();
+    [[nodiscard]] const std::vector<StageDef>& stages();
+
+  private:
+    PathResolver resolver_;
+    std::filesystem::path projectRoot_;
+    std::filesystem::path canonicalRoot_;
+    std::map<std::filesystem::path, TextFile> files_;
+    std::optional<std::vector<ModelDef>> models_;
+    std::optional<std::vector<StageDef>> stages_;
+};
+
+}  // namespace tindrel

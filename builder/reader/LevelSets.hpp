@@ -1,0 +1,23 @@
+#pragma once
+
+// levels.txt: which stages make up the game, in which order, with which scenes between them.
+
+#include <string>
+#include <vector>
+
+#include "reader/GameReader.hpp"
+#include "reader/StageDef.hpp"
+
+namespace tindrel {
+
+[[nodiscard]] std::vector<LevelSetDef> readLevelSets(const TextFile& file);
+
+// Every stage that levels.txt lists and the disk holds, in order. Throws ("exists") for a
+// file-system error other than absence.
+[[nodiscard]] std::vector<StageDef> readStages(GameReader& game);
+
+// The pictures and music of a list of scene files, which are data paths; a missing one is skipped.
+void readScenes(GameReader& game, const std::vector<std::string>& sceneFiles,
+                std::vector<CutsceneAnimationDef>& animations, std::string& music, bool& musicLoop);
+
+}  // namespace tindrel

@@ -1,0 +1,24 @@
+#pragma once
+
+// models.txt and the entity files that it names.
+
+#include <filesystem>
+#include <vector>
+
+#include "reader/GameReader.hpp"
+#include "reader/ModelDef.hpp"
+
+namespace tindrel {
+
+// The models in registry order; those of every text file with an animation where there is no
+// usable registry. Throws ("status") for a file-system error other than absence.
+[[nodiscard]] std::vector<ModelDef> readModels(GameReader& game);
+
+// One entity file, with `modelName` left empty. An unreadable file gives a model without
+// animations.
+[[nodiscard]] ModelDef readModelFile(GameReader& game, const std::filesystem::path& path);
+
+// The same from the file's lines; `sourceFile` stays empty, and an empty `name` becomes `stem`.
+[[nodiscard]] ModelDef parseModel(const TextFile& file, std::string_view stem);
+
+}  // namespace tindrel

@@ -1,0 +1,177 @@
+#include "reader/TextLines.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <utility>
+
+#include "PathEncoding.hpp"
+#include "reader/Tokens.hpp"
+
+namespace tindrel {
+namespace {
+
+std::string_view trim(std::string_view text) {
+    while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+bool isLowerCase(std::string_view word) {
+    return std::none_of(word.begin(), word.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
+// Cuts the first run of bytes up to white space off `rest`, which must begin with none.
+std::string_view takeWord(std::string_view& rest) {
+    std::size_t length = 0;
+    while (length < rest.size() && !isSpace(rest[length])) ++length;
+    const std::string_view word = rest.substr(0, length);
+    while (length < rest.size() && isSpace(rest[length])) ++length;
+    rest.remove_prefix(length);
+    return word;
+}
+
+}  // namespace
+
+class TextLineParser {
+  public:
+    TextLineParser(TextFile& file, std::string content) : file_(file) {
+        content_ = keep(std::move(content));
+    }
+
+    void parse() {
+        // Token views move while their vector grows, so lines hold counts until the end.
+        std::string_view rest = content_;
+        while (!rest.empty()) {
+            const std::size_t feed = rest.find('\n');
+            parsePhysicalLine(rest.substr(0, feed));
+            rest.remove_prefix(feed == std::string_view::npos ? rest.size() : feed + 1);
+        }
+        closeBlock();
+        std::size_t first = 0;
+        for (std::size_t i = 0; i < file_.lines_.size(); ++i) {
+            file_.lines_[i].args = std::span(file_.tokens_).subspan(first, tokenCounts_[i]);
+            first += tokenCounts_[i];
+        }
+    }
+
+  private:
+    std::string_view keep(std::string text) { return file_.texts_.emplace_back(std::move(text)); }
+
+    void parsePhysicalLine(std::string_view raw) {
+        ++lineNumber_;
+        // Each line is decoded for itself: one file may hold UTF-8 and Windows-1252 lines.
+        if (!PathEncoding::validUtf8(raw)) raw = keep(PathEncoding::text(raw));
+        if (lineNumber_ == 1 && raw.substr(0, 3) == "\xEF\xBB\xBF") raw.remove_prefix(3);
+        if (!raw.empty() && raw.back() == '\r') raw.remove_suffix(1);
+        const std::string_view trimmed = trim(raw);
+        if (trimmed.empty() || trimmed.substr(0, 2) == "//") return;
+
+        std::string_view rest = trimmed;
+        std::string_view word = takeWord(rest);
+        if (inBlock_ && !equalsFolded(word, "@end_script")) {
+            block_.append(raw).push_back('\n');
+            return;
+        }
+        if (equalsFolded(word, "@end_script")) {
+            closeBlock();
+        } else if (equalsFolded(word, "@script")) {
+            inBlock_ = true;
+            blockLine_ = file_.lines_.size();
+        } else if (equalsFolded(word, "@cmd")) {
+            appendLine(word);
+            splitAnimationCommand(trimmed.substr(word.size()));
+            return;
+        }
+        const std::size_t comment = trimmed.find('#');
+        if (comment != std::string_view::npos) {
+            rest = trim(trimmed.substr(0, comment));
+            if (rest.empty()) return;
+            word = takeWord(rest);
+        }
+        appendLine(word);
+        while (!rest.empty()) appendToken(takeWord(rest));
+    }
+
+    void appendLine(std::string_view command) {
+        const std::string_view key = isLowerCase(command) ? command : keep(toLower(command));
+        file_.lines_.push_back({command, key, {}, lineNumber_, {}});
+        tokenCounts_.push_back(0);
+    }
+
+    void appendToken(std::string_view token) {
+        file_.tokens_.push_back(token);
+        ++tokenCounts_.back();
+    }
+
+    // Splits on white space outside quotes and parentheses; quote marks stay in the token. '#'
+    // outside both begins a comment.
+    void splitAnimationCommand(std::string_view tail) {
+        char quote = 0;
+        std::uint32_t depth = 0;  // unsigned on purpose: a stray ')' wraps and ends the splitting
+        std::size_t start = 0;
+        std::size_t i = 0;
+        const auto close = [&](std::size_t end) {
+            if (end > start) appendToken(tail.substr(start, end - start));
+        };
+        for (; i < tail.size(); ++i) {
+            const char c = tail[i];
+            if (quote != 0) {
+                if (c == '\\' && i + 1 < tail.size()) {
+                    ++i;
+                } else if (c == quote) {
+                    quote = 0;
+                }
+                continue;
+            }
+            if (c == '\'' || c == '"') {
+                quote = c;
+                continue;
+            }
+            if (c == '#' && depth == 0) break;
+            if (c == '(') ++depth;
+            if (c == ')') --depth;
+            if (depth == 0 && isSpace(c)) {
+                close(i);
+                start = i + 1;
+            }
+        }
+        close(i);
+    }
+
+    void closeBlock() {
+        if (!inBlock_) return;
+        inBlock_ = false;
+        file_.lines_[blockLine_].text = keep(std::exchange(block_, {}));
+    }
+
+    TextFile& file_;
+    std::string_view content_;
+    std::vector<std::size_t> tokenCounts_;
+    std::uint64_t lineNumber_ = 0;
+    bool inBlock_ = false;
+    std::size_t blockLine_ = 0;
+    std::string block_;
+};
+
+TextFile::TextFile(std::string content) {
+    TextLineParser(*this, std::move(content)).parse();
+}
+
+std::string readFileBytes(const std::filesystem::path& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return {};
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    if (error || size > kMaxTextFileBytes) return {};
+    std::ifstream in(path, std::ios::binary);
+    std::string content(static_cast<std::size_t>(size), '\0');
+    in.read(content.data(), static_cast<std::streamsize>(content.size()));
+    content.resize(static_cast<std::size_t>(std::max<std::streamsize>(in.gcount(), 0)));
+    return content;
+}
+
+TextFile readTextLines(const std::filesystem::path& path) {
+    return TextFile(readFileBytes(path));
+}
+
+}  // namespace tindrel

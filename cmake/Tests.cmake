@@ -1,0 +1,11 @@
+# tindrel_test(<name> SOURCES <file>... LINK <library>...)
+# One GoogleTest program for a folder of tests/; each of its cases becomes a CTest case.
+# TINDREL_SOURCE_DIR and TINDREL_TEST_DATA name folders that a test may read.
+function(tindrel_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE TINDREL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ${arg_LINK} GTest::gtest_main tindrel_warnings)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+endfunction()

@@ -1,0 +1,16 @@
+# Warnings are errors for everything that this project compiles itself.
+add_library(tindrel_warnings INTERFACE)
+if(MSVC)
+  target_compile_options(tindrel_warnings INTERFACE /W4 /WX /utf-8 /permissive-)
+else()
+  target_compile_options(tindrel_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
+endif()
+
+# tindrel_library(<name> SOURCES <file>... LINK <library>...)
+# One library a folder of builder/; headers are included as "folder/Name.hpp".
+function(tindrel_library name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/builder)
+  target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE tindrel_warnings)
+endfunction()
