@@ -1,0 +1,12 @@
+# The sample becomes a port that compiles and passes its own diagnosis.
+include(${CMAKE_CURRENT_LIST_DIR}/Run.cmake)
+file(REMOVE_RECURSE ${WORK})
+run(0 ${BUILDER} build ${SAMPLE} ${WORK}/port)
+if(NOT output MATCHES "NATIVE BUILD SUCCESS")
+  message(FATAL_ERROR "No success line in\n${output}")
+endif()
+run(0 ${WORK}/port/OpenBOR-Port --diagnose)
+file(READ ${WORK}/port/runtime-startup.log log)
+if(NOT log MATCHES "DIAGNOSE OK")
+  message(FATAL_ERROR "No diagnosis in\n${log}")
+endif()

@@ -1,0 +1,22 @@
+# One game as a folder, converted twice, and as a PAK gives the same port; a second conversion into
+# the same folder changes nothing.
+include(${CMAKE_CURRENT_LIST_DIR}/Run.cmake)
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+run(0 ${MAKE_PAK} ${SAMPLE} ${WORK}/sample.pak)
+run(0 ${BUILDER} convert ${SAMPLE} ${WORK}/first)
+run(0 ${BUILDER} convert ${SAMPLE} ${WORK}/second)
+run(0 ${BUILDER} convert ${SAMPLE} ${WORK}/second)
+run(0 ${BUILDER} convert ${WORK}/sample.pak ${WORK}/pak)
+
+file(GLOB_RECURSE files RELATIVE ${WORK}/first ${WORK}/first/*)
+file(GLOB_RECURSE again RELATIVE ${WORK}/second ${WORK}/second/*)
+if(NOT files OR NOT files STREQUAL again)
+  message(FATAL_ERROR "The conversions hold different files")
+endif()
+foreach(file IN LISTS files)
+  expect_same(${WORK}/first/${file} ${WORK}/second/${file})
+endforeach()
+foreach(table GeneratedCharacters.cpp GeneratedStages.cpp)
+  expect_same(${WORK}/first/runtime/generated/${table} ${WORK}/pak/runtime/generated/${table})
+endforeach()
