@@ -7,13 +7,6 @@ namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
-// A name that no file can have means absence, as a name that no file does have.
-bool meansAbsent(const std::error_code& error) {
-    return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory ||
-           error == std::errc::filename_too_long || error == std::errc::invalid_argument ||
-           error == std::errc::too_many_symbolic_link_levels;
-}
-
 fs::file_type typeOf(const fs::path& path, const char* operation, bool followLinks) {
     // A NUL would cut the name short and ask about another file.
     if (path.native().find(fs::path::value_type{}) != fs::path::string_type::npos) {
@@ -22,7 +15,7 @@ fs::file_type typeOf(const fs::path& path, const char* operation, bool followLin
     std::error_code error;
     const fs::file_status status =
         followLinks ? fs::status(path, error) : fs::symlink_status(path, error);
-    if (status.type() == fs::file_type::not_found || (error && meansAbsent(error))) {
+    if (status.type() == fs::file_type::not_found || (error && isAbsence(error))) {
         return fs::file_type::not_found;
     }
     if (error) throw fs::filesystem_error(operation, path, error);
@@ -30,6 +23,12 @@ fs::file_type typeOf(const fs::path& path, const char* operation, bool followLin
 }
 
 }  // namespace
+
+bool isAbsence(const std::error_code& error) {
+    return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory ||
+           error == std::errc::filename_too_long || error == std::errc::invalid_argument ||
+           error == std::errc::too_many_symbolic_link_levels;
+}
 
 bool exists(const fs::path& path) {
     return typeOf(path, "exists", true) != fs::file_type::not_found;

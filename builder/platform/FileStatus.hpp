@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <system_error>
 
 namespace tindrel {
 
@@ -25,6 +26,9 @@ void createDirectories(const std::filesystem::path& path);
 
 // The weakly canonical form, or where that fails the lexically normal absolute form.
 [[nodiscard]] std::filesystem::path canonicalOrAbsolute(const std::filesystem::path& path);
+
+// True for the errors that mean "not there": a name that no file has, or that none can have.
+[[nodiscard]] bool isAbsence(const std::error_code& error);
 
 // True for the errors by which a full or read-only disk shows itself.
 [[nodiscard]] bool isDiskFailure(const std::error_code& error);

@@ -47,6 +47,8 @@ class GameReader {
     PathResolver resolver_;
     std::filesystem::path projectRoot_;
     std::filesystem::path canonicalRoot_;
+    // Canonical forms of the folders that relativeToProject has met.
+    mutable std::map<std::filesystem::path, std::filesystem::path> canonicalFolders_;
     std::map<std::filesystem::path, TextFile> files_;
     std::optional<std::vector<ModelDef>> models_;
     std::optional<std::vector<StageDef>> stages_;
