@@ -1,7 +1,7 @@
 #include "platform/FileStatus.hpp"
 
+#include <cerrno>
 #include <string>
-#include <system_error>
 
 namespace tindrel {
 namespace fs = std::filesystem;

@@ -13,9 +13,14 @@ namespace {
 
 constexpr std::string_view kDataPrefix = "data/";
 
-bool hasDriveLetter(std::string_view text) {
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    return text.size() >= 2 && text[1] == ':' && isLetter(text[0]);
+// No system opens a longer path; a hostile one would only cost time.
+constexpr std::size_t kMaxPathBytes = 32767;
+
+// Joined to a folder on Windows, an element "C:" would replace it.
+bool hasDriveLetter(const fs::path& element) {
+    const fs::path::string_type& name = element.native();
+    return name.size() >= 2 && name[1] == ':' &&
+           ((name[0] >= 'a' && name[0] <= 'z') || (name[0] >= 'A' && name[0] <= 'Z'));
 }
 
 }  // namespace
@@ -36,9 +41,9 @@ bool isSafeRelativePath(const fs::path& path) {
         return false;
     }
     if (path.native().find(fs::path::value_type{}) != fs::path::string_type::npos) return false;
-    if (hasDriveLetter(PathEncoding::utf8(*path.begin()))) return false;
-    return std::none_of(path.begin(), path.end(),
-                        [](const fs::path& element) { return element == ".."; });
+    return std::none_of(path.begin(), path.end(), [](const fs::path& element) {
+        return element == ".." || hasDriveLetter(element);
+    });
 }
 
 bool isInsideRoot(const fs::path& root, const fs::path& path) {
@@ -57,7 +62,9 @@ std::string displayPath(const fs::path& path) {
     return PathEncoding::text(std::string(native.begin(), native.end()));
 }
 
-PathResolver::PathResolver(fs::path root) : root_(std::move(root)) {}
+PathResolver::PathResolver(fs::path root) : root_(std::move(root)) {
+    folders_[{}] = {root_, true, isInsideRoot(root_, root_)};
+}
 
 const fs::path& PathResolver::resolve(std::string_view text) {
     const auto [entry, isNew] = resolved_.try_emplace(std::string(text));
@@ -66,26 +73,50 @@ const fs::path& PathResolver::resolve(std::string_view text) {
 }
 
 fs::path PathResolver::resolveUncached(std::string_view text) {
-    const fs::path relative = PathEncoding::path(normalizeDataPath(text));
-    if (!isSafeRelativePath(relative)) return {};
-    fs::path current = root_;
-    for (const fs::path& element : relative) {
-        fs::path candidate = current / element;
-        // An unreadable parent makes the question itself fail; the spelling as written stands then.
-        std::error_code error;
-        const bool known = fs::exists(candidate, error) && !error;
-        if (!known) {
-            const auto [first, last] =
-                list(current).equal_range(toLower(PathEncoding::utf8(element)));
-            if (first != last) {
-                if (std::next(first) != last) return {};
-                candidate = first->second;
-            }
-        }
-        current = std::move(candidate);
+    const std::string relative = normalizeDataPath(text);
+    if (relative.size() > kMaxPathBytes) return {};
+    if (!isSafeRelativePath(PathEncoding::path(relative))) return {};
+    const Place* folder = &folders_.at({});
+    std::string_view rest = relative;
+    for (auto slash = rest.find('/'); slash != std::string_view::npos && folder->known;
+         slash = rest.find('/')) {
+        const std::size_t prefix = relative.size() - rest.size() + slash;
+        const auto [entry, isNew] = folders_.try_emplace(relative.substr(0, prefix));
+        if (isNew) entry->second = step(*folder, rest.substr(0, slash));
+        folder = &entry->second;
+        rest.remove_prefix(slash + 1);
     }
-    current = current.lexically_normal();
-    return isInsideRoot(root_, current) ? current : fs::path{};
+    Place place = *folder;
+    if (folder->known) {
+        place = step(*folder, rest);
+    } else {
+        // Below what is not on disk the spelling stands as written.
+        place.path /= PathEncoding::path(rest);
+    }
+    return place.inside ? place.path.lexically_normal() : fs::path{};
+}
+
+PathResolver::Place PathResolver::step(const Place& folder, std::string_view element) {
+    Place place{folder.path / PathEncoding::path(element), true, folder.inside};
+    // An unreadable parent makes the question itself fail; the spelling as written stands then.
+    std::error_code error;
+    fs::file_type type = fs::symlink_status(place.path, error).type();
+    const bool isPlain = type == fs::file_type::regular || type == fs::file_type::directory;
+    if (!isPlain && (!fs::exists(place.path, error) || error)) {
+        const auto [first, last] = list(folder.path).equal_range(toLower(element));
+        const auto matches = std::distance(first, last);
+        place.known = matches == 1;
+        // Two spellings, none of them the one asked for: nobody can tell which is meant.
+        if (matches > 1) place.inside = false;
+        if (!place.known) return place;
+        place.path = first->second;
+        type = fs::symlink_status(place.path, error).type();
+    }
+    // Only a link can lead out of the folder that holds it.
+    if (type != fs::file_type::regular && type != fs::file_type::directory) {
+        place.inside = isInsideRoot(root_, place.path);
+    }
+    return place;
 }
 
 const PathResolver::Listing& PathResolver::list(const fs::path& folder) {

@@ -47,11 +47,20 @@ class PathResolver {
   private:
     using Listing = std::unordered_multimap<std::string, std::filesystem::path>;
 
+    // What one more element of a path leads to.
+    struct Place {
+        std::filesystem::path path;
+        bool known = false;   // on disk
+        bool inside = false;  // unambiguous, and canonically below the root
+    };
+
     [[nodiscard]] std::filesystem::path resolveUncached(std::string_view text);
+    [[nodiscard]] Place step(const Place& folder, std::string_view element);
     [[nodiscard]] const Listing& list(const std::filesystem::path& folder);
 
     std::filesystem::path root_;
     std::unordered_map<std::string, std::filesystem::path> resolved_;
+    std::unordered_map<std::string, Place> folders_;  // by their normalised spelling
     std::map<std::filesystem::path, Listing> listings_;
 };
 

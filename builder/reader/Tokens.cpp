@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 
 namespace tindrel {
@@ -76,7 +76,7 @@ float parseFloatOr(std::string_view token, float fallback) {
     std::string longToken;
     const char* text = shortToken.data();
     if (token.size() < shortToken.size()) {
-        std::memcpy(shortToken.data(), token.data(), token.size());
+        token.copy(shortToken.data(), token.size());
     } else {
         longToken.assign(token);
         text = longToken.c_str();
