@@ -11,6 +11,10 @@
 namespace tindrel {
 namespace {
 
+// Usual sizes, by which room is made beforehand.
+constexpr std::size_t kBytesPerLine = 16;
+constexpr std::size_t kBytesPerToken = 6;
+
 std::string_view trim(std::string_view text) {
     while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
     while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
@@ -19,6 +23,18 @@ std::string_view trim(std::string_view text) {
 
 bool isLowerCase(std::string_view word) {
     return std::none_of(word.begin(), word.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
+// Eight bytes at a time: nearly all of a game's text is ASCII.
+bool isAscii(std::string_view bytes) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    for (; bytes.size() >= sizeof kHighBits; bytes.remove_prefix(sizeof kHighBits)) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes.data(), sizeof word);
+        if ((word & kHighBits) != 0) return false;
+    }
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 // Cuts the first run of bytes up to white space off `rest`, which must begin with none.
@@ -37,6 +53,11 @@ class TextLineParser {
   public:
     TextLineParser(TextFile& file, std::string content) : file_(file) {
         content_ = keep(std::move(content));
+        // Valid as a whole means valid line by line, as no line feed is part of another character.
+        allUtf8_ = isAscii(content_) || PathEncoding::validUtf8(content_);
+        file_.lines_.reserve(content_.size() / kBytesPerLine);
+        file_.tokens_.reserve(content_.size() / kBytesPerToken);
+        tokenCounts_.reserve(content_.size() / kBytesPerLine);
     }
 
     void parse() {
@@ -61,7 +82,7 @@ class TextLineParser {
     void parsePhysicalLine(std::string_view raw) {
         ++lineNumber_;
         // Each line is decoded for itself: one file may hold UTF-8 and Windows-1252 lines.
-        if (!PathEncoding::validUtf8(raw)) raw = keep(PathEncoding::text(raw));
+        if (!allUtf8_ && !PathEncoding::validUtf8(raw)) raw = keep(PathEncoding::text(raw));
         if (lineNumber_ == 1 && raw.substr(0, 3) == "\xEF\xBB\xBF") raw.remove_prefix(3);
         if (!raw.empty() && raw.back() == '\r') raw.remove_suffix(1);
         const std::string_view trimmed = trim(raw);
@@ -147,6 +168,7 @@ class TextLineParser {
 
     TextFile& file_;
     std::string_view content_;
+    bool allUtf8_ = false;
     std::vector<std::size_t> tokenCounts_;
     std::uint64_t lineNumber_ = 0;
     bool inBlock_ = false;
