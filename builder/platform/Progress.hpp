@@ -27,6 +27,7 @@ class Progress {
     std::uint64_t total_;
     std::uint64_t done_ = 0;
     bool visible_;
+    bool drawn_ = false;
     std::chrono::steady_clock::time_point nextDraw_;
 };
 
