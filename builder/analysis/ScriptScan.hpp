@@ -3,28 +3,82 @@
 // A conservative screen of script sources: which functions a script calls that the port's script
 // machine does not know. It reads text and parses nothing, and errs toward reporting.
 
+#include <deque>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
+#include "analysis/IncludeGraph.hpp"
 #include "reader/GameReader.hpp"
+#include "reader/ProjectScan.hpp"
 
 namespace tindrel {
 
-// Scans one project; every file is read and scanned once, whatever includes it.
+// Scans one project. Every file is read and scanned once, whatever includes it.
 class ScriptScanner {
   public:
-    explicit ScriptScanner(GameReader& game) : game_(game) {}
+    ScriptScanner(GameReader& game, const ProjectScan& project);
 
-    // Distinct unsupported names and tags of `file` with everything that it includes, or of
-    // `inlineText` alone with the includes that it names as seen from `file`.
+    // The distinct unsupported names and tags of `file` with everything that it includes, or of
+    // `inlineText` with what that includes as seen from `file`: first what is wrong with includes,
+    // then the "bindentity" calls, then function names, each in the order of the text.
     [[nodiscard]] std::vector<std::string> scanScriptSource(
         const std::filesystem::path& file, std::optional<std::string_view> inlineText = {});
 
+    // How many parameters the function `lowerName` takes where `file` or what it includes defines
+    // it first; empty when none does.
+    [[nodiscard]] std::optional<std::size_t> parameterCount(const std::filesystem::path& file,
+                                                            std::string_view lowerName);
+
+    enum class Lookup { kFound, kMissing, kUnsafe };
+    // The script that `raw` names: below the data folder, else beside `current` (when given), else
+    // the one file of that base name. The rules are those of the port's script machine.
+    [[nodiscard]] Lookup findScript(std::string_view raw, const std::filesystem::path& current,
+                                    std::filesystem::path& found);
+
   private:
+    // Findings in the order of a report's sections.
+    enum class Section { kInclude, kBindentity, kCall };
+    struct Symbol {
+        std::string text;
+        Section section;
+    };
+    struct Signature {
+        SymbolId name;
+        std::size_t parameters;
+    };
+
+    [[nodiscard]] SymbolId intern(std::string_view text, Section section);
+    [[nodiscard]] FileId fileId(const std::filesystem::path& file);
+    void scanPending();
+    void scanText(FileId id, std::string_view text, const std::filesystem::path& file);
+    void prepareProject();
+    [[nodiscard]] bool reachesDepthLimit(FileId id);
+    [[nodiscard]] std::vector<std::string> report(FileId id);
+
     GameReader& game_;
+    const ProjectScan& project_;
+    bool prepared_ = false;
+
+    IncludeGraph graph_;
+    std::deque<std::filesystem::path> paths_;  // of each file; empty for inline text
+    std::vector<std::vector<Signature>> signatures_;
+    std::unordered_map<std::string, FileId> fileIds_;
+    std::vector<FileId> pending_;
+
+    std::deque<Symbol> symbols_;
+    std::unordered_map<std::string_view, SymbolId> symbolIds_;
+
+    // Answers for the project's own files, computed together.
+    std::vector<std::vector<SymbolId>> undefined_;
+    std::vector<int> heights_;
+    std::uint64_t walkBudget_;
+
+    std::unordered_map<std::string, std::vector<const std::filesystem::path*>> byBaseName_;
 };
 
 }  // namespace tindrel

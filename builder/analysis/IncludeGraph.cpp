@@ -1,0 +1,153 @@
+#include "analysis/IncludeGraph.hpp"
+
+#include <algorithm>
+#include <limits>
+
+namespace tindrel {
+namespace {
+
+constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
+
+struct Visit {
+    FileId file;
+    std::size_t next = 0;  // index of the include to look at
+};
+
+}  // namespace
+
+std::vector<FileId> IncludeGraph::walk(FileId root, std::uint64_t& budget) const {
+    std::vector<FileId> order{root};
+    // A file met again is gone into again only from a smaller depth: from the same or a greater one
+    // it shows nothing that it did not show before.
+    std::vector<int> depthOf(nodes_.size(), kIncludeDepthLimit);
+    depthOf[root] = 0;
+    std::vector<Visit> stack{{root}};
+    while (!stack.empty()) {
+        Visit& top = stack.back();
+        const std::vector<FileId>& includes = nodes_[top.file].includes;
+        if (top.next == includes.size()) {
+            stack.pop_back();
+            continue;
+        }
+        if (budget == 0) return {};
+        --budget;
+        const FileId file = includes[top.next++];
+        const int depth = static_cast<int>(stack.size());
+        if (depth < depthOf[file]) {
+            if (depthOf[file] == kIncludeDepthLimit) order.push_back(file);
+            depthOf[file] = depth;
+            stack.push_back({file});
+        }
+    }
+    return order;
+}
+
+// Tarjan's algorithm with a stack of its own.
+IncludeGraph::Groups IncludeGraph::groups() const {
+    Groups groups;
+    groups.of.assign(nodes_.size(), kNone);
+    std::vector<std::uint32_t> index(nodes_.size(), kNone);
+    std::vector<std::uint32_t> low(nodes_.size(), 0);
+    std::vector<FileId> open;
+    std::vector<Visit> stack;
+    std::uint32_t counter = 0;
+    const auto enter = [&](FileId file) {
+        index[file] = low[file] = counter++;
+        open.push_back(file);
+        stack.push_back({file});
+    };
+    for (FileId start = 0; start < nodes_.size(); ++start) {
+        if (index[start] == kNone) enter(start);
+        while (!stack.empty()) {
+            const FileId file = stack.back().file;
+            const std::vector<FileId>& includes = nodes_[file].includes;
+            if (stack.back().next < includes.size()) {
+                const FileId next = includes[stack.back().next++];
+                if (index[next] == kNone) {
+                    enter(next);
+                } else if (groups.of[next] == kNone) {
+                    low[file] = std::min(low[file], index[next]);
+                }
+                continue;
+            }
+            stack.pop_back();
+            if (!stack.empty()) {
+                low[stack.back().file] = std::min(low[stack.back().file], low[file]);
+            }
+            if (low[file] != index[file]) continue;
+            std::vector<FileId>& members = groups.members.emplace_back();
+            do {
+                members.push_back(open.back());
+                groups.of[open.back()] = static_cast<std::uint32_t>(groups.members.size() - 1);
+                open.pop_back();
+            } while (members.back() != file);
+        }
+    }
+    return groups;
+}
+
+std::vector<std::vector<SymbolId>> IncludeGraph::undefinedUses(SymbolId symbolCount) const {
+    // One word holds 64 symbols of a group; blocks of 64 are carried through the graph in turn, so
+    // that memory stays linear in the files.
+    constexpr SymbolId kBlock = 64;
+    struct Sets {
+        std::uint64_t uses = 0, definitions = 0;
+    };
+    const Groups groups = this->groups();
+    struct Mark {
+        FileId file;
+        SymbolId symbol;
+        bool use;
+    };
+    std::vector<std::vector<Mark>> marks((symbolCount + kBlock - 1) / kBlock);
+    for (FileId file = 0; file < nodes_.size(); ++file) {
+        for (const SymbolId s : nodes_[file].uses) marks[s / kBlock].push_back({file, s, true});
+        for (const SymbolId s : nodes_[file].definitions) {
+            marks[s / kBlock].push_back({file, s, false});
+        }
+    }
+    std::vector<std::vector<SymbolId>> result(nodes_.size());
+    std::vector<Sets> sets(groups.members.size());
+    for (SymbolId block = 0; block < marks.size(); ++block) {
+        std::fill(sets.begin(), sets.end(), Sets{});
+        for (const Mark& mark : marks[block]) {
+            Sets& own = sets[groups.of[mark.file]];
+            (mark.use ? own.uses : own.definitions) |= 1ULL << (mark.symbol % kBlock);
+        }
+        for (std::uint32_t group = 0; group < sets.size(); ++group) {
+            for (const FileId file : groups.members[group]) {
+                for (const FileId next : nodes_[file].includes) {
+                    sets[group].uses |= sets[groups.of[next]].uses;
+                    sets[group].definitions |= sets[groups.of[next]].definitions;
+                }
+            }
+            const std::uint64_t undefined = sets[group].uses & ~sets[group].definitions;
+            for (SymbolId bit = 0; bit < kBlock; ++bit) {
+                if ((undefined >> bit & 1U) == 0) continue;
+                for (const FileId file : groups.members[group]) {
+                    result[file].push_back(block * kBlock + bit);
+                }
+            }
+        }
+    }
+    return result;
+}
+
+std::vector<int> IncludeGraph::heights() const {
+    const Groups groups = this->groups();
+    std::vector<int> height(groups.members.size(), 0);
+    for (std::uint32_t group = 0; group < height.size(); ++group) {
+        for (const FileId file : groups.members[group]) {
+            for (const FileId next : nodes_[file].includes) {
+                const std::uint32_t below = groups.of[next];
+                const int chain = below == group ? kIncludeDepthLimit : height[below] + 1;
+                height[group] = std::max(height[group], std::min(chain, kIncludeDepthLimit));
+            }
+        }
+    }
+    std::vector<int> result(nodes_.size());
+    for (FileId file = 0; file < nodes_.size(); ++file) result[file] = height[groups.of[file]];
+    return result;
+}
+
+}  // namespace tindrel

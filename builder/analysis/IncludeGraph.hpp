@@ -1,0 +1,59 @@
+#pragma once
+
+// Which script files bring in which. Real games include densely: a graph walked without memory
+// takes tens of millions of visits, so what follows from reachability is computed here in time and
+// memory linear in files and includes.
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace tindrel {
+
+using FileId = std::uint32_t;
+using SymbolId = std::uint32_t;
+
+// An include this deep is not followed any more.
+inline constexpr int kIncludeDepthLimit = 32;
+
+class IncludeGraph {
+  public:
+    struct Node {
+        std::vector<FileId> includes;  // in the order of the text
+        std::vector<SymbolId> uses;
+        std::vector<SymbolId> definitions;
+    };
+
+    FileId add() {
+        nodes_.emplace_back();
+        return static_cast<FileId>(nodes_.size() - 1);
+    }
+    [[nodiscard]] Node& node(FileId file) { return nodes_[file]; }
+    [[nodiscard]] const Node& node(FileId file) const { return nodes_[file]; }
+    [[nodiscard]] std::size_t size() const { return nodes_.size(); }
+
+    // The files that a reader of `root` meets, in the order in which he first meets them when he
+    // goes into each include where it stands, to a depth below kIncludeDepthLimit. Empty when that
+    // takes more than `budget` steps, which the walk uses up.
+    [[nodiscard]] std::vector<FileId> walk(FileId root, std::uint64_t& budget) const;
+
+    // For every file the symbols that it or a file it reaches uses and none of them defines, in
+    // ascending order, without regard to depth.
+    [[nodiscard]] std::vector<std::vector<SymbolId>> undefinedUses(SymbolId symbolCount) const;
+
+    // For every file the length of the longest chain of includes below it, at most
+    // kIncludeDepthLimit, which a cycle always reaches.
+    [[nodiscard]] std::vector<int> heights() const;
+
+  private:
+    // Groups of files that include one another, each group after all groups that it reaches.
+    struct Groups {
+        std::vector<std::uint32_t> of;  // group of each file
+        std::vector<std::vector<FileId>> members;
+    };
+    [[nodiscard]] Groups groups() const;
+
+    std::vector<Node> nodes_;
+};
+
+}  // namespace tindrel

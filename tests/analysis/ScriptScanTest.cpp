@@ -1,0 +1,133 @@
+#include "analysis/ScriptScan.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "TempFolder.hpp"
+
+namespace tindrel {
+namespace {
+
+using Names = std::vector<std::string>;
+
+// A game of the given files, and the findings on one of them.
+class ScriptScanTest : public testing::Test {
+  protected:
+    void write(const std::string& file, const std::string& text) {
+        folder_.write("data/" + file, text);
+    }
+    void start() {
+        project_ = scanProject(folder_.path());
+        game_.emplace(project_.dataDir, project_.root);
+        scanner_.emplace(*game_, project_);
+    }
+    Names scan(const std::string& file) {
+        return scanner_->scanScriptSource(project_.dataDir / file);
+    }
+
+    test::TempFolder folder_;
+    ProjectScan project_;
+    std::optional<GameReader> game_;
+    std::optional<ScriptScanner> scanner_;
+};
+
+TEST_F(ScriptScanTest, ReportsCallsThatNothingServes) {
+    write("a.c",
+          "#include \"lib.h\"\n#define TWICE(x) x\nvoid main(){ if (1) own(); FromLib(); Odd(); "
+          "TWICE(1); spawn(); ODD(); other (2); /* gone() */ }\nvoid own(){}");
+    write("lib.h", "void fromlib(){ deeper(); }");
+    start();
+    EXPECT_EQ(scan("a.c"), (Names{"odd", "other", "gone", "deeper"}));
+    EXPECT_EQ(scan("lib.h"), (Names{"deeper"}));
+    EXPECT_EQ(scanner_->scanScriptSource(project_.dataDir / "x.txt", "fromlib(); a();"),
+              (Names{"fromlib", "a"}));
+    EXPECT_EQ(scanner_->scanScriptSource(project_.dataDir / "x.txt",
+                                         "#import \"LIB.H\"\nfromlib(); a();"),
+              (Names{"a", "deeper"}));
+}
+
+TEST_F(ScriptScanTest, FindsIncludesAsThePortDoes) {
+    write("scripts/a.c",
+          "#include \"data\\Scripts\\b.h\"\n#include \"beside.h\"\n#include \"../up.h\"\n"
+          "#include \"C:/x.h\"\n#include \"gone.h\"\n#include \"elsewhere/unique.h\"\n"
+          "#include \"two.h\"");
+    for (const char* file :
+         {"scripts/b.h", "scripts/beside.h", "lib/unique.h", "x/two.h", "y/two.h", "up.h"}) {
+        write(file, "");
+    }
+    start();
+    EXPECT_EQ(scan("scripts/a.c"), (Names{"unsafe-include:../up.h", "unsafe-include:C:/x.h",
+                                          "include-missing:gone.h", "include-missing:two.h"}));
+}
+
+TEST_F(ScriptScanTest, ClassifiesBindings) {
+    write("few.c", "bindentity(a);");
+    write("good.c", "bindentity(a,b); bindentity(a,b,1,2,3,0,6|64,1);");
+    write("far.c", "bindentity(a,b,1,2,3,0, 0x4000 );");
+    write("live.c", "bindentity(a,b,1,2,3,0,mode);");
+    start();
+    EXPECT_EQ(scan("few.c"), (Names{"api/function:bindentity-arguments"}));
+    EXPECT_EQ(scan("good.c"), Names{});
+    EXPECT_EQ(scan("far.c"), (Names{"api/function:bindentity-config-advanced"}));
+    EXPECT_EQ(scan("live.c"), (Names{"api/function:bindentity-config-dynamic"}));
+}
+
+TEST_F(ScriptScanTest, StopsAtTheDepthLimit) {
+    write("loop.c", "#include \"loop.c\"\nodd();");
+    // File 0 includes 1, and so on: 32 includes deep is one too many.
+    for (int i = 0; i <= 40; ++i) {
+        write("c" + std::to_string(i) + ".h",
+              "#include \"c" + std::to_string(i + 1) + ".h\"\nf" + std::to_string(i) + "();");
+    }
+    start();
+    EXPECT_EQ(scan("loop.c"), (Names{"include-depth-limit", "odd"}));
+    const Names deep = scan("c0.h");
+    ASSERT_EQ(deep.size(), 1U + 32U);
+    EXPECT_EQ(deep.front(), "include-depth-limit");
+    EXPECT_EQ(deep.back(), "f31");
+    const Names shallow = scan("c10.h");
+    EXPECT_EQ(shallow.front(), "include-missing:c41.h");
+    EXPECT_EQ(shallow.size(), 1U + 31U);
+}
+
+TEST_F(ScriptScanTest, CountsParametersOfTheFirstDefinition) {
+    write("a.c", "#include \"b.h\"\nvoid none( void ){}\nint Two(int a, float b){}\nvoid no(){}");
+    write("b.h", "void far(int x){}\nvoid two(){}");
+    start();
+    const auto count = [&](const char* name) {
+        return scanner_->parameterCount(project_.dataDir / "a.c", name);
+    };
+    EXPECT_EQ(count("none"), 0U);
+    EXPECT_EQ(count("two"), 2U);
+    EXPECT_EQ(count("far"), 1U);
+    EXPECT_EQ(count("absent"), std::nullopt);
+}
+
+// A graph in which a walk without memory would take longer than anybody waits.
+TEST(IncludeGraph, ManyWaysToTheSameFilesCostNothing) {
+    constexpr FileId kFiles = 3000;
+    IncludeGraph graph;
+    for (FileId i = 0; i < kFiles; ++i) static_cast<void>(graph.add());
+    for (FileId i = 0; i < kFiles; ++i) {
+        for (FileId next = i + 1; next < std::min(i + 30, kFiles); ++next) {
+            graph.node(i).includes.push_back(next);
+        }
+        graph.node(i).uses.push_back(i);
+        if (i % 2 == 0) graph.node(i).definitions.push_back(i);
+    }
+    const auto undefined = graph.undefinedUses(kFiles);
+    EXPECT_EQ(undefined[0].size(), kFiles / 2);
+    EXPECT_EQ(undefined[kFiles - 2], (std::vector<SymbolId>{kFiles - 1}));
+    EXPECT_EQ(graph.heights()[0], kIncludeDepthLimit);
+    EXPECT_EQ(graph.heights()[kFiles - 20], 19);
+
+    std::uint64_t budget = 10'000'000;
+    EXPECT_EQ(graph.walk(0, budget).size(), 31U * 29U + 1U);
+    budget = 10;
+    EXPECT_TRUE(graph.walk(0, budget).empty());
+}
+
+}  // namespace
+}  // namespace tindrel
