@@ -117,8 +117,8 @@ struct Character {
     int health, mp;
     bool globalBlockRatio, globalMpBlock, noChipDeath;
     float knockdownCount, speed, runSpeed, jumpSpeed;
-    int walkoffMoveX, walkoffMoveZ, jumpHeight, jumpMoveX, jumpMoveZ, jugglePoints,
-        grabDistance, blockOdds, blockPain, blockThreshold, guardPoints, guardRate;
+    int walkoffMoveX, walkoffMoveZ, jumpHeight, jumpMoveX, jumpMoveZ, jugglePoints, grabDistance,
+        blockOdds, blockPain, blockThreshold, guardPoints, guardRate;
     bool blockBack;
     const int* attackChain;
     std::size_t attackChainCount;
@@ -189,14 +189,14 @@ struct Character {
     std::size_t defenseCount;
     const char* iconPath;
     bool noLife;
-    int lifeBarStatus, lifePositionX, lifePositionY, namePositionX, namePositionY,
-        iconPositionX, iconPositionY;
+    int lifeBarStatus, lifePositionX, lifePositionY, namePositionX, namePositionY, iconPositionX,
+        iconPositionY;
     float antigravity;
     bool noPain, noDrop;
     int noDieBlink;
     bool noQuake, subjectToHole, subjectToWall, noMove, noFlip, noAdjustBase;
-    int offscreenKill, fallDie, riseTime, riseAttackTime, riseAttackType, freezeMap,
-        removeConfig, throwConfig;
+    int offscreenKill, fallDie, riseTime, riseAttackTime, riseAttackType, freezeMap, removeConfig,
+        throwConfig;
     const char* iconDiePath;
     bool iconUsesPalette, lifeBarStatusDefined;
     int lifeBarWidth, lifeBarHeight, lifeBarNoBorder, lifeBarType, lifeBarOrientation,
@@ -210,8 +210,8 @@ struct Character {
     int throwFrameWait;
     bool fastAttack;
     float runJumpHeight, runJumpLength;
-    bool runMoveZ, runLand, subjectToScreen, subjectToObstacle, subjectToPlatform,
-        subjectToMinZ, subjectToMaxZ;
+    bool runMoveZ, runLand, subjectToScreen, subjectToObstacle, subjectToPlatform, subjectToMinZ,
+        subjectToMaxZ;
     int setLayer, facingAdjust, alphaMode, gfxShadow, gfxShadowBase;
     const char* dustFallModel;
     const char* dustLandModel;

@@ -95,8 +95,8 @@ struct Stage {
     int chapter, player2StartX, player2StartZ, player2StartA, player3StartX, player3StartZ,
         player3StartA, player4StartX, player4StartZ, player4StartA;
     bool player2SpawnDefined, player3SpawnDefined, player4SpawnDefined;
-    int setWeapon, cameraOffsetX, cameraOffsetY, stageLightX, stageLightY, shadowColor,
-        shadowAlpha, setTime;
+    int setWeapon, cameraOffsetX, cameraOffsetY, stageLightX, stageLightY, shadowColor, shadowAlpha,
+        setTime;
     bool noSlow, noTime;
 };
 
