@@ -65,8 +65,8 @@ struct ProjectAnalysis {
     std::string openBorHint;  // where the resolution came from
     std::map<CommandName, std::uint64_t> commandCounts;
     std::map<CommandName, CompatStatus> commandStatus;
-    std::vector<Issue> issues;  // in the order of the walk
-    std::vector<AnimationCommandAudit> animationAudit;
+    std::vector<Issue> issues;                         // in the order of the walk
+    std::deque<AnimationCommandAudit> animationAudit;  // issues view its messages
     std::map<CommandName, std::map<CompatStatus, std::uint64_t>> commandStatusCounts;
 
     std::deque<SourceFile> files;   // what Issue::file points at
