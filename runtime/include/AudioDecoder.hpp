@@ -1,0 +1,35 @@
+#pragma once
+
+// Sound files decoded whole into signed 16-bit samples.
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace port {
+
+struct DecodedAudio {
+    int sampleRate = 22050;         // frames per second
+    int channels = 1;               // 1 or 2
+    std::vector<std::int16_t> pcm;  // interleaved
+    std::uint32_t loopStartFrames = 0;
+    std::uint32_t loopLengthFrames = 0;
+    bool hasLoop = false;  // the file states a loop
+    std::string format;    // what was decoded, such as "wav-pcm16"
+};
+
+// Each call fills `out` and returns true, or sets `error` and returns false. No bad file throws.
+class AudioDecoder {
+  public:
+    // By the file name's extension, in any case.
+    static bool decodeFile(const std::filesystem::path& path, DecodedAudio& out,
+                           std::string& error);
+    // Legacy music: a header of 160 bytes that is not read, then IMA ADPCM, mono, 22050 Hz.
+    static bool decodeOpenBorBor(const std::filesystem::path& path, DecodedAudio& out,
+                                 std::string& error);
+    // RIFF/WAVE: PCM of 8, 16, 24 or 32 bits or 32-bit float, mono or stereo.
+    static bool decodeWav(const std::filesystem::path& path, DecodedAudio& out, std::string& error);
+};
+
+}  // namespace port

@@ -1,0 +1,45 @@
+#pragma once
+
+// The way from the command line to a running engine: root folder, logs, checks, messages.
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace port {
+
+struct RunSwitches {
+    bool diagnose = false;             // stop after the checks
+    bool smoke = false;                // play by itself for smokeFrames frames
+    int smokeFrames = 600;             // 60 to 3600
+    std::optional<std::string> start;  // where to look for the port, as it was given
+};
+
+// Arguments without the program's name, in any order; unknown options are ignored.
+[[nodiscard]] RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase);
+
+// The folder of the running program, from the system or else from its name; never empty.
+[[nodiscard]] std::filesystem::path executableDir(std::string_view argv0);
+
+// The first of `start` and its parents, eight folders in all, that holds assets/openbor-data;
+// `fallback` if none does.
+[[nodiscard]] std::filesystem::path findPortRoot(const std::filesystem::path& start,
+                                                 const std::filesystem::path& fallback);
+
+// What is wrong with a port that cannot start, for its player; empty for a good one.
+[[nodiscard]] std::string_view preflightFailure(bool hasData, std::size_t characters,
+                                                std::size_t stages);
+
+// Adds a line to the log. A log that cannot be written is not missed.
+void appendStartupLog(const std::filesystem::path& logPath, std::string_view line);
+
+// Tells the player by log, box and error stream; returns 1, the exit code of every failure.
+int failStartup(const std::filesystem::path& logPath, std::string_view message);
+
+// The whole program: 0 after a good run, else 1. Moves the working directory to the port's root.
+int runPort(int argc, const char* const* argv);
+
+}  // namespace port

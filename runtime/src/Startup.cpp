@@ -1,0 +1,167 @@
+#include "Startup.hpp"
+
+#include <algorithm>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <system_error>
+#include <vector>
+
+#include "../generated/GeneratedCharacters.hpp"
+#include "../generated/GeneratedStages.hpp"
+#include "Engine.hpp"
+#include "PathEncoding.hpp"
+#include "TextFields.hpp"
+#include "platform/CrashHandler.hpp"
+#include "platform/Process.hpp"
+
+namespace port {
+namespace {
+
+constexpr int kDefaultSmokeFrames = 600;
+constexpr std::string_view kSmokeFramesOption = "--smoke-frames=";
+
+bool isDirectory(const std::filesystem::path& path) {
+    std::error_code unreadable;
+    return std::filesystem::is_directory(path, unreadable);
+}
+
+// Checks, engine and game; the exit code of the process.
+int startPort(const std::filesystem::path& root, const std::filesystem::path& logPath,
+              const RunSwitches& switches) {
+    const bool hasData = isDirectory(root / "assets" / "openbor-data");
+    appendStartupLog(logPath, std::string("PREFLIGHT assets=") + (hasData ? "ok" : "missing") +
+                                  " characters=" + std::to_string(generated::kCharacterCount) +
+                                  " stages=" + std::to_string(generated::kStageCount));
+    const std::string_view failure =
+        preflightFailure(hasData, generated::kCharacterCount, generated::kStageCount);
+    if (!failure.empty()) return failStartup(logPath, failure);
+    if (switches.diagnose) {
+        appendStartupLog(logPath, "DIAGNOSE OK");
+        return 0;
+    }
+
+    Engine engine;
+    if (!engine.initialize(root)) {
+        return failStartup(logPath,
+                           "Falha ao inicializar renderer/runtime. Veja runtime-startup.log.");
+    }
+    appendStartupLog(logPath, "INITIALIZED OK");
+    const int code = switches.smoke ? engine.runSmokeGame(switches.smokeFrames) : engine.run();
+    if (switches.smoke && code == 0) {
+        appendStartupLog(logPath, "SMOKE GAME OK frames=" + std::to_string(switches.smokeFrames));
+    }
+    appendStartupLog(logPath, "EXIT code=" + std::to_string(code));
+    if (code == 0) return 0;
+    return failStartup(
+        logPath, "O runtime encerrou de forma anormal (codigo " + std::to_string(code) + ").");
+}
+
+}  // namespace
+
+RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase) {
+    RunSwitches switches;
+    for (const std::string& argument : arguments) {
+        if (!argument.starts_with('-')) {
+            switches.start = argument;
+            continue;
+        }
+        const std::string option = foldCase ? foldAscii(argument) : argument;
+        if (option == "--diagnose" || option == "--diagnostic") {
+            switches.diagnose = true;
+        } else if (option == "--smoke-game") {
+            switches.smoke = true;
+        } else if (option.starts_with(kSmokeFramesOption)) {
+            switches.smoke = true;
+            switches.smokeFrames =
+                leadingInt(option.substr(kSmokeFramesOption.size())).value_or(kDefaultSmokeFrames);
+        }
+    }
+    switches.smokeFrames = std::clamp(switches.smokeFrames, 60, 3600);
+    return switches;
+}
+
+std::filesystem::path executableDir(std::string_view argv0) {
+    std::error_code error;
+    std::filesystem::path own = platform::ownPath();
+    if (own.empty()) {
+        const std::string name(argv0.empty() ? "openbor-port" : argv0);
+        own = std::filesystem::absolute(platform::pathFromArgument(name), error);
+    }
+    if (own.has_parent_path()) return own.parent_path();
+    return std::filesystem::current_path(error);
+}
+
+std::filesystem::path findPortRoot(const std::filesystem::path& start,
+                                   const std::filesystem::path& fallback) {
+    constexpr int kLevels = 8;
+    std::error_code error;
+    std::filesystem::path folder = std::filesystem::absolute(start, error).lexically_normal();
+    // "port/" has itself as parent, which would use up a level.
+    if (!folder.has_filename()) folder = folder.parent_path();
+    for (int level = 0; level < kLevels && !folder.empty(); ++level) {
+        if (isDirectory(folder / "assets" / "openbor-data")) return folder;
+        const std::filesystem::path parent = folder.parent_path();
+        if (parent == folder) break;
+        folder = parent;
+    }
+    return fallback;
+}
+
+std::string_view preflightFailure(bool hasData, std::size_t characters, std::size_t stages) {
+    if (!hasData) {
+        return "Pasta assets/openbor-data nao encontrada. Mantenha o EXE junto das pastas assets e "
+               "config.";
+    }
+    if (characters == 0) {
+        return "Nenhum personagem foi gerado. O port precisa ser reconvertido pelo Builder.";
+    }
+    if (stages == 0) {
+        return "Nenhuma fase foi gerada. O port precisa ser reconvertido pelo Builder.";
+    }
+    return {};
+}
+
+void appendStartupLog(const std::filesystem::path& logPath, std::string_view line) {
+    std::ofstream log(logPath, std::ios::app);
+    log << line << std::endl;
+}
+
+int failStartup(const std::filesystem::path& logPath, std::string_view message) {
+    appendStartupLog(logPath, "FATAL: " + std::string(message));
+    if (!platform::gAutomatedRun) {
+        const std::filesystem::path crashLog = logPath.parent_path() / "runtime-crash.log";
+        platform::showError("Tindrel Port - erro de inicializacao",
+                            std::string(message) + "\n\nLogs:\n" + PathEncoding::utf8(logPath) +
+                                "\n" + PathEncoding::utf8(crashLog));
+    }
+    std::cerr << message << std::endl;
+    return 1;
+}
+
+int runPort(int argc, const char* const* argv) {
+    const std::filesystem::path exe = executableDir(argc > 0 ? argv[0] : "");
+    std::vector<std::string> arguments;
+    for (int i = 1; i < argc; ++i) arguments.emplace_back(argv[i]);
+    const RunSwitches switches = parseArguments(arguments, platform::foldsArguments());
+    const std::filesystem::path start =
+        switches.start ? platform::pathFromArgument(*switches.start) : exe;
+    const std::filesystem::path root = findPortRoot(start, exe);
+    platform::gAutomatedRun = switches.diagnose || switches.smoke;
+
+    const std::filesystem::path logPath = root / "runtime-startup.log";
+    platform::installCrashHandler(root / "runtime-crash.log");
+    std::error_code unreachable;  // the game then still finds its files, which it names in full
+    std::filesystem::current_path(root, unreachable);
+    appendStartupLog(logPath,
+                     "START exe=" + PathEncoding::utf8(exe) + " root=" + PathEncoding::utf8(root));
+    try {
+        return startPort(root, logPath, switches);
+    } catch (const std::exception& exception) {
+        return failStartup(logPath, std::string("Excecao: ") + exception.what());
+    } catch (...) {
+        return failStartup(logPath, "Excecao desconhecida durante a inicializacao.");
+    }
+}
+
+}  // namespace port

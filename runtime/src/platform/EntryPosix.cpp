@@ -1,0 +1,5 @@
+#include "Entry.hpp"
+
+int main(int argc, char** argv) {
+    return port::portMain(argc, argv);
+}
