@@ -1,0 +1,17 @@
+#pragma once
+
+// Changes to what already stands on disk.
+
+#include <filesystem>
+#include <system_error>
+
+namespace tindrel {
+
+// Copies a file with its permissions, over one that is there already.
+void copyFileOver(const std::filesystem::path& from, const std::filesystem::path& to,
+                  std::error_code& error);
+
+// Removes what stands at `path` with everything in it; of a link only the link. Absence is fine.
+void removeAll(const std::filesystem::path& path, std::error_code& error);
+
+}  // namespace tindrel

@@ -1,0 +1,223 @@
+#include "toolchain/PortPackage.hpp"
+
+#include <ostream>
+#include <system_error>
+
+#include "platform/FileReplace.hpp"
+#include "platform/FileStatus.hpp"
+#include "platform/OutputFile.hpp"
+#include "platform/ProgramArgument.hpp"
+#include "platform/Progress.hpp"
+#include "reader/DataPaths.hpp"
+#include "toolchain/CmakeSearch.hpp"
+#include "toolchain/PortBuild.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+enum PackageCode { kPackaged = 0, kNoPort = 30, kFoldersNotCopied, kExecutableNotCopied, kNoZip };
+
+constexpr std::string_view kPortFolders[] = {"assets", "config", "reports"};
+constexpr std::string_view kReadme = "README-PORT.txt";
+
+constexpr PackageText kWindowsTexts[] = {
+    {"INICIAR-JOGO.cmd",
+     "@echo off\n"
+     "cd /d \"%~dp0\"\n"
+     "start \"\" /wait \"OpenBOR-Port.exe\"\n"
+     "set RC=%ERRORLEVEL%\n"
+     "if not \"%RC%\"==\"0\" (\n"
+     "  echo.\n"
+     "  echo O jogo encerrou com erro %RC%.\n"
+     "  if exist runtime-startup.log type runtime-startup.log\n"
+     "  if exist runtime-crash.log type runtime-crash.log\n"
+     "  pause\n"
+     ")\n"
+     "exit /b %RC%\n"},
+    {"DIAGNOSTICO.cmd",
+     "@echo off\n"
+     "cd /d \"%~dp0\"\n"
+     "start \"\" /wait \"OpenBOR-Port.exe\" --diagnose\n"
+     "echo.\n"
+     "if exist runtime-startup.log type runtime-startup.log\n"
+     "if exist runtime-crash.log type runtime-crash.log\n"
+     "pause\n"},
+    {"SE-O-JOGO-FECHAR.txt",
+     "Se o jogo abrir e fechar, execute DIAGNOSTICO.cmd.\n"
+     "Os arquivos runtime-startup.log e runtime-crash.log ficam nesta mesma pasta.\n"
+     "O EXE principal tambem mostra uma caixa de erro quando a inicializacao falha.\n"},
+};
+
+// They wait for a key only where someone can press one.
+constexpr PackageText kLinuxTexts[] = {
+    {"INICIAR-JOGO.sh",
+     "#!/bin/sh\n"
+     "cd \"$(dirname \"$0\")\" || exit 1\n"
+     "./OpenBOR-Port\n"
+     "RC=$?\n"
+     "if [ \"$RC\" -ne 0 ]; then\n"
+     "  echo\n"
+     "  echo \"O jogo encerrou com erro $RC.\"\n"
+     "  if [ -f runtime-startup.log ]; then cat runtime-startup.log; fi\n"
+     "  if [ -f runtime-crash.log ]; then cat runtime-crash.log; fi\n"
+     "  if [ -t 0 ]; then printf 'Pressione Enter para continuar. '; read -r _; fi\n"
+     "fi\n"
+     "exit \"$RC\"\n",
+     true},
+    {"DIAGNOSTICO.sh",
+     "#!/bin/sh\n"
+     "cd \"$(dirname \"$0\")\" || exit 1\n"
+     "./OpenBOR-Port --diagnose\n"
+     "echo\n"
+     "if [ -f runtime-startup.log ]; then cat runtime-startup.log; fi\n"
+     "if [ -f runtime-crash.log ]; then cat runtime-crash.log; fi\n"
+     "if [ -t 0 ]; then printf 'Pressione Enter para continuar. '; read -r _; fi\n",
+     true},
+    {"SE-O-JOGO-FECHAR.txt",
+     "Se o jogo abrir e fechar, execute DIAGNOSTICO.sh.\n"
+     "Os arquivos runtime-startup.log e runtime-crash.log ficam nesta mesma pasta.\n"
+     "O executavel principal tambem mostra o erro quando a inicializacao falha.\n"},
+};
+
+// Leads the run into another folder for as long as it lives: archive entries begin there.
+class WorkingFolder {
+  public:
+    explicit WorkingFolder(const fs::path& folder) : before_(fs::current_path()) { change(folder); }
+    WorkingFolder(const WorkingFolder&) = delete;
+    WorkingFolder& operator=(const WorkingFolder&) = delete;
+    ~WorkingFolder() {
+        std::error_code ignored;
+        fs::current_path(before_, ignored);
+    }
+
+  private:
+    static void change(const fs::path& folder) {
+        std::error_code error;
+        fs::current_path(folder, error);
+        if (error) throw fs::filesystem_error("current_path(const path&)", folder, error);
+    }
+
+    fs::path before_;
+};
+
+void copyFolder(const fs::path& from, const fs::path& to, Progress& progress,
+                std::error_code& error) {
+    fs::create_directories(to, error);
+    if (error) return;
+    fs::recursive_directory_iterator it(from, fs::directory_options::follow_directory_symlink,
+                                        error);
+    for (; !error && it != fs::recursive_directory_iterator(); it.increment(error)) {
+        const fs::path target = to / it->path().lexically_relative(from);
+        const bool isFolder = it->is_directory(error);
+        if (error) return;
+        if (isFolder) {
+            fs::create_directories(target, error);
+        } else {
+            copyFileOver(it->path(), target, error);
+            progress.advance();
+        }
+        if (error) return;
+    }
+}
+
+int fillStage(const fs::path& port, const fs::path& stage, const Console& console) {
+    std::error_code error;
+    {
+        Progress progress("Empacotando", 0);
+        for (const std::string_view folder : kPortFolders) {
+            if (!tindrel::exists(port / folder)) continue;
+            copyFolder(port / folder, stage / folder, progress, error);
+            if (!error) continue;
+            console.err << "Erro empacotando " << folder << ": " << error.message() << '\n';
+            return kFoldersNotCopied;
+        }
+    }
+    if (tindrel::exists(port / kReadme)) {
+        std::error_code ignored;
+        copyFileOver(port / kReadme, stage / kReadme, ignored);
+    }
+    const std::string_view executable = executableNames(kHostSystem).finished;
+    copyFileOver(port / executable, stage / executable, error);
+    if (error) {
+        console.err << "Erro copiando executavel portatil: " << error.message() << '\n';
+        return kExecutableNotCopied;
+    }
+    for (const PackageText& text : packageTexts(kHostSystem)) {
+        OutputFile file(stage / text.name);
+        file << text.content;
+        file.close();
+        if (text.isProgram) {
+            constexpr auto kExecute =
+                fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+            fs::permissions(stage / text.name, kExecute, fs::perm_options::add);
+        }
+    }
+    return kPackaged;
+}
+
+int makeZip(const PackagePaths& paths, const Console& console) {
+    const WorkingFolder inParent(paths.parent);
+    std::error_code ignored;
+    fs::remove(paths.zip, ignored);
+    const fs::path cmake = findCmake();
+    if (cmake.empty()) {
+        console.err << "Erro: CMake nao encontrado para criar o ZIP portatil.\n";
+        return kNoZip;
+    }
+    const int code = runCommandEcho(
+        console, {programArgument(cmake), "-E", "tar", "cf", programArgument(paths.zip),
+                  "--format=zip", programArgument(paths.stage.filename())});
+    return code == 0 ? kPackaged : kNoZip;
+}
+
+}  // namespace
+
+std::span<const PackageText> packageTexts(System system) {
+    if (system == System::kWindows) return kWindowsTexts;
+    return kLinuxTexts;
+}
+
+PackagePaths packagePaths(const fs::path& portFolder) {
+    // A path that ends in a separator or a dot has no last name of its own.
+    fs::path port = portFolder.lexically_normal();
+    if (port.filename().empty()) port = port.parent_path();
+    fs::path stage = port.parent_path() / port.filename();
+    stage += "-Portable-";
+    stage += packagePlatform(kHostSystem);
+    fs::path zip = stage;
+    zip += ".zip";
+    return {port.parent_path(), std::move(stage), std::move(zip)};
+}
+
+int packagePort(const fs::path& portFolder, const Console& console) {
+    const fs::path port = tindrel::absolute(portFolder);
+    if (!isDirectory(port / "assets" / "openbor-data") ||
+        !tindrel::exists(port / "runtime" / "CMakeLists.txt")) {
+        console.err << "Erro: a pasta nao parece ser um port gerado valido.\n";
+        return kNoPort;
+    }
+    if (const int code = buildPort(port, console); code != 0) return code;
+
+    const PackagePaths paths = packagePaths(port);
+    std::error_code error;
+    removeAll(paths.stage, error);
+    if (error) throw fs::filesystem_error("remove_all", paths.stage, error);
+    createDirectories(paths.stage);
+    if (const int code = fillStage(port, paths.stage, console); code != 0) return code;
+    if (const int code = makeZip(paths, console); code != 0) return code;
+    console.out << "PACKAGE SUCCESS: " << displayPath(paths.zip) << '\n';
+    return kPackaged;
+}
+
+void checkExists(const fs::path& root, int& failures, std::string_view relative,
+                 const Console& console) {
+    if (tindrel::exists(root / relative)) {
+        console.out << "[PASS] " << relative << '\n';
+        return;
+    }
+    console.err << "[FAIL] missing " << relative << '\n';
+    ++failures;
+}
+
+}  // namespace tindrel
