@@ -11,6 +11,7 @@
 
 #include "PathEncoding.hpp"
 #include "analysis/AnimationCommandAudit.hpp"
+#include "analysis/OccurrenceRefiner.hpp"
 #include "analysis/ScriptScan.hpp"
 #include "platform/FileStatus.hpp"
 #include "reader/DataPaths.hpp"
@@ -90,7 +91,11 @@ struct CommandTally {
 class ProjectAnalyzer {
   public:
     ProjectAnalyzer(const ProjectScan& project, GameReader& game)
-        : project_(project), game_(game), scripts_(game, project), animationCommands_(scripts_) {}
+        : project_(project),
+          game_(game),
+          scripts_(game, project),
+          animationCommands_(scripts_),
+          refiner_(game, scripts_) {}
 
     ProjectAnalysis run() {
         readVideo();
@@ -205,7 +210,7 @@ class ProjectAnalyzer {
         if (line.key == "@cmd") {
             applyAudit(rule, animationCommands_.audit(file.lines, index, file.path, *file.source));
         } else {
-            refineOccurrence(rule, line, file.path);
+            refiner_.refineOccurrence(rule, line, file.path);
         }
         tally.count(rule.status);
         record(rule, {0, file.source, line.line, tally.name, rule.impact, rule.status,
@@ -261,11 +266,6 @@ class ProjectAnalyzer {
                                     true, false});
     }
 
-    // Raises an occurrence whose arguments the port executes in full.
-    // No refiner stands behind this yet, so that the registry's verdict holds.
-    static void refineOccurrence(CommandRule& /*rule*/, const TextLine& /*line*/,
-                                 const fs::path& /*file*/) {}
-
     const SourceFile* keepSource(const fs::path& path) {
         fs::path relative = path.lexically_relative(project_.root);
         std::string display = displayPath(relative);
@@ -299,6 +299,7 @@ class ProjectAnalyzer {
     GameReader& game_;
     ScriptScanner scripts_;
     AnimationCommandAuditor animationCommands_;
+    OccurrenceRefiner refiner_;
     ProjectAnalysis analysis_;
     std::set<std::string> panelOrderIssueFiles_;  // relative to the project root
     std::unordered_set<std::string> modelRegistryTokens_;

@@ -1,0 +1,148 @@
+#include "analysis/OccurrenceRefiner.hpp"
+
+#include <array>
+#include <fstream>
+#include <vector>
+
+#include "PathEncoding.hpp"
+#include "platform/FileStatus.hpp"
+#include "reader/Tokens.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+using RulesByCommand = std::unordered_map<std::string_view, std::vector<const OccurrenceRule*>>;
+
+RulesByCommand groupRules() {
+    RulesByCommand groups;
+    for (const OccurrenceRule& rule : occurrenceRules()) {
+        for (std::string_view rest = rule.command; !rest.empty();) {
+            const std::size_t blank = std::min(rest.find(' '), rest.size());
+            groups[rest.substr(0, blank)].push_back(&rule);
+            rest.remove_prefix(std::min(blank + 1, rest.size()));
+        }
+    }
+    return groups;
+}
+
+// Decided by what the file begins with, whatever it is called; an ACT palette has no signature and
+// goes by its name and size.
+bool holdsPalette(const fs::path& file) {
+    std::array<unsigned char, 32> head{};
+    std::ifstream in(file, std::ios::binary);
+    in.read(reinterpret_cast<char*>(head.data()), head.size());
+    const auto length = static_cast<std::size_t>(in.gcount());
+    const std::string_view text(reinterpret_cast<const char*>(head.data()), length);
+    constexpr std::size_t kPngColourType = 25;
+    constexpr std::size_t kBmpBitCount = 28;
+    if (text.substr(0, 4) == "GIF8") return true;
+    if (text.substr(0, 4) == "\x89PNG") return length > kPngColourType && head[kPngColourType] == 3;
+    if (text.substr(0, 2) == "BM") return length > kBmpBitCount && head[kBmpBitCount] <= 8;
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(file, error);
+    return !error && toLower(PathEncoding::utf8(file.extension())) == ".act" &&
+           (size == 768 || size == 772);
+}
+
+}  // namespace
+
+void GameFacts::enter(const fs::path& file) {
+    if (file.native() == file_.native()) return;
+    file_ = file;
+    relative_.reset();
+}
+
+void GameFacts::readModelNames() {
+    if (!relative_) relative_ = game_.relativeToProject(file_);
+    if (modelsRead_) return;
+    modelsRead_ = true;
+    for (const ModelDef& model : game_.models()) {
+        modelFiles_.try_emplace(model.sourceFile, &model);
+        modelNames_.insert(toLower(model.modelName));
+    }
+    for (const StageDef& stage : game_.stages()) stageFiles_.insert(stage.sourceFile);
+}
+
+const ModelDef* GameFacts::model() {
+    readModelNames();
+    const auto found = modelFiles_.find(*relative_);
+    return found == modelFiles_.end() ? nullptr : found->second;
+}
+
+bool GameFacts::isStage() {
+    readModelNames();
+    return stageFiles_.contains(*relative_);
+}
+
+bool GameFacts::knowsModel(std::string_view name) {
+    readModelNames();
+    return modelNames_.contains(toLower(name));
+}
+
+fs::path GameFacts::findImage(std::string_view path) {
+    for (const std::string_view extension : {"", ".gif", ".png", ".bmp"}) {
+        const fs::path& file = game_.resolve(std::string(path).append(extension));
+        if (!file.empty() && isFile(file)) return file;
+    }
+    return {};
+}
+
+bool GameFacts::imageExists(std::string_view path) {
+    return !findImage(path).empty();
+}
+
+bool GameFacts::isIndexedImage(std::string_view path) {
+    const auto [entry, isNew] = indexed_.try_emplace(std::string(path));
+    if (isNew) {
+        const fs::path file = findImage(path);
+        entry->second = !file.empty() && holdsPalette(file);
+    }
+    return entry->second;
+}
+
+bool GameFacts::isPlainScene(std::string_view path) {
+    const auto [entry, isNew] = scenes_.try_emplace(std::string(path));
+    if (!isNew) return entry->second;
+    const fs::path& file = game_.resolve(path);
+    if (file.empty() || !isFile(file)) return false;
+    bool plain = true;
+    bool hasPicture = false;
+    for (const TextLine& line : game_.lines(file)) {
+        plain = plain && (line.key == "music" || line.key == "animation" || line.key == "silence");
+        hasPicture = hasPicture || line.key == "animation";
+    }
+    return entry->second = plain && hasPicture;
+}
+
+bool GameFacts::isVerifiedScript(std::string_view path) {
+    const auto [entry, isNew] = scripts_.try_emplace(std::string(path));
+    if (isNew) {
+        fs::path file;
+        entry->second = scanner_.findScript(path, {}, file) == ScriptScanner::Lookup::kFound &&
+                        scanner_.scanScriptSource(file).empty();
+    }
+    return entry->second;
+}
+
+bool GameFacts::isVerifiedInline(std::string_view text) {
+    return scanner_.scanScriptSource(file_, text).empty();
+}
+
+OccurrenceRefiner::OccurrenceRefiner(GameReader& game, ScriptScanner& scanner)
+    : facts_(game, scanner) {}
+
+void OccurrenceRefiner::refineOccurrence(CommandRule& rule, const TextLine& line,
+                                         const fs::path& file) {
+    static const RulesByCommand kRules = groupRules();
+    const auto group = kRules.find(line.key);
+    if (group == kRules.end()) return;
+    facts_.enter(file);
+    for (const OccurrenceRule* const candidate : group->second) {
+        if (!candidate->fits(line, facts_)) continue;
+        rule = {CompatStatus::kSupported, true, true, candidate->impact};
+        return;
+    }
+}
+
+}  // namespace tindrel

@@ -1,0 +1,79 @@
+#pragma once
+
+// The registry rates a command as a word; a single occurrence can do better. Where its arguments
+// are of a form that the port's runtime executes in full, it is raised to SUPPORTED.
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "analysis/CommandRegistry.hpp"
+#include "analysis/ScriptScan.hpp"
+#include "reader/GameReader.hpp"
+
+namespace tindrel {
+
+// What a rule may ask about the game around the line that it looks at; every answer is worked out
+// once, per file or per distinct text.
+class GameFacts {
+  public:
+    GameFacts(GameReader& game, ScriptScanner& scanner) : game_(game), scanner_(scanner) {}
+
+    // The file that the lines now come from.
+    void enter(const std::filesystem::path& file);
+
+    // The model that the file describes; null when no registry entry names the file.
+    [[nodiscard]] const ModelDef* model();
+    [[nodiscard]] bool isStage();
+    [[nodiscard]] bool knowsModel(std::string_view name);
+    // A picture with a palette of its own: GIF, indexed PNG or BMP, or an ACT palette.
+    [[nodiscard]] bool isIndexedImage(std::string_view path);
+    [[nodiscard]] bool imageExists(std::string_view path);
+    // A scene file that holds nothing but "music", "animation" and "silence".
+    [[nodiscard]] bool isPlainScene(std::string_view path);
+    // A script that is found and uses nothing unsupported.
+    [[nodiscard]] bool isVerifiedScript(std::string_view path);
+    [[nodiscard]] bool isVerifiedInline(std::string_view text);
+
+  private:
+    void readModelNames();
+    [[nodiscard]] std::filesystem::path findImage(std::string_view path);
+
+    GameReader& game_;
+    ScriptScanner& scanner_;
+    std::filesystem::path file_;
+    std::optional<std::string> relative_;
+    bool modelsRead_ = false;
+    std::unordered_map<std::string, const ModelDef*> modelFiles_;
+    std::unordered_set<std::string> modelNames_;
+    std::unordered_set<std::string> stageFiles_;
+    std::unordered_map<std::string, bool> indexed_, scenes_, scripts_;
+};
+
+// One rule: occurrences of `command` whose arguments `fits` accepts are raised, with `impact`.
+struct OccurrenceRule {
+    std::string_view command;  // lower case; aliases are separated by one blank
+    bool (*fits)(const TextLine& line, GameFacts& facts);
+    std::string_view impact;
+};
+
+// All rules; the first that fits decides.
+[[nodiscard]] std::span<const OccurrenceRule> occurrenceRules();
+
+class OccurrenceRefiner {
+  public:
+    OccurrenceRefiner(GameReader& game, ScriptScanner& scanner);
+
+    // Raises `rule`, the registry's verdict on `line` of `file`, where an occurrence rule fits.
+    void refineOccurrence(CommandRule& rule, const TextLine& line,
+                          const std::filesystem::path& file);
+
+  private:
+    GameFacts facts_;
+};
+
+}  // namespace tindrel

@@ -1,0 +1,157 @@
+#include "analysis/OccurrenceRefiner.hpp"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "TempFolder.hpp"
+
+namespace tindrel {
+namespace {
+
+// For every rule, in the order of the table, a line that it raises and one that stays at the
+// registry's verdict. "stage|" and the like in front name the file; hero.txt otherwise.
+struct Example {
+    const char* raised;
+    const char* kept;
+};
+constexpr Example kExamples[] = {
+    {"drawmethod 256 256 0 0 0 0 -1 0 90 1", "drawmethod 1 1 0 0 0 7"},
+    {"drawmethod tintmode 6", "drawmethod tintmode 7"},
+    {"drawmethod TintColor 12_0_255", "drawmethod tintcolor 12_0"},
+    {"drawmethod remap -1", "drawmethod remap -2"},
+    {"drawmethod scale 2 1.5", "drawmethod channel 1"},
+    {"gfxshadow 0", "gfxshadow 2"},
+    {"gfxshadow 1 3", "gfxshadow 1 4"},
+    {"palette none", "palette"},
+    {"palette data/pal.gif", "palette data/gone.gif"},
+    {"alternatepal PAL", "alternatepal true.png"},
+    {"remap pal.gif 8bit.png", "remap pal.gif true.png"},
+    {"@script\nvoid main(){ setlocalvar(1, 2); }\n@end_script", "@script\nodd();\n@end_script"},
+    {"animationscript data/ok.c", "animationscript data/bad.c"},
+    {"defense normal7 0.5 1 1 0 0", "defense unknown 0.5"},
+    {"defense ALL", "defense burn"},
+    {"combostyle 2", "combostyle 3"},
+    {"combodelay 40", "combodelay long"},
+    {"atchain 1 2 0 3 4", "plain|atchain 1 2 0 3 4"},
+    {"atchain 1 2 3", "atchain 1 x"},
+    {"atchain 1 2 0 0", "atchain 0 1"},
+    {"blast 0 0 0 0", "blast 0 0 0 1"},
+    {"burn 0", "burn 1"},
+    {"burn 1 2 3 4 5", "burn 1 2 3"},
+    {"shock 1 2 3 4 5 1 0 0 0 0", "shock 1 2 3 4 x"},
+    {"attackone 1", "attackone 0"},
+    {"damageonlanding 10 1 blast", "damageonlanding 10 2"},
+    {"falldie 1", "falldie 3"},
+    {"death 0", "death 5"},
+    {"falldie 2", "falldie two"},
+    {"death 1", "death 1 1"},
+    {"fmap 3", "fmap blue"},
+    {"fmap -1", "fmap -2"},
+    {"nodieblink 0", "nodieblink 1"},
+    {"nodieblink 2", "nodieblink 4"},
+    {"plain|nodieblink 2", "nodieblink 2 1"},
+    {"nodieblink 3", "nodieblink"},
+    {"risetime -40", "risetime 10 20"},
+    {"riseinv 2 1", "riseinv 2 0"},
+    {"holdblock 1", "holdblock 0"},
+    {"chargetime 1.5", "chargetime 0"},
+    {"throw 20 3.5", "throw far"},
+    {"throwdamage 12", "throwdamage -1"},
+    {"antigrab 2", "grabresistance 2 3"},
+    {"grabforce -999999", "grabforce much"},
+    {"subject_to_wall 0", "subject_to_wall 2"},
+    {"subject_to_obstacle 0", "subject_to_obstacle 1"},
+    {"subject_to_maxz 1", "subject_to_minz x"},
+    {"subject_to_platform 1", "subject_to_platform -1"},
+    {"facing 3", "facing 4"},
+    {"nomove 1 0", "nomove 2"},
+    {"running 25 4 1.5 1 0", "running fast"},
+    {"aimove chase", "aimove hunt"},
+    {"aimove AvoidX wander", "aimove chase 2"},
+    {"bounce 2", "bounce -1"},
+    {"platform 1 2 3 4 5 6", "stage|platform 1 2 3 4 5 6"},
+    {"platform 1 2 3 4 5 6 7 8", "platform 1 2 3 4 5 6 7 8 9"},
+    {"projectilehit enemy ground", "projectilehit all"},
+    {"pbombframe 3 70", "pbombframe 3 70 1"},
+    {"remove 0", "remove 2"},
+    {"stage|weapon Plain", "stage|weapon Nobody"},
+    {"weapons plain none", "weapons plain nobody"},
+    {"counter 3", "weapnum two"},
+    {"typeshot 1", "typeshot 2"},
+    {"dust plain none plain", "dust nobody"},
+    {"com d ~f -> a + +[3] j*,k[10][20] freespecial", "com d+f a freespecial"},
+    {"cancel 0 2 1 F D jump", "cancel 0 2 x F jump"},
+    {"stage|rock 3", "stage|rock 4"},
+    {"stage|water bgs/water 15", "stage|water bgs/water 16"},
+    {"stage|light -100 60", "stage|light 10"},
+    {"stage|shadowalpha 6", "stage|shadowalpha 7"},
+    {"stage|shadowcolor -1", "stage|shadowcolor 2"},
+    {"stage|settime 0", "stage|settime 60"},
+    {"stage|notime 1", "stage|notime 0"},
+    {"stage|cameraoffset 0 -10", "stage|cameraoffset 5"},
+    {"stage|cameratype 1", "stage|cameratype 2"},
+    {"stage|bglayer a.gif 0.5 0.5 0 0 0 0 2 1 0 6 0 0 0 0 1.5",
+     "stage|bglayer a 1 1 0 0 0 0 0 0 0 0 1"},
+    {"stage|fglayer a.gif 5 1.5 1 0 0 0 0 1 1 0 2", "stage|fglayer a 5 1 1 0 0 0 0 0 0 0 7"},
+    {"stage|frontpanel pal", "stage|frontpanel gone"},
+    {"stage|wall 1 2 3 4 5 6 7 8", "stage|wall 1 2 3 4"},
+    {"stage|blockade 500", "stage|blockade here"},
+    {"stage|end", "stage|end 1"},
+    {"levels|credits 5", "levels|lives many"},
+    {"levels|ifcomplete 1", "levels|ifcomplete x"},
+    {"levels|scene scene.txt", "levels|scene odd.txt"},
+    {"models|nocost 1", "models|nocost yes"},
+};
+
+TEST(OccurrenceRefiner, EveryRuleRaisesWhatItsTextSaysAndNothingElse) {
+    const test::TempFolder folder;
+    folder.write("data/models.txt", "load Hero hero.txt\nload Plain plain.txt\n");
+    folder.write("data/hero.txt", "combostyle 1\nanim idle\nframe a\nanim death\nframe a\n");
+    folder.write("data/plain.txt", "anim idle\nframe a\n");
+    folder.write("data/levels.txt", "set A\nfile stage.txt\n");
+    folder.write("data/stage.txt", "");
+    folder.write("data/pal.gif", "GIF89a");
+    folder.write("data/8bit.png", std::string("\x89PNG") + std::string(21, '\0') + "\x03");
+    folder.write("data/true.png", std::string("\x89PNG") + std::string(21, '\0') + "\x06");
+    folder.write("data/scene.txt", "music a.bor\nanimation a.gif 0 0 1 0\nsilence\n");
+    folder.write("data/odd.txt", "animation a.gif 0 0 1 0\nskipto 2\n");
+    folder.write("data/ok.c", "void main(){ setlocalvar(1, 2); }");
+    folder.write("data/bad.c", "void main(){ odd(); }");
+    const ProjectScan project = scanProject(folder.path());
+    GameReader game(project.dataDir, project.root);
+    ScriptScanner scanner(game, project);
+    OccurrenceRefiner refiner(game, scanner);
+
+    const auto refine = [&](std::string text) {
+        std::string file = "hero";
+        if (const std::size_t bar = text.find('|'); bar < 8) {
+            file = text.substr(0, bar);
+            text.erase(0, bar + 1);
+        }
+        const TextFile lines(text);
+        CommandRule rule = lookupCommand(lines.lines().front().key);
+        refiner.refineOccurrence(rule, lines.lines().front(), project.dataDir / (file + ".txt"));
+        return rule;
+    };
+    const std::span<const OccurrenceRule> rules = occurrenceRules();
+    ASSERT_EQ(std::size(kExamples), rules.size());
+    for (std::size_t i = 0; i < rules.size(); ++i) {
+        const CommandRule raised = refine(kExamples[i].raised);
+        EXPECT_EQ(raised.impact, rules[i].impact) << kExamples[i].raised;
+        EXPECT_EQ(raised.status, CompatStatus::kSupported) << kExamples[i].raised;
+        EXPECT_TRUE(raised.parserSupported && raised.runtimeSupported) << kExamples[i].raised;
+
+        const CommandRule kept = refine(kExamples[i].kept);
+        std::string word = kExamples[i].kept;
+        word.erase(0, word.find('|') < 8 ? word.find('|') + 1 : 0);
+        const CommandRule before = lookupCommand(word.substr(0, word.find_first_of(" \n")));
+        EXPECT_EQ(kept.impact, before.impact) << kExamples[i].kept;
+        EXPECT_EQ(kept.status, before.status) << kExamples[i].kept;
+    }
+}
+
+}  // namespace
+}  // namespace tindrel
