@@ -27,6 +27,19 @@ class ConsoleEncoding {
     unsigned int before_ = 0;
 };
 
+// Lets child processes read file names as UTF-8 for as long as this lives, whatever the locale.
+class Utf8Children {
+  public:
+    Utf8Children();
+    Utf8Children(const Utf8Children&) = delete;
+    Utf8Children& operator=(const Utf8Children&) = delete;
+    ~Utf8Children();
+
+  private:
+    bool changed_ = false;
+    std::optional<std::string> before_;
+};
+
 // The command line in UTF-8, the program's name first; nothing when the system cannot split it.
 [[nodiscard]] std::optional<std::vector<std::string>> commandLine(int count, char** arguments);
 

@@ -1,11 +1,44 @@
+#include <langinfo.h>
+#include <locale.h>
+#include <stdlib.h>
 #include <unistd.h>
+
+#include <string_view>
 
 #include "platform/Console.hpp"
 
 namespace tindrel {
+namespace {
+
+constexpr const char* kLocale = "LC_ALL";
+
+bool localeIsUtf8() {
+    const locale_t locale = ::newlocale(LC_CTYPE_MASK, "", nullptr);
+    if (locale == nullptr) return false;
+    const bool result = std::string_view(::nl_langinfo_l(CODESET, locale)) == "UTF-8";
+    ::freelocale(locale);
+    return result;
+}
+
+}  // namespace
 
 ConsoleEncoding::ConsoleEncoding() = default;
 ConsoleEncoding::~ConsoleEncoding() = default;
+
+Utf8Children::Utf8Children() : changed_(!localeIsUtf8()) {
+    if (!changed_) return;
+    if (const char* value = ::getenv(kLocale); value != nullptr) before_ = value;
+    ::setenv(kLocale, "C.UTF-8", 1);
+}
+
+Utf8Children::~Utf8Children() {
+    if (!changed_) return;
+    if (before_) {
+        ::setenv(kLocale, before_->c_str(), 1);
+    } else {
+        ::unsetenv(kLocale);
+    }
+}
 
 std::optional<std::vector<std::string>> commandLine(int count, char** arguments) {
     return std::vector<std::string>(arguments, arguments + count);

@@ -18,6 +18,10 @@ ConsoleEncoding::~ConsoleEncoding() {
     if (before_ != 0) SetConsoleOutputCP(before_);
 }
 
+// Names are wide here in any locale.
+Utf8Children::Utf8Children() = default;
+Utf8Children::~Utf8Children() = default;
+
 std::optional<std::vector<std::string>> commandLine(int, char**) {
     int count = 0;
     wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);

@@ -3,6 +3,7 @@
 #include <ostream>
 #include <system_error>
 
+#include "PathEncoding.hpp"
 #include "platform/FileReplace.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/OutputFile.hpp"
@@ -101,6 +102,15 @@ class WorkingFolder {
     fs::path before_;
 };
 
+// The archive takes names in UTF-8 only; the port reads any other name as legacy text, too.
+fs::path packagedName(const fs::path& relative) {
+    fs::path result;
+    for (const fs::path& element : relative) {
+        result /= PathEncoding::path(PathEncoding::utf8(element));
+    }
+    return result;
+}
+
 void copyFolder(const fs::path& from, const fs::path& to, Progress& progress,
                 std::error_code& error) {
     fs::create_directories(to, error);
@@ -108,7 +118,7 @@ void copyFolder(const fs::path& from, const fs::path& to, Progress& progress,
     fs::recursive_directory_iterator it(from, fs::directory_options::follow_directory_symlink,
                                         error);
     for (; !error && it != fs::recursive_directory_iterator(); it.increment(error)) {
-        const fs::path target = to / it->path().lexically_relative(from);
+        const fs::path target = to / packagedName(it->path().lexically_relative(from));
         const bool isFolder = it->is_directory(error);
         if (error) return;
         if (isFolder) {
@@ -158,6 +168,7 @@ int fillStage(const fs::path& port, const fs::path& stage, const Console& consol
 
 int makeZip(const PackagePaths& paths, const Console& console) {
     const WorkingFolder inParent(paths.parent);
+    const Utf8Children anyName;
     std::error_code ignored;
     fs::remove(paths.zip, ignored);
     const fs::path cmake = findCmake();

@@ -1,0 +1,110 @@
+#pragma once
+
+// A search path of a test's own, with a `cmake` that only does what the test asks of it.
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "TempFolder.hpp"
+
+namespace tindrel::test {
+
+class EnvironmentValue {
+  public:
+    EnvironmentValue(std::string name, const std::string& value) : name_(std::move(name)) {
+        if (const char* before = std::getenv(name_.c_str()); before != nullptr) before_ = before;
+        ::setenv(name_.c_str(), value.c_str(), 1);
+    }
+    EnvironmentValue(const EnvironmentValue&) = delete;
+    EnvironmentValue& operator=(const EnvironmentValue&) = delete;
+    ~EnvironmentValue() {
+        if (before_) {
+            ::setenv(name_.c_str(), before_->c_str(), 1);
+        } else {
+            ::unsetenv(name_.c_str());
+        }
+    }
+
+  private:
+    std::string name_;
+    std::optional<std::string> before_;
+};
+
+inline constexpr std::string_view kFakeCmake = R"sh(#!/bin/sh
+here="${0%/*}"
+echo "$@" >> "$here/log"
+case "$1" in
+-S)
+    if [ -e "$4/CMakeCache.txt" ] || [ -e "$4/old" ]; then echo "stale build" >> "$here/log"; fi
+    echo cache > "$4/CMakeCache.txt"
+    if [ -e "$here/fail-configure" ]; then exit 7; fi
+    if [ -e "$here/fail-ninja" ] && [ "$6" = -G ]; then exit 7; fi
+    ;;
+--build)
+    if [ -e "$here/fail-build" ]; then exit 7; fi
+    if [ ! -e "$here/no-executable" ]; then
+        echo '#!/bin/sh' > "$2/openbor-port"
+        echo 'echo "ran $*" > started; exit 3' >> "$2/openbor-port"
+        /bin/chmod 755 "$2/openbor-port"
+    fi
+    if [ -e "$here/gone-after-build" ]; then /bin/rm "$0"; fi
+    ;;
+-E)
+    if [ -e "$here/fail-zip" ]; then exit 7; fi
+    echo "in $(pwd)" >> "$here/log"
+    echo zip > "$4"
+    ;;
+esac
+)sh";
+
+class FakeTools {
+  public:
+    FakeTools() : path_("PATH", folder_.path().string()) {
+        log("");
+        addProgram("cmake", kFakeCmake);
+    }
+
+    void addProgram(std::string_view name, std::string_view script) const {
+        namespace fs = std::filesystem;
+        const fs::path file = folder_.write(name, script);
+        fs::permissions(file, fs::perms::owner_exec, fs::perm_options::add);
+    }
+    void removeProgram(std::string_view name) const {
+        std::filesystem::remove(folder_.path() / name);
+    }
+
+    // "fail-configure", "fail-ninja", "fail-build", "no-executable", "gone-after-build",
+    // "fail-zip".
+    void set(std::string_view flag) const { folder_.write(flag, ""); }
+
+    // The arguments of every call, one line each.
+    [[nodiscard]] std::string log() const { return folder_.read("log"); }
+    void log(std::string_view content) const { folder_.write("log", content); }
+
+    void write(std::string_view name, std::string_view content) const {
+        folder_.write(name, content);
+    }
+    [[nodiscard]] std::string read(std::string_view name) const { return folder_.read(name); }
+
+    [[nodiscard]] std::string cmake() const { return (folder_.path() / "cmake").string(); }
+
+  private:
+    TempFolder folder_;
+    EnvironmentValue path_;
+};
+
+// A port as the build and the package look at it, with what a package leaves behind.
+inline void writePort(const TempFolder& folder, const std::string& name) {
+    folder.write(name + "/assets/openbor-data/models.txt", "load Hero data/chars/hero.txt\n");
+    folder.write(name + "/config/graphics.ini", "[video]\n");
+    folder.write(name + "/reports/analysis.json", "{}\n");
+    folder.write(name + "/runtime/CMakeLists.txt", "project(port)\n");
+    folder.write(name + "/runtime/src/Engine.cpp", "");
+    folder.write(name + "/README-PORT.txt", "Read me.\n");
+}
+
+}  // namespace tindrel::test
