@@ -115,6 +115,7 @@ TEST(LevelSets, StagesCombineLevelsFilesAndScenes) {
     folder.write("data/Levels.txt",
                  "set A\nlives 3\nscene data/scenes/intro.txt\nscene data/scenes/absent.txt\n"
                  "branch door\nz 50 90 40\nfile data/levels/one.txt\nscene data/scenes/outro.txt\n"
+                 "z 60 95 45\n"
                  "file data/levels/missing.txt\nnext\nfile ../escape.txt\n"
                  "file data/LEVELS/Two.txt\nend\nset B\nfile data/levels/one.txt\n");
     folder.write("escape.txt", "");
@@ -165,15 +166,15 @@ TEST(LevelSets, ScenesPlayTheirMusicFromTheNextPictureOn) {
     const test::TempFolder folder;
     folder.write("1.txt",
                  "silence\n"
-                 "animation data/A.gif 1 -2 3 x 1\n"
+                 "animation data/A.gif 1 -2 3 x 0\n"
                  "music\n"
-                 "music unheard.ogg 1\n"
-                 "music data/first.ogg 0 1\n"
+                 "music unheard.ogg\n"
+                 "music data/first.ogg 2\n"
                  "animation\n"
                  "animation b.gif 0 0 0 0 120\n"
                  "stop\n"
                  "animation c.gif\n"
-                 "music second.ogg 1\n"
+                 "music second.ogg\n"
                  "stop now\n"
                  "animation never.gif\n"
                  "music never.ogg\n");
@@ -181,7 +182,7 @@ TEST(LevelSets, ScenesPlayTheirMusicFromTheNextPictureOn) {
     GameReader game(folder.path(), folder.path());
     std::vector<CutsceneAnimationDef> animations;
     std::string music;
-    bool loop = true;
+    bool loop = false;
     readScenes(game, {"1.txt", "absent.txt", "3.txt"}, animations, music, loop);
 
     struct Expected {
@@ -191,9 +192,9 @@ TEST(LevelSets, ScenesPlayTheirMusicFromTheNextPictureOn) {
     };
     const std::vector<Expected> expected = {
         {"A.gif", "", false, true, 1, 0},
-        {"b.gif", "first.ogg", false, false, 120, 0},
+        {"b.gif", "first.ogg", true, false, 120, 0},
         {"c.gif", "", false, false, 0, 0},
-        {"d.gif", "second.ogg", true, false, 0, 2},
+        {"d.gif", "second.ogg", false, false, 0, 2},
     };
     ASSERT_EQ(animations.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -209,7 +210,7 @@ TEST(LevelSets, ScenesPlayTheirMusicFromTheNextPictureOn) {
     EXPECT_EQ(animations[0].skip, 3);
     EXPECT_EQ(animations[0].noSkip, 0);
     EXPECT_EQ(music, "first.ogg") << "the list's music is the first that sounds";
-    EXPECT_FALSE(loop);
+    EXPECT_TRUE(loop);
 
     folder.write("4.txt", "music only.ogg 1\n");
     music.clear();
