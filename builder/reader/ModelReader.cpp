@@ -1,0 +1,192 @@
+#include "reader/ModelReader.hpp"
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <system_error>
+#include <unordered_map>
+#include <utility>
+
+#include "PathEncoding.hpp"
+#include "platform/FileStatus.hpp"
+#include "reader/DataPaths.hpp"
+#include "reader/ModelKeywords.hpp"
+#include "reader/Tokens.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+struct KnownKeyword {
+    const ModelKeyword* row = nullptr;
+    bool needsAnimation = false;
+};
+
+using KeywordIndex = std::unordered_map<std::string_view, KnownKeyword>;
+
+const KeywordIndex& keywordIndex() {
+    static const KeywordIndex index = [] {
+        KeywordIndex all;
+        const auto add = [&](std::span<const ModelKeyword> rows, bool needsAnimation) {
+            for (const ModelKeyword& row : rows) {
+                for (const std::string_view name : row.names) {
+                    if (!name.empty()) all.emplace(name, KnownKeyword{&row, needsAnimation});
+                }
+            }
+        };
+        add(propertyKeywords(), false);
+        add(animationKeywords(), true);
+        add(frameKeywords(), true);
+        return all;
+    }();
+    return index;
+}
+
+// "attack7": the digits that are glued on; empty when it is another word.
+std::string_view attackNumber(std::string_view key) {
+    constexpr std::string_view kAttack = "attack";
+    if (key.substr(0, kAttack.size()) != kAttack) return {};
+    const std::string_view digits = key.substr(kAttack.size());
+    return std::all_of(digits.begin(), digits.end(), isDigit) ? digits : std::string_view{};
+}
+
+void readLine(ModelParser& parser, const TextLine& line) {
+    const bool inAnimation = !parser.model.animations.empty();
+    if (!line.text.empty()) {
+        (inAnimation ? parser.animation().inlineScript : parser.modelScript) += line.text;
+        return;
+    }
+    static const KeywordIndex& index = keywordIndex();
+    if (const auto found = index.find(line.key); found != index.end()) {
+        const auto [row, needsAnimation] = found->second;
+        if (needsAnimation && !inAnimation) return;
+        if (line.args.size() >= row->minArgs) row->action(parser, line.args);
+    } else if (const auto number = attackNumber(line.key); inAnimation && !number.empty()) {
+        readNumberedAttack(parser, number, line.args);
+    }
+}
+
+std::string stemOf(const fs::path& path) {
+    return PathEncoding::utf8(path.stem());
+}
+
+// What models.txt says about all models, wherever in the file it says so.
+struct GlobalFlag {
+    std::string_view key;
+    bool ModelDef::*flag;
+};
+
+constexpr GlobalFlag kGlobalFlags[] = {
+    {"nocost", &ModelDef::globalNoCost},
+    {"blockratio", &ModelDef::globalBlockRatio},
+    {"mpblock", &ModelDef::globalMpBlock},
+    {"nochipdeath", &ModelDef::noChipDeath},
+};
+
+// Carries the global flags alone.
+ModelDef readGlobalFlags(const TextFile& registry) {
+    ModelDef flags;
+    for (const TextLine& line : registry) {
+        if (line.args.empty()) continue;
+        for (const auto& [key, flag] : kGlobalFlags) {
+            if (line.key == key) flags.*flag = parseIntOr(line.args[0], 0) != 0;
+        }
+    }
+    return flags;
+}
+
+bool isLink(const fs::path& path) {
+    std::error_code ignored;
+    return fs::is_symlink(path, ignored);
+}
+
+std::vector<ModelDef> readRegisteredModels(GameReader& game, const TextFile& registry) {
+    std::vector<ModelDef> models;
+    const ModelDef globals = readGlobalFlags(registry);
+    std::set<std::string> seen;
+    for (const TextLine& line : registry) {
+        if ((line.key != "load" && line.key != "know") || line.args.empty()) continue;
+        const bool named = line.args.size() > 1;
+        const std::string_view path = line.args[named ? 1 : 0];
+        const fs::path& resolved = game.resolve(path);
+        if (resolved.empty() || isLink(resolved) || !isFile(resolved)) continue;
+
+        ModelDef model = readModelFile(game, resolved);
+        if (model.animations.empty()) continue;
+        model.modelName =
+            named ? std::string(line.args[0]) : stemOf(PathEncoding::path(normalizeDataPath(path)));
+        if (model.modelName.empty()) model.modelName = model.name;
+        if (model.name.empty()) model.name = model.modelName;
+        const std::string key =
+            toLower(model.modelName) + '\n' + PathEncoding::utf8(resolved.lexically_normal());
+        if (!seen.insert(key).second) continue;
+
+        for (const auto& [name, flag] : kGlobalFlags) model.*flag = globals.*flag;
+        models.push_back(std::move(model));
+    }
+    return models;
+}
+
+void check(const char* operation, const fs::path& path, const std::error_code& error) {
+    if (error) throw fs::filesystem_error(operation, path, error);
+}
+
+bool isTextFile(const fs::directory_entry& entry) {
+    if (toLower(PathEncoding::utf8(entry.path().extension())) != ".txt") return false;
+    std::error_code error;
+    const bool regular = entry.is_regular_file(error);
+    if (!isAbsence(error)) check("status", entry.path(), error);
+    return regular;
+}
+
+// For projects without a usable registry: every text file that describes an entity is one.
+std::vector<ModelDef> findModels(GameReader& game) {
+    std::vector<ModelDef> models;
+    std::error_code error;
+    fs::recursive_directory_iterator walk(game.dataDir(), error);
+    check("recursive_directory_iterator", game.dataDir(), error);
+    while (walk != fs::recursive_directory_iterator()) {
+        const fs::path path = walk->path();
+        if (isTextFile(*walk)) {
+            ModelDef model = readModelFile(game, path);
+            if (!model.animations.empty() && !model.name.empty()) {
+                model.modelName = model.name;
+                models.push_back(std::move(model));
+            }
+        }
+        walk.increment(error);
+        check("recursive_directory_iterator", path, error);
+    }
+    return models;
+}
+
+}  // namespace
+
+ModelDef parseModel(const TextFile& file, std::string_view stem) {
+    ModelParser parser;
+    for (const TextLine& line : file) readLine(parser, line);
+    ModelDef& model = parser.model;
+    for (AnimationDef& animation : model.animations) {
+        animation.inlineScript.insert(0, parser.modelScript);
+    }
+    if (model.name.empty()) model.name = stem;
+    return std::move(model);
+}
+
+ModelDef readModelFile(GameReader& game, const fs::path& path) {
+    ModelDef model = parseModel(game.lines(path), stemOf(path));
+    model.sourceFile = game.relativeToProject(path);
+    return model;
+}
+
+std::vector<ModelDef> readModels(GameReader& game) {
+    if (!tindrel::exists(game.dataDir())) return {};
+    const fs::path& registry = game.resolve("models.txt");
+    if (!registry.empty() && tindrel::exists(registry)) {
+        std::vector<ModelDef> models = readRegisteredModels(game, game.lines(registry));
+        if (!models.empty()) return models;
+    }
+    return findModels(game);
+}
+
+}  // namespace tindrel
