@@ -13,7 +13,7 @@ struct EmbeddedFile {
     std::string_view content;
 };
 
-// All carried files in the order of writing.
+// All carried files in the order of writing, but the schema headers of the tables.
 [[nodiscard]] std::span<const EmbeddedFile> runtimeFiles();
 
 // The carried table schema, GeneratedCharacters.hpp or GeneratedStages.hpp; empty for other names.

@@ -1,0 +1,78 @@
+#include "generator/TableText.hpp"
+
+#include <array>
+
+namespace tindrel {
+namespace {
+
+// Holds FLT_MAX in fixed notation with three decimals.
+using Digits = std::array<char, 64>;
+
+std::string_view print(Digits& buffer, float value, std::chars_format format, int precision) {
+    char* const begin = buffer.data();
+    const auto end = std::to_chars(begin, begin + buffer.size(), value, format, precision).ptr;
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+char escapeLetter(char c) {
+    switch (c) {
+        case '\t':
+            return 't';
+        case '\n':
+            return 'n';
+        case '\r':
+            return 'r';
+        default:
+            return c;
+    }
+}
+
+}  // namespace
+
+void appendEscaped(std::string& out, std::string_view text, std::string_view escaped) {
+    for (;;) {
+        const std::size_t plain = text.find_first_of(escaped);
+        out += text.substr(0, plain);
+        if (plain == std::string_view::npos) return;
+        out += '\\';
+        out += escapeLetter(text[plain]);
+        text.remove_prefix(plain + 1);
+    }
+}
+
+void appendFixedFloat(std::string& out, float value) {
+    Digits buffer;
+    std::string_view digits = print(buffer, value, std::chars_format::fixed, 3);
+    while (digits.size() > 2 && digits.back() == '0') digits.remove_suffix(1);
+    out += digits;
+    out += digits.back() == '.' ? "0f" : "f";
+}
+
+void appendShortFloat(std::string& out, float value) {
+    Digits buffer;
+    const std::string_view digits = print(buffer, value, std::chars_format::general, 8);
+    out += digits;
+    out += digits.find_first_of(".e") == std::string_view::npos ? ".0f" : "f";
+}
+
+void appendShapeFloat(std::string& out, float value) {
+    // The scientific form tells the exponent after rounding, which decides the notation.
+    Digits buffer;
+    std::string_view digits = print(buffer, value, std::chars_format::scientific, 8);
+    const std::size_t sign = digits.find('e') + 1;
+    int exponent = 0;
+    std::from_chars(&digits[sign + 1], digits.data() + digits.size(), exponent);
+    if (digits[sign] == '-') exponent = -exponent;
+    if (exponent >= -4 && exponent < 9) {
+        digits = print(buffer, value, std::chars_format::fixed, 8 - exponent);
+    }
+    out += digits;
+    out += exponent == 8 ? ".f" : "f";
+}
+
+void appendJsonFloat(std::string& out, float value) {
+    Digits buffer;
+    out += print(buffer, value, std::chars_format::general, 6);
+}
+
+}  // namespace tindrel
