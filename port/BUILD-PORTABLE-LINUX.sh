@@ -27,8 +27,8 @@ cmake --build "$build" --config Release || fail "A compilacao falhou."
 [ -f "$build/openbor-port" ] || fail "openbor-port nao foi encontrado apos a compilacao."
 
 cp -- "$build/openbor-port" "$dist/OpenBOR-Port"
-cp -R -- "$root/assets" "$root/config" "$dist/"
-[ ! -d "$root/saves" ] || cp -R -- "$root/saves" "$dist/"
+cp -RH -- "$root/assets" "$root/config" "$dist/"
+[ ! -d "$root/saves" ] || cp -RH -- "$root/saves" "$dist/"
 
 # launcher <nome>: um script executavel na pasta portatil, com o texto da entrada padrao.
 launcher() {

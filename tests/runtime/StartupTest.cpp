@@ -1,0 +1,170 @@
+#include "Startup.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "PathEncoding.hpp"
+#include "TempFolder.hpp"
+
+namespace port {
+namespace {
+
+using testing::ExitedWithCode;
+using tindrel::test::TempFolder;
+
+RunSwitches parse(const std::vector<std::string>& arguments, bool foldCase = false) {
+    return parseArguments(arguments, foldCase);
+}
+
+TEST(Arguments, AreReadInAnyOrder) {
+    EXPECT_FALSE(parse({}).diagnose || parse({}).smoke || parse({}).start);
+    EXPECT_EQ(parse({}).smokeFrames, 600);
+    EXPECT_TRUE(parse({"a", "--diagnose"}).diagnose);
+    EXPECT_TRUE(parse({"--diagnostic", "--verbose", "-"}).diagnose);
+    EXPECT_TRUE(parse({"--smoke-game"}).smoke);
+    EXPECT_EQ(parse({"first", "--smoke-game", "second", "-x"}).start, "second");
+    EXPECT_EQ(parse({""}).start, "");
+
+    EXPECT_FALSE(parse({"--Diagnose"}).diagnose);
+    EXPECT_TRUE(parse({"--DIAGNOSE"}, true).diagnose);
+    EXPECT_EQ(parse({"--Smoke-Frames=90", "Port"}, true).smokeFrames, 90);
+    EXPECT_EQ(parse({"--Smoke-Frames=90", "Port"}, true).start, "Port") << "paths keep their case";
+}
+
+TEST(Arguments, SmokeFramesAreClampedAndForgiving) {
+    const std::pair<const char*, int> cases[] = {
+        {"--smoke-frames=61", 61},          {"--smoke-frames=10", 60},   {"--smoke-frames=-1", 60},
+        {"--smoke-frames=5000", 3600},      {"--smoke-frames=abc", 600}, {"--smoke-frames=", 600},
+        {"--smoke-frames=99999999999", 600}};
+    for (const auto& [argument, frames] : cases) {
+        EXPECT_EQ(parse({argument}).smokeFrames, frames) << argument;
+        EXPECT_TRUE(parse({argument}).smoke) << argument;
+    }
+    EXPECT_FALSE(parse({"--smoke-frames"}).smoke);
+}
+
+TEST(PortRoot, IsSearchedInEightFolders) {
+    const TempFolder folder;
+    std::filesystem::create_directories(folder.path() / "port/assets/openbor-data");
+    const auto root = folder.path() / "port";
+    const std::filesystem::path none = "/none";
+    EXPECT_EQ(findPortRoot(root, none), root);
+    EXPECT_EQ(findPortRoot(root / "runtime/build/x64/Release", none), root);
+    EXPECT_EQ(findPortRoot(root / "1/2/3/4/5/6/7", none), root);
+    EXPECT_EQ(findPortRoot(root / "1/2/3/4/5/6/7/", none), root) << "the slash is no level";
+    EXPECT_EQ(findPortRoot(root / "1/2/3/4/5/6/7/8", none), none);
+    EXPECT_EQ(findPortRoot(root / "x/../y", none), root);
+    EXPECT_EQ(findPortRoot(folder.path(), none), none);
+    EXPECT_EQ(findPortRoot("/", none), none);
+    EXPECT_EQ(findPortRoot("", none), none);
+
+    folder.write("file/assets/openbor-data", "no folder");
+    EXPECT_EQ(findPortRoot(folder.path() / "file", none), none);
+    folder.write("port/assets/openbor-data/game.txt", "");
+    EXPECT_EQ(findPortRoot(root / "assets/openbor-data/game.txt", none), root)
+        << "a file dropped on the program";
+}
+
+TEST(Preflight, NamesTheFirstThingThatIsMissing) {
+    EXPECT_NE(preflightFailure(false, 0, 0).find("Pasta assets/openbor-data"), std::string::npos);
+    EXPECT_NE(preflightFailure(true, 0, 0).find("Nenhum personagem"), std::string::npos);
+    EXPECT_NE(preflightFailure(true, 1, 0).find("Nenhuma fase"), std::string::npos);
+    EXPECT_EQ(preflightFailure(true, 1, 1), "");
+}
+
+// The program as a player starts it, on a port in a folder of the test's own.
+struct PortRun : testing::Test {
+    TempFolder folder;
+    std::string root = PathEncoding::utf8(folder.path());
+    std::string errors;
+
+    void makePort() {
+        std::filesystem::create_directories(folder.path() / "assets/openbor-data");
+        folder.write("config/graphics.ini", "[video]\nfps_limit=0\n");
+    }
+
+    // The exit code of `program` with these arguments.
+    int start(const std::string& arguments, const std::string& program = PORT_PROGRAM) {
+        const std::string command =
+            "'" + program + "' " + arguments + " >/dev/null 2>'" + root + "/errors'";
+        const int status = std::system(command.c_str());
+        errors = folder.read("errors");
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    std::string log() { return folder.read("runtime-startup.log"); }
+};
+
+TEST_F(PortRun, DiagnoseChecksAndStops) {
+    makePort();
+    folder.write("runtime-startup.log", "an earlier start\n");
+    EXPECT_EQ(start("--diagnose '" + root + "'"), 0);
+    const std::filesystem::path program = PORT_PROGRAM;
+    EXPECT_EQ(log(), "an earlier start\nSTART exe=" + PathEncoding::utf8(program.parent_path()) +
+                         " root=" + root +
+                         "\nPREFLIGHT assets=ok characters=2 stages=4\nDIAGNOSE OK\n");
+    EXPECT_EQ(errors, "");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "runtime-crash.log"));
+}
+
+TEST_F(PortRun, APortWithoutAssetsFallsBackOnTheProgramsFolderAndFails) {
+    const TempFolder alone;
+    const auto copy = alone.path() / "OpenBOR-Port";
+    std::filesystem::copy_file(PORT_PROGRAM, copy);
+    EXPECT_EQ(start("--diagnose '" + root + "'", copy.string()), 1);
+    const std::string where = PathEncoding::utf8(alone.path());
+    const std::string message =
+        "Pasta assets/openbor-data nao encontrada. Mantenha o EXE junto das pastas assets e "
+        "config.";
+    EXPECT_EQ(alone.read("runtime-startup.log"),
+              "START exe=" + where + " root=" + where +
+                  "\nPREFLIGHT assets=missing characters=2 stages=4\nFATAL: " + message + "\n");
+    EXPECT_EQ(errors, message + "\n");
+}
+
+TEST_F(PortRun, AGameThatCannotStartEndsWithOne) {
+    makePort();
+    EXPECT_EQ(start("'" + root + "' --smoke-frames=60"), 1);
+    EXPECT_TRUE(
+        errors.ends_with("SMOKE GAME FAIL: could not start gameplay\n"
+                         "O runtime encerrou de forma anormal (codigo 72).\n"))
+        << errors;
+    EXPECT_TRUE(
+        log().ends_with("INITIALIZED OK\nEXIT code=72\nFATAL: O runtime encerrou de forma "
+                        "anormal (codigo 72).\n"))
+        << log();
+}
+
+TEST_F(PortRun, AHeadlessGamePlaysItselfAndKeepsItsSettings) {
+    makePort();
+    std::filesystem::create_directories(folder.path() / "portable/bin");
+    const auto copy = folder.path() / "portable/bin/OpenBOR-Port";
+    std::filesystem::copy_file(PORT_PROGRAM, copy);
+    EXPECT_EQ(start("", copy.string()), 0) << errors;
+    EXPECT_TRUE(log().ends_with("INITIALIZED OK\nEXIT code=0\n")) << log();
+    EXPECT_TRUE(folder.read("config/graphics.ini").starts_with("[video]\nrenderer=d3d11\n"));
+}
+
+TEST(RunPort, MovesToThePortsFolder) {
+    const TempFolder folder;
+    const auto before = std::filesystem::current_path();
+    std::filesystem::create_directories(folder.path() / "assets/openbor-data/bgs");
+    const std::string start = PathEncoding::utf8(folder.path() / "assets/openbor-data/bgs");
+    const char* arguments[] = {"openbor-port", start.c_str(), "--diagnose"};
+    EXPECT_EXIT(
+        {
+            const int code = runPort(3, arguments);
+            std::exit(std::filesystem::current_path() == folder.path() ? code : 99);
+        },
+        ExitedWithCode(0), "^$");
+    EXPECT_EQ(std::filesystem::current_path(), before);
+}
+
+}  // namespace
+}  // namespace port
