@@ -1,0 +1,194 @@
+#include "driver/Dispatch.hpp"
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <iterator>
+#include <ostream>
+#include <string_view>
+
+#include "analysis/CompatibilityReports.hpp"
+#include "analysis/ParityAudit.hpp"
+#include "analysis/ProjectAnalysis.hpp"
+#include "driver/ConsoleSummaries.hpp"
+#include "driver/DialogFlow.hpp"
+#include "driver/ExitCodes.hpp"
+#include "driver/OutputNames.hpp"
+#include "driver/PortTest.hpp"
+#include "driver/Version.hpp"
+#include "generator/PortTree.hpp"
+#include "generator/RepairPackage.hpp"
+#include "input/PreparedInput.hpp"
+#include "platform/FileStatus.hpp"
+#include "platform/ProgramArgument.hpp"
+#include "reader/DataPaths.hpp"
+#include "reader/GameReader.hpp"
+#include "reader/ProjectScan.hpp"
+#include "toolchain/PortBuild.hpp"
+#include "toolchain/PortPackage.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+int printUsage(std::ostream& out) {
+    out << "Tindrel Builder " << kVersion << '\n'
+        << "Generic OpenBOR -> native C++ converter. No game-specific hardcode.\n"
+           "Usage:\n"
+           "  tindrel-builder analyze <game-folder|game.zip|game.rar|game.pak>\n"
+           "  tindrel-builder convert <game-folder|game.zip|game.rar|game.pak> [output-folder]\n"
+           "  tindrel-builder build <game-folder|game.zip|game.rar|game.pak> <output-folder>\n"
+           "  tindrel-builder scan <game-folder|game.zip|game.rar|game.pak>\n"
+           "  tindrel-builder audit <game-folder|game.zip|game.rar|game.pak>\n"
+           "  tindrel-builder repair <game-folder|game.zip|game.rar|game.pak> <output-folder>\n"
+           "  tindrel-builder package <port-folder>\n"
+           "  tindrel-builder test <port-folder>\n"
+           "\n"
+           "build converts and compiles the generated runtime. package assembles a portable ZIP. "
+           "analyze writes analysis.json and compatibility-report.txt.\n"
+           "Windows: run with no arguments and choose a folder, ZIP, RAR or PAK.\n";
+    return kUsage;
+}
+
+// An analysed game, as the commands get it.
+struct Run {
+    const Console& console;
+    const fs::path& input;
+    const std::optional<fs::path>& folder;  // the third argument
+    const PreparedInput& prepared;
+    const ProjectScan& scan;
+    GameReader& game;
+    const ProjectAnalysis& analysis;
+};
+
+int runAnalyze(const Run& run) {
+    std::ostream& out = run.console.out;
+    printCompatibilitySummary(out, run.analysis);
+    const fs::path folder =
+        run.folder ? *run.folder : defaultReportsFolder(run.input, run.prepared);
+    writeReports(run.scan, run.analysis, folder);
+    out << "Wrote " << displayPath(folder / "analysis.json") << '\n'
+        << "Wrote " << displayPath(folder / "compatibility-report.txt") << '\n';
+    return kSuccess;
+}
+
+int runAudit(const Run& run) {
+    printCompatibilitySummary(run.console.out, run.analysis);
+    run.console.out << '\n';
+    printParityAudit(run.console.out);
+    return kSuccess;
+}
+
+int convert(const Run& run, const fs::path& output) {
+    if (isInsideDataFolder(run.scan.dataDir, output)) {
+        run.console.err << "Erro: a pasta de saida nao pode ficar dentro de data/.\n";
+        return kRefused;
+    }
+    generatePort(run.scan, run.analysis, run.game, output);
+    writeReports(run.scan, run.analysis, output / "reports");
+    printCompatibilitySummary(run.console.out, run.analysis);
+    const bool isPartial = run.analysis.partial > 0 || run.analysis.unknown > 0;
+    run.console.out << "CONVERT SUCCESS: port project generated at "
+                    << displayPath(tindrel::absolute(output)) << '\n'
+                    << "GAME COMPATIBILITY: " << (isPartial ? "PARTIAL" : "PASS") << '\n';
+    return kSuccess;
+}
+
+int runConvert(const Run& run) {
+    return convert(run, run.folder ? *run.folder : defaultPortFolder(run.input, run.prepared));
+}
+
+int runBuild(const Run& run) {
+    const int code = convert(run, *run.folder);
+    return code == kSuccess ? buildPort(*run.folder, run.console) : code;
+}
+
+int runRepair(const Run& run) {
+    writeRepairPackage(run.scan, run.analysis, *run.folder);
+    printCompatibilitySummary(run.console.out, run.analysis);
+    run.console.out << "AI Repair package generated at: "
+                    << displayPath(tindrel::absolute(*run.folder / "AI-Repair")) << '\n';
+    return kSuccess;
+}
+
+int runTest(const Run& run) {
+    printCompatibilitySummary(run.console.out, run.analysis);
+    return run.analysis.models > 0 || run.analysis.stages > 0 ? kSuccess : kNothingFound;
+}
+
+struct GameCommand {
+    std::string_view name;
+    bool needsFolder;
+    int (*run)(const Run&);
+};
+
+constexpr GameCommand kGameCommands[] = {
+    {"analyze", false, runAnalyze}, {"audit", false, runAudit},  {"build", true, runBuild},
+    {"convert", false, runConvert}, {"repair", true, runRepair}, {"test", false, runTest},
+};
+
+int runGameCommand(std::string_view command, const fs::path& input,
+                   const std::optional<fs::path>& folder, const PreparedInput& prepared,
+                   const Console& console) {
+    console.out << "Input source: " << prepared.sourceKind << " | original=" << displayPath(input)
+                << " | gameRoot=" << displayPath(prepared.gameRoot) << '\n';
+    if (prepared.candidates.size() >= 2) {
+        console.out << "[INFO] " << prepared.candidates.size()
+                    << " candidatos detectados; usando o de maior compatibilidade estrutural.\n";
+    }
+    const ProjectScan scan = scanProject(prepared.gameRoot);
+    printScanSummary(console.out, scan);
+    if (!scan.hasData) return kNoData;
+    if (command == "scan") return kSuccess;
+
+    GameReader game(scan.dataDir, scan.root);
+    const ProjectAnalysis analysis = analyzeProject(scan, game);
+    const auto* const row =
+        std::find_if(std::begin(kGameCommands), std::end(kGameCommands),
+                     [&](const GameCommand& known) { return known.name == command; });
+    if (row == std::end(kGameCommands) || (row->needsFolder && !folder)) {
+        return printUsage(console.out);
+    }
+    return row->run({console, input, folder, prepared, scan, game, analysis});
+}
+
+int dispatch(const std::vector<std::string>& arguments, const Console& console) {
+    if (arguments.size() < 3) return printUsage(console.out);
+    const std::string& command = arguments[1];
+    const fs::path input = argumentPath(arguments[2]);
+    std::optional<fs::path> folder;
+    if (arguments.size() > 3) folder = argumentPath(arguments[3]);
+
+    if (!tindrel::exists(input)) {
+        console.err << "Erro: entrada nao encontrada: " << displayPath(input) << '\n';
+        return kNoInput;
+    }
+    if (command == "package") return packagePort(input, console);
+    if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
+        return testPort(input, console);
+    }
+    PreparedInput prepared;
+    try {
+        prepared = prepareInput(input);
+    } catch (const std::exception& error) {
+        console.err << "Erro preparando entrada: " << error.what() << '\n';
+        return kNoInput;
+    }
+    return runGameCommand(command, input, folder, prepared, console);
+}
+
+}  // namespace
+
+int runBuilder(const std::vector<std::string>& arguments, const Console& console,
+               const std::function<std::optional<Dialogs>()>& findDialogs) {
+    try {
+        if (arguments.size() > 1) return dispatch(arguments, console);
+        const std::optional<Dialogs> dialogs = findDialogs();
+        return dialogs ? runDialogFlow(*dialogs, console) : printUsage(console.out);
+    } catch (const std::exception& error) {
+        console.err << "Falha ao processar o projeto: " << error.what() << '\n';
+        return kFailure;
+    }
+}
+
+}  // namespace tindrel

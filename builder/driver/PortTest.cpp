@@ -1,0 +1,66 @@
+#include "driver/PortTest.hpp"
+
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "analysis/ProjectAnalysis.hpp"
+#include "driver/ConsoleSummaries.hpp"
+#include "reader/GameReader.hpp"
+#include "reader/ProjectScan.hpp"
+#include "toolchain/PortBuild.hpp"
+#include "toolchain/PortPackage.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr int kChecksFailed = 40;
+constexpr std::string_view kVideoConfig = "config/openbor-video.ini";
+constexpr std::string_view kRequired[] = {
+    "assets/openbor-data",
+    "runtime/CMakeLists.txt",
+    "runtime/generated/GeneratedCharacters.cpp",
+    "runtime/generated/GeneratedStages.cpp",
+    "runtime/src/Engine.cpp",
+    kVideoConfig,
+};
+
+std::string readAll(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void checkVideoConfig(const fs::path& port, const ProjectAnalysis& analysis, int& failures,
+                      const Console& console) {
+    const std::string text = readAll(port / kVideoConfig);
+    const auto states = [&](std::string_view name, std::int32_t value) {
+        return text.find(std::string(name) + '=' + std::to_string(value)) != std::string::npos;
+    };
+    if (states("logical_width", analysis.logicalWidth) &&
+        states("logical_height", analysis.logicalHeight)) {
+        console.out << "[PASS] video config matches detected resolution\n";
+        return;
+    }
+    console.err << "[FAIL] video config does not match detected resolution\n";
+    ++failures;
+}
+
+}  // namespace
+
+int testPort(const fs::path& port, const Console& console) {
+    const ProjectScan scan = scanProject(port);
+    printScanSummary(console.out, scan);
+    GameReader game(scan.dataDir, scan.root);
+    const ProjectAnalysis analysis = analyzeProject(scan, game);
+    printCompatibilitySummary(console.out, analysis);
+
+    int failures = 0;
+    for (const std::string_view path : kRequired) checkExists(port, failures, path, console);
+    checkVideoConfig(port, analysis, failures, console);
+    return failures > 0 ? kChecksFailed : buildPort(port, console);
+}
+
+}  // namespace tindrel

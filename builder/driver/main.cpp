@@ -1,0 +1,16 @@
+#include <iostream>
+
+#include "driver/Dispatch.hpp"
+#include "driver/ExitCodes.hpp"
+#include "platform/Console.hpp"
+#include "platform/Dialogs.hpp"
+
+int main(int argc, char** argv) {
+    // Thousands of summary lines are written in large pieces; child processes are waited for with
+    // the stream flushed.
+    std::ios::sync_with_stdio(false);
+    const tindrel::ConsoleEncoding encoding;
+    const auto arguments = tindrel::commandLine(argc, argv);
+    if (!arguments) return tindrel::kNoInput;
+    return tindrel::runBuilder(*arguments, {std::cout, std::cerr}, tindrel::systemDialogs);
+}
