@@ -1,0 +1,254 @@
+#include "input/PakExtraction.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "PathEncoding.hpp"
+#include "platform/Interrupt.hpp"
+#include "reader/DataPaths.hpp"
+#include "reader/Tokens.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr std::string_view kMagic = "PACK";
+constexpr std::string_view kDataPrefix = "data/";
+constexpr std::uint64_t kHeaderBytes = 8;
+constexpr std::uint64_t kFooterBytes = 4;
+constexpr std::uint64_t kRecordBytes = 12;  // a record without its name
+// Serves for the longest name field, too.
+constexpr std::size_t kBufferBytes = 65536;
+
+constexpr std::string_view kTooManyFiles = "PAK excede limite defensivo de arquivos";
+constexpr std::string_view kTraversal = "tentativa de traversal no PAK: ";
+
+// Why the extraction ends; never leaves this file.
+struct PakError {
+    std::string message;
+};
+
+void require(bool condition, std::string_view message, std::string_view detail = {}) {
+    if (!condition) throw PakError{std::string(message).append(detail)};
+}
+
+struct Record {
+    std::uint64_t length = 0;
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+    std::string name;  // in UTF-8, with forward slashes
+};
+
+std::string cleanName(std::string_view field) {
+    std::string name = PathEncoding::text(field.substr(0, field.find('\0')));
+    std::replace(name.begin(), name.end(), '\\', '/');
+    std::string_view rest = name;
+    while (rest.substr(0, 2) == "./") rest.remove_prefix(2);
+    while (rest.substr(0, 1) == "/") rest.remove_prefix(1);
+    return std::string(rest);
+}
+
+// Where a name leads below the output: always below "data", which the name may carry itself.
+fs::path relativeTarget(std::string_view name) {
+    if (equalsFolded(name.substr(0, kDataPrefix.size()), kDataPrefix)) {
+        name.remove_prefix(kDataPrefix.size());
+    }
+    return fs::path("data") / PathEncoding::path(name);
+}
+
+// The folders below the output. Each is looked at before it is trusted: a real directory, no link,
+// below folders of which that is known as well, so that nothing is written elsewhere.
+class OutputFolders {
+  public:
+    OutputFolders(fs::path output, std::uint64_t limit)
+        : output_(std::move(output)), limit_(limit) {}
+
+    // Makes `folder`, the way below the output. Throws when it is no place for the file `name`.
+    void prepare(const fs::path& folder, const std::string& name) {
+        if (known_.count(folder.native()) != 0) return;
+        require(isInsideDataFolder(output_, output_ / folder), kTraversal, name);
+        fs::path below;
+        for (const fs::path& element : folder) {
+            below /= element;
+            if (known_.count(below.native()) != 0) continue;
+            makeOne(output_ / below, name);
+            if (known_.size() == kRemembered) known_.clear();
+            known_.insert(below.native());
+        }
+    }
+
+  private:
+    // Far more than games have; a hostile PAK must not fill the memory with its folders' names.
+    static constexpr std::size_t kRemembered = 4096;
+
+    void makeOne(const fs::path& folder, const std::string& name) {
+        std::error_code error;
+        const fs::file_type type = fs::symlink_status(folder, error).type();
+        require(type != fs::file_type::symlink, kTraversal, name);
+        if (type == fs::file_type::not_found) {
+            // A short name makes many folders, each a block of the disk, so they are counted too.
+            require(++made_ <= limit_, kTooManyFiles);
+            fs::create_directory(folder, error);
+        } else if (!error && type != fs::file_type::directory) {
+            error = std::make_error_code(std::errc::not_a_directory);
+        }
+        require(!error, "falha criando pasta do PAK: ", error.message());
+    }
+
+    fs::path output_;
+    std::uint64_t limit_;
+    std::uint64_t made_ = 0;
+    std::unordered_set<fs::path::string_type> known_;
+};
+
+class PakReader {
+  public:
+    PakReader(const fs::path& pak, const ExtractionLimits& limits)
+        : limits_(limits), buffer_(kBufferBytes) {
+        std::error_code error;
+        // A pipe of that name would make us wait for ever.
+        if (fs::is_regular_file(pak, error)) file_.open(pak, std::ios::binary);
+        require(file_.is_open(), "nao foi possivel abrir PAK");
+        readFrame();
+    }
+
+    void extract(const fs::path& output) {
+        std::error_code failure;
+        fs::create_directories(output, failure);
+        require(!failure, "falha criando pasta para PAK: ", failure.message());
+
+        OutputFolders folders(output, limits_.files);
+        std::uint64_t files = 0;
+        std::uint64_t bytes = 0;
+        Record record;
+        for (std::uint64_t at = indexOffset_; readRecord(at, record); at += record.length) {
+            hold_.letIn();
+            const std::string& name = record.name;
+            if (name.empty()) continue;
+            require(isSafeRelativePath(PathEncoding::path(name)),
+                    "caminho inseguro dentro do PAK: ", name);
+            require(record.offset + record.size <= indexOffset_,
+                    "arquivo PAK aponta para fora da area de dados: ", name);
+            require(++files <= limits_.files, kTooManyFiles);
+            bytes += record.size;
+            require(bytes <= limits_.bytes, "PAK excede limite defensivo de extracao");
+            write(record, target(output, name, folders));
+        }
+        require(files > 0, "nenhum arquivo valido encontrado no PAK");
+    }
+
+  private:
+    void readFrame() {
+        file_.seekg(0, std::ios::end);
+        const std::streamoff size = file_.tellg();
+        constexpr auto kSmallest = static_cast<std::streamoff>(kHeaderBytes + kFooterBytes);
+        require(size >= kSmallest, "PAK pequeno/invalido");
+        require(read(0, kMagic.size()) && view(kMagic.size()) == kMagic,
+                "assinatura PACK nao encontrada");
+        require(read(kMagic.size(), kHeaderBytes - kMagic.size()), "cabecalho PAK truncado");
+        limit_ = static_cast<std::uint64_t>(size) - kFooterBytes;
+        require(read(limit_, kFooterBytes), "rodape PAK truncado");
+        indexOffset_ = number(0);
+        require(indexOffset_ >= kHeaderBytes && indexOffset_ < limit_,
+                "offset do indice PAK invalido");
+    }
+
+    // False at the end of the index.
+    bool readRecord(std::uint64_t at, Record& record) {
+        if (at + kRecordBytes > limit_) return false;
+        require(read(at, kRecordBytes), "indice PAK truncado");
+        record.length = number(0);
+        record.offset = number(4);
+        record.size = number(8);
+        // An end marker, not a fault.
+        if (record.length <= kRecordBytes) return false;
+        require(at + record.length <= limit_, "registro PAK ultrapassa o indice");
+        const std::uint64_t nameBytes = record.length - kRecordBytes;
+        require(nameBytes <= kBufferBytes, "nome PAK excessivamente grande");
+        require(read(at + kRecordBytes, nameBytes), "nome PAK truncado");
+        record.name = cleanName(view(nameBytes));
+        return true;
+    }
+
+    // The path to write, its folder made.
+    static fs::path target(const fs::path& output, const std::string& name,
+                           OutputFolders& folders) {
+        const fs::path relative = relativeTarget(name).lexically_normal();
+        // "data//x" joins to an absolute path.
+        require(isSafeRelativePath(relative), kTraversal, name);
+        folders.prepare(relative.parent_path(), name);
+        return (output / relative).lexically_normal();
+    }
+
+    void write(const Record& record, const fs::path& path) {
+        std::error_code ignored;
+        const fs::file_type there = fs::symlink_status(path, ignored).type();
+        require(there != fs::file_type::symlink, kTraversal, record.name);
+        std::ofstream out;
+        // Opening a pipe that lies there would wait for ever.
+        if (there != fs::file_type::fifo) out.open(path, std::ios::binary | std::ios::trunc);
+        require(out.is_open(), "falha criando arquivo extraido: ", displayPath(path));
+        std::uint64_t at = record.offset;
+        for (std::uint64_t left = record.size; left > 0;) {
+            hold_.letIn();
+            const std::uint64_t piece = std::min<std::uint64_t>(left, kBufferBytes);
+            require(read(at, piece), "dados PAK truncados em: ", record.name);
+            out.write(buffer_.data(), static_cast<std::streamsize>(piece));
+            require(out.good(), "falha gravando arquivo PAK: ", record.name);
+            at += piece;
+            left -= piece;
+        }
+        // A full disk may show itself only now.
+        out.close();
+        require(out.good(), "falha gravando arquivo PAK: ", record.name);
+    }
+
+    // `size` bytes, at most the buffer's, into the buffer.
+    bool read(std::uint64_t at, std::uint64_t size) {
+        if (at != position_) file_.seekg(static_cast<std::streamoff>(at));
+        file_.read(buffer_.data(), static_cast<std::streamsize>(size));
+        position_ = at + size;
+        return file_.good();
+    }
+
+    [[nodiscard]] std::string_view view(std::uint64_t size) const {
+        return {buffer_.data(), static_cast<std::size_t>(size)};
+    }
+
+    [[nodiscard]] std::uint32_t number(std::size_t at) const {
+        std::uint32_t value = 0;
+        for (std::size_t i = 4; i-- > 0;) {
+            value = (value << 8U) | static_cast<unsigned char>(buffer_[at + i]);
+        }
+        return value;
+    }
+
+    ExtractionLimits limits_;
+    InterruptHold hold_;
+    std::ifstream file_;
+    std::vector<char> buffer_;
+    std::uint64_t position_ = UINT64_MAX;  // where the stream stands
+    std::uint64_t limit_ = 0;              // end of the index, start of the footer
+    std::uint64_t indexOffset_ = 0;
+};
+
+}  // namespace
+
+bool extractPak(const fs::path& pak, const fs::path& output, std::string* error,
+                const ExtractionLimits& limits) {
+    try {
+        PakReader(pak, limits).extract(output);
+        return true;
+    } catch (PakError& failure) {
+        if (error != nullptr) *error = std::move(failure.message);
+        return false;
+    }
+}
+
+}  // namespace tindrel

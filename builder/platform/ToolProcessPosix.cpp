@@ -1,0 +1,119 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <iostream>
+#include <mutex>
+#include <string_view>
+#include <thread>
+
+#include "platform/ProcessPosix.hpp"
+#include "platform/ToolProcess.hpp"
+
+extern char** environ;
+
+namespace tindrel {
+namespace {
+
+constexpr std::chrono::milliseconds kLongestPause{50};
+
+// The tool that runs leads a process group of its own, so that it dies with all its helpers.
+struct Tool {
+    std::mutex mutex;
+    pid_t group = 0;  // 0 for none; never a process that was waited for, whose id may be reused
+    bool stopped = false;
+};
+
+Tool& tool() {
+    static Tool& only = *new Tool;
+    return only;
+}
+
+// Our environment, but with a locale in which the tools can spell every file name.
+std::vector<char*> toolEnvironment() {
+    static char locale[] = "LC_ALL=C.UTF-8";
+    std::vector<char*> variables;
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        if (std::string_view(*variable).substr(0, 7) != "LC_ALL=") variables.push_back(*variable);
+    }
+    variables.push_back(locale);
+    variables.push_back(nullptr);
+    return variables;
+}
+
+// In a session of its own the tool finds no terminal to ask for a password, and its input is empty.
+pid_t startAlone(const std::vector<std::string>& command) {
+    std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
+    for (const std::string& argument : command) {
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    }
+    arguments.push_back(nullptr);
+    std::vector<char*> variables = toolEnvironment();
+
+    posix_spawn_file_actions_t actions;
+    posix_spawnattr_t attributes;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    pid_t process = -1;
+    const int error = ::posix_spawnp(&process, arguments[0], &actions, &attributes,
+                                     arguments.data(), variables.data());
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    return error == 0 ? process : -1;
+}
+
+bool hasEnded(pid_t process) {
+    siginfo_t info{};
+    // The process stays a zombie: its id still belongs to it when the group is killed.
+    const int result =
+        ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT);
+    return result == 0 ? info.si_pid != 0 : errno != EINTR;
+}
+
+}  // namespace
+
+int runTool(const std::vector<std::string>& command, const std::function<bool()>& mayGoOn) {
+    if (command.empty()) return -1;
+    // What we have written so far stands before what the tool writes.
+    std::cout.flush();
+    std::fflush(stdout);
+    // An inherited "ignore" would reap the tool before its code could be taken.
+    ::signal(SIGCHLD, SIG_DFL);
+
+    pid_t process = -1;
+    {
+        const std::lock_guard lock(tool().mutex);
+        if (tool().stopped) return -1;
+        process = startAlone(command);
+        if (process < 0) return -1;
+        tool().group = process;
+    }
+    std::chrono::milliseconds pause{1};
+    while (!hasEnded(process)) {
+        if (!mayGoOn()) ::kill(-process, SIGKILL);
+        std::this_thread::sleep_for(pause);
+        pause = std::min(pause * 2, kLongestPause);
+    }
+    const std::lock_guard lock(tool().mutex);
+    // A helper that outlives the tool would write on behind our back.
+    ::kill(-process, SIGKILL);
+    tool().group = 0;
+    return waitForProcess(process);
+}
+
+void endTool() {
+    const std::lock_guard lock(tool().mutex);
+    tool().stopped = true;
+    if (tool().group != 0) ::kill(-tool().group, SIGKILL);
+}
+
+}  // namespace tindrel
