@@ -71,7 +71,9 @@ TEST(RuntimeConfig, EveryKeyOfTheTableSetsASettingOfItsOwn) {
             },
             row.member);
         const std::string line = std::string(row.key) + "=" + value + "\n";
-        const RuntimeConfig config = loadText("[" + std::string(row.section) + "]\n" + line);
+        std::string file = "[";
+        file.append(row.section).append("]\n").append(line);
+        const RuntimeConfig config = loadText(file);
         for (const RuntimeConfig& other : seen) EXPECT_NE(config, other) << row.section << line;
         seen.push_back(config);
         EXPECT_EQ(loadText("[elsewhere]\n" + line), RuntimeConfig{}) << line;
