@@ -1,10 +1,12 @@
 #include "analysis/CommandRegistry.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
+#include <numeric>
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "reader/Tokens.hpp"
 
@@ -479,16 +481,21 @@ constexpr Row kUncatalogued = {
 
 using Index = std::unordered_map<std::string_view, const Row*>;
 
-Index indexRows() {
-    Index index;
+template <typename Visit>
+void forEachWord(Visit visit) {
     for (const Row& row : kRows) {
         std::string_view rest = row.words;
         while (!rest.empty()) {
             const std::size_t blank = std::min(rest.find(' '), rest.size());
-            index.try_emplace(rest.substr(0, blank), &row);
+            visit(rest.substr(0, blank), row);
             rest.remove_prefix(std::min(blank + 1, rest.size()));
         }
     }
+}
+
+Index indexRows() {
+    Index index;
+    forEachWord([&](std::string_view word, const Row& row) { index.try_emplace(word, &row); });
     return index;
 }
 
@@ -496,6 +503,27 @@ Index indexRows() {
 bool isNumbered(std::string_view key, std::string_view stem) {
     return key.size() > stem.size() && key.substr(0, stem.size()) == stem &&
            std::all_of(key.begin() + static_cast<std::ptrdiff_t>(stem.size()), key.end(), isDigit);
+}
+
+// Letters to insert, drop, replace or swap with a neighbour to turn one word into the other.
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> previous(b.size() + 1);
+    std::vector<std::size_t> beforePrevious(b.size() + 1);
+    std::vector<std::size_t> current(b.size() + 1);
+    std::iota(previous.begin(), previous.end(), std::size_t{0});
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        current[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            current[j] = std::min({previous[j] + 1, current[j - 1] + 1,
+                                   previous[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
+                current[j] = std::min(current[j], beforePrevious[j - 2] + 1);
+            }
+        }
+        std::swap(beforePrevious, previous);
+        std::swap(previous, current);
+    }
+    return previous[b.size()];
 }
 
 const Row& findRow(std::string_view key) {
@@ -531,6 +559,23 @@ CommandRule lookupCommand(std::string_view command) {
         std::none_of(command.begin(), command.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
     const Row& row = lower ? findRow(command) : findRow(toLower(command));
     return {row.status, row.support != Support::kNone, row.support == Support::kBoth, row.impact};
+}
+
+std::string_view closestCommand(std::string_view command) {
+    // Short words are near to everything, and nobody misspells half a word.
+    constexpr std::size_t kShortest = 4;
+    constexpr std::size_t kLongest = 64;
+    constexpr std::size_t kTwoSlipsFrom = 8;
+    if (command.size() < kShortest || command.size() > kLongest) return {};
+    std::size_t best = command.size() >= kTwoSlipsFrom ? 2 : 1;
+    std::string_view closest;
+    forEachWord([&](std::string_view word, const Row&) {
+        const std::size_t distance = editDistance(command, word);
+        if (distance > best || (distance == best && !closest.empty())) return;
+        best = distance;
+        closest = word;
+    });
+    return closest;
 }
 
 }  // namespace tindrel

@@ -22,4 +22,8 @@ struct CommandRule {
 // The verdict on a word in any case, whatever file it stands in. Pure.
 [[nodiscard]] CommandRule lookupCommand(std::string_view command);
 
+// The word that a misspelt one most likely means: the nearest in spelling among the registry's.
+// Empty when none is near. `command` is in lower case.
+[[nodiscard]] std::string_view closestCommand(std::string_view command);
+
 }  // namespace tindrel

@@ -169,12 +169,13 @@ class ProjectAnalyzer {
         ++analysis_.textFiles;
         ++analysis_.scripts;
         ++analysis_.recognized;
-        const std::vector<std::string> unsupported = scripts_.scanScriptSource(path);
+        std::vector<std::string> unsupported = scripts_.scanScriptSource(path);
         if (unsupported.empty()) return;
         std::string message(kScriptFilePrefix);
         message += join(unsupported, ", ");
         message += kScriptFileSuffix;
-        addScriptIssue(keepSource(path), 1, "script-file", std::move(message));
+        addScriptIssue({keepSource(path), 1, std::move(unsupported)}, "script-file",
+                       std::move(message));
     }
 
     void classifyFile(const fs::path& path) {
@@ -250,20 +251,22 @@ class ProjectAnalyzer {
     }
 
     void reportInlineScript(const FileContext& file, const TextLine& line) {
-        const std::vector<std::string> unsupported =
-            scripts_.scanScriptSource(file.path, line.text);
+        std::vector<std::string> unsupported = scripts_.scanScriptSource(file.path, line.text);
         if (unsupported.empty()) return;
         ++analysis_.recognized;
-        addScriptIssue(file.source, line.line, "inline-script-api",
-                       std::string(kInlineScriptPrefix) + join(unsupported, " ") + ' ');
+        std::string message(kInlineScriptPrefix);
+        message += join(unsupported, " ");
+        message += ' ';
+        addScriptIssue({file.source, line.line, std::move(unsupported)}, "inline-script-api",
+                       std::move(message));
     }
 
-    void addScriptIssue(const SourceFile* source, std::uint64_t line, std::string_view command,
-                        std::string message) {
+    void addScriptIssue(ScriptFinding finding, std::string_view command, std::string message) {
         ++analysis_.partial;
-        analysis_.issues.push_back({kYellow, source, line, command,
+        analysis_.issues.push_back({kYellow, finding.file, finding.line, command,
                                     analysis_.texts.emplace_back(std::move(message)), kPartial,
                                     true, false});
+        analysis_.scriptFindings.push_back(std::move(finding));
     }
 
     const SourceFile* keepSource(const fs::path& path) {

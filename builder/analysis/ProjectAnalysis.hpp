@@ -47,6 +47,13 @@ struct AnimationCommandAudit {
     CompatStatus status = CompatStatus::kPartial;
 };
 
+// What one script file, or one "@script" block, uses and the port's script machine does not know.
+struct ScriptFinding {
+    const SourceFile* file = nullptr;
+    std::uint64_t line = 0;  // 1 for a whole file
+    std::vector<std::string> names;
+};
+
 using CommandName = std::string;
 
 // Movable, not copyable: issues point into it.
@@ -65,7 +72,8 @@ struct ProjectAnalysis {
     std::string openBorHint;  // where the resolution came from
     std::map<CommandName, std::uint64_t> commandCounts;
     std::map<CommandName, CompatStatus> commandStatus;
-    std::vector<Issue> issues;                         // in the order of the walk
+    std::vector<Issue> issues;  // in the order of the walk
+    std::vector<ScriptFinding> scriptFindings;
     std::deque<AnimationCommandAudit> animationAudit;  // issues view its messages
     std::map<CommandName, std::map<CompatStatus, std::uint64_t>> commandStatusCounts;
 

@@ -1,0 +1,766 @@
+#include "analysis/HtmlReport.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "PathEncoding.hpp"
+#include "analysis/AssetFinder.hpp"
+#include "analysis/HtmlStyle.hpp"
+#include "analysis/MissingFiles.hpp"
+#include "platform/FileStatus.hpp"
+#include "platform/OutputFile.hpp"
+#include "reader/DataPaths.hpp"
+#include "reader/Tokens.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+using enum CompatStatus;
+
+// Bounds that keep the page light for a game in which everything is wrong.
+constexpr std::size_t kMaxCommands = 300;
+constexpr std::size_t kMaxMessages = 4;
+constexpr std::size_t kMaxFiles = 40;
+constexpr std::size_t kMaxLines = 24;
+constexpr std::size_t kMaxBusyFiles = 12;
+constexpr std::size_t kMaxCalls = 80;
+constexpr std::size_t kMaxVerdicts = 60;
+constexpr std::size_t kMaxScriptNames = 200;
+constexpr std::size_t kMaxPictures = 600;
+constexpr std::size_t kMaxTableRows = 1500;
+
+// What browsers draw.
+constexpr std::string_view kWebPictures[] = {".gif", ".png", ".bmp", ".jpg", ".jpeg", ".webp"};
+
+struct StatusLook {
+    std::string_view tone;  // class of the style sheet
+    std::string_view label;
+    std::string_view meaning;
+};
+
+// By CompatStatus.
+constexpr std::array<StatusLook, 5> kLooks = {{
+    {"ok", "Runs", "run as written"},
+    {"part", "Partly", "run in part"},
+    {"bad", "Not run", "do not run"},
+    {"skip", "Not needed", "not needed"},
+    {"odd", "Not known", "are not known"},
+}};
+
+const StatusLook& lookOf(CompatStatus status) {
+    return kLooks[std::min(static_cast<std::size_t>(status), kLooks.size() - 1)];
+}
+
+std::string escape(std::string_view text) {
+    std::string escaped;
+    escaped.reserve(text.size() + text.size() / 8);
+    for (const char c : text) {
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            case '"':
+                escaped += "&quot;";
+                break;
+            case '\'':
+                escaped += "&#39;";
+                break;
+            default:
+                // Control characters have no place in a page, not even escaped.
+                if (static_cast<unsigned char>(c) < 0x20 && !isSpace(c)) {
+                    escaped += "\xEF\xBF\xBD";
+                } else {
+                    escaped += c;
+                }
+        }
+    }
+    return escaped;
+}
+
+std::string encodeUrl(const fs::path& path) {
+    constexpr std::string_view kHex = "0123456789ABCDEF";
+    constexpr std::string_view kPlain =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+    std::string url;
+    for (const char8_t unit : path.generic_u8string()) {
+        const auto byte = static_cast<unsigned char>(unit);
+        if (kPlain.find(static_cast<char>(byte)) != std::string_view::npos) {
+            url += static_cast<char>(byte);
+        } else {
+            url += {'%', kHex[byte >> 4U], kHex[byte & 15U]};
+        }
+    }
+    return url;
+}
+
+// 12345 as "12,345".
+std::string number(std::uint64_t value) {
+    std::string digits = std::to_string(value);
+    for (std::size_t at = digits.size(); at > 3;) {
+        at -= 3;
+        digits.insert(at, 1, ',');
+    }
+    return digits;
+}
+
+std::string counted(std::uint64_t count, std::string_view one, std::string_view many) {
+    return number(count).append(" ").append(count == 1 ? one : many);
+}
+
+std::string lines(std::uint64_t count) {
+    return counted(count, "line", "lines");
+}
+
+// Lines of one file that share a fate.
+struct FileUse {
+    const SourceFile* file = nullptr;
+    std::uint64_t count = 0;
+    std::vector<std::uint64_t> lines;  // the first kMaxLines
+};
+
+// Occurrences of one command with one status.
+struct Obstacle {
+    std::string_view command;
+    CompatStatus status = kUnknown;
+    std::uint64_t count = 0;
+    std::vector<std::string_view> messages;  // distinct, the first kMaxMessages
+    std::vector<FileUse> files;
+};
+
+class HtmlReport {
+  public:
+    HtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
+               const fs::path& reportsFolder, bool besideAssets)
+        : project_(project),
+          analysis_(analysis),
+          game_(game),
+          assets_(project, game),
+          out_(reportsFolder / "index.html") {
+        linkBase_ = besideAssets ? fs::path("../assets/openbor-data")
+                                 : canonicalOrAbsolute(project.dataDir)
+                                       .lexically_relative(canonicalOrAbsolute(reportsFolder));
+        if (project.hasData) missing_ = findMissingFiles(game, assets_);
+        for (const MissingGroup& group : missing_) missingTotal_ += group.total;
+        collectObstacles();
+        judged_ = analysis.supported + analysis.partial + analysis.unsupported + analysis.unknown;
+        for (const auto& [command, byStatus] : analysis.commandStatusCounts) {
+            const auto ignored = byStatus.find(kIgnoredSafely);
+            if (ignored != byStatus.end()) ignored_ += ignored->second;
+        }
+    }
+
+    void write() {
+        const std::string name = escape(PathEncoding::utf8(project_.root.filename()));
+        out_
+            << "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+               "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+               "<meta name=\"referrer\" content=\"no-referrer\">\n<title>"
+            << name << " - compatibility</title>\n<style>" << kHtmlStyle
+            << "</style>\n</head>\n<body>\n"
+               "<a class=\"to-main\" href=\"#main\">Skip to the report</a>\n<div class=\"page\">\n";
+        writeNavigation();
+        out_ << "<main id=\"main\">\n";
+        writeHero(name);
+        writeObstacles();
+        writeBusyFiles();
+        writeMissing();
+        writeScripts();
+        writeAnimationCommands();
+        writeCharacters();
+        writeStages();
+        writeAllCommands();
+        out_ << "<footer>The same findings as plain text: <a href=\"compatibility-report.txt\">"
+                "compatibility-report.txt</a>, <a href=\"animation-command-audit.txt\">"
+                "animation-command-audit.txt</a>, <a href=\"analysis.json\">analysis.json</a>."
+                "</footer>\n</main>\n</div>\n</body>\n</html>\n";
+        out_.close();
+    }
+
+  private:
+    void collectObstacles() {
+        std::map<std::pair<std::string_view, CompatStatus>, std::size_t> index;
+        std::unordered_map<const SourceFile*, std::size_t> busyIndex;
+        for (const Issue& issue : analysis_.issues) {
+            const auto [busy, isNewFile] = busyIndex.try_emplace(issue.file, busyFiles_.size());
+            if (isNewFile) busyFiles_.push_back({issue.file, 0, {}});
+            ++busyFiles_[busy->second].count;
+            openLines_[PathEncoding::utf8(issue.file->relative)] = busyFiles_[busy->second].count;
+
+            // Scripts and "@cmd" lines have sections of their own.
+            if (issue.command == "script-file" || issue.command == "inline-script-api" ||
+                issue.command == "@cmd") {
+                continue;
+            }
+            const auto [entry, isNew] =
+                index.try_emplace({issue.command, issue.status}, obstacles_.size());
+            if (isNew) obstacles_.push_back({issue.command, issue.status, 0, {}, {}});
+            addTo(obstacles_[entry->second], issue);
+        }
+        // What does nothing comes before what does something.
+        const auto weight = [](const Obstacle& obstacle) {
+            switch (obstacle.status) {
+                case kUnsupported:
+                    return 0;
+                case kUnknown:
+                    return 1;
+                default:
+                    return 2;
+            }
+        };
+        std::stable_sort(obstacles_.begin(), obstacles_.end(),
+                         [&](const Obstacle& a, const Obstacle& b) {
+                             if (weight(a) != weight(b)) return weight(a) < weight(b);
+                             if (a.count != b.count) return a.count > b.count;
+                             return a.command < b.command;
+                         });
+        for (Obstacle& obstacle : obstacles_) sortByCount(obstacle.files);
+        sortByCount(busyFiles_);
+    }
+
+    static void sortByCount(std::vector<FileUse>& uses) {
+        std::stable_sort(uses.begin(), uses.end(), [](const FileUse& a, const FileUse& b) {
+            return a.count != b.count ? a.count > b.count : a.file->display < b.file->display;
+        });
+    }
+
+    static void addTo(Obstacle& obstacle, const Issue& issue) {
+        ++obstacle.count;
+        if (obstacle.messages.size() < kMaxMessages &&
+            std::find(obstacle.messages.begin(), obstacle.messages.end(), issue.message) ==
+                obstacle.messages.end()) {
+            obstacle.messages.push_back(issue.message);
+        }
+        // Issues stand in the order of the walk, so one file's lines come together.
+        if (obstacle.files.empty() || obstacle.files.back().file != issue.file) {
+            obstacle.files.push_back({issue.file, 0, {}});
+        }
+        FileUse& use = obstacle.files.back();
+        ++use.count;
+        if (use.lines.size() < kMaxLines) use.lines.push_back(issue.line);
+    }
+
+    // Address of a file of the data folder; empty when the page cannot reach it.
+    [[nodiscard]] std::string link(const fs::path& file) const {
+        const fs::path relative = file.lexically_relative(project_.dataDir);
+        if (linkBase_.empty() || relative.empty() || *relative.begin() == "..") return {};
+        return encodeUrl(linkBase_ / relative);
+    }
+
+    void writeFileName(const SourceFile& file) {
+        const std::string url = link(project_.root / file.relative);
+        if (url.empty()) {
+            out_ << "<code>" << escape(file.display) << "</code>";
+        } else {
+            out_ << "<a href=\"" << url << "\"><code>" << escape(file.display) << "</code></a>";
+        }
+    }
+
+    void writeRest(std::uint64_t total, std::size_t shown, std::string_view what) {
+        if (total <= shown) return;
+        out_ << "<p class=\"rest\">and " << number(total - shown) << " more " << what << "</p>\n";
+    }
+
+    void openSection(std::string_view id, std::string_view title, std::string_view lead) {
+        out_ << "<section id=\"" << id << "\">\n<h2>" << title << "</h2>\n<p class=\"lead\">"
+             << lead << "</p>\n";
+    }
+
+    void writeNavigation() {
+        out_ << "<nav aria-label=\"Sections\"><p>Compatibility</p><ol>\n";
+        const auto entry = [&](std::string_view id, std::string_view title, std::uint64_t count) {
+            out_ << "<li><a href=\"#" << id << "\">" << title << "<b>" << number(count)
+                 << "</b></a></li>\n";
+        };
+        entry("commands", "In the way", obstacles_.size());
+        if (!busyFiles_.empty()) entry("files", "Files to open", busyFiles_.size());
+        entry("missing", "Missing files", missingTotal_);
+        if (!analysis_.scriptFindings.empty()) {
+            entry("scripts", "Scripts", analysis_.scriptFindings.size());
+        }
+        if (!analysis_.animationAudit.empty()) {
+            entry("calls", "Animation commands", analysis_.animationAudit.size());
+        }
+        if (analysis_.models > 0) entry("characters", "Characters", analysis_.models);
+        if (analysis_.stages > 0) entry("stages", "Stages", analysis_.stages);
+        entry("all", "Every command", analysis_.commandCounts.size());
+        out_ << "</ol></nav>\n";
+    }
+
+    [[nodiscard]] std::string verdict() const {
+        if (judged_ == 0) return "There is no command in this folder to judge.";
+        std::vector<std::string> faults;
+        if (analysis_.unsupported > 0)
+            faults.push_back(number(analysis_.unsupported) + " do not run");
+        if (analysis_.unknown > 0) faults.push_back(number(analysis_.unknown) + " are not known");
+        if (analysis_.partial > 0) faults.push_back(number(analysis_.partial) + " run in part");
+        std::string text;
+        if (faults.empty()) {
+            text = "Every one of " + lines(judged_) + " that " + (judged_ == 1 ? "was" : "were") +
+                   " judged runs as written.";
+        } else {
+            text = std::to_string(analysis_.supported * 100 / judged_) + "% of the " +
+                   lines(judged_) + " that were judged run as written; ";
+            for (std::size_t i = 0; i < faults.size(); ++i) {
+                if (i > 0) text += i + 1 == faults.size() ? " and " : ", ";
+                text += faults[i];
+            }
+            text += '.';
+        }
+        if (missingTotal_ > 0) {
+            text += ' ' + counted(missingTotal_, "name leads", "names lead") + " to no file.";
+        }
+        return text;
+    }
+
+    void writeHero(const std::string& name) {
+        out_ << "<header class=\"hero\">\n<p class=\"kicker\">Compatibility report</p>\n<h1>"
+             << name << "</h1>\n<p class=\"verdict\">" << verdict() << "</p>\n";
+        const std::pair<CompatStatus, std::uint64_t> counts[] = {
+            {kSupported, analysis_.supported},
+            {kPartial, analysis_.partial},
+            {kUnsupported, analysis_.unsupported},
+            {kUnknown, analysis_.unknown},
+            {kIgnoredSafely, ignored_},
+        };
+        if (judged_ + ignored_ > 0) {
+            out_ << "<div class=\"bar\" aria-hidden=\"true\">";
+            for (const auto& [status, count] : counts) {
+                if (count == 0) continue;
+                out_ << "<i class=\"" << lookOf(status).tone << "\" style=\"flex-grow:" << count
+                     << "\"></i>";
+            }
+            out_ << "</div>\n";
+        }
+        out_ << "<ul class=\"tiles\">\n";
+        for (const auto& [status, count] : counts) {
+            out_ << "<li class=\"" << lookOf(status).tone << "\"><b>" << number(count)
+                 << "</b><span>" << lookOf(status).meaning << "</span><small>"
+                 << compatStatusName(status);
+            if (judged_ > 0 && (status == kSupported || status == kPartial)) {
+                out_ << " · " << count * 100 / judged_ << '%';
+            }
+            out_ << "</small></li>\n";
+        }
+        out_ << "</ul>\n<dl class=\"facts\">\n";
+        const auto fact = [&](std::string_view what, const std::string& value) {
+            out_ << "<div><dt>" << what << "</dt><dd>" << value << "</dd></div>\n";
+        };
+        fact("Models", number(analysis_.models));
+        fact("Animations", number(analysis_.animations));
+        fact("Stages", number(analysis_.stages));
+        fact("Scripts", number(analysis_.scripts));
+        fact("Sounds", number(analysis_.audioFiles));
+        fact("Text files", number(analysis_.textFiles));
+        fact("Resolution", std::to_string(analysis_.logicalWidth) + " × " +
+                               std::to_string(analysis_.logicalHeight));
+        out_ << "</dl>\n</header>\n";
+    }
+
+    void writeObstacles() {
+        openSection("commands", "What stands in the way",
+                    "Commands that the port does not carry out in full. What does nothing comes "
+                    "first, then by how often the game uses it.");
+        if (obstacles_.empty()) {
+            out_ << "<p class=\"good\">Nothing: every command is carried out in full.</p>\n"
+                    "</section>\n";
+            return;
+        }
+        std::uint64_t most = 1;
+        for (const Obstacle& obstacle : obstacles_) most = std::max(most, obstacle.count);
+        const std::size_t shown = std::min(obstacles_.size(), kMaxCommands);
+        out_ << "<div class=\"list\">\n";
+        for (std::size_t i = 0; i < shown; ++i) writeObstacle(obstacles_[i], most);
+        out_ << "</div>\n";
+        writeRest(obstacles_.size(), shown, "commands");
+        out_ << "</section>\n";
+    }
+
+    void openRow(const StatusLook& look, std::string_view name, bool mono, std::uint64_t count,
+                 std::uint64_t most, const std::string& below) {
+        out_ << "<details class=\"row " << look.tone << "\"><summary><span class=\"name"
+             << (mono ? "" : " text") << "\">" << escape(name) << "</span><span class=\"chip\">"
+             << look.label << "</span><span class=\"meter\" aria-hidden=\"true\"><i style=\"width:"
+             << count * 100 / std::max<std::uint64_t>(most, 1)
+             << "%\"></i></span><span class=\"count\">" << number(count) << "<small>" << below
+             << "</small></span></summary>\n<div class=\"body\">\n";
+    }
+
+    void writeObstacle(const Obstacle& obstacle, std::uint64_t most) {
+        openRow(lookOf(obstacle.status), obstacle.command, true, obstacle.count, most,
+                counted(obstacle.files.size(), "file", "files"));
+        for (const std::string_view message : obstacle.messages) {
+            out_ << "<p>" << escape(message) << "</p>\n";
+        }
+        if (obstacle.status == kUnknown) {
+            const std::string_view close = closestCommand(obstacle.command);
+            if (!close.empty()) {
+                out_ << "<p class=\"hint\">Perhaps <code>" << escape(close)
+                     << "</code> was meant.</p>\n";
+            }
+        }
+        const std::size_t shown = std::min(obstacle.files.size(), kMaxFiles);
+        out_ << "<ul class=\"places\">\n";
+        for (std::size_t i = 0; i < shown; ++i) {
+            const FileUse& use = obstacle.files[i];
+            out_ << "<li>";
+            writeFileName(*use.file);
+            out_ << "<span class=\"at\">" << (use.count == 1 ? "line " : "lines ");
+            for (std::size_t k = 0; k < use.lines.size(); ++k) {
+                out_ << (k > 0 ? ", " : "") << use.lines[k];
+            }
+            if (use.count > use.lines.size()) {
+                out_ << " and " << number(use.count - use.lines.size()) << " more";
+            }
+            out_ << "</span></li>\n";
+        }
+        out_ << "</ul>\n";
+        writeRest(obstacle.files.size(), shown, "files");
+        out_ << "</div></details>\n";
+    }
+
+    void writeBusyFiles() {
+        if (busyFiles_.empty()) return;
+        openSection("files", "Files to open first",
+                    "Where most of these lines stand, scripts and animation commands included.");
+        const std::size_t shown = std::min(busyFiles_.size(), kMaxBusyFiles);
+        out_ << "<ul class=\"list\">\n";
+        for (std::size_t i = 0; i < shown; ++i) {
+            out_ << "<li class=\"plain part\"><span>";
+            writeFileName(*busyFiles_[i].file);
+            out_ << "</span><span class=\"meter\" aria-hidden=\"true\"><i style=\"width:"
+                 << busyFiles_[i].count * 100 / busyFiles_.front().count
+                 << "%\"></i></span><span class=\"count\">" << number(busyFiles_[i].count)
+                 << "</span></li>\n";
+        }
+        out_ << "</ul>\n";
+        writeRest(busyFiles_.size(), shown, "files");
+        out_ << "</section>\n";
+    }
+
+    void writeMissing() {
+        openSection(
+            "missing", "Missing files",
+            "Names in the game's text that nothing on disk answers to, whatever their case. "
+            "For each the first place that names it.");
+        if (missing_.empty()) {
+            out_ << "<p class=\"good\">None: every name that was looked for was found.</p>\n";
+        }
+        for (const MissingGroup& group : missing_) {
+            out_ << "<h3>" << group.title << " <small>" << number(group.total)
+                 << "</small></h3>\n<ul class=\"list\">\n";
+            for (const MissingName& name : group.names) {
+                out_ << "<li class=\"plain\"><code>" << escape(name.text)
+                     << "</code><span class=\"at\">";
+                writeNamedBy(name);
+                out_ << "</span><span class=\"count\">" << number(name.mentions) << "<small>"
+                     << (name.mentions == 1 ? "use" : "uses") << "</small></span></li>\n";
+            }
+            out_ << "</ul>\n";
+            writeRest(group.total, group.names.size(), "names");
+        }
+        out_ << "</section>\n";
+    }
+
+    void writeNamedBy(const MissingName& name) {
+        if (name.namedBy.empty()) return;
+        const std::string url = link(project_.root / PathEncoding::path(name.namedBy));
+        if (!url.empty()) out_ << "<a href=\"" << url << "\">";
+        out_ << escape(name.namedBy);
+        if (!url.empty()) out_ << "</a>";
+        if (name.line > 0) out_ << ':' << name.line;
+    }
+
+    void writeScripts() {
+        if (analysis_.scriptFindings.empty()) return;
+        openSection("scripts", "What scripts ask for",
+                    "Functions and includes that scripts use and the port does not know. Such a "
+                    "call is logged and skipped when it is reached.");
+        std::map<std::string_view, std::vector<const ScriptFinding*>> byName;
+        for (const ScriptFinding& finding : analysis_.scriptFindings) {
+            for (const std::string& name : finding.names) byName[name].push_back(&finding);
+        }
+        using Entry = std::pair<std::string_view, std::vector<const ScriptFinding*>>;
+        std::vector<Entry> entries(byName.begin(), byName.end());
+        std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+            return a.second.size() > b.second.size();
+        });
+        const std::size_t shown = std::min(entries.size(), kMaxScriptNames);
+        out_ << "<div class=\"list\">\n";
+        for (std::size_t i = 0; i < shown; ++i) {
+            const auto& [name, findings] = entries[i];
+            openRow(lookOf(kPartial), name, true, findings.size(), entries.front().second.size(),
+                    findings.size() == 1 ? "script" : "scripts");
+            const std::size_t files = std::min(findings.size(), kMaxFiles);
+            out_ << "<ul class=\"places\">\n";
+            for (std::size_t k = 0; k < files; ++k) {
+                out_ << "<li>";
+                writeFileName(*findings[k]->file);
+                if (findings[k]->line > 1) {
+                    out_ << "<span class=\"at\">line " << findings[k]->line << "</span>";
+                }
+                out_ << "</li>\n";
+            }
+            out_ << "</ul>\n";
+            writeRest(findings.size(), files, "scripts");
+            out_ << "</div></details>\n";
+        }
+        out_ << "</div>\n";
+        writeRest(entries.size(), shown, "names");
+        out_ << "</section>\n";
+    }
+
+    // What the record's message says behind the command and its helper.
+    static std::string_view verdictOf(const AnimationCommandAudit& audit) {
+        constexpr std::string_view kHelper = "; helper=";
+        constexpr std::string_view kEnd = "; ";
+        std::size_t prefix = audit.command.size() + kEnd.size();
+        if (!audit.helper.empty()) prefix += kHelper.size() + audit.helper.size();
+        return std::string_view(audit.message).substr(std::min(prefix, audit.message.size()));
+    }
+
+    void writeAnimationCommands() {
+        if (analysis_.animationAudit.empty()) return;
+        openSection("calls", "Animation commands",
+                    "Every <code>@cmd</code> line is judged by itself: whether this very call is "
+                    "known to run, bound to the frame that follows it.");
+        struct Group {
+            CompatStatus status;
+            std::string_view verdict;
+            std::uint64_t count = 0;
+            std::vector<const AnimationCommandAudit*> calls;
+        };
+        std::map<std::pair<CompatStatus, std::string_view>, Group> groups;
+        for (const AnimationCommandAudit& audit : analysis_.animationAudit) {
+            const std::string_view verdict = verdictOf(audit);
+            Group& group =
+                groups.try_emplace({audit.status, verdict}, Group{audit.status, verdict, 0, {}})
+                    .first->second;
+            ++group.count;
+            if (group.calls.size() < kMaxCalls) group.calls.push_back(&audit);
+        }
+        std::vector<const Group*> ordered;
+        for (const auto& [key, group] : groups) ordered.push_back(&group);
+        std::stable_sort(ordered.begin(), ordered.end(), [](const Group* a, const Group* b) {
+            const bool aRuns = a->status == kSupported;
+            const bool bRuns = b->status == kSupported;
+            return aRuns != bRuns ? bRuns : a->count > b->count;
+        });
+        std::uint64_t most = 1;
+        for (const Group* const group : ordered) most = std::max(most, group->count);
+        const std::size_t shown = std::min(ordered.size(), kMaxVerdicts);
+        out_ << "<div class=\"list\">\n";
+        for (std::size_t i = 0; i < shown; ++i) {
+            const Group& group = *ordered[i];
+            openRow(lookOf(group.status), group.verdict, false, group.count, most,
+                    group.count == 1 ? "line" : "lines");
+            out_ << "<ul class=\"calls\">\n";
+            for (const AnimationCommandAudit* const audit : group.calls) {
+                out_ << "<li><span class=\"at\">";
+                writeFileName(*audit->file);
+                out_ << ':' << audit->line << "</span><code>" << escape(audit->command)
+                     << "</code></li>\n";
+            }
+            out_ << "</ul>\n";
+            writeRest(group.count, group.calls.size(), "lines");
+            out_ << "</div></details>\n";
+        }
+        out_ << "</div>\n";
+        writeRest(ordered.size(), shown, "verdicts");
+        out_ << "</section>\n";
+    }
+
+    void writePicture(const fs::path* file, const std::string& alt, std::string_view otherwise) {
+        const std::string url = file == nullptr ? std::string() : link(*file);
+        const std::string extension =
+            file == nullptr ? std::string() : toLower(PathEncoding::utf8(file->extension()));
+        const bool drawn = std::find(std::begin(kWebPictures), std::end(kWebPictures), extension) !=
+                           std::end(kWebPictures);
+        out_ << "<div class=\"shot\">";
+        if (!url.empty() && drawn) {
+            out_ << "<img loading=\"lazy\" decoding=\"async\" src=\"" << url << "\" alt=\""
+                 << escape(alt) << "\">";
+        } else {
+            out_ << (file == nullptr ? otherwise : std::string_view("no preview"));
+        }
+        out_ << "</div>";
+    }
+
+    void writeCaption(std::string_view name, const std::string& facts,
+                      const std::string& sourceFile) {
+        const std::string url = link(project_.root / PathEncoding::path(sourceFile));
+        out_ << "<figcaption><b>";
+        if (!url.empty()) out_ << "<a href=\"" << url << "\">";
+        out_ << escape(name);
+        if (!url.empty()) out_ << "</a>";
+        out_ << "</b>" << facts;
+        const auto open = openLines_.find(sourceFile);
+        if (open != openLines_.end()) {
+            out_ << "<br><span class=\"left\">" << lines(open->second) << " to look at</span>";
+        }
+        out_ << "</figcaption></figure>\n";
+    }
+
+    const fs::path* pictureOf(const ModelDef& model) {
+        const AnimationDef* chosen = nullptr;
+        for (const AnimationDef& animation : model.animations) {
+            if (animation.frames.empty()) continue;
+            if (chosen == nullptr) chosen = &animation;
+            if (equalsFolded(animation.name, "idle")) {
+                chosen = &animation;
+                break;
+            }
+        }
+        if (chosen == nullptr) return nullptr;
+        for (const FrameDef& frame : chosen->frames) {
+            if (frame.sprite.empty() || equalsFolded(frame.sprite, "none")) continue;
+            if (const fs::path* const file = assets_.picture(frame.sprite)) return file;
+        }
+        return nullptr;
+    }
+
+    void writeCharacters() {
+        const std::vector<ModelDef>* const models = project_.hasData ? &game_.models() : nullptr;
+        if (models == nullptr || models->empty()) return;
+        openSection("characters", "Characters",
+                    "Every model with its idle picture, or the first that it has.");
+        // People first; what merely flies about or lies around is folded away.
+        const std::string_view order[] = {"player", "enemy", "npc"};
+        std::map<std::string, std::vector<const ModelDef*>> byType;
+        for (const ModelDef& model : *models) byType[toLower(model.type)].push_back(&model);
+        std::size_t left = kMaxPictures;
+        for (const std::string_view type : order) {
+            const auto group = byType.find(std::string(type));
+            if (group == byType.end()) continue;
+            writeCharacterGroup(group->first, group->second, true, left);
+            byType.erase(group);
+        }
+        for (const auto& [type, group] : byType) writeCharacterGroup(type, group, false, left);
+        writeRest(models->size(), kMaxPictures, "models");
+        out_ << "</section>\n";
+    }
+
+    void writeCharacterGroup(const std::string& type, const std::vector<const ModelDef*>& models,
+                             bool open, std::size_t& left) {
+        if (left == 0) return;
+        openFold(type, models.size(), open);
+        out_ << "<div class=\"gallery\">\n";
+        for (const ModelDef* const model : models) {
+            if (left == 0) break;
+            --left;
+            out_ << "<figure>";
+            writePicture(pictureOf(*model), model->modelName, "no picture found");
+            writeCaption(model->modelName,
+                         counted(model->animations.size(), "animation", "animations"),
+                         model->sourceFile);
+        }
+        out_ << "</div></details>\n";
+    }
+
+    void openFold(std::string_view title, std::size_t count, bool open) {
+        out_ << "<details class=\"fold\"" << (open ? " open" : "") << "><summary>" << escape(title)
+             << " <small>" << number(count) << "</small></summary>\n";
+    }
+
+    const fs::path* pictureOf(const StageDef& stage) {
+        if (!stage.background.empty()) {
+            if (const fs::path* const file = assets_.picture(stage.background)) return file;
+        }
+        for (const std::string& panel : stage.panels) {
+            if (const fs::path* const file = assets_.picture(panel)) return file;
+        }
+        return nullptr;
+    }
+
+    void writeStages() {
+        const std::vector<StageDef>* const stages = project_.hasData ? &game_.stages() : nullptr;
+        if (stages == nullptr || stages->empty()) return;
+        openSection("stages", "Stages",
+                    "In the order of play, with their background or first panel.");
+        std::size_t left = kMaxPictures;
+        for (std::size_t i = 0; i < stages->size() && left > 0;) {
+            const StageDef& first = (*stages)[i];
+            std::size_t end = i;
+            while (end < stages->size() && (*stages)[end].setOrder == first.setOrder) ++end;
+            openFold(first.setName, end - i, i == 0);
+            out_ << "<div class=\"gallery wide\">\n";
+            for (; i < end && left > 0; ++i, --left) writeStage((*stages)[i]);
+            i = end;
+            out_ << "</div></details>\n";
+        }
+        writeRest(stages->size(), kMaxPictures, "stages");
+        out_ << "</section>\n";
+    }
+
+    void writeStage(const StageDef& stage) {
+        const std::string name = PathEncoding::utf8(PathEncoding::path(stage.sourceFile).stem());
+        out_ << "<figure>";
+        writePicture(pictureOf(stage), name, "no picture found");
+        writeCaption(name,
+                     counted(stage.spawns.size(), "spawn", "spawns") + ", " +
+                         counted(stage.panels.size(), "panel", "panels"),
+                     stage.sourceFile);
+    }
+
+    void writeAllCommands() {
+        openSection("all", "Every command", "All words that the game's text uses as commands.");
+        openFold("Show the table", analysis_.commandCounts.size(), false);
+        out_ << "<div class=\"list scroll\"><table><thead><tr><th scope=\"col\">Command</th>"
+                "<th scope=\"col\" class=\"n\">Uses</th><th scope=\"col\">Verdict</th>"
+                "<th scope=\"col\">Uses by verdict</th></tr></thead><tbody>\n";
+        std::size_t shown = 0;
+        for (const auto& [command, count] : analysis_.commandCounts) {
+            if (shown++ == kMaxTableRows) break;
+            const CompatStatus status = analysis_.commandStatus.at(command);
+            out_ << "<tr><td><code>" << escape(command) << "</code></td><td class=\"n\">"
+                 << number(count) << "</td><td><span class=\"chip " << lookOf(status).tone << "\">"
+                 << compatStatusName(status) << "</span></td><td>";
+            const auto& byStatus = analysis_.commandStatusCounts.at(command);
+            if (byStatus.size() > 1) {
+                std::string_view separator;
+                for (const auto& [part, uses] : byStatus) {
+                    out_ << separator << compatStatusName(part) << ' ' << number(uses);
+                    separator = ", ";
+                }
+            }
+            out_ << "</td></tr>\n";
+        }
+        out_ << "</tbody></table></div></details>\n";
+        writeRest(analysis_.commandCounts.size(), kMaxTableRows, "commands");
+        out_ << "</section>\n";
+    }
+
+    const ProjectScan& project_;
+    const ProjectAnalysis& analysis_;
+    GameReader& game_;
+    AssetFinder assets_;
+    OutputFile out_;
+    fs::path linkBase_;
+    std::vector<MissingGroup> missing_;
+    std::uint64_t missingTotal_ = 0, judged_ = 0, ignored_ = 0;
+    std::vector<Obstacle> obstacles_;
+    std::vector<FileUse> busyFiles_;
+    std::unordered_map<std::string, std::uint64_t> openLines_;  // issues by file, generic form
+};
+
+}  // namespace
+
+void writeHtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
+                     const fs::path& reportsFolder, bool besideAssets) {
+    HtmlReport(project, analysis, game, reportsFolder, besideAssets).write();
+}
+
+}  // namespace tindrel

@@ -1,0 +1,231 @@
+#include "analysis/MissingFiles.hpp"
+
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "PathEncoding.hpp"
+#include "platform/FileStatus.hpp"
+#include "reader/LevelSets.hpp"
+#include "reader/Tokens.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+using Find = const fs::path* (AssetFinder::*)(std::string_view);
+
+// The distinct names of one kind.
+class Names {
+  public:
+    explicit Names(std::string_view title) { group_.title = title; }
+
+    // `isMissing` is asked about the first mention only.
+    template <typename IsMissing>
+    void mention(std::string_view text, std::string_view namedBy, IsMissing isMissing) {
+        if (text.empty() || equalsFolded(text, "none")) return;
+        const auto [entry, isNew] = states_.try_emplace(text, kPresent);
+        if (isNew && isMissing(text)) {
+            entry->second = kNotShown;
+            if (++group_.total <= kMaxMissingNames) {
+                entry->second = group_.names.size();
+                group_.names.push_back({std::string(text), std::string(namedBy), 0, 0});
+            }
+        }
+        if (entry->second < kMaxMissingNames) ++group_.names[entry->second].mentions;
+    }
+
+    [[nodiscard]] MissingGroup take() { return std::move(group_); }
+
+  private:
+    static constexpr std::size_t kPresent = static_cast<std::size_t>(-1);
+    static constexpr std::size_t kNotShown = static_cast<std::size_t>(-2);
+
+    MissingGroup group_;
+    std::unordered_map<std::string_view, std::size_t> states_;  // index among the shown ones
+};
+
+std::string_view baseName(std::string_view text) {
+    return text.substr(text.find_last_of("/\\") + 1);
+}
+
+class MissingFileSearch {
+  public:
+    MissingFileSearch(GameReader& game, AssetFinder& assets) : game_(game), assets_(assets) {}
+
+    std::vector<MissingGroup> run() {
+        searchRegistry();
+        searchLevelSets();
+        for (const ModelDef& model : game_.models()) searchModel(model);
+        for (const StageDef& stage : game_.stages()) searchStage(stage);
+        std::vector<MissingGroup> groups;
+        for (Names* const names :
+             {&modelFiles_, &spawns_, &stageFiles_, &scenes_, &pictures_, &sounds_, &music_}) {
+            MissingGroup group = names->take();
+            if (group.total > 0) groups.push_back(std::move(group));
+        }
+        locate(groups);
+        return groups;
+    }
+
+  private:
+    void look(Names& names, Find find, std::string_view text, std::string_view namedBy) {
+        names.mention(text, namedBy,
+                      [&](std::string_view name) { return (assets_.*find)(name) == nullptr; });
+    }
+
+    // The lines of a file of the data folder; null when it is not there.
+    const TextFile* linesOf(std::string_view name) {
+        const fs::path* const file = assets_.file(name);
+        return file == nullptr ? nullptr : &game_.lines(*file);
+    }
+
+    void searchRegistry() {
+        for (const ModelDef& model : game_.models()) {
+            modelNames_.insert(toLower(model.modelName));
+            modelNames_.insert(toLower(model.name));
+        }
+        const TextFile* const registry = linesOf("models.txt");
+        if (registry == nullptr) return;
+        const std::string source = game_.relativeToProject(*assets_.file("models.txt"));
+        for (const TextLine& line : *registry) {
+            if ((line.key != "load" && line.key != "know") || line.args.empty()) continue;
+            modelNames_.insert(toLower(line.args[0]));
+            look(modelFiles_, &AssetFinder::file, line.args[line.args.size() > 1 ? 1 : 0], source);
+        }
+    }
+
+    void searchLevelSets() {
+        const TextFile* const levels = linesOf("levels.txt");
+        if (levels == nullptr) return;
+        const std::string source = game_.relativeToProject(*assets_.file("levels.txt"));
+        // Names are remembered by view, so the sets live as long as the search.
+        levelSets_ = readLevelSets(*levels);
+        const auto lookAll = [&](Names& names, const std::vector<std::string>& files) {
+            for (const std::string& file : files) look(names, &AssetFinder::file, file, source);
+        };
+        for (const LevelSetDef& set : levelSets_) {
+            lookAll(stageFiles_, set.files);
+            for (const std::vector<std::string>& files : set.preScenes) lookAll(scenes_, files);
+            for (const std::vector<std::string>& files : set.postScenes) lookAll(scenes_, files);
+        }
+    }
+
+    void searchModel(const ModelDef& model) {
+        const std::string_view source = model.sourceFile;
+        const auto picture = [&](std::string_view text) {
+            look(pictures_, &AssetFinder::picture, text, source);
+        };
+        const auto sound = [&](std::string_view text) {
+            look(sounds_, &AssetFinder::sound, text, source);
+        };
+        picture(model.iconPath);
+        picture(model.iconDiePath);
+        picture(model.palettePath);
+        for (const std::string& palette : model.alternatePalettes) picture(palette);
+        for (const PaletteRemapDef& remap : model.paletteRemaps) {
+            picture(remap.source);
+            picture(remap.target);
+        }
+        sound(model.dieSound);
+        for (const AnimationDef& animation : model.animations) {
+            sound(animation.hitFx);
+            for (const FrameDef& frame : animation.frames) {
+                picture(frame.sprite);
+                sound(frame.sound);
+            }
+        }
+    }
+
+    void searchStage(const StageDef& stage) {
+        const std::string_view source = stage.sourceFile;
+        const auto picture = [&](std::string_view text) {
+            look(pictures_, &AssetFinder::picture, text, source);
+        };
+        const auto music = [&](std::string_view text, std::string_view namedBy) {
+            look(music_, &AssetFinder::sound, text, namedBy);
+        };
+        picture(stage.background);
+        for (const std::string& panel : stage.panels) picture(panel);
+        for (const LayerDef& layer : stage.layers) picture(layer.path);
+        picture(stage.waterPath);
+        music(stage.music, source);
+        music(stage.bossMusic, source);
+        for (const SpawnDef& spawn : stage.spawns) {
+            for (const std::string* const model : {&spawn.model, &spawn.item}) {
+                spawns_.mention(*model, source, [&](std::string_view name) {
+                    return modelNames_.count(toLower(name)) == 0;
+                });
+            }
+        }
+        searchScenes(stage.sceneAnimations, stage.sceneMusic, stage.preScenes);
+        searchScenes(stage.postSceneAnimations, stage.postSceneMusic, stage.postScenes);
+    }
+
+    // Which file of the list named its music is not recorded; the first one stands for it.
+    void searchScenes(const std::vector<CutsceneAnimationDef>& animations,
+                      const std::string& listMusic, const std::vector<std::string>& files) {
+        if (files.empty()) return;
+        const auto sourceOf = [&](std::size_t index) {
+            const fs::path* const file = assets_.file(files[index < files.size() ? index : 0]);
+            return file == nullptr ? std::string() : game_.relativeToProject(*file);
+        };
+        if (!listMusic.empty()) look(music_, &AssetFinder::sound, listMusic, sourceOf(0));
+        for (const CutsceneAnimationDef& animation : animations) {
+            const std::string source = sourceOf(static_cast<std::size_t>(animation.sceneIndex));
+            look(pictures_, &AssetFinder::picture, animation.path, source);
+            look(music_, &AssetFinder::sound, animation.musicBefore, source);
+        }
+    }
+
+    // Finds the line of each name in the file that names it, one reading per file.
+    void locate(std::vector<MissingGroup>& groups) {
+        std::map<std::string_view, std::unordered_multimap<std::string, MissingName*>> byFile;
+        for (MissingGroup& group : groups) {
+            for (MissingName& name : group.names) {
+                byFile[name.namedBy].emplace(toLower(baseName(name.text)), &name);
+            }
+        }
+        for (auto& [source, wanted] : byFile) {
+            if (source.empty()) continue;
+            const fs::path path = game_.projectRoot() / PathEncoding::path(source);
+            for (const TextLine& line : game_.lines(path)) {
+                for (const std::string_view token : line.args) markLine(wanted, token, line.line);
+            }
+            game_.release(path);
+        }
+    }
+
+    static void markLine(std::unordered_multimap<std::string, MissingName*>& wanted,
+                         std::string_view token, std::uint64_t line) {
+        const auto [first, last] = wanted.equal_range(toLower(baseName(token)));
+        for (auto it = first; it != last; ++it) {
+            MissingName& name = *it->second;
+            if (name.line == 0 &&
+                equalsFolded(normalizeDataPath(token), toLower(normalizeDataPath(name.text)))) {
+                name.line = line;
+            }
+        }
+    }
+
+    GameReader& game_;
+    AssetFinder& assets_;
+    std::vector<LevelSetDef> levelSets_;
+    std::unordered_set<std::string> modelNames_;
+    Names modelFiles_{"Model files"};
+    Names spawns_{"Spawned names that no model has"};
+    Names stageFiles_{"Stage files"};
+    Names scenes_{"Scene files"};
+    Names pictures_{"Pictures"};
+    Names sounds_{"Sounds"};
+    Names music_{"Music"};
+};
+
+}  // namespace
+
+std::vector<MissingGroup> findMissingFiles(GameReader& game, AssetFinder& assets) {
+    return MissingFileSearch(game, assets).run();
+}
+
+}  // namespace tindrel

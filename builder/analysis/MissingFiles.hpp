@@ -1,0 +1,32 @@
+#pragma once
+
+// What a game's text names and its data folder does not hold.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "analysis/AssetFinder.hpp"
+
+namespace tindrel {
+
+// One missing thing, with the first place that names it.
+struct MissingName {
+    std::string text;        // as the record has it
+    std::string namedBy;     // file, relative to the project root, generic form
+    std::uint64_t line = 0;  // in that file; 0 where no line shows it literally
+    std::uint64_t mentions = 0;
+};
+
+struct MissingGroup {
+    std::string_view title;          // "Pictures"
+    std::uint64_t total = 0;         // distinct names
+    std::vector<MissingName> names;  // the first kMaxMissingNames of them
+};
+inline constexpr std::size_t kMaxMissingNames = 200;
+
+// The groups that miss anything. Each distinct name is looked for once.
+[[nodiscard]] std::vector<MissingGroup> findMissingFiles(GameReader& game, AssetFinder& assets);
+
+}  // namespace tindrel
