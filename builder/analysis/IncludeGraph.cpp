@@ -15,6 +15,30 @@ struct Visit {
 
 }  // namespace
 
+std::vector<FileId> IncludeGraph::reach(FileId root, bool& complete) const {
+    std::vector<FileId> files{root};
+    std::vector<bool> met(nodes_.size(), false);
+    met[root] = true;
+    std::size_t first = 0;
+    for (int depth = 1; depth < kIncludeDepthLimit; ++depth) {
+        const std::size_t last = files.size();
+        for (; first < last; ++first) {
+            for (const FileId next : nodes_[files[first]].includes) {
+                if (met[next]) continue;
+                met[next] = true;
+                files.push_back(next);
+            }
+        }
+    }
+    const auto isMet = [&](FileId file) { return met[file]; };
+    complete = std::all_of(files.begin() + static_cast<std::ptrdiff_t>(first), files.end(),
+                           [&](FileId file) {
+                               const std::vector<FileId>& includes = nodes_[file].includes;
+                               return std::all_of(includes.begin(), includes.end(), isMet);
+                           });
+    return files;
+}
+
 std::vector<FileId> IncludeGraph::walk(FileId root, std::uint64_t& budget) const {
     std::vector<FileId> order{root};
     // A file met again is gone into again only from a smaller depth: from the same or a greater one

@@ -32,9 +32,13 @@ class IncludeGraph {
     [[nodiscard]] const Node& node(FileId file) const { return nodes_[file]; }
     [[nodiscard]] std::size_t size() const { return nodes_.size(); }
 
-    // The files that a reader of `root` meets, in the order in which he first meets them when he
-    // goes into each include where it stands, to a depth below kIncludeDepthLimit. Empty when that
-    // takes more than `budget` steps, which the walk uses up.
+    // The files within reach of `root` at a depth below kIncludeDepthLimit, nearest first.
+    // `complete` tells whether no file lies beyond.
+    [[nodiscard]] std::vector<FileId> reach(FileId root, bool& complete) const;
+
+    // The same files in the order in which a reader of `root` first meets them when he goes into
+    // each include where it stands. Empty when that takes more than `budget` steps, which the walk
+    // uses up.
     [[nodiscard]] std::vector<FileId> walk(FileId root, std::uint64_t& budget) const;
 
     // For every file the symbols that it or a file it reaches uses and none of them defines, in

@@ -1,6 +1,8 @@
 #include "analysis/ScriptScan.hpp"
 
 #include <algorithm>
+#include <tuple>
+#include <unordered_set>
 #include <utility>
 
 #include "PathEncoding.hpp"
@@ -195,35 +197,44 @@ bool ScriptScanner::reachesDepthLimit(FileId id) {
     return heights_[id] >= kIncludeDepthLimit;
 }
 
-std::vector<std::string> ScriptScanner::report(FileId id) {
+// What the file and all that it brings in use and none of them defines, in no useful order.
+std::vector<SymbolId> ScriptScanner::findingsOf(FileId id) {
     const bool isPrepared = id < undefined_.size();
-    const bool isCut = reachesDepthLimit(id);
-    if (isPrepared && undefined_[id].empty() && !isCut) return {};
+    if (isPrepared && !reachesDepthLimit(id)) return undefined_[id];
+    bool complete = false;
+    const std::vector<FileId> files = graph_.reach(id, complete);
+    if (isPrepared && complete) return undefined_[id];
 
-    const std::vector<FileId> files = graph_.walk(id, walkBudget_);
+    std::unordered_set<SymbolId> settled;
+    for (const FileId file : files) {
+        const std::vector<SymbolId>& definitions = graph_.node(file).definitions;
+        settled.insert(definitions.begin(), definitions.end());
+    }
     std::vector<SymbolId> findings;
-    if (!files.empty()) {
-        std::vector<bool> settled(symbols_.size(), false);
-        for (const FileId file : files) {
-            for (const SymbolId symbol : graph_.node(file).definitions) settled[symbol] = true;
+    for (const FileId file : files) {
+        for (const SymbolId symbol : graph_.node(file).uses) {
+            if (settled.insert(symbol).second) findings.push_back(symbol);
         }
-        for (const FileId file : files) {
+    }
+    return findings;
+}
+
+std::vector<std::string> ScriptScanner::report(FileId id) {
+    std::vector<SymbolId> findings = findingsOf(id);
+    if (findings.size() > 1) {
+        std::unordered_map<SymbolId, std::size_t> place;
+        for (const FileId file : graph_.walk(id, walkBudget_)) {
             for (const SymbolId symbol : graph_.node(file).uses) {
-                if (settled[symbol]) continue;
-                settled[symbol] = true;
-                findings.push_back(symbol);
+                place.try_emplace(symbol, place.size());
             }
         }
-    } else if (isPrepared) {
-        findings = undefined_[id];
-    } else {
-        findings = graph_.node(id).uses;
+        std::sort(findings.begin(), findings.end(), [&](SymbolId a, SymbolId b) {
+            return std::tuple(symbols_[a].section, place[a], a) <
+                   std::tuple(symbols_[b].section, place[b], b);
+        });
     }
-    std::stable_sort(findings.begin(), findings.end(), [&](SymbolId a, SymbolId b) {
-        return symbols_[a].section < symbols_[b].section;
-    });
     std::vector<std::string> result;
-    if (isCut) result.emplace_back(kDepthLimitTag);
+    if (reachesDepthLimit(id)) result.emplace_back(kDepthLimitTag);
     for (const SymbolId symbol : findings) result.push_back(symbols_[symbol].text);
     return result;
 }
@@ -234,7 +245,9 @@ std::vector<std::string> ScriptScanner::scanScriptSource(
     if (!inlineText) {
         const FileId id = fileId(file);
         scanPending();
-        return report(id);
+        const auto [entry, isNew] = reports_.try_emplace(id);
+        if (isNew) entry->second = report(id);
+        return entry->second;
     }
     const FileId id = graph_.add();
     paths_.emplace_back();

@@ -58,6 +58,7 @@ class ScriptScanner {
     void scanText(FileId id, std::string_view text, const std::filesystem::path& file);
     void prepareProject();
     [[nodiscard]] bool reachesDepthLimit(FileId id);
+    [[nodiscard]] std::vector<SymbolId> findingsOf(FileId id);
     [[nodiscard]] std::vector<std::string> report(FileId id);
 
     GameReader& game_;
@@ -76,6 +77,7 @@ class ScriptScanner {
     // Answers for the project's own files, computed together.
     std::vector<std::vector<SymbolId>> undefined_;
     std::vector<int> heights_;
+    std::unordered_map<FileId, std::vector<std::string>> reports_;
     std::uint64_t walkBudget_;
 
     std::unordered_map<std::string, std::vector<const std::filesystem::path*>> byBaseName_;

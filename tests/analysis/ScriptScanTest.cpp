@@ -123,6 +123,11 @@ TEST(IncludeGraph, ManyWaysToTheSameFilesCostNothing) {
     EXPECT_EQ(graph.heights()[0], kIncludeDepthLimit);
     EXPECT_EQ(graph.heights()[kFiles - 20], 19);
 
+    bool complete = true;
+    EXPECT_EQ(graph.reach(0, complete).size(), 31U * 29U + 1U);
+    EXPECT_FALSE(complete);
+    EXPECT_EQ(graph.reach(kFiles - 20, complete).size(), 20U);
+    EXPECT_TRUE(complete);
     std::uint64_t budget = 10'000'000;
     EXPECT_EQ(graph.walk(0, budget).size(), 31U * 29U + 1U);
     budget = 10;
