@@ -12,12 +12,12 @@
 
 #include "PathEncoding.hpp"
 #include "analysis/AssetFinder.hpp"
+#include "analysis/HtmlGallery.hpp"
 #include "analysis/HtmlStyle.hpp"
+#include "analysis/HtmlText.hpp"
 #include "analysis/MissingFiles.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/OutputFile.hpp"
-#include "reader/DataPaths.hpp"
-#include "reader/Tokens.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
@@ -34,11 +34,7 @@ constexpr std::size_t kMaxBusyFiles = 12;
 constexpr std::size_t kMaxCalls = 80;
 constexpr std::size_t kMaxVerdicts = 60;
 constexpr std::size_t kMaxScriptNames = 200;
-constexpr std::size_t kMaxPictures = 600;
 constexpr std::size_t kMaxTableRows = 1500;
-
-// What browsers draw.
-constexpr std::string_view kWebPictures[] = {".gif", ".png", ".bmp", ".jpg", ".jpeg", ".webp"};
 
 struct StatusLook {
     std::string_view tone;  // class of the style sheet
@@ -57,68 +53,6 @@ constexpr std::array<StatusLook, 5> kLooks = {{
 
 const StatusLook& lookOf(CompatStatus status) {
     return kLooks[std::min(static_cast<std::size_t>(status), kLooks.size() - 1)];
-}
-
-std::string escape(std::string_view text) {
-    std::string escaped;
-    escaped.reserve(text.size() + text.size() / 8);
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                escaped += "&amp;";
-                break;
-            case '<':
-                escaped += "&lt;";
-                break;
-            case '>':
-                escaped += "&gt;";
-                break;
-            case '"':
-                escaped += "&quot;";
-                break;
-            case '\'':
-                escaped += "&#39;";
-                break;
-            default:
-                // Control characters have no place in a page, not even escaped.
-                if (static_cast<unsigned char>(c) < 0x20 && !isSpace(c)) {
-                    escaped += "\xEF\xBF\xBD";
-                } else {
-                    escaped += c;
-                }
-        }
-    }
-    return escaped;
-}
-
-std::string encodeUrl(const fs::path& path) {
-    constexpr std::string_view kHex = "0123456789ABCDEF";
-    constexpr std::string_view kPlain =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
-    std::string url;
-    for (const char8_t unit : path.generic_u8string()) {
-        const auto byte = static_cast<unsigned char>(unit);
-        if (kPlain.find(static_cast<char>(byte)) != std::string_view::npos) {
-            url += static_cast<char>(byte);
-        } else {
-            url += {'%', kHex[byte >> 4U], kHex[byte & 15U]};
-        }
-    }
-    return url;
-}
-
-// 12345 as "12,345".
-std::string number(std::uint64_t value) {
-    std::string digits = std::to_string(value);
-    for (std::size_t at = digits.size(); at > 3;) {
-        at -= 3;
-        digits.insert(at, 1, ',');
-    }
-    return digits;
-}
-
-std::string counted(std::uint64_t count, std::string_view one, std::string_view many) {
-    return number(count).append(" ").append(count == 1 ? one : many);
 }
 
 std::string lines(std::uint64_t count) {
@@ -149,10 +83,8 @@ class HtmlReport {
           analysis_(analysis),
           game_(game),
           assets_(project, game),
+          links_(project, linkBase(project, reportsFolder, besideAssets)),
           out_(reportsFolder / "index.html") {
-        linkBase_ = besideAssets ? fs::path("../assets/openbor-data")
-                                 : canonicalOrAbsolute(project.dataDir)
-                                       .lexically_relative(canonicalOrAbsolute(reportsFolder));
         if (project.hasData) missing_ = findMissingFiles(game, assets_);
         for (const MissingGroup& group : missing_) missingTotal_ += group.total;
         collectObstacles();
@@ -164,7 +96,7 @@ class HtmlReport {
     }
 
     void write() {
-        const std::string name = escape(PathEncoding::utf8(project_.root.filename()));
+        const std::string name = escapeHtml(PathEncoding::utf8(project_.root.filename()));
         out_
             << "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
@@ -180,8 +112,11 @@ class HtmlReport {
         writeMissing();
         writeScripts();
         writeAnimationCommands();
-        writeCharacters();
-        writeStages();
+        if (project_.hasData) {
+            HtmlGallery gallery(out_, game_, assets_, links_, openLines_);
+            gallery.writeCharacters();
+            gallery.writeStages();
+        }
         writeAllCommands();
         out_ << "<footer>The same findings as plain text: <a href=\"compatibility-report.txt\">"
                 "compatibility-report.txt</a>, <a href=\"animation-command-audit.txt\">"
@@ -191,6 +126,13 @@ class HtmlReport {
     }
 
   private:
+    static fs::path linkBase(const ProjectScan& project, const fs::path& reportsFolder,
+                             bool besideAssets) {
+        if (besideAssets) return "../assets/openbor-data";
+        return canonicalOrAbsolute(project.dataDir)
+            .lexically_relative(canonicalOrAbsolute(reportsFolder));
+    }
+
     void collectObstacles() {
         std::map<std::pair<std::string_view, CompatStatus>, std::size_t> index;
         std::unordered_map<const SourceFile*, std::size_t> busyIndex;
@@ -253,25 +195,19 @@ class HtmlReport {
         if (use.lines.size() < kMaxLines) use.lines.push_back(issue.line);
     }
 
-    // Address of a file of the data folder; empty when the page cannot reach it.
-    [[nodiscard]] std::string link(const fs::path& file) const {
-        const fs::path relative = file.lexically_relative(project_.dataDir);
-        if (linkBase_.empty() || relative.empty() || *relative.begin() == "..") return {};
-        return encodeUrl(linkBase_ / relative);
-    }
-
     void writeFileName(const SourceFile& file) {
-        const std::string url = link(project_.root / file.relative);
+        const std::string url = links_.to(project_.root / file.relative);
         if (url.empty()) {
-            out_ << "<code>" << escape(file.display) << "</code>";
+            out_ << "<code>" << escapeHtml(file.display) << "</code>";
         } else {
-            out_ << "<a href=\"" << url << "\"><code>" << escape(file.display) << "</code></a>";
+            out_ << "<a href=\"" << url << "\"><code>" << escapeHtml(file.display) << "</code></a>";
         }
     }
 
     void writeRest(std::uint64_t total, std::size_t shown, std::string_view what) {
         if (total <= shown) return;
-        out_ << "<p class=\"rest\">and " << number(total - shown) << " more " << what << "</p>\n";
+        out_ << "<p class=\"rest\">and " << groupDigits(total - shown) << " more " << what
+             << "</p>\n";
     }
 
     void openSection(std::string_view id, std::string_view title, std::string_view lead) {
@@ -282,7 +218,7 @@ class HtmlReport {
     void writeNavigation() {
         out_ << "<nav aria-label=\"Sections\"><p>Compatibility</p><ol>\n";
         const auto entry = [&](std::string_view id, std::string_view title, std::uint64_t count) {
-            out_ << "<li><a href=\"#" << id << "\">" << title << "<b>" << number(count)
+            out_ << "<li><a href=\"#" << id << "\">" << title << "<b>" << groupDigits(count)
                  << "</b></a></li>\n";
         };
         entry("commands", "In the way", obstacles_.size());
@@ -304,9 +240,11 @@ class HtmlReport {
         if (judged_ == 0) return "There is no command in this folder to judge.";
         std::vector<std::string> faults;
         if (analysis_.unsupported > 0)
-            faults.push_back(number(analysis_.unsupported) + " do not run");
-        if (analysis_.unknown > 0) faults.push_back(number(analysis_.unknown) + " are not known");
-        if (analysis_.partial > 0) faults.push_back(number(analysis_.partial) + " run in part");
+            faults.push_back(groupDigits(analysis_.unsupported) + " do not run");
+        if (analysis_.unknown > 0)
+            faults.push_back(groupDigits(analysis_.unknown) + " are not known");
+        if (analysis_.partial > 0)
+            faults.push_back(groupDigits(analysis_.partial) + " run in part");
         std::string text;
         if (faults.empty()) {
             text = "Every one of " + lines(judged_) + " that " + (judged_ == 1 ? "was" : "were") +
@@ -347,7 +285,7 @@ class HtmlReport {
         }
         out_ << "<ul class=\"tiles\">\n";
         for (const auto& [status, count] : counts) {
-            out_ << "<li class=\"" << lookOf(status).tone << "\"><b>" << number(count)
+            out_ << "<li class=\"" << lookOf(status).tone << "\"><b>" << groupDigits(count)
                  << "</b><span>" << lookOf(status).meaning << "</span><small>"
                  << compatStatusName(status);
             if (judged_ > 0 && (status == kSupported || status == kPartial)) {
@@ -359,12 +297,12 @@ class HtmlReport {
         const auto fact = [&](std::string_view what, const std::string& value) {
             out_ << "<div><dt>" << what << "</dt><dd>" << value << "</dd></div>\n";
         };
-        fact("Models", number(analysis_.models));
-        fact("Animations", number(analysis_.animations));
-        fact("Stages", number(analysis_.stages));
-        fact("Scripts", number(analysis_.scripts));
-        fact("Sounds", number(analysis_.audioFiles));
-        fact("Text files", number(analysis_.textFiles));
+        fact("Models", groupDigits(analysis_.models));
+        fact("Animations", groupDigits(analysis_.animations));
+        fact("Stages", groupDigits(analysis_.stages));
+        fact("Scripts", groupDigits(analysis_.scripts));
+        fact("Sounds", groupDigits(analysis_.audioFiles));
+        fact("Text files", groupDigits(analysis_.textFiles));
         fact("Resolution", std::to_string(analysis_.logicalWidth) + " × " +
                                std::to_string(analysis_.logicalHeight));
         out_ << "</dl>\n</header>\n";
@@ -392,10 +330,10 @@ class HtmlReport {
     void openRow(const StatusLook& look, std::string_view name, bool mono, std::uint64_t count,
                  std::uint64_t most, const std::string& below) {
         out_ << "<details class=\"row " << look.tone << "\"><summary><span class=\"name"
-             << (mono ? "" : " text") << "\">" << escape(name) << "</span><span class=\"chip\">"
+             << (mono ? "" : " text") << "\">" << escapeHtml(name) << "</span><span class=\"chip\">"
              << look.label << "</span><span class=\"meter\" aria-hidden=\"true\"><i style=\"width:"
              << count * 100 / std::max<std::uint64_t>(most, 1)
-             << "%\"></i></span><span class=\"count\">" << number(count) << "<small>" << below
+             << "%\"></i></span><span class=\"count\">" << groupDigits(count) << "<small>" << below
              << "</small></span></summary>\n<div class=\"body\">\n";
     }
 
@@ -403,12 +341,12 @@ class HtmlReport {
         openRow(lookOf(obstacle.status), obstacle.command, true, obstacle.count, most,
                 counted(obstacle.files.size(), "file", "files"));
         for (const std::string_view message : obstacle.messages) {
-            out_ << "<p>" << escape(message) << "</p>\n";
+            out_ << "<p>" << escapeHtml(message) << "</p>\n";
         }
         if (obstacle.status == kUnknown) {
             const std::string_view close = closestCommand(obstacle.command);
             if (!close.empty()) {
-                out_ << "<p class=\"hint\">Perhaps <code>" << escape(close)
+                out_ << "<p class=\"hint\">Perhaps <code>" << escapeHtml(close)
                      << "</code> was meant.</p>\n";
             }
         }
@@ -423,7 +361,7 @@ class HtmlReport {
                 out_ << (k > 0 ? ", " : "") << use.lines[k];
             }
             if (use.count > use.lines.size()) {
-                out_ << " and " << number(use.count - use.lines.size()) << " more";
+                out_ << " and " << groupDigits(use.count - use.lines.size()) << " more";
             }
             out_ << "</span></li>\n";
         }
@@ -443,7 +381,7 @@ class HtmlReport {
             writeFileName(*busyFiles_[i].file);
             out_ << "</span><span class=\"meter\" aria-hidden=\"true\"><i style=\"width:"
                  << busyFiles_[i].count * 100 / busyFiles_.front().count
-                 << "%\"></i></span><span class=\"count\">" << number(busyFiles_[i].count)
+                 << "%\"></i></span><span class=\"count\">" << groupDigits(busyFiles_[i].count)
                  << "</span></li>\n";
         }
         out_ << "</ul>\n";
@@ -460,13 +398,13 @@ class HtmlReport {
             out_ << "<p class=\"good\">None: every name that was looked for was found.</p>\n";
         }
         for (const MissingGroup& group : missing_) {
-            out_ << "<h3>" << group.title << " <small>" << number(group.total)
+            out_ << "<h3>" << group.title << " <small>" << groupDigits(group.total)
                  << "</small></h3>\n<ul class=\"list\">\n";
             for (const MissingName& name : group.names) {
-                out_ << "<li class=\"plain\"><code>" << escape(name.text)
+                out_ << "<li class=\"plain\"><code>" << escapeHtml(name.text)
                      << "</code><span class=\"at\">";
                 writeNamedBy(name);
-                out_ << "</span><span class=\"count\">" << number(name.mentions) << "<small>"
+                out_ << "</span><span class=\"count\">" << groupDigits(name.mentions) << "<small>"
                      << (name.mentions == 1 ? "use" : "uses") << "</small></span></li>\n";
             }
             out_ << "</ul>\n";
@@ -477,9 +415,9 @@ class HtmlReport {
 
     void writeNamedBy(const MissingName& name) {
         if (name.namedBy.empty()) return;
-        const std::string url = link(project_.root / PathEncoding::path(name.namedBy));
+        const std::string url = links_.toSource(name.namedBy);
         if (!url.empty()) out_ << "<a href=\"" << url << "\">";
-        out_ << escape(name.namedBy);
+        out_ << escapeHtml(name.namedBy);
         if (!url.empty()) out_ << "</a>";
         if (name.line > 0) out_ << ':' << name.line;
     }
@@ -571,7 +509,7 @@ class HtmlReport {
             for (const AnimationCommandAudit* const audit : group.calls) {
                 out_ << "<li><span class=\"at\">";
                 writeFileName(*audit->file);
-                out_ << ':' << audit->line << "</span><code>" << escape(audit->command)
+                out_ << ':' << audit->line << "</span><code>" << escapeHtml(audit->command)
                      << "</code></li>\n";
             }
             out_ << "</ul>\n";
@@ -583,141 +521,14 @@ class HtmlReport {
         out_ << "</section>\n";
     }
 
-    void writePicture(const fs::path* file, const std::string& alt, std::string_view otherwise) {
-        const std::string url = file == nullptr ? std::string() : link(*file);
-        const std::string extension =
-            file == nullptr ? std::string() : toLower(PathEncoding::utf8(file->extension()));
-        const bool drawn = std::find(std::begin(kWebPictures), std::end(kWebPictures), extension) !=
-                           std::end(kWebPictures);
-        out_ << "<div class=\"shot\">";
-        if (!url.empty() && drawn) {
-            out_ << "<img loading=\"lazy\" decoding=\"async\" src=\"" << url << "\" alt=\""
-                 << escape(alt) << "\">";
-        } else {
-            out_ << (file == nullptr ? otherwise : std::string_view("no preview"));
-        }
-        out_ << "</div>";
-    }
-
-    void writeCaption(std::string_view name, const std::string& facts,
-                      const std::string& sourceFile) {
-        const std::string url = link(project_.root / PathEncoding::path(sourceFile));
-        out_ << "<figcaption><b>";
-        if (!url.empty()) out_ << "<a href=\"" << url << "\">";
-        out_ << escape(name);
-        if (!url.empty()) out_ << "</a>";
-        out_ << "</b>" << facts;
-        const auto open = openLines_.find(sourceFile);
-        if (open != openLines_.end()) {
-            out_ << "<br><span class=\"left\">" << lines(open->second) << " to look at</span>";
-        }
-        out_ << "</figcaption></figure>\n";
-    }
-
-    const fs::path* pictureOf(const ModelDef& model) {
-        const AnimationDef* chosen = nullptr;
-        for (const AnimationDef& animation : model.animations) {
-            if (animation.frames.empty()) continue;
-            if (chosen == nullptr) chosen = &animation;
-            if (equalsFolded(animation.name, "idle")) {
-                chosen = &animation;
-                break;
-            }
-        }
-        if (chosen == nullptr) return nullptr;
-        for (const FrameDef& frame : chosen->frames) {
-            if (frame.sprite.empty() || equalsFolded(frame.sprite, "none")) continue;
-            if (const fs::path* const file = assets_.picture(frame.sprite)) return file;
-        }
-        return nullptr;
-    }
-
-    void writeCharacters() {
-        const std::vector<ModelDef>* const models = project_.hasData ? &game_.models() : nullptr;
-        if (models == nullptr || models->empty()) return;
-        openSection("characters", "Characters",
-                    "Every model with its idle picture, or the first that it has.");
-        // People first; what merely flies about or lies around is folded away.
-        const std::string_view order[] = {"player", "enemy", "npc"};
-        std::map<std::string, std::vector<const ModelDef*>> byType;
-        for (const ModelDef& model : *models) byType[toLower(model.type)].push_back(&model);
-        std::size_t left = kMaxPictures;
-        for (const std::string_view type : order) {
-            const auto group = byType.find(std::string(type));
-            if (group == byType.end()) continue;
-            writeCharacterGroup(group->first, group->second, true, left);
-            byType.erase(group);
-        }
-        for (const auto& [type, group] : byType) writeCharacterGroup(type, group, false, left);
-        writeRest(models->size(), kMaxPictures, "models");
-        out_ << "</section>\n";
-    }
-
-    void writeCharacterGroup(const std::string& type, const std::vector<const ModelDef*>& models,
-                             bool open, std::size_t& left) {
-        if (left == 0) return;
-        openFold(type, models.size(), open);
-        out_ << "<div class=\"gallery\">\n";
-        for (const ModelDef* const model : models) {
-            if (left == 0) break;
-            --left;
-            out_ << "<figure>";
-            writePicture(pictureOf(*model), model->modelName, "no picture found");
-            writeCaption(model->modelName,
-                         counted(model->animations.size(), "animation", "animations"),
-                         model->sourceFile);
-        }
-        out_ << "</div></details>\n";
-    }
-
-    void openFold(std::string_view title, std::size_t count, bool open) {
-        out_ << "<details class=\"fold\"" << (open ? " open" : "") << "><summary>" << escape(title)
-             << " <small>" << number(count) << "</small></summary>\n";
-    }
-
-    const fs::path* pictureOf(const StageDef& stage) {
-        if (!stage.background.empty()) {
-            if (const fs::path* const file = assets_.picture(stage.background)) return file;
-        }
-        for (const std::string& panel : stage.panels) {
-            if (const fs::path* const file = assets_.picture(panel)) return file;
-        }
-        return nullptr;
-    }
-
-    void writeStages() {
-        const std::vector<StageDef>* const stages = project_.hasData ? &game_.stages() : nullptr;
-        if (stages == nullptr || stages->empty()) return;
-        openSection("stages", "Stages",
-                    "In the order of play, with their background or first panel.");
-        std::size_t left = kMaxPictures;
-        for (std::size_t i = 0; i < stages->size() && left > 0;) {
-            const StageDef& first = (*stages)[i];
-            std::size_t end = i;
-            while (end < stages->size() && (*stages)[end].setOrder == first.setOrder) ++end;
-            openFold(first.setName, end - i, i == 0);
-            out_ << "<div class=\"gallery wide\">\n";
-            for (; i < end && left > 0; ++i, --left) writeStage((*stages)[i]);
-            i = end;
-            out_ << "</div></details>\n";
-        }
-        writeRest(stages->size(), kMaxPictures, "stages");
-        out_ << "</section>\n";
-    }
-
-    void writeStage(const StageDef& stage) {
-        const std::string name = PathEncoding::utf8(PathEncoding::path(stage.sourceFile).stem());
-        out_ << "<figure>";
-        writePicture(pictureOf(stage), name, "no picture found");
-        writeCaption(name,
-                     counted(stage.spawns.size(), "spawn", "spawns") + ", " +
-                         counted(stage.panels.size(), "panel", "panels"),
-                     stage.sourceFile);
+    void openFold(std::string_view title, std::size_t count) {
+        out_ << "<details class=\"fold\"><summary>" << escapeHtml(title) << " <small>"
+             << groupDigits(count) << "</small></summary>\n";
     }
 
     void writeAllCommands() {
         openSection("all", "Every command", "All words that the game's text uses as commands.");
-        openFold("Show the table", analysis_.commandCounts.size(), false);
+        openFold("Show the table", analysis_.commandCounts.size());
         out_ << "<div class=\"list scroll\"><table><thead><tr><th scope=\"col\">Command</th>"
                 "<th scope=\"col\" class=\"n\">Uses</th><th scope=\"col\">Verdict</th>"
                 "<th scope=\"col\">Uses by verdict</th></tr></thead><tbody>\n";
@@ -725,14 +536,14 @@ class HtmlReport {
         for (const auto& [command, count] : analysis_.commandCounts) {
             if (shown++ == kMaxTableRows) break;
             const CompatStatus status = analysis_.commandStatus.at(command);
-            out_ << "<tr><td><code>" << escape(command) << "</code></td><td class=\"n\">"
-                 << number(count) << "</td><td><span class=\"chip " << lookOf(status).tone << "\">"
-                 << compatStatusName(status) << "</span></td><td>";
+            out_ << "<tr><td><code>" << escapeHtml(command) << "</code></td><td class=\"n\">"
+                 << groupDigits(count) << "</td><td><span class=\"chip " << lookOf(status).tone
+                 << "\">" << compatStatusName(status) << "</span></td><td>";
             const auto& byStatus = analysis_.commandStatusCounts.at(command);
             if (byStatus.size() > 1) {
                 std::string_view separator;
                 for (const auto& [part, uses] : byStatus) {
-                    out_ << separator << compatStatusName(part) << ' ' << number(uses);
+                    out_ << separator << compatStatusName(part) << ' ' << groupDigits(uses);
                     separator = ", ";
                 }
             }
@@ -747,8 +558,8 @@ class HtmlReport {
     const ProjectAnalysis& analysis_;
     GameReader& game_;
     AssetFinder assets_;
+    DataLinks links_;
     OutputFile out_;
-    fs::path linkBase_;
     std::vector<MissingGroup> missing_;
     std::uint64_t missingTotal_ = 0, judged_ = 0, ignored_ = 0;
     std::vector<Obstacle> obstacles_;

@@ -129,16 +129,18 @@ summary::-webkit-details-marker { display: none; }
 .plain { grid-template-columns: minmax(0, 1.4fr) minmax(0, 1fr) 5.5rem; }
 .plain .at { color: var(--soft); font-size: .88rem; overflow-wrap: anywhere; }
 
-.gallery { display: grid; grid-template-columns: repeat(auto-fill, minmax(9.5rem, 1fr)); gap: 1rem; }
+.gallery { display: grid; grid-template-columns: repeat(auto-fill, minmax(10rem, 1fr)); gap: 1rem; }
 .gallery.wide { grid-template-columns: repeat(auto-fill, minmax(15rem, 1fr)); }
 .gallery figure { background: var(--card); border: 1px solid var(--line); border-radius: 12px;
   overflow: hidden; box-shadow: var(--shade); }
-.shot { height: 8.5rem; padding: .6rem; display: flex; align-items: center; justify-content: center;
+.shot { height: 10rem; padding: .6rem; display: flex; align-items: center; justify-content: center;
   background: repeating-conic-gradient(var(--check-a) 0 25%, var(--check-b) 0 50%) 0 0 / 16px 16px;
   color: var(--soft); font-size: .82rem; text-align: center; }
 .shot img { max-width: 100%; max-height: 100%; width: 100%; height: 100%; object-fit: contain;
   image-rendering: pixelated; }
-.wide .shot { padding: 0; height: 9rem; }
+.shot { overflow: hidden; }
+.shot img.cut { flex: none; max-width: none; max-height: none; object-fit: none; }
+.wide .shot { padding: 0; height: 9.5rem; }
 .wide .shot img { object-fit: cover; object-position: 0 100%; }
 figcaption { padding: .6rem .8rem .7rem; font-size: .82rem; line-height: 1.4; color: var(--soft); }
 figcaption b { display: block; color: var(--ink); font-size: .95rem; font-weight: 600;
