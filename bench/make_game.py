@@ -118,6 +118,8 @@ def main():
     for i, name in enumerate(names):
         frames = FRAMES // MODELS + (i < FRAMES % MODELS)
         write(f"chars/{name}/{name}.txt", model_text(rng, name, frames, options.scripts))
+        for picture in ("icon", "pal0", "pal1"):
+            write(f"chars/{name}/{picture}.gif", b"GIF89a" + rng.randbytes(1_000))
     for i in range(STAGES):
         write(f"levels/stage{i}.txt", stage_text(rng, names))
     if options.scripts:

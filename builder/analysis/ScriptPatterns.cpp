@@ -53,6 +53,20 @@ class Cursor {
     std::size_t at_;
 };
 
+std::string_view trimEnd(std::string_view text) {
+    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+// The identifier that stands, with white space behind it, in front of `at`; empty for none.
+std::string_view identifierBefore(std::string_view text, std::size_t at) {
+    const std::string_view ahead = trimEnd(text.substr(0, at));
+    std::size_t first = ahead.size();
+    while (first > 0 && isWordByte(ahead[first - 1])) --first;
+    while (first < ahead.size() && !isLetter(ahead[first])) ++first;
+    return ahead.substr(first);
+}
+
 }  // namespace
 
 void forEachFunctionMacro(std::string_view text, const MatchName& found) {
@@ -89,23 +103,23 @@ void forEachObjectMacro(std::string_view text, const MatchName& found) {
     }
 }
 
+// Calls and definitions are looked for from their parenthesis backwards: there are few of those,
+// and what stands in front of one cannot reach over another.
 void forEachFunctionDefinition(
     std::string_view text,
     const std::function<void(std::string_view name, std::string_view rest)>& found) {
-    // Every match has a parenthesis behind an identifier behind white space behind a type word.
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const char c = text[at];
-        if (c < 'c' || c > 'v') continue;  // no type word begins with it
-        for (const std::string_view word : kTypeWords) {
-            Cursor cursor(text, at);
-            std::string_view name;
-            if (c == word.front() && cursor.literal(word) && cursor.spaces(1) &&
-                cursor.identifier(name) && cursor.spaces() && cursor.literal("(")) {
-                found(name, cursor.rest());
-                at = cursor.at() - 1;
-                break;
-            }
-        }
+    for (std::size_t at = text.find('('); at != std::string_view::npos;
+         at = text.find('(', at + 1)) {
+        const std::string_view name = identifierBefore(text, at);
+        if (name.empty()) continue;
+        const std::string_view ahead =
+            text.substr(0, static_cast<std::size_t>(name.data() - text.data()));
+        const std::string_view word = trimEnd(ahead);
+        const bool isTyped =
+            word.size() < ahead.size() &&
+            std::any_of(kTypeWords.begin(), kTypeWords.end(),
+                        [&](std::string_view type) { return word.ends_with(type); });
+        if (isTyped) found(name, text.substr(at + 1));
     }
 }
 
@@ -125,18 +139,10 @@ void forEachInclude(std::string_view text, const MatchName& found) {
 }
 
 void forEachCall(std::string_view text, const MatchName& found) {
-    for (std::size_t at = 0; at < text.size();) {
-        Cursor cursor(text, at);
-        std::string_view name;
-        if (!cursor.identifier(name)) {
-            ++at;
-            continue;
-        }
-        at = cursor.at();
-        if (cursor.spaces() && cursor.literal("(")) {
-            found(name);
-            at = cursor.at();
-        }
+    for (std::size_t at = text.find('('); at != std::string_view::npos;
+         at = text.find('(', at + 1)) {
+        const std::string_view name = identifierBefore(text, at);
+        if (!name.empty()) found(name);
     }
 }
 
