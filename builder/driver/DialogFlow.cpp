@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "analysis/CompatibilityReports.hpp"
+#include "analysis/HtmlReport.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ExitCodes.hpp"
 #include "driver/OutputNames.hpp"
@@ -135,6 +136,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     const SelectionName name = nameSelection(selection);
     writeReports(scan, analysis, name.beside(kReportsSuffix));
+    writeHtmlReport(scan, analysis, game, name.beside(kReportsSuffix), false);
     if (!dialogs.askYesNo("Analise concluida", analysisText(selection, prepared, analysis),
                           DialogStyle::kQuestion)) {
         return kSuccess;
@@ -154,6 +156,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
     }
     generatePort(scan, analysis, game, output);
     writeReports(scan, analysis, output / "reports");
+    writeHtmlReport(scan, analysis, game, output / "reports", true);
     const int code = packagePort(output, console);
     writeStatus(output, code);
     if (dialogs.askYesNo("Port concluido", closingText(output, code), DialogStyle::kInformation)) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "analysis/CompatibilityReports.hpp"
+#include "analysis/HtmlReport.hpp"
 #include "analysis/ParityAudit.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ConsoleSummaries.hpp"
@@ -67,6 +68,7 @@ int runAnalyze(const Run& run) {
     const fs::path folder =
         run.folder ? *run.folder : defaultReportsFolder(run.input, run.prepared);
     writeReports(run.scan, run.analysis, folder);
+    writeHtmlReport(run.scan, run.analysis, run.game, folder, false);
     out << "Wrote " << displayPath(folder / "analysis.json") << '\n'
         << "Wrote " << displayPath(folder / "compatibility-report.txt") << '\n';
     return kSuccess;
@@ -86,6 +88,7 @@ int convert(const Run& run, const fs::path& output) {
     }
     generatePort(run.scan, run.analysis, run.game, output);
     writeReports(run.scan, run.analysis, output / "reports");
+    writeHtmlReport(run.scan, run.analysis, run.game, output / "reports", true);
     printCompatibilitySummary(run.console.out, run.analysis);
     const bool isPartial = run.analysis.partial > 0 || run.analysis.unknown > 0;
     run.console.out << "CONVERT SUCCESS: port project generated at "
