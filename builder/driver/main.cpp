@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
     // Thousands of summary lines are written in large pieces; child processes are waited for with
     // the stream flushed.
     std::ios::sync_with_stdio(false);
-    const tindrel::ConsoleEncoding encoding;
+    const tindrel::Restored console = tindrel::showUtf8();
     const auto arguments = tindrel::commandLine(argc, argv);
     if (!arguments) return tindrel::kNoInput;
     return tindrel::runBuilder(*arguments, {std::cout, std::cerr}, tindrel::systemDialogs);

@@ -2,9 +2,11 @@
 
 // The two text streams of a run, and what a system's console needs.
 
+#include <functional>
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tindrel {
@@ -15,30 +17,25 @@ struct Console {
     std::ostream& err;
 };
 
-// Lets the console show UTF-8 for as long as this lives.
-class ConsoleEncoding {
+// A change that is taken back when this ends.
+class Restored {
   public:
-    ConsoleEncoding();
-    ConsoleEncoding(const ConsoleEncoding&) = delete;
-    ConsoleEncoding& operator=(const ConsoleEncoding&) = delete;
-    ~ConsoleEncoding();
+    explicit Restored(std::function<void()> restore = {}) : restore_(std::move(restore)) {}
+    Restored(const Restored&) = delete;
+    Restored& operator=(const Restored&) = delete;
+    ~Restored() {
+        if (restore_) restore_();
+    }
 
   private:
-    unsigned int before_ = 0;
+    std::function<void()> restore_;
 };
 
-// Lets child processes read file names as UTF-8 for as long as this lives, whatever the locale.
-class Utf8Children {
-  public:
-    Utf8Children();
-    Utf8Children(const Utf8Children&) = delete;
-    Utf8Children& operator=(const Utf8Children&) = delete;
-    ~Utf8Children();
+// Lets the console show UTF-8.
+[[nodiscard]] Restored showUtf8();
 
-  private:
-    bool changed_ = false;
-    std::optional<std::string> before_;
-};
+// Lets child processes read file names as UTF-8, whatever the locale.
+[[nodiscard]] Restored nameFilesInUtf8();
 
 // The command line in UTF-8, the program's name first; nothing when the system cannot split it.
 [[nodiscard]] std::optional<std::vector<std::string>> commandLine(int count, char** arguments);

@@ -22,22 +22,23 @@ bool localeIsUtf8() {
 
 }  // namespace
 
-ConsoleEncoding::ConsoleEncoding() = default;
-ConsoleEncoding::~ConsoleEncoding() = default;
-
-Utf8Children::Utf8Children() : changed_(!localeIsUtf8()) {
-    if (!changed_) return;
-    if (const char* value = ::getenv(kLocale); value != nullptr) before_ = value;
-    ::setenv(kLocale, "C.UTF-8", 1);
+Restored showUtf8() {
+    return Restored();
 }
 
-Utf8Children::~Utf8Children() {
-    if (!changed_) return;
-    if (before_) {
-        ::setenv(kLocale, before_->c_str(), 1);
-    } else {
-        ::unsetenv(kLocale);
-    }
+Restored nameFilesInUtf8() {
+    if (localeIsUtf8()) return Restored();
+    const char* const value = ::getenv(kLocale);
+    const std::optional<std::string> before =
+        value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+    ::setenv(kLocale, "C.UTF-8", 1);
+    return Restored([before] {
+        if (before) {
+            ::setenv(kLocale, before->c_str(), 1);
+        } else {
+            ::unsetenv(kLocale);
+        }
+    });
 }
 
 std::optional<std::vector<std::string>> commandLine(int count, char** arguments) {

@@ -10,17 +10,18 @@
 
 namespace tindrel {
 
-ConsoleEncoding::ConsoleEncoding() : before_(GetConsoleOutputCP()) {
+Restored showUtf8() {
+    const UINT before = GetConsoleOutputCP();
     SetConsoleOutputCP(CP_UTF8);
-}
-
-ConsoleEncoding::~ConsoleEncoding() {
-    if (before_ != 0) SetConsoleOutputCP(before_);
+    return Restored([before] {
+        if (before != 0) SetConsoleOutputCP(before);
+    });
 }
 
 // Names are wide here in any locale.
-Utf8Children::Utf8Children() = default;
-Utf8Children::~Utf8Children() = default;
+Restored nameFilesInUtf8() {
+    return Restored();
+}
 
 std::optional<std::vector<std::string>> commandLine(int, char**) {
     int count = 0;

@@ -168,7 +168,7 @@ int fillStage(const fs::path& port, const fs::path& stage, const Console& consol
 
 int makeZip(const PackagePaths& paths, const Console& console) {
     const WorkingFolder inParent(paths.parent);
-    const Utf8Children anyName;
+    const Restored locale = nameFilesInUtf8();
     std::error_code ignored;
     fs::remove(paths.zip, ignored);
     const fs::path cmake = findCmake();
