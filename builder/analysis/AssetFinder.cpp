@@ -1,6 +1,9 @@
 #include "analysis/AssetFinder.hpp"
 
-#include <string>
+#include <algorithm>
+
+#include "PathEncoding.hpp"
+#include "reader/Tokens.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
@@ -16,27 +19,52 @@ std::size_t extensionAt(std::string_view text) {
     return dot == std::string_view::npos || dot <= name ? text.size() : dot;
 }
 
+// The normalised path in lower case.
+std::string foldedPath(std::string_view text) {
+    std::string folded = toLower(text);
+    std::replace(folded.begin(), folded.end(), '\\', '/');
+    // Nearly no path of a game needs more than its first folder taken off.
+    const bool isPlain = PathEncoding::validUtf8(folded) && !folded.starts_with('.') &&
+                         folded.find("//") == std::string::npos &&
+                         folded.find("/.") == std::string::npos;
+    if (!isPlain) return toLower(normalizeDataPath(text));
+    if (folded.starts_with("data/")) folded.erase(0, 5);
+    return folded;
+}
+
 }  // namespace
 
 AssetFinder::AssetFinder(const ProjectScan& project, GameReader& game) : game_(game) {
     for (const DataEntry& entry : project.entries) {
-        if (entry.regularFile) files_.insert(entry.path.native());
+        if (!entry.regularFile) continue;
+        files_.insert(entry.path.native());
+        folded_.insert(toLower(PathEncoding::utf8(entry.path.lexically_relative(project.dataDir))));
     }
 }
 
-const fs::path* AssetFinder::file(std::string_view text) {
+const fs::path* AssetFinder::fileAt(std::string_view text, const std::string& folded) {
+    if (folded_.count(folded) == 0) return nullptr;
     const fs::path& path = game_.resolve(text);
     return files_.count(path.native()) > 0 ? &path : nullptr;
 }
 
+const fs::path* AssetFinder::file(std::string_view text) {
+    return fileAt(text, foldedPath(text));
+}
+
 const fs::path* AssetFinder::picture(std::string_view text) {
-    if (const fs::path* const exact = file(text)) return exact;
-    const std::size_t dot = extensionAt(text);
+    const std::string folded = foldedPath(text);
+    if (const fs::path* const exact = fileAt(text, folded)) return exact;
+    const std::size_t extension = text.size() - extensionAt(text);
+    const std::string stem(text.substr(0, text.size() - extension));
+    const std::string foldedStem =
+        folded.substr(0, folded.size() - std::min(extension, folded.size()));
     const fs::path* found = nullptr;
-    for (const std::string_view extension : kPictureExtensions) {
-        const fs::path* const sibling = file(std::string(text.substr(0, dot)).append(extension));
+    for (const std::string_view candidate : kPictureExtensions) {
+        const fs::path* const sibling =
+            fileAt(stem + std::string(candidate), foldedStem + std::string(candidate));
         if (sibling == nullptr) continue;
-        if (dot == text.size()) return sibling;
+        if (extension == 0) return sibling;
         if (found != nullptr) return nullptr;  // two stand-ins are as bad as none
         found = sibling;
     }
@@ -44,10 +72,13 @@ const fs::path* AssetFinder::picture(std::string_view text) {
 }
 
 const fs::path* AssetFinder::sound(std::string_view text) {
-    if (const fs::path* const exact = file(text)) return exact;
+    const std::string folded = foldedPath(text);
+    if (const fs::path* const exact = fileAt(text, folded)) return exact;
     if (extensionAt(text) != text.size()) return nullptr;
-    for (const std::string_view extension : kSoundExtensions) {
-        if (const fs::path* const found = file(std::string(text).append(extension))) return found;
+    for (const std::string_view candidate : kSoundExtensions) {
+        const fs::path* const found =
+            fileAt(std::string(text).append(candidate), folded + std::string(candidate));
+        if (found != nullptr) return found;
     }
     return nullptr;
 }

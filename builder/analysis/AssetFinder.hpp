@@ -4,6 +4,7 @@
 // pictures and sounds.
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <unordered_set>
 
@@ -24,8 +25,14 @@ class AssetFinder {
     [[nodiscard]] const std::filesystem::path* sound(std::string_view text);
 
   private:
+    [[nodiscard]] const std::filesystem::path* fileAt(std::string_view text,
+                                                      const std::string& folded);
+
     GameReader& game_;
     std::unordered_set<std::filesystem::path::string_type> files_;  // regular files of the walk
+    // The same relative to the data folder, in lower case: what is not here is nowhere, so that a
+    // name without a file costs no question to the disk.
+    std::unordered_set<std::string> folded_;
 };
 
 }  // namespace tindrel

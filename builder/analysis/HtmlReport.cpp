@@ -228,7 +228,7 @@ class HtmlReport {
             entry("scripts", "Scripts", analysis_.scriptFindings.size());
         }
         if (!analysis_.animationAudit.empty()) {
-            entry("calls", "Animation commands", analysis_.animationAudit.size());
+            entry("calls", "@cmd lines", analysis_.animationAudit.size());
         }
         if (analysis_.models > 0) entry("characters", "Characters", analysis_.models);
         if (analysis_.stages > 0) entry("stages", "Stages", analysis_.stages);
@@ -259,7 +259,7 @@ class HtmlReport {
             text += '.';
         }
         if (missingTotal_ > 0) {
-            text += ' ' + counted(missingTotal_, "name leads", "names lead") + " to no file.";
+            text += ' ' + counted(missingTotal_, "name leads", "names lead") + " nowhere.";
         }
         return text;
     }
@@ -426,7 +426,7 @@ class HtmlReport {
         if (analysis_.scriptFindings.empty()) return;
         openSection("scripts", "What scripts ask for",
                     "Functions and includes that scripts use and the port does not know. Such a "
-                    "call is logged and skipped when it is reached.");
+                    "call is logged when it is reached.");
         std::map<std::string_view, std::vector<const ScriptFinding*>> byName;
         for (const ScriptFinding& finding : analysis_.scriptFindings) {
             for (const std::string& name : finding.names) byName[name].push_back(&finding);

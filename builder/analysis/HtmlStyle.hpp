@@ -125,7 +125,7 @@ summary::-webkit-details-marker { display: none; }
 .places .at { color: var(--soft); font-variant-numeric: tabular-nums; font-size: .88rem; }
 .calls { margin-top: .6rem; display: grid; gap: .3rem; }
 .calls li { display: grid; grid-template-columns: minmax(0, 19rem) minmax(0, 1fr); gap: 0 1rem; }
-.calls .at { color: var(--soft); }
+.calls .at { color: var(--soft); font-size: .88rem; overflow-wrap: anywhere; }
 .plain { grid-template-columns: minmax(0, 1.4fr) minmax(0, 1fr) 5.5rem; }
 .plain .at { color: var(--soft); font-size: .88rem; overflow-wrap: anywhere; }
 

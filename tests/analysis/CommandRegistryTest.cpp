@@ -79,6 +79,18 @@ TEST(CommandRegistry, WordsThatNoRowLists) {
     }
 }
 
+TEST(CommandRegistry, MisspeltWords) {
+    EXPECT_EQ(closestCommand("cradits"), "credits");
+    EXPECT_EQ(closestCommand("dealy"), "delay");  // neighbours swapped
+    EXPECT_EQ(closestCommand("backgruond"), "background");
+    EXPECT_EQ(closestCommand("projectilhits"), "projectilehit");
+    EXPECT_EQ(closestCommand("frmae"), "frame");
+    for (const char* word : {"", "fr", "xyzzy", "wobble", "fraamee"}) {
+        EXPECT_EQ(closestCommand(word), "") << word;
+    }
+    EXPECT_EQ(closestCommand(std::string(100000, 'x')), "");
+}
+
 TEST(CommandRegistry, StatusNames) {
     EXPECT_EQ(compatStatusName(kSupported), "SUPPORTED");
     EXPECT_EQ(compatStatusName(kPartial), "PARTIAL");

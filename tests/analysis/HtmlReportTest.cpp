@@ -1,0 +1,203 @@
+#include "analysis/HtmlReport.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "TempFolder.hpp"
+#include "analysis/HtmlText.hpp"
+
+namespace tindrel {
+namespace {
+
+// A game of a few files, and its page.
+class HtmlReportTest : public testing::Test {
+  protected:
+    void write(const std::string& file, std::string_view text) {
+        folder_.write("game/data/" + file, text);
+    }
+
+    std::string page(bool besideAssets = true) {
+        const ProjectScan project = scanProject(folder_.path() / "game");
+        GameReader game(project.dataDir, project.root);
+        const ProjectAnalysis analysis = analyzeProject(project, game);
+        std::filesystem::create_directories(folder_.path() / "out");
+        writeHtmlReport(project, analysis, game, folder_.path() / "out", besideAssets);
+        return folder_.read("out/index.html");
+    }
+
+    static std::size_t count(std::string_view text, std::string_view piece) {
+        std::size_t found = 0;
+        for (std::size_t at = text.find(piece); at != std::string_view::npos;
+             at = text.find(piece, at + 1)) {
+            ++found;
+        }
+        return found;
+    }
+
+    // The part of a page from the section `id` to the next one.
+    static std::string section(const std::string& page, const std::string& id) {
+        const std::size_t start = page.find("<section id=\"" + id + "\"");
+        if (start == std::string::npos) return {};
+        return page.substr(start, page.find("</section>", start) - start);
+    }
+
+    test::TempFolder folder_;
+};
+
+TEST_F(HtmlReportTest, ObstaclesBySeverityThenByUse) {
+    write("a.cfg",
+          "frame a\nnoreflect 1\nnoreflect 1\nnoreflect 1\nwobble\ncradits 3\ncradits 3\nwibble\n");
+    write("b.cfg", "noreflect 1\n");
+    const std::string html = page();
+    EXPECT_NE(html.find("11% of the 9 lines that were judged run as written; 4 are not known and 4 "
+                        "run in part."),
+              std::string::npos);
+    const std::string commands = section(html, "commands");
+    std::vector<std::size_t> places;
+    for (const char* word : {">cradits<", ">wibble<", ">wobble<", ">noreflect<"}) {
+        places.push_back(commands.find(word));
+    }
+    EXPECT_TRUE(std::is_sorted(places.begin(), places.end()));
+    EXPECT_NE(places.back(), std::string::npos);
+    EXPECT_NE(commands.find("Perhaps <code>credits</code> was meant."), std::string::npos);
+    EXPECT_EQ(count(commands, "Perhaps"), 1U);
+    EXPECT_NE(commands.find("a.cfg</code></a><span class=\"at\">lines 2, 3, 4</span>"),
+              std::string::npos);
+    EXPECT_EQ(count(commands, "Projectile reflection opt-out"), 1U);
+}
+
+TEST_F(HtmlReportTest, NothingFromTheGameIsTakenForMarkup) {
+    write("x&y.cfg", "<script>alert(1)</script>\nquote\"s'\n\x01tick\n");
+    write("levels.txt", "set <b>Set</b>\nfile data/levels/<i>.txt\n");
+    write("models.txt", "load Hero data/chars/hero.txt\n");
+    write("chars/hero.txt", "name Hero\ntype <u>\nanim idle\nframe data/chars/<img>.gif\n");
+    const std::string html = page();
+    for (const char* piece : {"<script", "<b>Set", "<i>.txt", "<u>", "<img>", "\x01"}) {
+        EXPECT_EQ(html.find(piece), std::string::npos) << piece;
+    }
+    EXPECT_NE(html.find("&lt;script&gt;alert(1)&lt;/script&gt;"), std::string::npos);
+    EXPECT_NE(html.find("quote&quot;s&#39;"), std::string::npos);
+    EXPECT_NE(html.find("href=\"../assets/openbor-data/x%26y.cfg\""), std::string::npos);
+}
+
+TEST_F(HtmlReportTest, GalleryLinksToTheSpellingOnDisk) {
+    write("models.txt", "load Hero data/chars/HERO.txt\nload Ghost data/chars/ghost.txt\n");
+    write("Chars/hero.txt",
+          "name Hero\ntype player\nanim walk\nframe data/chars/w.gif\n"
+          "anim IDLE\nframe none\nframe DATA\\chars\\stand+1%.PNG\n");
+    write("Chars/Stand+1%.png", "no picture");
+    write("Chars/w.gif", "no picture");
+    write("Chars/ghost.txt", "name Ghost\nanim idle\nframe data/chars/gone\n");
+    write("levels.txt", "set A\nfile data/levels/one.txt\n");
+    write("levels/one.txt", "background data/bgs/gone.gif\npanel data/bgs/Panel\n");
+    write("bgs/panel.gif", "");
+    const std::string html = page();
+    const std::string characters = section(html, "characters");
+    EXPECT_NE(characters.find("src=\"../assets/openbor-data/Chars/Stand%2B1%25.png\""),
+              std::string::npos);
+    EXPECT_EQ(characters.find("w.gif"), std::string::npos);
+    EXPECT_EQ(count(characters, "no picture found"), 1U);
+    EXPECT_NE(section(html, "stages").find("src=\"../assets/openbor-data/bgs/panel.gif\""),
+              std::string::npos);
+
+    const std::string elsewhere = page(false);
+    EXPECT_NE(elsewhere.find("src=\"../game/data/Chars/Stand%2B1%25.png\""), std::string::npos);
+    EXPECT_EQ(elsewhere.find("openbor-data"), std::string::npos);
+    EXPECT_EQ(elsewhere.find("file:"), std::string::npos);
+}
+
+TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
+    write("models.txt", "load Hero data/chars/hero.txt\nknow Lost data/chars/lost.txt\n");
+    write("chars/hero.txt",
+          "name Hero\ndiesound data/sounds/die.wav\nanim idle\nsound data/sounds/hit\n"
+          "frame data/chars/HERE.gif\nframe data/chars/gone.gif\nframe data\\chars\\gone.gif\n"
+          "frame data/chars/other.png\nframe data/chars/two.png\nframe none\n");
+    write("chars/here.gif", "");
+    write("chars/other.gif", "");  // stands in for other.png
+    write("chars/two.gif", "");    // two stand-ins: neither counts
+    write("chars/two.bmp", "");
+    write("sounds/hit.wav", "");
+    write("levels.txt", "set A\nfile data/levels/one.txt\nfile data/levels/none.txt\n");
+    write("levels/one.txt",
+          "music data/music/Tune.ogg\nspawn hero\ncoords 1 1\nat 0\n"
+          "spawn lost\ncoords 1 1\nat 0\nspawn Nobody\ncoords 1 1\nat 0\n");
+    const std::string missing = section(page(), "missing");
+    const std::vector<std::string> expected = {
+        "<code>data/chars/lost.txt</code><span class=\"at\"><a "
+        "href=\"../assets/openbor-data/models.txt\">data/models.txt</a>:2<",
+        "<code>Nobody</code><span class=\"at\"><a "
+        "href=\"../assets/openbor-data/levels/one.txt\">data/levels/one.txt</a>:8<",
+        "none.txt</code>",
+        "gone.gif</code>",
+        "two.png</code>",
+        "die.wav</code>",
+        "Tune.ogg</code>",
+    };
+    std::size_t at = 0;
+    for (const std::string& piece : expected) {
+        const std::size_t place = missing.find(piece);
+        ASSERT_NE(place, std::string::npos) << piece << "\n" << missing;
+        EXPECT_GT(place, at) << piece;
+        at = place;
+    }
+    for (const char* piece : {"HERE", "other.png", "hit", ">lost<", ">hero<"}) {
+        EXPECT_EQ(missing.find(piece), std::string::npos) << piece;
+    }
+    EXPECT_NE(missing.find("hero.txt</a>:6<"), std::string::npos);
+}
+
+TEST_F(HtmlReportTest, ScriptsAndAnimationCommandsHaveTheirSections) {
+    write("scripts/a.c", "void main(){ odd(); }");
+    write(
+        "chars/a.txt",
+        "anim idle\n@script\nodd();\n@end_script\n@cmd setglobalvar \"<x>\" 1\nframe a\n@cmd f\n");
+    const std::string html = page();
+    const std::string scripts = section(html, "scripts");
+    EXPECT_EQ(count(scripts, "<details"), 1U);
+    EXPECT_NE(scripts.find(">odd<"), std::string::npos);
+    EXPECT_NE(scripts.find("line 2"), std::string::npos);
+    const std::string calls = section(html, "calls");
+    EXPECT_NE(calls.find(">verified ScriptVM call, bound to the following frame<"),
+              std::string::npos);
+    EXPECT_NE(calls.find("<code>setglobalvar &quot;&lt;x&gt;&quot; 1</code>"), std::string::npos);
+    EXPECT_LT(calls.find("no following animation frame"), calls.find("verified ScriptVM call"));
+}
+
+TEST_F(HtmlReportTest, ListsAreBoundedAndSayWhatTheyLeaveOut) {
+    std::string text;
+    std::string frames = "anim idle\n";
+    for (int i = 0; i < 400; ++i) {
+        text += "oddword" + std::to_string(i) + "\n";
+        frames += "frame data/gone" + std::to_string(i) + ".gif\n";
+    }
+    for (int i = 0; i < 100; ++i) text += "same\n";
+    write("a.cfg", text);
+    write("models.txt", "load A data/a.txt\n");
+    write("a.txt", frames);
+    const std::string html = page();
+    EXPECT_NE(html.find("and 101 more commands"), std::string::npos);
+    EXPECT_NE(html.find(" and 76 more</span>"), std::string::npos);
+    EXPECT_NE(html.find("and 200 more names"), std::string::npos);
+}
+
+TEST_F(HtmlReportTest, EmptyAndAbsentGames) {
+    EXPECT_NE(page().find("There is no command in this folder to judge."), std::string::npos);
+    write("a.cfg", "frame a\n");
+    const std::string html = page();
+    EXPECT_NE(html.find("Every one of 1 line that was judged runs as written."), std::string::npos);
+    EXPECT_NE(html.find("Nothing: every command is carried out in full."), std::string::npos);
+}
+
+TEST(HtmlText, Numbers) {
+    EXPECT_EQ(groupDigits(0), "0");
+    EXPECT_EQ(groupDigits(999), "999");
+    EXPECT_EQ(groupDigits(1000), "1,000");
+    EXPECT_EQ(groupDigits(1234567), "1,234,567");
+    EXPECT_EQ(counted(1, "line", "lines"), "1 line");
+}
+
+}  // namespace
+}  // namespace tindrel
