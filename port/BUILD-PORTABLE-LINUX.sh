@@ -23,7 +23,7 @@ mkdir -- "$dist"
 
 cmake -S "$runtime" -B "$build" -DCMAKE_BUILD_TYPE=Release ||
     fail "Nenhum toolchain Linux conseguiu configurar o runtime."
-cmake --build "$build" --config Release || fail "A compilacao falhou."
+cmake --build "$build" --config Release --parallel "$(getconf _NPROCESSORS_ONLN)" || fail "A compilacao falhou."
 [ -f "$build/openbor-port" ] || fail "openbor-port nao foi encontrado apos a compilacao."
 
 cp -- "$build/openbor-port" "$dist/OpenBOR-Port"

@@ -6,10 +6,11 @@
 
 namespace port {
 
-// One line of what the port does, to the standard output; values in the stream's default form.
+// One line of what the port does, to the standard output, at once so that a crash loses none.
+// Values print in the stream's default form.
 template <class... Values>
 void logLine(const Values&... values) {
-    (std::cout << ... << values) << '\n';
+    (std::cout << ... << values) << std::endl;
 }
 
 // One line of what went wrong, to the error stream; the game goes on.
