@@ -168,40 +168,43 @@ struct Preset {
     std::array<std::string_view, 3> names;  // the first is the one that is stored
     std::string_view upscaleMode;
     std::string_view textureFilter;
-    bool pixelPerfect, crt, scanlines, crtCurvature, bloom;
-    float contrast, saturation;
-    bool reduceBanding;
+    bool pixelPerfect = false;
+    bool tube = false;  // CRT with its scanlines, curvature and bloom
+    float contrast;
+    float saturation;
+    bool reduceBanding = true;
     float sharpen;
 };
 
-constexpr std::array<Preset, 4> kPresets = {{
-    {{"original"}, "original", "nearest", true, false, false, false, false, 1.0F, 1.0F, false, 0},
-    {{"improved", "melhorado"},
-     "sharp-bilinear",
-     "linear",
-     false,
-     false,
-     false,
-     false,
-     false,
-     1.05F,
-     1.05F,
-     true,
-     0.28F},
-    {{"crt"}, "sharp-bilinear", "linear", false, true, true, true, true, 1.06F, 1.04F, true, 0.16F},
-    {{"sharp", "nitido", "n\xC3\xADtido"},
-     "cas",
-     "linear",
-     false,
-     false,
-     false,
-     false,
-     false,
-     1.03F,
-     1.02F,
-     true,
-     0.68F},
-}};
+constexpr std::array<Preset, 4> kPresets = {
+    Preset{.names = {"original"},
+           .upscaleMode = "original",
+           .textureFilter = "nearest",
+           .pixelPerfect = true,
+           .contrast = 1.0F,
+           .saturation = 1.0F,
+           .reduceBanding = false,
+           .sharpen = 0.0F},
+    Preset{.names = {"improved", "melhorado"},
+           .upscaleMode = "sharp-bilinear",
+           .textureFilter = "linear",
+           .contrast = 1.05F,
+           .saturation = 1.05F,
+           .sharpen = 0.28F},
+    Preset{.names = {"crt"},
+           .upscaleMode = "sharp-bilinear",
+           .textureFilter = "linear",
+           .tube = true,
+           .contrast = 1.06F,
+           .saturation = 1.04F,
+           .sharpen = 0.16F},
+    Preset{.names = {"sharp", "nitido", "n\xC3\xADtido"},
+           .upscaleMode = "cas",
+           .textureFilter = "linear",
+           .contrast = 1.03F,
+           .saturation = 1.02F,
+           .sharpen = 0.68F},
+};
 
 }  // namespace
 
@@ -265,10 +268,10 @@ void applyGraphicsPreset(RuntimeConfig& config, std::string_view preset) {
         config.upscaleMode = known.upscaleMode;
         config.textureFilter = known.textureFilter;
         config.pixelPerfect = known.pixelPerfect;
-        config.crt = known.crt;
-        config.scanlines = known.scanlines;
-        config.crtCurvature = known.crtCurvature;
-        config.bloom = known.bloom;
+        config.crt = known.tube;
+        config.scanlines = known.tube;
+        config.crtCurvature = known.tube;
+        config.bloom = known.tube;
         config.contrast = known.contrast;
         config.saturation = known.saturation;
         config.reduceBanding = known.reduceBanding;
