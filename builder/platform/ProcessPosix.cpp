@@ -13,8 +13,6 @@
 
 #include "platform/Process.hpp"
 
-extern char** environ;
-
 namespace tindrel {
 namespace fs = std::filesystem;
 namespace {

@@ -55,7 +55,7 @@ std::vector<fs::path> cmakeCandidates(System system, const SearchFolders& folder
         if (row.system != system || base.empty()) continue;
         std::string below(row.program);
         if (!row.visualStudio.empty()) {
-            below = "Microsoft Visual Studio/" + std::string(row.visualStudio) + below;
+            below.insert(0, row.visualStudio).insert(0, "Microsoft Visual Studio/");
         }
         candidates.push_back(base / below);
     }
