@@ -15,8 +15,7 @@ bool isRealDirectory(const fs::path& path) {
 
 void makeWritable(const fs::path& path) {
     std::error_code ignored;
-    fs::permissions(path, fs::perms::owner_all, fs::perm_options::add | fs::perm_options::nofollow,
-                    ignored);
+    fs::permissions(path, fs::perms::owner_all, fs::perm_options::add, ignored);
 }
 
 template <typename Action>
@@ -51,7 +50,7 @@ void moveUp(const fs::path& folder, const fs::path& top, std::uint64_t& names) {
              error == std::errc::not_a_directory);
 }
 
-void removeStubbornTree(const fs::path& top) {
+void removeAll(const fs::path& top) {
     makeWritable(top);
     std::uint64_t names = 0;
     for (bool progress = true; progress;) {
@@ -77,9 +76,7 @@ void removeStubbornTree(const fs::path& top) {
 
 void removeTree(const fs::path& folder) noexcept {
     try {
-        std::error_code error;
-        fs::remove_all(folder, error);
-        if (error) removeStubbornTree(folder);
+        if (!removeEntry(folder)) removeAll(folder);
     } catch (const std::exception&) {
         // Out of memory: nothing is left to try.
     }

@@ -1,0 +1,66 @@
+// session_child <way> <pak>: works with a temporary session until somebody interrupts it. Says
+// "ready" when there is something to interrupt.
+
+#include <chrono>
+#include <filesystem>
+#include <iostream>
+#include <string_view>
+#include <thread>
+
+#include "input/ArchiveExtraction.hpp"
+#include "input/PakExtraction.hpp"
+#include "input/PreparedInput.hpp"
+#include "input/TempSession.hpp"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void sayReady() {
+    std::cout << "ready" << std::endl;
+}
+
+// The game is read from the session.
+void idle(const fs::path& pak) {
+    const tindrel::PreparedInput input = tindrel::prepareInput(pak);
+    sayReady();
+    std::this_thread::sleep_for(std::chrono::minutes(1));
+}
+
+void unpack(const fs::path& pak) {
+    const fs::path session = tindrel::createTempSession();
+    for (int i = 0; tindrel::extractPak(pak, session / std::to_string(i), nullptr); ++i) {
+        if (i == 0) sayReady();
+    }
+}
+
+// A tool with a helper in the background, both writing; every other one fails at once.
+void runTools(const fs::path& pak) {
+    const fs::path folder = tindrel::createTempSession() / "zip";
+    tindrel::ArchiveTools tools = tindrel::posixArchiveTools();
+    tools.zip = [](const fs::path& archive, const fs::path& destination) {
+        return tindrel::Command{
+            "sh",
+            "-c",
+            "cd \"$2\"; (while :; do date >f$((i += 1)); done) & echo $! $$ >\"$1\".pids;"
+            "echo ready; while :; do mkdir -p a/b; date >a/b/c; done",
+            "sh",
+            archive.string(),
+            destination.string()};
+    };
+    tools.tar = tools.sevenZip = tools.zip;
+    std::string error;
+    static_cast<void>(
+        tindrel::extractArchive(pak, folder, tindrel::ArchiveMethod::Zip, error, tools));
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (count != 3) return 1;
+    const std::string_view way = arguments[1];
+    if (way == "idle") idle(arguments[2]);
+    if (way == "unpack") unpack(arguments[2]);
+    if (way == "tool") runTools(arguments[2]);
+    return 0;
+}
