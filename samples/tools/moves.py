@@ -122,7 +122,7 @@ def brawler(base):
     # attack2: the near fist swings across
     w = pose(b, x=-3, lean=-6, hn=(-10, -3), en=1, hf=(9, -4), ear=8, sway=6)
     h = pose(b, x=7, y=-1, lean=22, head=-8, hn=(24, 0), hf=(0, -9), face="a", lf=(13, 0, 0), ear=24, sway=-8,
-             fx=(("arc", 6, 40, 28, 200, 362, 9),))
+             fx=(("arc", 6, 41, 33, 195, 368, 13, 0.5),))
     m["attack2"] = [w, h, blend(h, b, 0.5)]
     # attack3: a front kick
     w = pose(b, x=-4, y=1, lean=-8, lf=(5, 13, 20), hn=(6, -5), hf=(8, -2), ear=6)
@@ -144,8 +144,8 @@ def brawler(base):
                  pose(go, x=8, ln=(-19, 2, 50), fx=(("lines", -6, 30, 14, 5, 0, 30),)), blend(go, b, 0.5)]
     # spin: two opposite halves; the game mirrors every other frame
     s1 = pose(b, y=2, lean=4, hn=(-15, 0), hf=(17, 1), face="a", ln=(-5, 0, 0), lf=(6, 5, 0), ear=36, sway=16, tail=14,
-              fx=(("arc", 0, 36, 31, 170, 380, 9),))
-    s2 = pose(s1, hn=(15, 2), hf=(-12, 2), fx=(("arc", 0, 32, 33, -20, 190, 9),), ear=-30, sway=-12)
+              fx=(("arc", 0, 36, 40, 165, 385, 15, 0.36),))
+    s2 = pose(s1, hn=(15, 2), hf=(-12, 2), fx=(("arc", 0, 36, 40, -15, 195, 15, 0.36),), ear=-30, sway=-12)
     m["special"] = [pose(b, y=-7, lean=18, hn=(-8, -8), hf=(-2, -10), ear=-8, sway=-6), s1, s2, s1, s2, blend(s1, b, 0.7)]
     # both hands forward: a gust of steam
     wind = pose(b, x=-5, y=-4, lean=-8, head=-4, hn=(-10, -5), hf=(-4, -5), fn="open", ff="open", ear=-10, sway=-6)

@@ -89,27 +89,41 @@ def spline(points, steps=4):
 
 
 class Canvas:
-    def __init__(self, width, height):
+    """With a zoom every shape is drawn that much larger, from the same numbers."""
+
+    def __init__(self, width, height, zoom=1):
+        self.zoom = zoom
+        width, height = int(width * zoom), int(height * zoom)
         self.w, self.h = width, height
         self.px = bytearray(width * height)
         self.owner = bytearray(width * height)
 
     def put(self, x, y, colour):
-        x, y = int(math.floor(x)), int(math.floor(y))
-        if 0 <= x < self.w and 0 <= y < self.h:
-            self.px[y * self.w + x] = colour
+        z = self.zoom
+        if z == 1:
+            x, y = int(math.floor(x)), int(math.floor(y))
+            if 0 <= x < self.w and 0 <= y < self.h:
+                self.px[y * self.w + x] = colour
+            return
+        x, y = math.floor(x), math.floor(y)
+        for v in range(max(0, int(y * z)), min(self.h, int((y + 1) * z))):
+            for u in range(max(0, int(x * z)), min(self.w, int((x + 1) * z))):
+                self.px[v * self.w + u] = colour
 
     def get(self, x, y):
-        x, y = int(math.floor(x)), int(math.floor(y))
+        x, y = int(math.floor(x) * self.zoom), int(math.floor(y) * self.zoom)
         return self.px[y * self.w + x] if 0 <= x < self.w and 0 <= y < self.h else 0
 
     def _span(self, box, grow):
-        return (max(0, int(box[0] - grow)), max(0, int(box[1] - grow)),
-                min(self.w, int(box[2] + grow) + 2), min(self.h, int(box[3] + grow) + 2))
+        z = self.zoom
+        return (max(0, int((box[0] - grow) * z)), max(0, int((box[1] - grow) * z)),
+                min(self.w, int((box[2] + grow) * z) + 2), min(self.h, int((box[3] + grow) * z) + 2))
 
     def group(self, shapes, outline=1.0, owner=0, only=None, dither=0.07, lift=0.0):
         """shapes: [(shape, ramp)]; a ramp runs from ink to highlight. only: owners painted on."""
-        w = self.w
+        w, z = self.w, self.zoom
+        if outline and z > 1:
+            outline *= 0.75
         filled = []
         for shape, ramp in shapes:
             x0, y0, x1, y1 = self._span(shape.box, outline)
@@ -121,7 +135,7 @@ class Canvas:
                 for x in range(x0, x1):
                     if only is not None and self.owner[row + x] not in only:
                         continue
-                    d, nx, ny = at(x + 0.5, y + 0.5)
+                    d, nx, ny = at((x + 0.5) / z, (y + 0.5) / z)
                     if d <= 0:
                         inner.append((row + x, x, y, nx, ny))
                     if outline and d <= outline:
@@ -141,12 +155,13 @@ class Canvas:
                     self.owner[at] = owner
 
     def flat(self, shape, colour, only=None, owner=0):
+        z = self.zoom
         x0, y0, x1, y1 = self._span(shape.box, 0)
         for y in range(y0, y1):
             for x in range(x0, x1):
                 if only is not None and self.owner[y * self.w + x] not in only:
                     continue
-                if shape.at(x + 0.5, y + 0.5)[0] <= 0:
+                if shape.at((x + 0.5) / z, (y + 0.5) / z)[0] <= 0:
                     self.px[y * self.w + x] = colour
                     if owner:
                         self.owner[y * self.w + x] = owner
@@ -155,17 +170,17 @@ class Canvas:
         n = int(max(abs(x1 - x0), abs(y1 - y0)) * 2) + 1
         for i in range(n + 1):
             x, y = x0 + (x1 - x0) * i / n, y0 + (y1 - y0) * i / n
-            if only is None or (0 <= int(x) < self.w and 0 <= int(y) < self.h
-                                and self.owner[int(y) * self.w + int(x)] in only):
+            u, v = int(x * self.zoom), int(y * self.zoom)
+            if only is None or (0 <= u < self.w and 0 <= v < self.h and self.owner[v * self.w + u] in only):
                 self.put(x, y, colour)
 
     def arc(self, cx, cy, radius, a0, a1, width, colours, squash=1.0):
         """A swoosh: a crescent that thins toward its tail at a0; colours from edge to core."""
-        span = a1 - a0
-        r1 = radius + 1
-        for y in range(max(0, int(cy - r1)), min(self.h, int(cy + r1) + 1)):
-            for x in range(max(0, int(cx - r1)), min(self.w, int(cx + r1) + 1)):
-                dx, dy = x + 0.5 - cx, (cy - y - 0.5) / squash
+        span, z = a1 - a0, self.zoom
+        x0, y0, x1, y1 = self._span((cx - radius, cy - radius, cx + radius, cy + radius), 1)
+        for y in range(y0, y1):
+            for x in range(x0, x1):
+                dx, dy = (x + 0.5) / z - cx, (cy - (y + 0.5) / z) / squash
                 a = math.degrees(math.atan2(dy, dx))
                 t = ((a - a0) * (1 if span > 0 else -1)) % 360 / abs(span)
                 if t > 1:
@@ -176,7 +191,7 @@ class Canvas:
                     k = (radius - r) / max(thick, 0.01)
                     if t < 0.55 and BAYER[y & 3][x & 3] / 16 > t / 0.55:
                         continue
-                    self.put(x, y, colours[1] if 0.2 < k < 0.62 and t > 0.3 else colours[0])
+                    self.px[y * self.w + x] = colours[1] if 0.2 < k < 0.62 and t > 0.3 else colours[0]
 
     def picture(self, palette):
         return self.w, self.h, bytes(self.px), palette

@@ -160,8 +160,8 @@ class Puppet:
         return j
 
     # Drawing ------------------------------------------------------------------------------------
-    def render(self, q):
-        c = Canvas(*self.size)
+    def render(self, q, zoom=1):
+        c = Canvas(*self.size, zoom)
         j = self.solve(q)
         self.draw_back(c, j)
         if not q["farfront"]:
@@ -237,10 +237,10 @@ class Puppet:
 
     def draw_fx(self, c, j):
         glow = self.ramps["glow"]
-        for kind, x, y, r, a0, a1, w in j["q"]["fx"]:
+        for kind, x, y, r, a0, a1, w, *squash in j["q"]["fx"]:
             px, py = j["body"].p(x * self.unit, self.hip - y * self.unit)
             if kind == "arc":
-                c.arc(px, py, r * self.unit, a0, a1, w * self.unit, (glow[1], glow[2]))
+                c.arc(px, py, r * self.unit, a0, a1, w * self.unit, (glow[1], glow[2]), *squash)
             elif kind == "burst":
                 for i in range(int(a0)):
                     a = math.radians(a1 + i * 360 / a0)

@@ -1,15 +1,50 @@
-from imagefiles import gif, png
+"""Which paintings become which files, with how many colours and in which format."""
+import harbour
+import pictures
+import street
+from imagefiles import gif, gif_bytes, png
+from painting import palette_of, reduce
+
+
 def paint(save):
-    def flat(path,w,h,c,top=0):
-        px=bytearray([1])*(w*h)
-        for i in range(w*top): px[i]=0
-        p=(w,h,bytes(px),[(255,0,255),c,(0,0,0),(255,255,255)])
-        save(path,(png if path.endswith('png') else gif)(p))
-    for n,c in (('title',(30,30,60)),('select',(30,40,60)),('loading',(10,10,20)),('complete',(40,30,50))): flat('bgs/%s.gif'%n,480,272,c)
-    flat('bgs/row/sky.gif',480,200,(40,40,90)); flat('bgs/row/towers.gif',320,100,(50,40,90),40); flat('bgs/row/roofs.gif',320,100,(70,50,90),50)
-    for l in 'abc': flat('bgs/row/street_%s.gif'%l,480,272,(90,80,80),170)
-    flat('bgs/row/lamp.gif',24,140,(20,20,30)); flat('bgs/row/front.png',320,272,(10,10,20),250)
-    flat('bgs/docks/sky.gif',480,140,(20,30,60)); flat('bgs/docks/bank.gif',320,70,(30,30,60),20); flat('bgs/docks/water.gif',480,50,(20,50,90))
-    for l in ('quay_a','quay_b','ferry'): flat('bgs/docks/%s.gif'%l,480,272,(90,70,60),176)
-    flat('bgs/docks/bollard.gif',40,76,(20,20,30)); flat('bgs/docks/front.png',320,272,(10,10,20),250)
-    for n in ('intro1','intro2','intro3','intro4','bridge','ending1','ending2'): flat('scenes/%s.gif'%n,480,272,(20,20,40))
+    def put(path, painting, colours, see_through=False, interlace=False, dither=12.0):
+        picture = reduce(painting, palette_of([painting], colours), dither)
+        if path.endswith(".png"):
+            save(path, png(picture, see_through))
+        else:
+            save(path, gif(picture, interlace, see_through))
+
+    put("bgs/title.gif", pictures.title(), 128, interlace=True)
+    put("bgs/select.png", pictures.select(), 96)
+    put("bgs/loading.gif", pictures.loading(), 64)
+    put("bgs/complete.gif", pictures.complete(), 96)
+
+    put("bgs/row/sky.gif", street.sky(), 64)
+    put("bgs/row/towers.gif", street.towers(), 32, True)
+    put("bgs/row/roofs.gif", street.roofs(), 32, True)
+    put("bgs/row/street_a.gif", street.street_a(), 96, True)
+    put("bgs/row/street_b.gif", street.street_b(), 96, True)
+    put("bgs/row/street_c.gif", street.street_c(), 96, True)
+    put("bgs/row/lamp.gif", street.lamp(), 24, True, dither=6)
+    put("bgs/row/front.png", street.front(), 8, True, dither=0)
+
+    put("bgs/docks/sky.gif", harbour.sky(), 64)
+    put("bgs/docks/bank.gif", harbour.bank(), 32, True)
+    put("bgs/docks/water.gif", harbour.water(), 48)
+    put("bgs/docks/quay_a.gif", harbour.quay_a(), 96, True)
+    put("bgs/docks/quay_b.gif", harbour.quay_b(), 96, True)
+    put("bgs/docks/quay_c.gif", harbour.quay_c(), 96, True)
+    put("bgs/docks/ferry.gif", harbour.ferry(), 96, True)
+    put("bgs/docks/bollard.gif", harbour.bollard(), 24, True, dither=6)
+    put("bgs/docks/front.png", harbour.front(), 12, True, dither=0)
+
+    put("scenes/intro1.gif", pictures.intro1(), 64)
+    put("scenes/intro2.gif", pictures.intro2(), 80)
+    frames = [pictures.intro3(i, 6) for i in range(6)]
+    palette = palette_of(frames, 96)
+    small = [reduce(f, palette, 6.0) for f in frames]
+    save("scenes/intro3.gif", gif_bytes([(w, h, px, 14) for w, h, px, _ in small], palette, transparent=False, loop=0))
+    put("scenes/intro4.gif", pictures.intro4(), 64, dither=8)
+    put("scenes/bridge.gif", pictures.bridge(), 64, interlace=True)
+    put("scenes/ending1.gif", pictures.ending1(), 112)
+    put("scenes/ending2.gif", pictures.ending2(), 64)
