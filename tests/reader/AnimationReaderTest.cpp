@@ -171,7 +171,7 @@ TEST(AnimationReader, AttackSettingsHoldUntilTheNextAttackLine) {
     EXPECT_EQ(set.landingType, kAttackBurn);
 
     for (const char* const line : {"attack 1 2 3 4 5", "attack None 1 2", "attack 0",
-                                   "attack9 none", "blast 0 0 x 0", "shock none"}) {
+                                   "attack9 none", "blast 0 0 x 0", "blast none", "shock none"}) {
         const AttackBoxDef reset = frame(std::string(kAttackSettings) + line).attack;
         EXPECT_EQ(reset.forceDirection, -2) << line;
         EXPECT_EQ(reset.guardCost + reset.juggleCost + reset.tag + reset.penetration, 0) << line;
@@ -241,10 +241,13 @@ TEST(AnimationReader, DrawMethodsByNameOrByPosition) {
     EXPECT_EQ(frame("drawmethod shiftx -3.5").draw.shiftX, -3.5F);
     EXPECT_FALSE(frame("drawmethod flipx 1\ndrawmethod flipx").draw.flipX);
     EXPECT_TRUE(frame("drawmethod flipy 1").draw.flipY);
+    EXPECT_FALSE(frame("drawmethod flipy 1\ndrawmethod flipy 0").draw.flipY);
     EXPECT_TRUE(frame("drawmethod fliprotate 1").draw.flipRotate);
+    EXPECT_FALSE(frame("drawmethod fliprotate 1\ndrawmethod fliprotate").draw.flipRotate);
     EXPECT_EQ(frame("drawmethod alpha 6").draw.alphaMode, 6);
     EXPECT_EQ(frame("drawmethod remap 3").draw.remap, 3);
     EXPECT_EQ(frame("drawmethod tintmode 9").draw.tintMode, 6);
+    EXPECT_EQ(frame("drawmethod tintmode 2\ndrawmethod tintmode").draw.tintMode, 0);
     EXPECT_EQ(frame("drawmethod rotate -90").draw.rotate, 270);
     EXPECT_EQ(frame("drawmethod rotate 720").draw.rotate, 0);
     EXPECT_EQ(frame("drawmethod rotate -2147483648").draw.rotate, 232);
@@ -293,9 +296,13 @@ TEST(AnimationReader, ColorsAreChannelsOrOneNumber) {
         {"", 0},
     };
     for (const auto& [token, color] : cases) {
-        EXPECT_EQ(frame(std::string("drawmethod tintcolor ") + token).draw.tintColor, color)
+        EXPECT_EQ(frame(std::string("drawmethod tintcolor 9\ndrawmethod tintcolor ") + token)
+                      .draw.tintColor,
+                  color)
             << token;
-        EXPECT_EQ(frame(std::string("drawmethod fillcolor ") + token).draw.fillColor, color)
+        EXPECT_EQ(frame(std::string("drawmethod fillcolor 9\ndrawmethod fillcolor ") + token)
+                      .draw.fillColor,
+                  color)
             << token;
     }
 }
@@ -354,7 +361,8 @@ TEST(AnimationReader, ReadsAnimationNumbers) {
         {"tossframe 2", &A::tossFrame, 2},
         {"weaponframe 2 3", &A::weaponIndex, 3},
         {"followanim 2", &A::followAnim, 2},
-        {"followcond -1", &A::followCond, 0},
+        {"followcond 2", &A::followCond, 2},
+        {"followcond 2\nfollowcond -1", &A::followCond, 0},
         {"counterframe 4 1", &A::counterStart, -1},
         {"counterframe 4 1 0", &A::counterEnd, 4},
         {"counterrange 4 2 1 0", &A::counterEnd, 4},
@@ -362,6 +370,7 @@ TEST(AnimationReader, ReadsAnimationNumbers) {
         {"counterrange 4 6 3 0", &A::counterCond, 3},
         {"spawnframe -4", &A::spawnFrame, 0},
         {"unsummonframe 4", &A::unsummonFrame, 4},
+        {"unsummonframe -4", &A::unsummonFrame, 0},
     });
     expectFields<float>({
         {"range 80 20", &A::rangeXMin, 20},
@@ -380,6 +389,7 @@ TEST(AnimationReader, ReadsAnimationNumbers) {
     });
     expectFields<bool>({
         {"loop 1", &A::loop, true},
+        {"loop 1\nloop 0", &A::loop, false},
         {"attackone 1", &A::attackOne, true},
         {"counterframe 4 1 0", &A::counterTakesDamage, false},
         {"counterrange 1 2 0 x", &A::counterTakesDamage, true},
@@ -388,6 +398,7 @@ TEST(AnimationReader, ReadsAnimationNumbers) {
         {"summonframe 1", &A::summonFrame, true},
         {"summonframe 1\nspawnframe 1 0 0 0 1", &A::summonFrame, false},
         {"spawnframe 1 0 0 0 1", &A::spawnScreenRelative, true},
+        {"spawnframe 1 0 0 0 1\nspawnframe 1 0 0 0 0", &A::spawnScreenRelative, false},
     });
     expectFields<std::string>({
         {"landframe 2 Dust", &A::landDustModel, "Dust"},

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <set>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "TempFolder.hpp"
@@ -23,7 +23,7 @@ ModelDef parse(std::string text) {
 // A file with these lines leaves this value in this field.
 template <typename T>
 struct Case {
-    const char* lines;
+    std::string lines;
     T ModelDef::*field;
     T expected;
 };
@@ -35,149 +35,241 @@ void expectFields(const std::vector<Case<T>>& cases) {
     }
 }
 
-TEST(ModelReader, ReadsWholeNumbersWithinTheirLimits) {
+// A keyword whose first argument goes to this field, or the fallback when it is no number.
+template <typename T>
+struct Plain {
+    std::string keyword;
+    T ModelDef::*field;
+    T fallback;
+};
+
+TEST(ModelReader, ReadsNumbersOfAnySign) {
+    const std::vector<Plain<std::int32_t>> numbers = {
+        {"health", &M::health, 100},
+        {"jumpheight", &M::jumpHeight, 4},
+        {"jumpmove", &M::jumpMoveX, 0},
+        {"jumpmove 1", &M::jumpMoveZ, 0},
+        {"walkoffmove", &M::walkoffMoveX, 0},
+        {"walkoffmove 1", &M::walkoffMoveZ, 0},
+        {"jugglepoints", &M::jugglePoints, 4},
+        {"blockodds", &M::blockOdds, -1},
+        {"aggression", &M::aggression, 0},
+        {"aiattack", &M::aiAttack, 0},
+        {"grabforce", &M::grabForce, 0},
+        {"grabresistance", &M::grabResistance, 0},
+        {"grab_resistance", &M::grabResistance, 0},
+        {"antigrab", &M::grabResistance, 0},
+        {"makeinv", &M::makeInv, 0},
+        {"setlayer", &M::setLayer, 0},
+        {"facing", &M::facingAdjust, 0},
+        {"gfxshadow", &M::gfxShadow, 0},
+        {"riseinv", &M::riseInv, 0},
+        {"risetime", &M::riseTime, 0},
+        {"risetime 1", &M::riseAttackTime, -50},
+        {"nodieblink", &M::noDieBlink, 0},
+        {"fmap", &M::freezeMap, 0},
+        {"remove", &M::removeConfig, 0},
+        {"lifebarstatus 1 1", &M::lifeBarNoBorder, 0},
+        {"lifebarstatus 1 1 1", &M::lifeBarType, 0},
+        {"lifebarstatus 1 1 1 1", &M::lifeBarOrientation, 0},
+        {"lifebarstatus 1 1 1 1 1", &M::lifeBarBorderLayer, 0},
+        {"lifebarstatus 1 1 1 1 1 1", &M::lifeBarShadowLayer, 0},
+        {"lifebarstatus 1 1 1 1 1 1 1", &M::lifeBarGraphLayer, 0},
+        {"lifebarstatus 1 1 1 1 1 1 1 1", &M::lifeBarBackfillLayer, 0},
+        {"lifeposition 1", &M::lifePositionY, -1},
+        {"nameposition 1", &M::namePositionY, -1},
+        {"iconposition 1", &M::iconPositionY, -1},
+    };
+    for (const auto& [keyword, field, fallback] : numbers) {
+        expectFields<std::int32_t>({
+            {keyword + " 7", field, 7},
+            {keyword + " -7", field, -7},
+            {keyword + " 7\n" + keyword + " x", field, fallback},
+            {keyword + " 7\n" + keyword + " 9999999999999", field, fallback},
+        });
+    }
+}
+
+TEST(ModelReader, ReadsFractionsOfAnySign) {
+    const std::vector<Plain<float>> numbers = {
+        {"speedf", &M::speed, 1},
+        {"jumpspeedf", &M::jumpSpeed, 0},
+        {"runspeed", &M::runSpeed, 0},
+        {"running 1", &M::runJumpHeight, 0},
+        {"running 1 1", &M::runJumpLength, 0},
+        {"knockdowncount", &M::knockdownCount, 0},
+        {"throw", &M::throwDistance, 0},
+        {"throw 1", &M::throwHeight, 0},
+        {"throwdist", &M::throwDistance, 0},
+        {"throwheight", &M::throwHeight, 0},
+        {"child_follow_offset_x", &M::childFollowOffsetX, 0},
+        {"child_follow_offset_y", &M::childFollowOffsetY, 0},
+        {"child_follow_offset_z", &M::childFollowOffsetZ, 0},
+        {"child_follow_range_base_min", &M::childFollowRangeXMin, -100},
+        {"child_follow_range_x_min", &M::childFollowRangeXMin, -100},
+        {"child_follow_range_y_max", &M::childFollowRangeYMax, 100},
+        {"child_follow_range_y_min", &M::childFollowRangeYMin, -100},
+        {"child_follow_range_z_max", &M::childFollowRangeZMax, 100},
+        {"child_follow_range_z_min", &M::childFollowRangeZMin, -100},
+        {"child_follow_range_recall_base_min", &M::childRecallRangeXMin, -300},
+        {"child_follow_range_recall_x_min", &M::childRecallRangeXMin, -300},
+        {"child_follow_range_recall_y_max", &M::childRecallRangeYMax, 300},
+        {"child_follow_range_recall_y_min", &M::childRecallRangeYMin, -300},
+        {"child_follow_range_recall_z_max", &M::childRecallRangeZMax, 300},
+        {"child_follow_range_recall_z_min", &M::childRecallRangeZMin, -300},
+        {"child_follow_recall_offset_x", &M::childRecallOffsetX, 0},
+        {"child_follow_recall_offset_y", &M::childRecallOffsetY, 0},
+        {"child_follow_recall_offset_z", &M::childRecallOffsetZ, 0},
+    };
+    for (const auto& [keyword, field, fallback] : numbers) {
+        expectFields<float>({
+            {keyword + " 2.5", field, 2.5F},
+            {keyword + " -12", field, -12},
+            {keyword + " 2.5\n" + keyword + " x", field, fallback},
+        });
+    }
+}
+
+// A number held between limits.
+struct Limited {
+    std::string keyword;
+    std::int32_t ModelDef::*field;
+    std::int32_t low, high, fallback;
+};
+
+TEST(ModelReader, HoldsNumbersWithinTheirLimits) {
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+    const std::vector<Limited> numbers = {
+        {"mp", &M::mp, 0, kMax, 0},
+        {"weapnum", &M::weaponNumber, 0, kMax, 0},
+        {"shootnum", &M::shootNum, 0, kMax, 0},
+        {"reload", &M::reloadAmount, 0, kMax, 0},
+        {"weaploss", &M::weaponLossFlag, 0, 3, 0},
+        {"weaploss 1", &M::weaponLossIndex, 0, kMax, 0},
+        {"weapon_loss_index", &M::weaponLossIndex, 0, kMax, 0},
+        {"counter", &M::weaponDropCounter, 0, kMax, 3},
+        {"summonkill", &M::summonKill, 0, 2, 0},
+        {"combostyle", &M::comboStyle, 0, 2, 0},
+        {"combodelay", &M::comboDelay, 1, kMax, 100},
+        {"blockpain", &M::blockPain, 0, kMax, 0},
+        {"thold", &M::blockThreshold, 0, kMax, 0},
+        {"blockthreshold", &M::blockThreshold, 0, kMax, 0},
+        {"guardpoints", &M::guardPoints, 0, kMax, 0},
+        {"guardrate", &M::guardRate, 0, kMax, 2},
+        {"stealth", &M::stealth, 0, kMax, 0},
+        {"stealth 1", &M::perception, 0, kMax, 0},
+        {"grabdistance", &M::grabDistance, 8, kMax, 30},
+        {"grabin", &M::grabDistance, 8, kMax, 30},
+        {"throwframewait", &M::throwFrameWait, 0, kMax, 0},
+        {"throwdamage", &M::throwDamage, 0, kMax, 0},
+        {"bounce", &M::bounce, 0, kMax, 0},
+        {"alpha", &M::alphaMode, 0, 6, 0},
+        {"gfxshadow 1", &M::gfxShadowBase, 0, 3, 0},
+        {"riseattacktype", &M::riseAttackType, 0, 3, 0},
+        {"offscreenkill", &M::offscreenKill, 0, kMax, 0},
+        {"falldie", &M::fallDie, 0, 2, 0},
+        {"death", &M::fallDie, 0, 2, 0},
+        {"shadow", &M::shadow, 0, 6, 1},
+        {"lifebarstatus", &M::lifeBarWidth, 1, kMax, 100},
+        {"lifebarstatus 9", &M::lifeBarHeight, 1, kMax, 5},
+    };
+    for (const auto& [keyword, field, low, high, fallback] : numbers) {
+        const std::string other = keyword + ' ' + std::to_string(low + 1) + '\n';
+        expectFields<std::int32_t>({
+            {other, field, low + 1},
+            {other + keyword + " -2147483648", field, low},
+            {other + keyword + " 2147483647", field, high},
+            {other + keyword + " x", field, fallback},
+        });
+    }
+}
+
+TEST(ModelReader, ReadsNumbersWithRulesOfTheirOwn) {
     expectFields<std::int32_t>({
-        {"health -5", &M::health, -5},
-        {"health x", &M::health, 100},
-        {"mp -5", &M::mp, 0},
-        {"MP 7", &M::mp, 7},
-        {"jumpheight x", &M::jumpHeight, 4},
-        {"jumpmove 1 2", &M::jumpMoveZ, 2},
-        {"walkoffmove 1 2", &M::walkoffMoveX, 1},
-        {"weapnum -1", &M::weaponNumber, 0},
-        {"shootnum 6", &M::shootNum, 6},
-        {"reload 7", &M::reloadAmount, 7},
-        {"weaploss 9 -1", &M::weaponLossFlag, 3},
-        {"weapon_loss_index 2\nweaploss 1", &M::weaponLossIndex, 2},
-        {"counter x", &M::weaponDropCounter, 3},
-        {"counter -2", &M::weaponDropCounter, 0},
-        {"summonkill 3", &M::summonKill, 2},
-        {"combostyle 3", &M::comboStyle, 2},
-        {"combodelay 1", &M::comboDelay, 1},
-        {"combodelay -9", &M::comboDelay, 1},
-        {"jugglepoints x", &M::jugglePoints, 4},
-        {"blockodds x", &M::blockOdds, -1},
-        {"blockpain -1", &M::blockPain, 0},
-        {"thold 5", &M::blockThreshold, 5},
-        {"blockthreshold 6", &M::blockThreshold, 6},
-        {"guardpoints 30", &M::guardPoints, 30},
-        {"guardrate x", &M::guardRate, 2},
-        {"aggression -300", &M::aggression, -300},
-        {"stealth 3 4", &M::stealth, 3},
-        {"stealth 3 4", &M::perception, 4},
-        {"aiattack 2", &M::aiAttack, 2},
         {"cantgrab 2", &M::grabForce, -999999},
         {"cantgrab 2", &M::grabResistance, 0},
         {"notgrab 0", &M::grabResistance, 1},
-        {"antigrab 4", &M::grabResistance, 4},
-        {"grabforce -3", &M::grabForce, -3},
-        {"grabdistance 8", &M::grabDistance, 8},
-        {"grabin -20", &M::grabDistance, 8},
-        {"grabin 36", &M::grabDistance, 36},
-        {"makeinv -2", &M::makeInv, -2},
-        {"throwframewait 2", &M::throwFrameWait, 2},
-        {"throwdamage -2", &M::throwDamage, 0},
-        {"bounce 3", &M::bounce, 3},
-        {"setlayer 9999999999999", &M::setLayer, 0},
-        {"facing 2", &M::facingAdjust, 2},
-        {"alpha 9", &M::alphaMode, 6},
-        {"gfxshadow 1 9", &M::gfxShadowBase, 3},
-        {"riseinv 100 1", &M::riseInv, 100},
-        {"risetime 20", &M::riseAttackTime, -50},
-        {"risetime 20 30", &M::riseAttackTime, 30},
-        {"riseattacktype 4", &M::riseAttackType, 3},
-        {"nodieblink 3", &M::noDieBlink, 3},
-        {"offscreenkill -1", &M::offscreenKill, 0},
-        {"death 3", &M::fallDie, 2},
-        {"falldie 1", &M::fallDie, 1},
-        {"fmap 5", &M::freezeMap, 5},
-        {"remove x", &M::removeConfig, 0},
-        {"shadow x", &M::shadow, 1},
-        {"shadow 7", &M::shadow, 6},
-        {"lifebarstatus 1 0 1 2 3 4 5 6 7", &M::lifeBarHeight, 1},
-        {"lifebarstatus 1 0 1 2 3 4 5 6 7", &M::lifeBarBackfillLayer, 7},
-        {"lifebarstatus x", &M::lifeBarWidth, 100},
         {"lifeposition 5", &M::lifePositionX, -1},
-        {"lifeposition 5 6", &M::lifePositionY, 6},
+        {"lifeposition 5 6", &M::lifePositionX, 5},
         {"nameposition 5 6", &M::namePositionX, 5},
-        {"iconposition 5 6", &M::iconPositionY, 6},
+        {"iconposition 5 6", &M::iconPositionX, 5},
+        {"child_follow_direction_adjust_config same", &M::childDirectionAdjust, 1},
         {"child_follow_direction_adjust_config Toward", &M::childDirectionAdjust, 6},
         {"child_follow_direction_adjust_config 12", &M::childDirectionAdjust, 12},
         {"modelflag no_basic No_Script", &M::modelCopyFlags, 5},
         {"modelflag 8 none -1 2", &M::modelCopyFlags, 10},
         {"modelflag 8\nmodelflag no_weapon", &M::modelCopyFlags, 2},
     });
-}
-
-TEST(ModelReader, ReadsFractionsAndLegacyTenths) {
     expectFields<float>({
         {"speed 12", &M::speed, 1.2F},
         {"speed 1.2", &M::speed, 1.2F},
-        {"speed x", &M::speed, 1},
-        {"speedf 12", &M::speed, 12},
+        {"speed 30\nspeed x", &M::speed, 1},
         {"jumpspeed 15", &M::jumpSpeed, 1.5F},
-        {"jumpspeedf 15", &M::jumpSpeed, 15},
-        {"runspeed 15", &M::runSpeed, 15},
-        {"running 25 4 2.5", &M::runSpeed, 2.5F},
+        {"running 25", &M::runSpeed, 2.5F},
         {"runspeed 3\nrunning x", &M::runSpeed, 3},
-        {"running 25 4 2.5", &M::runJumpLength, 2.5F},
-        {"knockdowncount 2.5", &M::knockdownCount, 2.5F},
-        {"throw 1.5 2", &M::throwHeight, 2},
-        {"throwdist 5", &M::throwDistance, 5},
-        {"bouncefactor x", &M::bounceFactor, 0.5F},
+        {"bouncefactor 2\nbouncefactor x", &M::bounceFactor, 0.5F},
         {"bouncefactor -1", &M::bounceFactor, 0},
         {"antigravity 50", &M::antigravity, 0.5F},
         {"antigravity 0.25", &M::antigravity, 0.25F},
-        {"antigravity -40", &M::antigravity, 0},
+        {"antigravity 1", &M::antigravity, 1},
+        {"antigravity 1\nantigravity -40", &M::antigravity, 0},
         {"antigravity 300", &M::antigravity, 1},
-        {"lifespan -3", &M::lifespanSeconds, 0},
-        {"child_follow_offset_y -4", &M::childFollowOffsetY, -4},
+        {"lifespan 2.5", &M::lifespanSeconds, 2.5F},
+        {"lifespan 2.5\nlifespan -3", &M::lifespanSeconds, 0},
         {"child_follow_range_base_max -40", &M::childFollowRange, 40},
         {"child_follow_range_x_max 0", &M::childFollowRangeXMax, 1},
-        {"child_follow_range_base_min x", &M::childFollowRangeXMin, -100},
-        {"child_follow_range_z_max 8", &M::childFollowRangeZMax, 8},
         {"child_follow_range_recall_x_max 50", &M::childRecallRange, 100},
         {"child_follow_range_x_max 30\nchild_follow_range_recall_base_max -50",
          &M::childRecallRangeXMax, 50},
-        {"child_follow_range_recall_y_min -9", &M::childRecallRangeYMin, -9},
-        {"child_follow_recall_offset_z 3", &M::childRecallOffsetZ, 3},
     });
 }
 
-TEST(ModelReader, ReadsFlags) {
+TEST(ModelReader, FlagsAreRaisedAndCleared) {
+    const std::vector<Plain<bool>> flags = {
+        {"noatflash", &M::noAttackFlash, false},
+        {"toflip", &M::flipFlash, false},
+        {"running 1 0 0", &M::runMoveZ, false},
+        {"running 1 0 0 0", &M::runLand, false},
+        {"blockback", &M::blockBack, false},
+        {"typeshot", &M::typeShot, false},
+        {"animal", &M::animalWeapon, false},
+        {"nograb", &M::noGrab, false},
+        {"grabback", &M::grabBack, false},
+        {"grabfinish", &M::grabFinish, false},
+        {"fastattack", &M::fastAttack, false},
+        {"subject_to_gravity", &M::subjectToGravity, false},
+        {"subjecttogravity", &M::subjectToGravity, false},
+        {"subject_to_screen", &M::subjectToScreen, false},
+        {"subject_to_obstacle", &M::subjectToObstacle, true},
+        {"subject_to_platform", &M::subjectToPlatform, true},
+        {"subject_to_minz", &M::subjectToMinZ, true},
+        {"subject_to_maxz", &M::subjectToMaxZ, true},
+        {"subject_to_hole", &M::subjectToHole, true},
+        {"subject_to_wall", &M::subjectToWall, true},
+        {"holdblock", &M::holdBlock, false},
+        {"riseinv 1", &M::riseInvNoBlink, false},
+        {"nopain", &M::noPain, false},
+        {"nodrop", &M::noDrop, false},
+        {"noquake", &M::noQuake, false},
+        {"no_adjust_base", &M::noAdjustBase, false},
+        {"icon a.gif", &M::iconUsesPalette, false},
+        {"nolife", &M::noLife, false},
+    };
+    for (const auto& [keyword, field, fallback] : flags) {
+        expectFields<bool>({
+            {keyword + " -1", field, true},
+            {keyword + " 1\n" + keyword + " 0", field, false},
+            {keyword + " x", field, fallback},
+        });
+    }
     expectFields<bool>({
-        {"noatflash 1", &M::noAttackFlash, true},
-        {"toflip -1", &M::flipFlash, true},
-        {"running 1 0 0 1 0", &M::runMoveZ, true},
-        {"running 1 0 0 0 1", &M::runLand, true},
-        {"blockback 1", &M::blockBack, true},
-        {"typeshot 1", &M::typeShot, true},
-        {"animal 1", &M::animalWeapon, true},
-        {"nograb 1", &M::noGrab, true},
-        {"grabback 1", &M::grabBack, true},
-        {"grabfinish 1", &M::grabFinish, true},
-        {"fastattack 1", &M::fastAttack, true},
-        {"subjecttogravity 1", &M::subjectToGravity, true},
-        {"subject_to_screen 1", &M::subjectToScreen, true},
-        {"subject_to_obstacle x", &M::subjectToObstacle, true},
-        {"subject_to_platform 0", &M::subjectToPlatform, false},
-        {"subject_to_minz 0", &M::subjectToMinZ, false},
-        {"subject_to_maxz 0", &M::subjectToMaxZ, false},
-        {"subject_to_hole 0", &M::subjectToHole, false},
-        {"subject_to_wall 0", &M::subjectToWall, false},
-        {"holdblock 1", &M::holdBlock, true},
-        {"riseinv 1 1", &M::riseInvNoBlink, true},
-        {"nopain 1", &M::noPain, true},
-        {"nodrop 1", &M::noDrop, true},
-        {"noquake 1", &M::noQuake, true},
-        {"nomove 1 1\nnomove 0 0", &M::noMove, true},
-        {"nomove 0 1", &M::noFlip, true},
+        {"nomove 1\nnomove 0 0", &M::noMove, true},
+        {"nomove 0 1\nnomove 0 0", &M::noFlip, true},
         {"nomove 0 1", &M::noMove, false},
-        {"no_adjust_base 1", &M::noAdjustBase, true},
         {"icon a.gif 1\nicon b.gif", &M::iconUsesPalette, false},
-        {"nolife 1", &M::noLife, true},
         {"lifebarstatus 50", &M::lifeBarStatusDefined, true},
         {"weaploss 0", &M::weaponLossDefined, true},
+        {"weapon_loss_index 0", &M::weaponLossDefined, true},
     });
 }
 
@@ -202,16 +294,46 @@ TEST(ModelReader, ReadsTextsAndPaths) {
         {"diesound data/sounds/Die.wav", &M::dieSound, "sounds/Die.wav"},
         {"icon data/i.gif 1", &M::iconPath, "i.gif"},
         {"icondie data/d.gif", &M::iconDiePath, "d.gif"},
-        {"script data/scripts/u.c", &M::updateScript, "data/scripts/u.c"},
-        {"updatescript u.c", &M::updateScript, "u.c"},
-        {"onmovezscript z.c", &M::onMoveZScript, "z.c"},
-        {"onblockoscript o.c", &M::onBlockOScript, "o.c"},
-        {"onblockpscript p.c", &M::onBlockPScript, "p.c"},
-        {"ondoattack d.c", &M::onDoAttackScript, "d.c"},
-        {"takedamage_script t.c", &M::takeDamageScript, "t.c"},
-        {"didhit_script h.c", &M::didHitScript, "h.c"},
-        {"onpainscript p.c", &M::onPainScript, "p.c"},
-        {"onfall_script f.c", &M::onFallScript, "f.c"},
+    });
+}
+
+TEST(ModelReader, ScriptPathsStayAsWritten) {
+    expectFields<std::string>({
+        {"thinkscript data/U.c", &M::thinkScript, "data/U.c"},
+        {"updatescript data/U.c", &M::updateScript, "data/U.c"},
+        {"script data/U.c", &M::updateScript, "data/U.c"},
+        {"keyscript data/U.c", &M::keyScript, "data/U.c"},
+        {"onmovexscript data/U.c", &M::onMoveXScript, "data/U.c"},
+        {"onmovezscript data/U.c", &M::onMoveZScript, "data/U.c"},
+        {"onblockascript data/U.c", &M::onBlockAScript, "data/U.c"},
+        {"onblockyscript data/U.c", &M::onBlockYScript, "data/U.c"},
+        {"onblockzscript data/U.c", &M::onBlockZScript, "data/U.c"},
+        {"onblocksscript data/U.c", &M::onBlockSScript, "data/U.c"},
+        {"onblockwscript data/U.c", &M::onBlockWScript, "data/U.c"},
+        {"onblockoscript data/U.c", &M::onBlockOScript, "data/U.c"},
+        {"onblockpscript data/U.c", &M::onBlockPScript, "data/U.c"},
+        {"didblockscript data/U.c", &M::didBlockScript, "data/U.c"},
+        {"ondoattack data/U.c", &M::onDoAttackScript, "data/U.c"},
+        {"ondoattackscript data/U.c", &M::onDoAttackScript, "data/U.c"},
+        {"onkillscript data/U.c", &M::onKillScript, "data/U.c"},
+        {"onkill_script data/U.c", &M::onKillScript, "data/U.c"},
+        {"onentitycollision data/U.c", &M::onEntityCollisionScript, "data/U.c"},
+        {"onmodelcopy data/U.c", &M::onModelCopyScript, "data/U.c"},
+        {"animationscript data/U.c", &M::animationScript, "data/U.c"},
+        {"takedamagescript data/U.c", &M::takeDamageScript, "data/U.c"},
+        {"takedamage_script data/U.c", &M::takeDamageScript, "data/U.c"},
+        {"didhitscript data/U.c", &M::didHitScript, "data/U.c"},
+        {"didhit_script data/U.c", &M::didHitScript, "data/U.c"},
+        {"ondrawscript data/U.c", &M::onDrawScript, "data/U.c"},
+        {"ondraw_script data/U.c", &M::onDrawScript, "data/U.c"},
+        {"onspawnscript data/U.c", &M::onSpawnScript, "data/U.c"},
+        {"onspawn_script data/U.c", &M::onSpawnScript, "data/U.c"},
+        {"ondeathscript data/U.c", &M::onDeathScript, "data/U.c"},
+        {"ondeath_script data/U.c", &M::onDeathScript, "data/U.c"},
+        {"onpainscript data/U.c", &M::onPainScript, "data/U.c"},
+        {"onpain_script data/U.c", &M::onPainScript, "data/U.c"},
+        {"onfallscript data/U.c", &M::onFallScript, "data/U.c"},
+        {"onfall_script data/U.c", &M::onFallScript, "data/U.c"},
     });
 }
 
@@ -222,7 +344,7 @@ TEST(ModelReader, GathersListsOrReplacesThem) {
         "alternatepal data/a.gif\nalternatepal b.gif\n"
         "remap data/a.gif data/b.gif\nremap lonely.gif\n"
         "com d F  F a freespecial\ncmd a\n"
-        "defense\ndefense Shock 0.5 2 x 4 5 0.25\ndefense all 1 1 1 0 0 0 1\n");
+        "defense\ndefense all\ndefense Shock 0.5 2 x 4 5 0.25\ndefense all 1 1 1 0 0 0 1\n");
     EXPECT_EQ(model.weapons, (Strings{"A", "b", "c"}));
     EXPECT_EQ(model.attackChain, (std::vector<std::int32_t>{4, 0, 0}));
     EXPECT_EQ(model.alternatePalettes, (Strings{"a.gif", "b.gif"}));
@@ -232,8 +354,9 @@ TEST(ModelReader, GathersListsOrReplacesThem) {
     ASSERT_EQ(model.commands.size(), 1U);
     EXPECT_EQ(model.commands[0].sequence, "d F F a");
     EXPECT_EQ(model.commands[0].targetAnimation, "freespecial");
-    ASSERT_EQ(model.defenses.size(), 2U);
-    const DefenseDef& shock = model.defenses[0];
+    ASSERT_EQ(model.defenses.size(), 3U);
+    EXPECT_FALSE(model.defenses[0].blockRatioDefined);
+    const DefenseDef& shock = model.defenses[1];
     EXPECT_EQ(shock.type, "shock");
     EXPECT_EQ(shock.factor, 0.5F);
     EXPECT_EQ(shock.pain, 2);
@@ -243,8 +366,8 @@ TEST(ModelReader, GathersListsOrReplacesThem) {
     EXPECT_EQ(shock.blockRatio, 0.25F);
     EXPECT_TRUE(shock.blockRatioDefined);
     EXPECT_FALSE(shock.blockTypeDefined);
-    EXPECT_TRUE(model.defenses[1].blockTypeDefined);
-    EXPECT_EQ(model.defenses[1].blockType, 1);
+    EXPECT_TRUE(model.defenses[2].blockTypeDefined);
+    EXPECT_EQ(model.defenses[2].blockType, 1);
 }
 
 TEST(ModelReader, OrsNamedBits) {
