@@ -8,11 +8,11 @@
 #include <string>
 #include <string_view>
 
-#include "analysis/CompatibilityReports.hpp"
 #include "analysis/HtmlReport.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ExitCodes.hpp"
 #include "driver/OutputNames.hpp"
+#include "driver/ReportFolder.hpp"
 #include "driver/Version.hpp"
 #include "generator/PortTree.hpp"
 #include "input/PreparedInput.hpp"
@@ -135,7 +135,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
     GameReader game(scan.dataDir, scan.root);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     const SelectionName name = nameSelection(selection);
-    writeReports(scan, analysis, name.beside(kReportsSuffix));
+    writeReportFolder(scan, analysis, game, name.beside(kReportsSuffix), ReportPlace::kElsewhere);
     writeHtmlReport(scan, analysis, game, name.beside(kReportsSuffix), false);
     if (!dialogs.askYesNo("Analise concluida", analysisText(selection, prepared, analysis),
                           DialogStyle::kQuestion)) {
@@ -155,7 +155,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
         return kSuccess;
     }
     generatePort(scan, analysis, game, output);
-    writeReports(scan, analysis, output / "reports");
+    writeReportFolder(scan, analysis, game, output / "reports", ReportPlace::kPort);
     writeHtmlReport(scan, analysis, game, output / "reports", true);
     const int code = packagePort(output, console);
     writeStatus(output, code);

@@ -7,7 +7,6 @@
 #include <ostream>
 #include <string_view>
 
-#include "analysis/CompatibilityReports.hpp"
 #include "analysis/HtmlReport.hpp"
 #include "analysis/ParityAudit.hpp"
 #include "analysis/ProjectAnalysis.hpp"
@@ -16,6 +15,7 @@
 #include "driver/ExitCodes.hpp"
 #include "driver/OutputNames.hpp"
 #include "driver/PortTest.hpp"
+#include "driver/ReportFolder.hpp"
 #include "driver/Version.hpp"
 #include "generator/PortTree.hpp"
 #include "generator/RepairPackage.hpp"
@@ -67,7 +67,7 @@ int runAnalyze(const Run& run) {
     printCompatibilitySummary(out, run.analysis);
     const fs::path folder =
         run.folder ? *run.folder : defaultReportsFolder(run.input, run.prepared);
-    writeReports(run.scan, run.analysis, folder);
+    writeReportFolder(run.scan, run.analysis, run.game, folder, ReportPlace::kElsewhere);
     writeHtmlReport(run.scan, run.analysis, run.game, folder, false);
     out << "Wrote " << displayPath(folder / "analysis.json") << '\n'
         << "Wrote " << displayPath(folder / "compatibility-report.txt") << '\n';
@@ -87,7 +87,7 @@ int convert(const Run& run, const fs::path& output) {
         return kRefused;
     }
     generatePort(run.scan, run.analysis, run.game, output);
-    writeReports(run.scan, run.analysis, output / "reports");
+    writeReportFolder(run.scan, run.analysis, run.game, output / "reports", ReportPlace::kPort);
     writeHtmlReport(run.scan, run.analysis, run.game, output / "reports", true);
     printCompatibilitySummary(run.console.out, run.analysis);
     const bool isPartial = run.analysis.partial > 0 || run.analysis.unknown > 0;

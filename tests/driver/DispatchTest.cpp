@@ -116,6 +116,7 @@ TEST_F(DispatchTest, AnalyzeWritesReportsWhereItSays) {
                               path("/game/reports/analysis.json") + "\nWrote " +
                               path("/game/reports/compatibility-report.txt") + '\n');
     EXPECT_TRUE(has("/game/reports/analysis.json"));
+    EXPECT_TRUE(has("/game/reports/index.html"));
     EXPECT_EQ(run({"analyze", "/game", "/elsewhere/deep", "ignored"}), 0);
     EXPECT_TRUE(has("/elsewhere/deep/compatibility-report.txt"));
 }
@@ -135,7 +136,8 @@ TEST_F(DispatchTest, ConvertWritesAPortBesideTheGame) {
                               "\nGAME COMPATIBILITY: PASS\n");
     for (const char* file :
          {"/assets/openbor-data/models.txt", "/runtime/CMakeLists.txt", "/reports/analysis.json",
-          "/runtime/generated/GeneratedCharacters.cpp", "/config/openbor-video.ini"}) {
+          "/reports/index.html", "/runtime/generated/GeneratedCharacters.cpp",
+          "/config/openbor-video.ini"}) {
         EXPECT_TRUE(has(port + file)) << file;
     }
 }
