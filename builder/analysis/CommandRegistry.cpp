@@ -526,6 +526,12 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
     return previous[b.size()];
 }
 
+std::string withoutDigits(std::string_view word) {
+    std::string letters(word);
+    letters.erase(std::remove_if(letters.begin(), letters.end(), isDigit), letters.end());
+    return letters;
+}
+
 const Row& findRow(std::string_view key) {
     static const Index kIndex = indexRows();
     const auto found = kIndex.find(key);
@@ -570,6 +576,10 @@ std::string_view closestCommand(std::string_view command) {
     std::size_t best = command.size() >= kTwoSlipsFrom ? 2 : 1;
     std::string_view closest;
     forEachWord([&](std::string_view word, const Row&) {
+        // "p4smenu" is no slip for "p1smenu", nor a longer word one for its beginning.
+        const std::size_t longer = std::max(word.size(), command.size());
+        if (longer - std::min(word.size(), command.size()) > 1) return;
+        if (withoutDigits(word) == withoutDigits(command)) return;
         const std::size_t distance = editDistance(command, word);
         if (distance > best || (distance == best && !closest.empty())) return;
         best = distance;

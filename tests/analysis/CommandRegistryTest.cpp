@@ -85,7 +85,7 @@ TEST(CommandRegistry, MisspeltWords) {
     EXPECT_EQ(closestCommand("backgruond"), "background");
     EXPECT_EQ(closestCommand("projectilhits"), "projectilehit");
     EXPECT_EQ(closestCommand("frmae"), "frame");
-    for (const char* word : {"", "fr", "xyzzy", "wobble", "fraamee"}) {
+    for (const char* word : {"", "fr", "xyzzy", "wobble", "fraamee", "p4smenu", "noslowfx"}) {
         EXPECT_EQ(closestCommand(word), "") << word;
     }
     EXPECT_EQ(closestCommand(std::string(100000, 'x')), "");
