@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <variant>
 #include <vector>
@@ -26,6 +27,11 @@ struct ScriptArray {
     std::unordered_map<std::string, ScriptValue> named;
     std::vector<std::string> namedOrder;  // names in the order of first insertion
     std::size_t cursor = 0;               // place in namedOrder
+
+    ScriptArray() = default;
+    ScriptArray(const ScriptArray&) = delete;
+    ScriptArray& operator=(const ScriptArray&) = delete;
+    ~ScriptArray();
 };
 
 // One actor's variables; its owner keeps it from run to run.
@@ -54,10 +60,20 @@ class ScriptHost {
                                            std::vector<std::string>& unsupported) = 0;
 };
 
+// What a break or continue outside any loop throws out of a run. They are no std::exception:
+// whoever runs a script decides whether such a script ends more than itself.
+struct BreakSignal {};
+struct ContinueSignal {};
+
 class ScriptVM {
   public:
-    // The folder below which script files are found.
-    void setRoot(const std::filesystem::path& root) { root_ = root; }
+    ScriptVM();
+    ~ScriptVM();
+    ScriptVM(const ScriptVM&) = delete;
+    ScriptVM& operator=(const ScriptVM&) = delete;
+
+    // The folder below which script files are found. Forgets all scripts; not during a run.
+    void setRoot(const std::filesystem::path& root);
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
     // Not owned; null for none.
     void setHost(ScriptHost* host) { host_ = host; }
@@ -65,10 +81,34 @@ class ScriptVM {
     // Variables that all scripts of the game share.
     [[nodiscard]] std::unordered_map<std::string, ScriptValue>& globals() { return globals_; }
 
+    // Runs `function` of a script file, else its "main". An empty path is no script and no error.
+    // What goes wrong stands in the result; a host may run further scripts from inside a call.
+    ScriptRunResult runFile(std::string_view path, ScriptContext& context,
+                            std::string_view function = "main");
+    // Runs the "main" of the helper file, if one is given, and then `command`, which sees the
+    // helper's functions and macros. A missing helper is an error and still lets the command run.
+    ScriptRunResult runAnimationCommand(std::string_view helperPath, std::string_view command,
+                                        ScriptContext& context);
+
+    // Steps (about an instruction each) that a run may take with all runs inside it, before it
+    // ends with "script step limit exceeded".
+    void setStepLimit(std::int64_t steps) { stepLimit_ = steps; }
+
+    // Half a second to a second of work: single loops stop by themselves after 100000 rounds, but
+    // loops inside each other multiply. The longest hooks of games stay far below a thousandth.
+    static constexpr std::int64_t kStepLimit = 100'000'000;
+
   private:
+    struct Machine;
+
+    template <typename Work>
+    void run(ScriptRunResult& result, ScriptContext& context, Work work);
+
     std::filesystem::path root_;
     ScriptHost* host_ = nullptr;
     std::unordered_map<std::string, ScriptValue> globals_;
+    std::int64_t stepLimit_ = kStepLimit;
+    std::unique_ptr<Machine> machine_;
 };
 
 }  // namespace port

@@ -1,11 +1,100 @@
 #include "ScriptVM.hpp"
 
+#include <exception>
+#include <stdexcept>
 #include <type_traits>
+
+#include "ScriptExec.hpp"
+#include "ScriptLibrary.hpp"
 
 namespace port {
 
 // Scripts tell the kinds of a value apart by the order of the alternatives.
 static_assert(std::is_same_v<std::variant_alternative_t<1, ScriptValue>, double>);
 static_assert(std::is_same_v<std::variant_alternative_t<4, ScriptValue>, std::uintptr_t>);
+
+namespace {
+
+// Runs inside each other, by a host that runs a script while it serves one.
+constexpr std::size_t kMaxRuns = 64;
+
+}  // namespace
+
+struct ScriptVM::Machine {
+    explicit Machine(const std::filesystem::path& root) : library(root) {}
+
+    script::ScriptLibrary library;
+    std::vector<std::unique_ptr<script::Exec>> execs;  // one for each run that is under way
+    std::size_t runs = 0;
+    std::int64_t steps = 0;
+};
+
+ScriptVM::ScriptVM() : machine_(std::make_unique<Machine>(root_)) {}
+ScriptVM::~ScriptVM() = default;
+
+void ScriptVM::setRoot(const std::filesystem::path& root) {
+    root_ = root;
+    machine_ = std::make_unique<Machine>(root);
+}
+
+template <typename Work>
+void ScriptVM::run(ScriptRunResult& result, ScriptContext& context, Work work) {
+    struct Depth {
+        explicit Depth(std::size_t& runs) : count(++runs) {}
+        ~Depth() { --count; }
+        std::size_t& count;
+    };
+    Machine& machine = *machine_;
+    const Depth depth(machine.runs);
+    try {
+        if (machine.runs > kMaxRuns) throw std::runtime_error("script recursion limit exceeded");
+        if (machine.runs == 1) machine.steps = stepLimit_;
+        if (machine.execs.size() < machine.runs) {
+            machine.execs.push_back(
+                std::make_unique<script::Exec>(machine.library.names(), globals_, machine.steps));
+        }
+        script::Exec& exec = *machine.execs[machine.runs - 1];
+        exec.begin(host_, context, result.unsupported);
+        work(exec);
+    } catch (const std::exception& error) {
+        result.ok = false;
+        result.error = error.what();
+    }
+}
+
+ScriptRunResult ScriptVM::runFile(std::string_view path, ScriptContext& context,
+                                  std::string_view function) {
+    ScriptRunResult result;
+    if (path.empty()) return result;
+    run(result, context, [&](script::Exec& exec) {
+        const script::Script& script = machine_->library.file(path);
+        result.unsupported = script.unsupported;
+        if (!script.program) throw std::runtime_error(script.error);
+        script::Function* wanted = script.program->find(function);
+        if (wanted == nullptr) wanted = script.program->find("main");
+        if (wanted == nullptr) throw std::runtime_error("requested function/main() not found");
+        exec.call(*wanted);
+    });
+    return result;
+}
+
+ScriptRunResult ScriptVM::runAnimationCommand(std::string_view helperPath, std::string_view command,
+                                              ScriptContext& context) {
+    ScriptRunResult result;
+    if (helperPath.empty() && command.empty()) return result;
+    run(result, context, [&](script::Exec& exec) {
+        const script::Command& known = machine_->library.command(helperPath, command);
+        result.unsupported = known.script.unsupported;
+        result.ok = known.script.error.empty();
+        result.error = known.script.error;
+        if (!known.script.program) return;
+        if (result.ok && known.helperMain != nullptr) exec.call(*known.helperMain);
+        if (known.frame == nullptr) {
+            throw std::runtime_error("generated animation function not found");
+        }
+        exec.call(*known.frame);
+    });
+    return result;
+}
 
 }  // namespace port

@@ -1,0 +1,121 @@
+#pragma once
+
+// Runs compiled functions. One machine serves one run at a time and is used again by the next, so
+// that a call allocates nothing once the stacks have grown.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "ScriptCode.hpp"
+#include "ScriptVM.hpp"
+
+namespace port::script {
+
+// Longest text and largest array that a script can make; real ones stay below 1 KiB and 1,000.
+inline constexpr std::size_t kMaxText = std::size_t{1} << 20U;
+inline constexpr std::size_t kMaxArray = std::size_t{1} << 20U;
+// Steps that one element, named entry or variable costs, so that memory is bounded by the steps.
+inline constexpr std::size_t kEntrySteps = 16;
+
+class Exec {
+  public:
+    Exec(const Names& names, std::unordered_map<std::string, ScriptValue>& globals,
+         std::int64_t& steps)
+        : names_(names), globals_(globals), steps_(steps) {}
+
+    // The world of the calls that follow.
+    void begin(ScriptHost* host, ScriptContext& context, std::vector<std::string>& unsupported);
+    // Runs a function without arguments. Throws std::runtime_error for what ends a run, and
+    // BreakSignal or ContinueSignal for one that no loop caught.
+    void call(Function& function);
+
+    // Takes `count` steps from the run; throws once there are none left.
+    void charge(std::size_t count) {
+        steps_ -= static_cast<std::int64_t>(count);
+        if (steps_ < 0) outOfSteps();
+    }
+    // A second holder of a value. Long texts cost steps.
+    void copy(ScriptValue& to, const ScriptValue& from);
+    // Variables of the context were erased: where they stood is no longer known.
+    void forgetVariables() { ++epoch_; }
+
+  private:
+    struct Slot {
+        ScriptValue value;
+        bool present = false;  // declared so far in this call
+    };
+    struct Frame {
+        Function* function = nullptr;
+        const Instr* next = nullptr;
+        // Where its parts of the stacks begin, and where its values end.
+        std::size_t slots = 0;
+        std::size_t counters = 0;
+        std::size_t stack = 0;
+        std::size_t top = 0;
+    };
+    // Where a variable of the context was found in this epoch.
+    struct Known {
+        std::uint64_t epoch = 0;
+        ScriptValue* value = nullptr;
+    };
+    // The running function, and its parts of the stacks.
+    struct Registers {
+        const Function* function = nullptr;
+        const Instr* code = nullptr;
+        const Instr* ip = nullptr;
+        ScriptValue* top = nullptr;  // behind the last value
+        Slot* slots = nullptr;
+        std::int32_t* counters = nullptr;
+
+        void jump(std::int32_t to) { ip = code + to; }
+    };
+
+    void run();
+    Registers registers();
+    void enter(Function& function, std::size_t count, std::size_t top);
+    bool leave(ScriptValue&& value, Registers& r);
+    void popFrame();
+    void reset();
+    void escape(bool breaks, Registers& r);
+    void nextRound(const Instr& instr, Registers& r);
+    [[noreturn]] static void outOfSteps();
+
+    static const CallSite& site(const Instr& instr, const Registers& r);
+    void callUser(const CallSite& site, Registers& r);
+    void callBuiltin(const CallSite& site, Registers& r);
+    void callHost(const CallSite& site, Registers& r);
+
+    ScriptValue* find(std::int32_t name);
+    void load(std::int32_t name, ScriptValue& to);
+    void store(std::int32_t name, ScriptValue& from);
+    void updateName(const Instr& instr, const ScriptValue& right);
+    void updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right);
+
+    void copy(ScriptValue& to, const std::string& from);
+    static bool popTruth(Registers& r);
+    static void decide(const Instr& instr, bool by, Registers& r);
+    void binaryNumber(const Instr& instr, ScriptValue& left);
+    void binary(Word op, ScriptValue& left, const ScriptValue& right);
+    static bool compare(Word op, const ScriptValue& left, const ScriptValue& right);
+    void join(ScriptValue& left, const ScriptValue& right);
+
+    const Names& names_;
+    std::unordered_map<std::string, ScriptValue>& globals_;
+    std::int64_t& steps_;
+    ScriptHost* host_ = nullptr;
+    ScriptContext* context_ = nullptr;
+    std::vector<std::string>* unsupported_ = nullptr;
+
+    std::vector<ScriptValue> stack_;
+    std::vector<Slot> slots_;
+    std::vector<std::int32_t> counters_;
+    std::vector<Frame> frames_;
+    std::vector<ScriptValue> hostArgs_;
+    std::vector<Known> known_;  // by name
+    std::uint64_t epoch_ = 0;
+};
+
+}  // namespace port::script

@@ -1,0 +1,88 @@
+#pragma once
+
+// Directives, macros and includes of a script, line by line, ahead of the lexer.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "ScriptPaths.hpp"
+
+namespace port::script {
+
+// Lets the maps be asked by a view into a line.
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+        return std::hash<std::string_view>()(text);
+    }
+};
+template <typename Value>
+using TextMap = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
+
+struct FunctionMacro {
+    std::vector<std::string> params;
+    std::string body;
+    bool operator==(const FunctionMacro&) const = default;
+};
+
+using Macros = TextMap<std::string>;
+using FunctionMacros = TextMap<FunctionMacro>;
+
+// The script files below one root, each read once.
+class ScriptSources {
+  public:
+    explicit ScriptSources(std::filesystem::path root) : paths(std::move(root)) {}
+    // The bytes of a file; null if it cannot be read. The answer never expires.
+    const std::string* text(const std::filesystem::path& path);
+
+    ScriptPaths paths;
+
+  private:
+    struct Source {
+        bool readable = false;
+        std::string text;
+    };
+    std::unordered_map<std::string, Source> sourceCache_;
+};
+
+// What spans all files of a run.
+struct PreprocessorState {
+    Macros macros;
+    FunctionMacros funcMacros;
+    std::set<std::string> imported;        // UTF-8 paths
+    std::vector<std::string> unsupported;  // every complaint, in order, not deduplicated
+    std::vector<char> active{1};           // conditions open in the main text
+    std::uint64_t version = 0;             // grows with every true change of the three sets above
+    std::size_t produced = 0;              // bytes of expanded text
+    std::size_t consumed = 0;              // bytes of source, whatever came of them
+    bool full = false;                     // a limit was reached: nothing more is added
+};
+
+// Bytes of expanded text of one run, and of source read for it: a script that includes or expands
+// itself without end stops here with "preprocessor-size". Real ones stay below 2 MiB.
+inline constexpr std::size_t kMaxExpandedText = std::size_t{64} << 20U;
+inline constexpr std::size_t kMaxConsumedText = 4 * kMaxExpandedText;
+// Files open at once; beyond it a file's text stands unexpanded with "preprocessor-depth".
+inline constexpr int kMaxIncludeDepth = 24;
+
+// The expanded text of `source`, which stands in `file`. Refuses nothing: complaints go to
+// `state.unsupported`. Texts that follow each other may share one state.
+[[nodiscard]] std::string preprocessScript(ScriptSources& sources,
+                                           const std::filesystem::path& file,
+                                           std::string_view source, PreprocessorState& state,
+                                           int depth = 0);
+
+// `line` after at most 16 passes of function macros and object macros; cut short once it has
+// grown beyond `limit` bytes.
+[[nodiscard]] std::string expandMacros(std::string line, const Macros& macros,
+                                       const FunctionMacros& funcMacros,
+                                       std::size_t limit = kMaxExpandedText);
+
+}  // namespace port::script

@@ -1,0 +1,549 @@
+#include "ScriptExec.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
+#include "ScriptBuiltins.hpp"
+#include "ScriptValue.hpp"
+
+namespace port::script {
+namespace {
+
+// Functions inside each other; the next call ends the run.
+constexpr std::size_t kMaxCalls = 64;
+// A loop that has run so often just stops: a runaway script loses time, and never the game.
+constexpr std::int32_t kMaxRounds = 100000;
+// Bytes of a copied or joined text that cost one step.
+constexpr std::size_t kTextPerStep = 8;
+// The counter of a switch that no label has matched.
+constexpr std::int32_t kNoMatch = -1;
+
+// Assignments that keep the kind need no more than the bytes.
+void put(ScriptValue& to, double value) {
+    if (auto* number = std::get_if<double>(&to)) {
+        *number = value;
+    } else {
+        to.emplace<double>(value);
+    }
+}
+
+void putTruth(ScriptValue& to, bool value) {
+    if (auto* truth = std::get_if<bool>(&to)) {
+        *truth = value;
+    } else {
+        to.emplace<bool>(value);
+    }
+}
+
+void take(ScriptValue& to, ScriptValue& from) {
+    if (const auto* number = std::get_if<double>(&from)) {
+        put(to, *number);
+    } else {
+        to = std::move(from);
+    }
+}
+
+// What is left behind on a stack must hold no memory and no array.
+void release(ScriptValue& value) {
+    if (value.index() == 2 || value.index() == 5) value.emplace<std::monostate>();
+}
+
+bool holds(const ScriptValue& value) {
+    const auto* known = std::get_if<bool>(&value);
+    return known != nullptr ? *known : truth(value);
+}
+
+bool compareNumbers(Word op, double left, double right) {
+    switch (op) {
+        case Word::Equal:
+            return std::fabs(left - right) < 0.000001;
+        case Word::NotEqual:
+            return !(std::fabs(left - right) < 0.000001);
+        case Word::Less:
+            return left < right;
+        case Word::Greater:
+            return left > right;
+        case Word::LessEqual:
+            return left <= right;
+        default:
+            return left >= right;
+    }
+}
+
+double shifted(Word op, std::int64_t value, std::int64_t by) {
+    // Only the low six bits of the count are looked at, as by the machine itself.
+    const auto count = static_cast<unsigned>(static_cast<std::uint64_t>(by) & 63U);
+    if (op == Word::ShiftRight) return static_cast<double>(value >> count);
+    return static_cast<double>(
+        static_cast<std::int64_t>(static_cast<std::uint64_t>(value) << count));
+}
+
+double arithmetic(Word op, double left, double right) {
+    switch (op) {
+        case Word::Add:
+            return left + right;
+        case Word::Sub:
+            return left - right;
+        case Word::Mul:
+            return left * right;
+        case Word::Div:
+            return right == 0.0 ? 0.0 : left / right;
+        // The divisor is raised to at least 1.
+        case Word::Mod:
+            return static_cast<double>(integer(left) % std::max<std::int64_t>(1, integer(right)));
+        case Word::And:
+            return static_cast<double>(integer(left) & integer(right));
+        case Word::Or:
+            return static_cast<double>(integer(left) | integer(right));
+        case Word::Xor:
+            return static_cast<double>(integer(left) ^ integer(right));
+        default:
+            return shifted(op, integer(left), integer(right));
+    }
+}
+
+bool isComparison(Word op) {
+    return op >= Word::Equal && op <= Word::GreaterEqual;
+}
+
+void unary(Word op, ScriptValue& value) {
+    switch (op) {
+        case Word::Not:
+            return putTruth(value, !holds(value));
+        case Word::Tilde:
+            return put(value, static_cast<double>(~integer(num(value))));
+        case Word::Sub:
+            return put(value, -num(value));
+        default:
+            return put(value, num(value));
+    }
+}
+
+}  // namespace
+
+void Exec::begin(ScriptHost* host, ScriptContext& context, std::vector<std::string>& unsupported) {
+    host_ = host;
+    context_ = &context;
+    unsupported_ = &unsupported;
+    forgetVariables();
+}
+
+void Exec::call(Function& function) {
+    try {
+        enter(function, 0, 0);
+        run();
+    } catch (...) {
+        reset();
+        throw;
+    }
+}
+
+// The heart: one instruction a turn.
+void Exec::run() {
+    Registers r = registers();
+    for (;;) {
+        const Instr& i = *r.ip++;
+        switch (i.op) {
+            case Op::Number:
+                put(*r.top++, i.number);
+                break;
+            case Op::Text:
+                copy(*r.top++, r.function->texts[static_cast<std::size_t>(i.a)]);
+                break;
+            case Op::Truth:
+                putTruth(*r.top++, i.a != 0);
+                break;
+            case Op::LoadSlot:
+                if (!r.slots[i.a].present) {
+                    load(i.b, *r.top++);
+                } else {
+                    copy(*r.top++, r.slots[i.a].value);
+                }
+                break;
+            case Op::LoadName:
+                load(i.b, *r.top++);
+                break;
+            case Op::StoreSlot:
+                if (!r.slots[i.a].present) {
+                    store(i.b, *--r.top);
+                } else {
+                    take(r.slots[i.a].value, *--r.top);
+                }
+                break;
+            case Op::StoreName:
+                store(i.b, *--r.top);
+                break;
+            case Op::DeclareSlot:
+                take(r.slots[i.a].value, *--r.top);
+                r.slots[i.a].present = true;
+                break;
+            case Op::UpdateName:
+                updateName(i, *--r.top);
+                break;
+            case Op::UpdateSlot:
+                updateSlot(i, r.slots[i.a], *--r.top);
+                break;
+            case Op::Pop:
+                release(*--r.top);
+                break;
+            case Op::Unary:
+                unary(i.word, r.top[-1]);
+                break;
+            case Op::Binary:
+                --r.top;
+                binary(i.word, r.top[-1], r.top[0]);
+                release(r.top[0]);
+                break;
+            case Op::BinaryNumber:
+                binaryNumber(i, r.top[-1]);
+                break;
+            case Op::ToTruth:
+                putTruth(r.top[-1], holds(r.top[-1]));
+                break;
+            case Op::Jump:
+                r.jump(i.a);
+                break;
+            case Op::JumpIfFalse:
+                if (!popTruth(r)) r.jump(i.a);
+                break;
+            case Op::JumpUnless: {
+                r.top -= 2;
+                const bool met = compare(i.word, r.top[0], r.top[1]);
+                release(r.top[0]);
+                release(r.top[1]);
+                if (!met) r.jump(i.a);
+                break;
+            }
+            case Op::JumpUnlessNumber: {
+                --r.top;
+                const auto* left = std::get_if<double>(r.top);
+                const bool met = left != nullptr ? compareNumbers(i.word, *left, i.number)
+                                                 : compare(i.word, *r.top, i.number);
+                release(*r.top);
+                if (!met) r.jump(i.a);
+                break;
+            }
+            case Op::AndJump:
+                decide(i, false, r);
+                break;
+            case Op::OrJump:
+                decide(i, true, r);
+                break;
+            case Op::LoopBegin:
+                r.counters[i.b] = 0;
+                break;
+            case Op::LoopBack:
+                nextRound(i, r);
+                break;
+            case Op::LoopBackIf:
+                if (popTruth(r)) nextRound(i, r);
+                break;
+            case Op::SwitchBegin:
+                r.counters[i.b] = kNoMatch;
+                break;
+            case Op::CaseTest:
+                --r.top;
+                if (r.counters[i.b] == kNoMatch && eq(r.top[-1], r.top[0])) r.counters[i.b] = i.a;
+                release(r.top[0]);
+                break;
+            case Op::SwitchJump: {
+                release(*--r.top);
+                const SwitchTable& table = r.function->switches[static_cast<std::size_t>(i.a)];
+                const std::int32_t match = r.counters[i.b];
+                r.jump(match == kNoMatch ? table.otherwise
+                                         : table.targets[static_cast<std::size_t>(match)]);
+                break;
+            }
+            case Op::CallBuiltin:
+                callBuiltin(site(i, r), r);
+                break;
+            case Op::CallUser:
+                callUser(site(i, r), r);
+                break;
+            case Op::CallHost:
+                callHost(site(i, r), r);
+                break;
+            case Op::Return:
+                --r.top;
+                if (!leave(std::move(*r.top), r)) return;
+                break;
+            case Op::ReturnEmpty:
+                if (!leave({}, r)) return;
+                break;
+            case Op::EscapeBreak:
+                escape(true, r);
+                break;
+            case Op::EscapeContinue:
+                escape(false, r);
+                break;
+            case Op::Throw:
+                throw std::runtime_error(r.function->errors[static_cast<std::size_t>(i.a)]);
+        }
+    }
+}
+
+// --- Frames
+
+Exec::Registers Exec::registers() {
+    const Frame& frame = frames_.back();
+    return {frame.function,
+            frame.function->code.data(),
+            frame.next,
+            stack_.data() + frame.top,
+            slots_.data() + frame.slots,
+            counters_.data() + frame.counters};
+}
+
+// The arguments are the `count` values below stack place `top`; spare ones are dropped.
+void Exec::enter(Function& function, std::size_t count, std::size_t top) {
+    if (frames_.size() == kMaxCalls) throw std::runtime_error("script recursion limit exceeded");
+    if (!function.compiled) compile(function);
+    charge(function.code.size());
+    Frame frame{&function, function.code.data(), 0, 0, top - count, top - count};
+    if (!frames_.empty()) {
+        const Frame& caller = frames_.back();
+        frame.slots = caller.slots + caller.function->slots;
+        frame.counters = caller.counters + caller.function->counters;
+    }
+    const auto grow = [](auto& values, std::size_t size) {
+        if (values.size() < size) values.resize(std::max(size, 2 * values.size()));
+    };
+    grow(stack_, std::max(top, frame.stack + function.maxStack) + 1);
+    grow(slots_, frame.slots + function.slots);
+    grow(counters_, frame.counters + function.counters);
+    grow(known_, names_.size());
+    frames_.push_back(frame);
+    for (std::size_t i = 0; i < function.paramSlots.size(); ++i) {
+        if (function.paramSlots[i] < 0) continue;
+        Slot& slot = slots_[frame.slots + static_cast<std::size_t>(function.paramSlots[i])];
+        slot.present = true;
+        if (i < count) {
+            take(slot.value, stack_[frame.stack + i]);
+        } else {
+            slot.value.emplace<std::monostate>();
+        }
+    }
+    for (std::size_t i = frame.stack; i < top; ++i) release(stack_[i]);
+}
+
+// False once the outermost function has returned.
+bool Exec::leave(ScriptValue&& value, Registers& r) {
+    const std::size_t place = frames_.back().stack;
+    take(stack_[place], value);
+    popFrame();
+    if (frames_.empty()) {
+        release(stack_[place]);
+        return false;
+    }
+    frames_.back().top = place + 1;
+    r = registers();
+    return true;
+}
+
+void Exec::popFrame() {
+    const Frame& frame = frames_.back();
+    for (std::size_t i = 0; i < frame.function->slots; ++i) {
+        Slot& slot = slots_[frame.slots + i];
+        release(slot.value);
+        slot.present = false;
+    }
+    frames_.pop_back();
+}
+
+void Exec::reset() {
+    while (!frames_.empty()) popFrame();
+    for (ScriptValue& value : stack_) release(value);
+    hostArgs_.clear();
+}
+
+// A break or continue outside any loop of its function goes on in the nearest loop, or for a break
+// switch, whose body called the function, directly or not.
+void Exec::escape(bool breaks, Registers& r) {
+    const auto end = static_cast<std::size_t>(r.top - stack_.data());
+    for (popFrame(); !frames_.empty(); popFrame()) {
+        Frame& frame = frames_.back();
+        const auto from = static_cast<std::int32_t>(frame.next - frame.function->code.data()) - 1;
+        for (const CatchRange& range : frame.function->ranges) {
+            const std::int32_t to = breaks ? range.breakTo : range.continueTo;
+            if (from < range.begin || from >= range.end || to < 0) continue;
+            for (std::size_t i = frame.stack; i < end; ++i) release(stack_[i]);
+            frame.next = frame.function->code.data() + to;
+            frame.top = frame.stack;
+            r = registers();
+            return;
+        }
+    }
+    if (breaks) throw BreakSignal();
+    throw ContinueSignal();
+}
+
+void Exec::nextRound(const Instr& instr, Registers& r) {
+    if (++r.counters[instr.b] >= kMaxRounds) return;
+    charge(static_cast<std::size_t>(r.ip - (r.code + instr.a)));
+    r.jump(instr.a);
+}
+
+void Exec::outOfSteps() {
+    throw std::runtime_error("script step limit exceeded");
+}
+
+// --- Calls
+
+const CallSite& Exec::site(const Instr& instr, const Registers& r) {
+    return r.function->sites[static_cast<std::size_t>(instr.a)];
+}
+
+void Exec::callUser(const CallSite& site, Registers& r) {
+    frames_.back().next = r.ip;
+    enter(*site.user, site.count, static_cast<std::size_t>(r.top - stack_.data()));
+    r = registers();
+}
+
+void Exec::callBuiltin(const CallSite& site, Registers& r) {
+    ScriptValue result;
+    ScriptValue* const args = r.top - site.count;
+    BuiltinCall call{*this, *context_, globals_, {args, site.count}, result};
+    if (!site.builtin->run(call)) return site.user ? callUser(site, r) : callHost(site, r);
+    for (ScriptValue& arg : call.args) release(arg);
+    r.top = args + 1;
+    take(*args, result);
+}
+
+void Exec::callHost(const CallSite& site, Registers& r) {
+    ScriptValue* const args = r.top - site.count;
+    hostArgs_.assign(std::make_move_iterator(args), std::make_move_iterator(r.top));
+    r.top = args + 1;
+    if (host_ != nullptr) {
+        ScriptValue result =
+            host_->callScriptFunction(site.name, hostArgs_, *context_, *unsupported_);
+        take(*args, result);
+        forgetVariables();
+    } else {
+        auto& names = *unsupported_;
+        if (std::find(names.begin(), names.end(), site.name) == names.end()) {
+            names.push_back(site.name);
+        }
+        args->emplace<std::monostate>();
+    }
+    hostArgs_.clear();
+}
+
+// --- Variables of the context
+
+// Where the context holds the variable; null if it does not.
+ScriptValue* Exec::find(std::int32_t name) {
+    Known& known = known_[static_cast<std::size_t>(name)];
+    if (known.epoch == epoch_) return known.value;
+    const auto found = context_->local.find(names_.text(name));
+    if (found == context_->local.end()) return nullptr;
+    known = {epoch_, &found->second};
+    return known.value;
+}
+
+void Exec::load(std::int32_t name, ScriptValue& to) {
+    if (const ScriptValue* value = find(name)) return copy(to, *value);
+    const std::string& text = names_.text(name);
+    const auto global = globals_.find(text);
+    if (global != globals_.end()) return copy(to, global->second);
+    // A variable that nobody set reads as 0, and only the name "null" as no handle.
+    if (equalsFolded(text, "null")) {
+        to.emplace<std::uintptr_t>(0);
+    } else {
+        put(to, 0.0);
+    }
+}
+
+void Exec::store(std::int32_t name, ScriptValue& from) {
+    ScriptValue* value = find(name);
+    if (value == nullptr) {
+        charge(kEntrySteps);
+        value = &context_->local[names_.text(name)];
+    }
+    take(*value, from);
+}
+
+void Exec::updateName(const Instr& instr, const ScriptValue& right) {
+    ScriptValue value;
+    load(instr.b, value);
+    put(value, arithmetic(instr.word, num(value), num(right)));
+    store(instr.b, value);
+}
+
+void Exec::updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right) {
+    if (!slot.present && !instr.flag) return updateName(instr, right);
+    if (!slot.present) load(instr.b, slot.value);
+    put(slot.value, arithmetic(instr.word, num(slot.value), num(right)));
+    slot.present = true;
+}
+
+// --- Operators
+
+void Exec::copy(ScriptValue& to, const ScriptValue& from) {
+    if (const auto* number = std::get_if<double>(&from)) return put(to, *number);
+    if (const auto* text = std::get_if<std::string>(&from)) return copy(to, *text);
+    to = from;
+}
+
+void Exec::copy(ScriptValue& to, const std::string& from) {
+    charge(from.size() / kTextPerStep);
+    to = from;
+}
+
+bool Exec::popTruth(Registers& r) {
+    const bool truth = holds(*--r.top);
+    release(*r.top);
+    return truth;
+}
+
+// && and ||: a left side that decides is the result, as a truth.
+void Exec::decide(const Instr& instr, bool by, Registers& r) {
+    const bool left = holds(r.top[-1]);
+    if (left == by) {
+        putTruth(r.top[-1], left);
+        r.jump(instr.a);
+    } else {
+        release(*--r.top);
+    }
+}
+
+void Exec::binaryNumber(const Instr& instr, ScriptValue& left) {
+    auto* number = std::get_if<double>(&left);
+    if (number != nullptr && !isComparison(instr.word)) {
+        *number = arithmetic(instr.word, *number, instr.number);
+    } else {
+        binary(instr.word, left, instr.number);
+    }
+}
+
+void Exec::binary(Word op, ScriptValue& left, const ScriptValue& right) {
+    if (isComparison(op)) return putTruth(left, compare(op, left, right));
+    const bool text = left.index() == 2 || right.index() == 2;
+    if (op == Word::Add && text) return join(left, right);
+    put(left, arithmetic(op, num(left), num(right)));
+}
+
+bool Exec::compare(Word op, const ScriptValue& left, const ScriptValue& right) {
+    const auto* a = std::get_if<double>(&left);
+    const auto* b = std::get_if<double>(&right);
+    if (a != nullptr && b != nullptr) return compareNumbers(op, *a, *b);
+    if (op == Word::Equal) return eq(left, right);
+    if (op == Word::NotEqual) return !eq(left, right);
+    return compareNumbers(op, num(left), num(right));
+}
+
+void Exec::join(ScriptValue& left, const ScriptValue& right) {
+    std::string text = left.index() == 2 ? std::move(*std::get_if<std::string>(&left)) : str(left);
+    if (const auto* tail = std::get_if<std::string>(&right)) {
+        text += *tail;
+    } else {
+        text += str(right);
+    }
+    if (text.size() > kMaxText) throw std::runtime_error("script text too long");
+    charge(text.size() / kTextPerStep);
+    left = std::move(text);
+}
+
+}  // namespace port::script

@@ -1,0 +1,129 @@
+#include "ScriptLibrary.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "PathEncoding.hpp"
+
+namespace port::script {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kFrameFunction = "__tindrel_animation_frame";
+// Exists only as the place that the includes of a command without helper are relative to.
+constexpr std::string_view kFrameFile = "__generated_animation_command.c";
+
+std::string frameText(std::string_view command) {
+    std::string text = "\nvoid ";
+    text += kFrameFunction;
+    text += "(){\n";
+    text += command;
+    text += "\n}\n";
+    return text;
+}
+
+}  // namespace
+
+fs::path ScriptLibrary::find(std::string_view raw, const fs::path& relative) {
+    const fs::path path = sources_.paths.scriptCasePath(sources_.paths.root() / relative);
+    if (sources_.paths.exists(path)) return path;
+    const fs::path unique = sources_.paths.scriptUniqueBasename(raw);
+    return unique.empty() ? path : unique;
+}
+
+const Script& ScriptLibrary::load(const fs::path& path) {
+    std::unique_ptr<Script>& known = scripts_[PathEncoding::utf8(path)];
+    if (known) return *known;
+    known = std::make_unique<Script>();
+    const std::string* text = sources_.text(path);
+    if (text == nullptr) {
+        known->error = "script not found: " + PathEncoding::utf8(path);
+        return *known;
+    }
+    PreprocessorState state;
+    state.imported.insert(PathEncoding::utf8(path));
+    std::string expanded = preprocessScript(sources_, path, *text, state);
+    known->unsupported = std::move(state.unsupported);
+    known->program = std::make_unique<Program>(lex(std::move(expanded)), names_);
+    return *known;
+}
+
+const Script& ScriptLibrary::file(std::string_view raw) {
+    const auto known = files_.find(raw);
+    if (known != files_.end()) return *known->second;
+    const Script* script = nullptr;
+    fs::path relative;
+    if (relativeScriptPath(raw, relative)) {
+        script = &load(find(raw, relative));
+    } else {
+        auto& refused = refused_[std::string(raw)] = std::make_unique<Script>();
+        refused->error = "unsafe script path";
+        script = refused.get();
+    }
+    return *files_.emplace(raw, script).first->second;
+}
+
+const ScriptLibrary::Helper& ScriptLibrary::helper(const fs::path& path) {
+    const auto [slot, added] = helpers_.try_emplace(PathEncoding::utf8(path));
+    Helper& helper = slot->second;
+    if (!added) return helper;
+    const Script& script = load(path);
+    helper.script = &script;
+    helper.state.imported.insert(PathEncoding::utf8(path));
+    if (!script.program) return helper;
+    // Once more for the macros and conditions that it leaves behind.
+    (void)preprocessScript(sources_, path, *sources_.text(path), helper.state);
+    const std::vector<Tok>& tokens = script.program->tokens.list;
+    helper.closed = script.program->tokens.closed && script.program->balanced &&
+                    std::none_of(tokens.begin(), tokens.end(), [](const Tok& token) {
+                        return equalsFolded(token.s, kFrameFunction);
+                    });
+    return helper;
+}
+
+// A game has thousands of commands and few helpers. As long as the command's text adds its one
+// function and nothing else, it stands on the helper's program instead of a copy of it.
+void ScriptLibrary::build(Command& command, const Helper& helper, const fs::path& path,
+                          std::string_view text) {
+    Script& script = command.script;
+    PreprocessorState state = helper.state;
+    std::string expanded = preprocessScript(sources_, path, frameText(text), state);
+    script.unsupported = std::move(state.unsupported);
+    Program* const base = helper.script ? helper.script->program.get() : nullptr;
+    script.program = std::make_unique<Program>(lex(expanded), names_, base);
+    const bool stands = base == nullptr || (helper.closed && script.program->functions.size() == 1);
+    if (!stands) {
+        script.program = std::make_unique<Program>(lex(*base->tokens.source + expanded), names_);
+    }
+    if (helper.script != nullptr) command.helperMain = script.program->find("main");
+    command.frame = script.program->find(kFrameFunction);
+}
+
+const Command& ScriptLibrary::command(std::string_view rawHelper, std::string_view text) {
+    key_.assign(rawHelper).append(1, '\0').append(text);
+    const auto known = commands_.find(key_);
+    if (known != commands_.end()) return known->second;
+    Command& command = commands_[key_];
+    if (rawHelper.empty()) {
+        const fs::path path = sources_.paths.root() / kFrameFile;
+        Helper none;
+        none.state.imported.insert(PathEncoding::utf8(path));
+        build(command, none, path, text);
+        return command;
+    }
+    fs::path relative;
+    if (!relativeScriptPath(rawHelper, relative)) {
+        command.script.error = "unsafe animation script path";
+        return command;
+    }
+    const fs::path path = find(rawHelper, relative);
+    const Helper& found = helper(path);
+    if (!found.script->program) {
+        command.script.error = "animation helper not found: " + PathEncoding::utf8(path);
+    }
+    build(command, found, path, text);
+    return command;
+}
+
+}  // namespace port::script

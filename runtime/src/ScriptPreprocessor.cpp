@@ -1,0 +1,374 @@
+#include "ScriptPreprocessor.hpp"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "PathEncoding.hpp"
+#include "ScriptLexer.hpp"
+
+namespace port::script {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMaxPasses = 16;
+// What a complaint weighs against kMaxConsumedText, so that a storm of them ends as well.
+constexpr std::size_t kReportWeight = 64;
+// A longer include is expanded again each time; so many fit below kMaxExpandedText.
+constexpr std::size_t kMaxRemembered = std::size_t{1} << 20U;
+
+// The letters, digits and '_' that `text` begins with.
+std::string_view leadingName(std::string_view text) {
+    std::size_t size = 0;
+    while (size < text.size() && isNamePart(text[size])) ++size;
+    return text.substr(0, size);
+}
+
+// The place behind the string or character constant that begins at `from`.
+std::size_t behindConstant(std::string_view line, std::size_t from) {
+    const char quote = line[from];
+    std::size_t i = from + 1;
+    while (i < line.size() && line[i] != quote) i += line[i] == '\\' ? 2 : 1;
+    return std::min(line.size(), i + 1);
+}
+
+constexpr bool opensConstant(char c) {
+    return c == '"' || c == '\'';
+}
+
+// Copies `line` to `out`, offering every whole identifier outside constants: replace(name, end)
+// appends a substitute and gives the place to go on from, or npos to have the name copied.
+template <typename Replace>
+void copyReplacing(std::string_view line, std::size_t limit, std::string& out, Replace replace) {
+    for (std::size_t i = 0; i < line.size() && out.size() <= limit;) {
+        std::size_t end = i + 1;
+        if (opensConstant(line[i])) {
+            end = behindConstant(line, i);
+        } else if (isNamePart(line[i])) {
+            const std::string_view name = leadingName(line.substr(i));
+            end = i + name.size();
+            // What follows a digit belongs to the number.
+            const std::size_t behind = isDigit(line[i]) ? line.npos : replace(name, end);
+            if (behind != line.npos) {
+                i = behind;
+                continue;
+            }
+        }
+        out += line.substr(i, end - i);
+        i = end;
+    }
+}
+
+std::string replaceObjectMacros(std::string_view line, const Macros& macros, std::size_t limit) {
+    std::string out;
+    copyReplacing(line, limit, out, [&](std::string_view name, std::size_t end) {
+        const auto macro = macros.find(name);
+        if (macro == macros.end()) return line.npos;
+        out += macro->second;
+        return end;
+    });
+    return out;
+}
+
+// For each '(' outside constants the place of its ')', found in one walk so that a line of
+// unclosed calls costs no more than its length.
+std::vector<std::size_t> matchingParens(std::string_view line) {
+    std::vector<std::size_t> match(line.size(), line.npos);
+    std::vector<std::size_t> open;
+    for (std::size_t i = 0; i < line.size();) {
+        if (opensConstant(line[i])) {
+            i = behindConstant(line, i);
+            continue;
+        }
+        if (line[i] == '(') open.push_back(i);
+        if (line[i] == ')' && !open.empty()) {
+            match[open.back()] = i;
+            open.pop_back();
+        }
+        ++i;
+    }
+    return match;
+}
+
+// The arguments between two parentheses, cut at the commas outside inner ones, each trimmed.
+std::vector<std::string_view> splitArguments(std::string_view inside) {
+    std::vector<std::string_view> arguments;
+    std::size_t from = 0;
+    int depth = 0;
+    for (std::size_t i = 0; i < inside.size();) {
+        if (opensConstant(inside[i])) {
+            i = behindConstant(inside, i);
+            continue;
+        }
+        if (inside[i] == '(') ++depth;
+        if (inside[i] == ')') --depth;
+        if (inside[i] == ',' && depth == 0) {
+            arguments.push_back(trimmed(inside.substr(from, i - from)));
+            from = i + 1;
+        }
+        ++i;
+    }
+    arguments.push_back(trimmed(inside.substr(from)));
+    return arguments;
+}
+
+// The body of a call, or nothing if the number of arguments is wrong.
+std::optional<std::string> expandCall(const FunctionMacro& macro, std::string_view inside,
+                                      std::size_t limit) {
+    std::vector<std::string_view> arguments = splitArguments(inside);
+    const bool none = arguments.size() == 1 && arguments[0].empty();
+    if (none && macro.params.empty()) arguments.clear();
+    if (arguments.size() != macro.params.size()) return std::nullopt;
+    Macros bound;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        bound[macro.params[i]] = std::string(arguments[i]);
+    }
+    return replaceObjectMacros(macro.body, bound, limit);
+}
+
+std::string expandFunctionMacros(std::string_view line, const FunctionMacros& macros,
+                                 std::size_t limit) {
+    std::string out;
+    std::vector<std::size_t> match;
+    copyReplacing(line, limit, out, [&](std::string_view name, std::size_t end) {
+        const auto macro = macros.find(name);
+        if (macro == macros.end()) return line.npos;
+        const std::size_t open = line.find_first_not_of(kWhiteSpace, end);
+        if (open == line.npos || line[open] != '(') return line.npos;
+        if (match.empty()) match = matchingParens(line);
+        const std::size_t close = match[open];
+        if (close == line.npos) return line.npos;
+        const std::optional<std::string> body =
+            expandCall(macro->second, line.substr(open + 1, close - open - 1), limit);
+        // A call with a wrong number of arguments is copied whole.
+        const std::size_t from = end - name.size();
+        out += body ? std::string_view(*body) : line.substr(from, close + 1 - from);
+        return close + 1;
+    });
+    return out;
+}
+
+class Preprocessor {
+  public:
+    Preprocessor(ScriptSources& sources, PreprocessorState& state, std::string& out)
+        : sources_(sources), state_(state), out_(out) {}
+
+    void file(const fs::path& path, std::string_view source, std::vector<char>& active, int depth) {
+        if (depth > kMaxIncludeDepth) {
+            report("preprocessor-depth");
+            return append(source);
+        }
+        const Place place{path, active, depth};
+        while (!source.empty() && !state_.full) {
+            const std::size_t end = source.find('\n');
+            const std::string_view line = source.substr(0, end);
+            source.remove_prefix(end == source.npos ? source.size() : end + 1);
+            consume(line.size() + 1);
+            const std::string_view text = trimmed(line);
+            if (text.starts_with('#')) {
+                directive(place, trimmed(text.substr(1)));
+            } else if (active.back() != 0) {
+                copy(line);
+            }
+        }
+    }
+
+  private:
+    struct Place {
+        const fs::path& file;
+        std::vector<char>& active;
+        int depth;
+    };
+    // What an include yielded in a state that it left as it was.
+    struct Remembered {
+        int seen = 0;
+        bool known = false;
+        std::string text;
+        std::vector<std::string> reports;
+    };
+
+    void directive(const Place& place, std::string_view text) {
+        const std::string name = lower(leadingName(text));
+        const std::string_view rest = trimmed(text.substr(name.size()));
+        const bool active = place.active.back() != 0;
+        if (name == "ifdef" || name == "ifndef") {
+            const std::string_view word = leadingName(rest);
+            const bool defined = state_.macros.contains(word) || state_.funcMacros.contains(word);
+            place.active.push_back(active && defined == (name == "ifdef"));
+        } else if (name == "else") {
+            if (place.active.size() < 2) return;
+            place.active.back() = place.active[place.active.size() - 2] != 0 && !active;
+        } else if (name == "endif") {
+            if (place.active.size() > 1) place.active.pop_back();
+        } else if (active && name == "define") {
+            define(rest);
+        } else if (active && (name == "include" || name == "import")) {
+            bringIn(place, name, rest);
+        } else if (active) {
+            report("preprocessor:" + name);
+        }
+    }
+
+    void define(std::string_view rest) {
+        const std::string name(leadingName(rest));
+        if (name.empty()) return;
+        const std::string_view behind = rest.substr(name.size());
+        if (!behind.starts_with('(')) {
+            const std::string_view body = trimmed(behind);
+            return set(state_.macros, name, std::string(body.empty() ? "1" : body));
+        }
+        const std::size_t close = closingParen(behind);
+        if (close == behind.npos) return report("preprocessor-function-macro-malformed:" + name);
+        FunctionMacro macro;
+        for (std::string_view inside = behind.substr(1, close - 1); !inside.empty();) {
+            const std::size_t comma = std::min(inside.find(','), inside.size());
+            const std::string_view parameter = trimmed(inside.substr(0, comma));
+            if (!parameter.empty()) macro.params.emplace_back(parameter);
+            inside.remove_prefix(std::min(comma + 1, inside.size()));
+        }
+        macro.body = trimmed(behind.substr(close + 1));
+        set(state_.funcMacros, name, std::move(macro));
+    }
+
+    static std::size_t closingParen(std::string_view text) {
+        int depth = 0;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            if (text[i] == '(') ++depth;
+            if (text[i] == ')' && --depth == 0) return i;
+        }
+        return text.npos;
+    }
+
+    // A definition given again as it stands changes nothing.
+    template <typename Map, typename Value>
+    void set(Map& map, const std::string& name, Value value) {
+        const auto [slot, added] = map.try_emplace(name);
+        if (!added && slot->second == value) return;
+        slot->second = std::move(value);
+        ++state_.version;
+    }
+
+    void bringIn(const Place& place, const std::string& name, std::string_view raw) {
+        if (raw.size() > 1 && ((raw.front() == '"' && raw.back() == '"') ||
+                               (raw.front() == '<' && raw.back() == '>'))) {
+            raw = raw.substr(1, raw.size() - 2);
+        }
+        fs::path path;
+        if (!sources_.paths.safeScriptPath(place.file, raw, path)) {
+            return report("unsafe-" + name + ":" + std::string(raw));
+        }
+        if (!sources_.paths.exists(path)) {
+            const fs::path unique = sources_.paths.scriptUniqueBasename(raw);
+            if (!unique.empty()) path = unique;
+        }
+        if (name == "import") {
+            if (!state_.imported.insert(PathEncoding::utf8(path)).second) return;
+            ++state_.version;
+        }
+        // A missing file says nothing here: what it would have supplied is reported where it is
+        // called.
+        if (const std::string* text = sources_.text(path))
+            includeText(path, *text, place.depth + 1);
+    }
+
+    // Real include graphs are so dense that walking one without memory takes millions of visits. A
+    // file that changed nothing when it was last brought in yields the same again in the same
+    // state.
+    void includeText(const fs::path& path, const std::string& text, int depth) {
+        Remembered& memory = remembered_[PathEncoding::utf8(path) + '\n' + std::to_string(depth) +
+                                         '\n' + std::to_string(state_.version)];
+        if (memory.known) {
+            append(memory.text);
+            for (const std::string& line : memory.reports) report(line);
+        } else {
+            const std::uint64_t version = state_.version;
+            const std::size_t from = out_.size();
+            const std::size_t reports = state_.unsupported.size();
+            std::vector<char> active{1};
+            file(path, text, active, depth);
+            // Kept from the second time on: most files come once.
+            if (memory.seen++ > 0 && version == state_.version && !state_.full &&
+                out_.size() - from <= kMaxRemembered) {
+                memory.known = true;
+                memory.text = out_.substr(from);
+                memory.reports.assign(
+                    state_.unsupported.begin() + static_cast<std::ptrdiff_t>(reports),
+                    state_.unsupported.end());
+            }
+        }
+        append("\n");
+    }
+
+    void copy(std::string_view line) {
+        append(expandMacros(std::string(line), state_.macros, state_.funcMacros,
+                            kMaxExpandedText - state_.produced));
+        append("\n");
+    }
+
+    void append(std::string_view text) {
+        if (state_.full) return;
+        if (text.size() > kMaxExpandedText - state_.produced) return stop();
+        state_.produced += text.size();
+        out_ += text;
+    }
+
+    void report(std::string complaint) {
+        if (state_.full) return;
+        state_.unsupported.push_back(std::move(complaint));
+        consume(kReportWeight);
+    }
+
+    void consume(std::size_t bytes) {
+        state_.consumed += bytes;
+        if (state_.consumed > kMaxConsumedText && !state_.full) stop();
+    }
+
+    void stop() {
+        state_.full = true;
+        state_.unsupported.emplace_back("preprocessor-size");
+    }
+
+    ScriptSources& sources_;
+    PreprocessorState& state_;
+    std::string& out_;
+    std::unordered_map<std::string, Remembered> remembered_;
+};
+
+}  // namespace
+
+const std::string* ScriptSources::text(const fs::path& path) {
+    const auto [slot, added] = sourceCache_.try_emplace(PathEncoding::utf8(path));
+    Source& source = slot->second;
+    if (added) {
+        std::error_code ignored;
+        std::ifstream in;
+        if (fs::is_regular_file(path, ignored)) in.open(path, std::ios::binary);
+        source.readable = in.is_open();
+        if (in) source.text.assign(std::istreambuf_iterator<char>(in), {});
+    }
+    return source.readable ? &source.text : nullptr;
+}
+
+std::string preprocessScript(ScriptSources& sources, const fs::path& file, std::string_view source,
+                             PreprocessorState& state, int depth) {
+    std::string out;
+    Preprocessor(sources, state, out).file(file, source, state.active, depth);
+    return out;
+}
+
+std::string expandMacros(std::string line, const Macros& macros, const FunctionMacros& funcMacros,
+                         std::size_t limit) {
+    for (int pass = 0; pass < kMaxPasses && line.size() <= limit; ++pass) {
+        std::string next = expandFunctionMacros(line, funcMacros, limit);
+        next = replaceObjectMacros(next, macros, limit);
+        if (next == line) break;
+        line = std::move(next);
+    }
+    return line;
+}
+
+}  // namespace port::script

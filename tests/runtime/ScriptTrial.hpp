@@ -1,0 +1,97 @@
+#pragma once
+
+// Small scripts and what they say: a host whose function say() notes its arguments.
+
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ScriptVM.hpp"
+#include "ScriptValue.hpp"
+#include "TempFolder.hpp"
+
+namespace port::script {
+
+// A value with its kind: 1, 'text', true, @7 (a handle), [array], nil.
+inline std::string spelled(const ScriptValue& value) {
+    if (value.index() == 0) return "nil";
+    if (value.index() == 2) return "'" + str(value) + "'";
+    if (value.index() == 3) return truth(value) ? "true" : "false";
+    if (value.index() == 4) return "@" + str(value);
+    return str(value);
+}
+
+class Listener : public ScriptHost {
+  public:
+    ScriptValue callScriptFunction(const std::string& name, const std::vector<ScriptValue>& args,
+                                   ScriptContext& context,
+                                   std::vector<std::string>& unsupported) override {
+        if (name != "say") return other(name, args, context, unsupported);
+        for (const ScriptValue& arg : args) {
+            if (!said.empty()) said += ' ';
+            said += spelled(arg);
+        }
+        return args.empty() ? ScriptValue() : args[0];
+    }
+    virtual ScriptValue other(const std::string& name, const std::vector<ScriptValue>&,
+                              ScriptContext&, std::vector<std::string>& unsupported) {
+        unsupported.push_back(name);
+        return {};
+    }
+
+    std::string said;
+};
+
+// A game of scripts, one machine and one actor.
+class Trial {
+  public:
+    Trial() {
+        vm.setRoot(folder.path());
+        vm.setHost(&host);
+    }
+
+    // Runs a whole script, as a file of its own.
+    ScriptRunResult script(std::string_view text, std::string_view function = "main") {
+        const std::string name = "trial" + std::to_string(count_++) + ".c";
+        folder.write(name, text);
+        return vm.runFile(name, context, function);
+    }
+    // The body of a main function.
+    ScriptRunResult body(std::string_view text) {
+        return script("void main() {\n" + std::string(text) + "\n}\n");
+    }
+
+    tindrel::test::TempFolder folder;
+    ScriptVM vm;
+    Listener host;
+    ScriptContext context;
+
+  private:
+    int count_ = 0;
+};
+
+// A body or a whole script, what it says, and the error that ends it.
+struct ScriptCase {
+    const char* text;
+    const char* said;
+    const char* error = "";
+};
+
+inline std::ostream& operator<<(std::ostream& out, const ScriptCase& row) {
+    return out << row.text;
+}
+
+}  // namespace port::script
+
+// Runs each row in a trial of its own. A row that defines main itself is a whole script.
+#define EXPECT_SCRIPTS(rows)                                                              \
+    for (const port::script::ScriptCase& row : rows) {                                    \
+        SCOPED_TRACE(row.text);                                                           \
+        port::script::Trial trial;                                                        \
+        const bool whole = std::string_view(row.text).find("main(") != std::string::npos; \
+        const auto result = whole ? trial.script(row.text) : trial.body(row.text);        \
+        EXPECT_EQ(trial.host.said, row.said);                                             \
+        EXPECT_EQ(result.error, row.error);                                               \
+        EXPECT_EQ(result.ok, std::string_view(row.error).empty());                        \
+    }
