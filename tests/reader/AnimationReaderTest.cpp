@@ -160,6 +160,7 @@ constexpr const char* kAttackSettings =
 
 TEST(AnimationReader, AttackSettingsHoldUntilTheNextAttackLine) {
     const AttackBoxDef set = frame(kAttackSettings).attack;
+    EXPECT_EQ(frame("jugglecost -3").attack.juggleCost, 0);
     EXPECT_EQ(set.forceDirection, -2);
     EXPECT_EQ(set.guardCost, 2);
     EXPECT_EQ(set.juggleCost, 3);
@@ -339,6 +340,7 @@ TEST(AnimationReader, ReadsAnimationNumbers) {
     expectFields<std::int32_t>({
         {"loop 1 -2 5", &A::loopStart, 0},
         {"loop 1 2 5\nloop 1", &A::loopEnd, 5},
+        {"energycost -5 9", &A::energyCost, 0},
         {"energycost -5 9", &A::energyMode, 2},
         {"mpcost 5 1 1\nmpcost 6", &A::energyMode, 0},
         {"mpcost 5 1 1\nmpcost 6", &A::energyDisable, 0},
@@ -361,6 +363,7 @@ TEST(AnimationReader, ReadsAnimationNumbers) {
         {"tossframe 2", &A::tossFrame, 2},
         {"weaponframe 2 3", &A::weaponIndex, 3},
         {"followanim 2", &A::followAnim, 2},
+        {"followanim -1", &A::followAnim, 0},
         {"followcond 2", &A::followCond, 2},
         {"followcond 2\nfollowcond -1", &A::followCond, 0},
         {"counterframe 4 1", &A::counterStart, -1},
@@ -391,6 +394,7 @@ TEST(AnimationReader, ReadsAnimationNumbers) {
         {"loop 1", &A::loop, true},
         {"loop 1\nloop 0", &A::loop, false},
         {"attackone 1", &A::attackOne, true},
+        {"attackone 1\nattackone 0", &A::attackOne, false},
         {"counterframe 4 1 0", &A::counterTakesDamage, false},
         {"counterrange 1 2 0 x", &A::counterTakesDamage, true},
         {"rangea 1 2", &A::hasRangeA, true},
