@@ -81,7 +81,7 @@ class Bramble(Person):
     near_shoulder, far_shoulder = (-6.5, 2.5), (6.5, 1.5)
     near_hip, far_hip = (-4.5, -1.0), (4.0, -1.0)
     upper, fore = 11.5, 12.0
-    reach = 1.08
+    reach, girth = 1.08, 4.0
     foot = (9.0, 3.4)
 
     def draw_back(self, c, j):
@@ -182,6 +182,7 @@ class Juniper(Person):
     upper, fore = 10.5, 10.8
     foot = (11.0, 3.0)
     scarf_len = 24
+    girth = 4.0
 
     def draw_back(self, c, j):
         t, q, R = j["trunk"], j["q"], self.ramps
@@ -297,7 +298,8 @@ class Nib(Person):
 
     def draw_back(self, c, j):
         t, q = j["trunk"], j["q"]
-        pts = [(-6, 0), (-14, 4 + q["tail"] * 0.2), (-21, 2 + q["tail"] * 0.5), (-26, -6 + q["tail"])]
+        k = 1 - 0.5 * j["flat"]
+        pts = [(-6, 0), (-14 * k, 4 + q["tail"] * 0.2), (-21 * k, 2 + q["tail"] * 0.5), (-26 * k, -6 + q["tail"])]
         shapes = []
         for (ax, ay), (bx, by), r in zip(pts, pts[1:], (2.4, 1.9, 1.4)):
             shapes.append((t.cap(ax, ay, r, bx, by, r - 0.5), self.ramps["skin"]))
@@ -319,10 +321,14 @@ class Nib(Person):
     def dress_arm(self, c, j, side, f):
         s, e = j["sh" + side], j["el" + side]
         dx, dy = e[0] - s[0], e[1] - s[1]
-        for k in (0.05, 0.5, 0.95):
+        n = math.hypot(dx, dy) or 1
+        ux, uy = dx / n, dy / n
+        for k in (-0.08, 0.42, 0.92):
             x, y = s[0] + dx * k, s[1] + dy * k
-            c.group([(Capsule(x, y, 4.4, x + dx * 0.14, y + dy * 0.14, 4.4), self.ramps["stripe"])],
-                    outline=0, only=(9,), lift=0.02 if side == "n" else -0.1)
+            band = [(x - uy * 6, y + ux * 6), (x + uy * 6, y - ux * 6),
+                    (x + uy * 6 + ux * 2.2, y - ux * 6 + uy * 2.2), (x - uy * 6 + ux * 2.2, y + ux * 6 + uy * 2.2)]
+            c.group([(Poly(band, 3, smooth=False), self.ramps["stripe"])], outline=0, only=(9,),
+                    lift=0.06 if side == "n" else -0.1)
 
     def leg_looks(self, side):
         return {"thigh": "trousers", "shin": "trousers", "foot": "skin"}
@@ -363,12 +369,14 @@ class Magda(Person):
     thigh_r, knee_r, ankle_r = 5.0, 2.6, 1.8
     shoulder_r, elbow_r, wrist_r, hand_r = 4.2, 3.6, 2.8, 3.2
     foot = (8.5, 2.6)
+    girth = 4.0
 
     def draw_back(self, c, j):
         t, q, R = j["trunk"], j["q"], self.ramps
         a = q["tail"] * 0.5
-        for k, (dx, dy) in enumerate(((-27, 9), (-31, 4), (-29, -1))):
-            c.group([(t.poly([(-4, -4), (-16, 0 + dy * 0.3 + a * 0.4), (dx, dy + a), (dx + 2, dy + 4 + a), (-15, 5 + dy * 0.3 + a * 0.4), (-5, 1)], 3),
+        fold = 1 - 0.55 * j["flat"]             # she lies on it
+        for k, (dx, dy) in enumerate(((-27 * fold, 9), (-31 * fold, 4), (-29 * fold, -1))):
+            c.group([(t.poly([(-4, -4), (-16 * fold, 0 + dy * 0.3 + a * 0.4), (dx, dy + a), (dx + 2, dy + 4 + a), (-15 * fold, 5 + dy * 0.3 + a * 0.4), (-5, 1)], 3),
                       R["sheen" if k == 1 else "fur"])])
 
     def draw_torso(self, c, j):
@@ -430,7 +438,7 @@ class Tubb(Person):
     near_shoulder, far_shoulder = (-10.0, 7.0), (9.0, 5.0)
     near_hip, far_hip = (-7.0, 0.0), (7.0, 0.0)
     foot = (12.0, 3.6)
-    reach = 1.22
+    reach, girth = 1.22, 13.0
 
     def draw_torso(self, c, j):
         t, R = j["trunk"], self.ramps
@@ -502,7 +510,7 @@ class Baron(Person):
     near_shoulder, far_shoulder = (-14.0, 6.0), (13.0, 4.0)
     near_hip, far_hip = (-8.0, 0.0), (8.0, 0.0)
     foot = (13.0, 5.0)
-    unit, reach = 1.35, 1.2
+    unit, reach, girth = 1.35, 1.2, 12.0
 
     def draw_back(self, c, j):
         t, q, R = j["trunk"], j["q"], self.ramps

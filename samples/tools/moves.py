@@ -70,7 +70,7 @@ def run(base, n=8):
 
 def lie(base, rot=-84, **over):
     p = pose(base, rot=rot, hang=1, lean=-6, head=-8, y=-15, x=2, face="p", ln=(-2, 3, 10), lf=(5, 5, 10),
-             hn=(8, 8), hf=(12, 12), en=-1, ef=-1, ear=30, sway=0, fn="open", ff="open")
+             hn=(8, 8), hf=(12, 12), en=-1, ef=-1, ear=-34, sway=0, fn="open", ff="open")
     p.update(over)
     return p
 
@@ -211,9 +211,9 @@ def crew():
     h = pose(light, x=-2, y=3, lean=-36, head=24, lf=(30, 40, 78), ln=(-6, 0, 0), hn=(-8, -8), hf=(9, 0), face="a", ear=-24, sway=-12,
              fx=(("arc", 2, 34, 42, -50, 34, 9),))
     m["attack3"] = [w, h, pose(h, fx=(), lf=(26, 34, 60)), blend(h, light, 0.6)]
-    flip = [pose(light, hang=1, y=6, rot=r, lean=22, ln=(-2, 14, 0), lf=(6, 15, 0), hn=(2, -10), hf=(6, -10), ear=30, sway=12, face="a")
+    flip = [pose(light, hang=1, y=18, rot=r, lean=22, ln=(-2, 14, 0), lf=(6, 15, 0), hn=(2, -10), hf=(6, -10), ear=30, sway=12, face="a")
             for r in (-30, -110, -190, -270)]
-    kick = pose(light, hang=1, y=7, rot=-36, lean=-8, lf=(22, 15, 60), ln=(0, 8, 0), hn=(-8, 6), hf=(-2, 8), face="a", ear=-30, sway=-14,
+    kick = pose(light, hang=1, y=10, rot=-36, lean=-8, lf=(22, 15, 60), ln=(0, 8, 0), hn=(-8, 6), hf=(-2, 8), face="a", ear=-30, sway=-14,
                 fx=(("arc", 0, 30, 42, -70, 60, 11),))
     m["attack4"] = [pose(light, y=-9, lean=24, hn=(-2, -14), hf=(4, -14), ear=-8), kick, flip[1], flip[2], flip[3],
                     pose(light, y=-8, lean=20, hn=(0, -14), hf=(8, -14), ear=14)]
@@ -239,7 +239,7 @@ def crew():
     h = pose(wide, y=-6, x=6, lean=36, hn=(20, -10), hf=(17, -10), face="a", fx=(("arc", 4, 28, 44, 130, -20, 11),))
     m["attack2"] = [pose(w, y=-3, lean=6, hn=(8, -4), hf=(10, -4)), w, h, pose(h, fx=()), blend(h, wide, 0.6)]
     out["tubb"] = m
-    big = pose(stance, lean=2, ln=(-11, 0, 0), lf=(11, 0, 0), hn=(7, -13), hf=(9, -9), prop="mace", pa=74)
+    big = pose(stance, lean=2, ln=(-11, 0, 0), lf=(11, 0, 0), hn=(1, -14), hf=(9, -9), prop="mace", pa=122)
     m = common(big)
     m["walk"] = walk(big, 8, stride=10, height=5, bob=1.4, lean=3, swing=0)
     w = pose(big, x=-5, lean=-18, head=6, hn=(-6, 12), pa=136, hf=(11, -6), face="n")

@@ -70,9 +70,9 @@ def steam(p, x, y, n, spread, c=(255, 244, 226), seed=1, k0=0.5):
 def row_view(panel=None, shift=0):
     p = Paint(W, H, (0, 0, 0))
     over(p, street.sky(), -60, 0)
-    over(p, street.towers(), -20, 26)
-    over(p, street.roofs(), 0, 26)
-    over(p, street.roofs(), 438, 26)
+    over(p, street.towers(), -20, -18)
+    over(p, street.roofs(), 0, 14)
+    over(p, street.roofs(), 438, 14)
     if panel:
         over(p, panel, shift, 0)
     return p

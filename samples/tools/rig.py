@@ -95,6 +95,7 @@ class Puppet:
     neck = 10.0
     unit = 1.0
     reach = 1.0
+    girth = 0.0                                 # how high the pelvis lies when the body is flat
 
     def __init__(self):
         self.palette = [(255, 0, 255)]
@@ -130,12 +131,13 @@ class Puppet:
     def solve(self, q):
         ox, oy = self.origin
         u = self.unit
-        px, py = ox + q["x"] * u, oy - (self.hip + q["y"] * u)
         rot = q["rot"]
+        flat = min(1.0, abs(rot) / 80) if q["hang"] and abs(rot) < 100 else 0.0
+        px, py = ox + q["x"] * u, oy - (self.hip + q["y"] * u) - self.girth * flat
         body = Frame(px, py, rot)
         lean = q["lean"]
         trunk = Frame(px, py, rot + lean)
-        j = {"body": body, "trunk": trunk, "q": q}
+        j = {"body": body, "trunk": trunk, "q": q, "flat": flat}
         for side, shoulder, hip in (("n", self.near_shoulder, self.near_hip), ("f", self.far_shoulder, self.far_hip)):
             hx, hy = trunk.p(hip[0], hip[1])
             fx, fy, toe = q["l" + side]

@@ -12,14 +12,15 @@ BASE, KERB, ROAD = 168, 176, 181        # where walls end, the kerb begins, the 
 
 def sky():
     p = Paint(560, 190, seed=4)
-    p.vertical(DUSK)
+    p.vertical(DUSK, 0, 136)
+    p.rect(0, 136, 560, 54, DUSK[-1][1])
     r = random.Random(11)
     for _ in range(70):                     # stars, only high up
         x, y = r.randrange(560), int(r.random() ** 2 * 80)
         p.dot(x, y, mix(p.at(x, y), (255, 250, 230), 0.35 + r.random() * 0.5))
-    p.glow(400, 176, 240, 120, (110, 60, 20), 0.9)
+    p.glow(400, 120, 240, 90, (70, 40, 14), 0.9)
     for n in range(9):                      # long clouds, lit from below
-        cx, cy, w = r.randrange(560), 40 + n * 13 + r.randrange(8), 60 + r.randrange(110)
+        cx, cy, w = r.randrange(560), 22 + n * 10 + r.randrange(8), 60 + r.randrange(110)
         for k in range(7):
             ex, ey, rx = cx + r.randrange(-w // 2, w // 2), cy + r.randrange(-2, 3), 14 + r.randrange(26)
             for y in range(int(ey - 4), int(ey + 5)):
@@ -98,10 +99,10 @@ def roofs():
         cx = x + int(w * 0.6)
         p.rect(cx, apex - 14, 8, 18, hexa("4c2c48"), hexa("382444"))
         p.rect(cx - 1, apex - 16, 10, 3, hexa("7c4860"))
-        for k in range(7):
-            d = 3 + k * 0.9
-            sx, sy = cx + 4 + math.sin(k * 0.9) * 3 + k * 2, apex - 20 - k * 5
-            p.ellipse(sx, sy, d, d * 0.7, mix(hexa("a06a88"), hexa("74508c"), k / 7))
+        for k in range(6):
+            d = 2.4 - k * 0.25
+            sx, sy = cx + 4 + math.sin(k * 1.1) * 2 + k * 1.2, apex - 19 - k * 3
+            p.ellipse(sx, sy, d, d * 0.8, mix(hexa("8c5c80"), hexa("5c4080"), k / 6))
         windows(p, x + 2, top + 4, w - 4, 80, r, hexa("241a38"), 0.5, (11, 15))
         x += w - 2
     return p
@@ -534,8 +535,10 @@ def front():
         for (ax, ay), (bx, by) in zip(points, points[1:]):
             if abs(by - ay) < abs(bx - ax) * 3:
                 p.line(ax, ay, bx, by, rim)
-    edge([(40, 272), (40, 252), (96, 252), (96, 272)])
-    edge([(60, 252), (60, 238), (92, 238), (92, 252)])
+    edge([(34, 272), (34, 259), (98, 259), (98, 272)])
+    edge([(56, 259), (58, 249), (90, 249), (92, 259)])
+    for x in (40, 52, 78):
+        p.line(x, 260, x, 272, hexa("2a1c30"))
     edge([(430, 272), (436, 258), (560, 258), (566, 272)])
     p.ellipse(500, 254, 16, 9, dark)
     p.ellipse(515, 246, 7, 6, dark)
