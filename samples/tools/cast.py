@@ -2,7 +2,7 @@
 import math
 
 from raster import Capsule, Ellipse, Poly
-from rig import Frame, Puppet
+from rig import Puppet
 
 # From ink to highlight: shadows lean to violet, lights to yellow.
 TONES = {

@@ -2,8 +2,8 @@
 import math
 import random
 
-from painting import Paint, hexa, mix, steps
-from street import awning, brick, lantern, planks, sign_board, teapot, tiles, windows
+from painting import Paint, hexa, mix
+from street import brick, lantern, planks, sign_board, teapot, tiles, windows
 
 NIGHT = [(0.0, hexa("070b22")), (0.35, hexa("10204a")), (0.7, hexa("2a4a80")), (0.9, hexa("5c86a8")), (1.0, hexa("8cb4bc"))]
 EDGE, FLOOR = 166, 178

@@ -1,7 +1,7 @@
 """Key poses and the in-betweens of every animation."""
 import math
 
-from rig import REST, blend, pose
+from rig import blend, pose
 
 
 def tween(*keys):

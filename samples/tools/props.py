@@ -1,7 +1,7 @@
 """Things: what hands hold, what lies on the street, what flies and bursts."""
 import math
 
-from raster import BAYER, Canvas, Capsule, Ellipse, Poly
+from raster import BAYER, Canvas, Ellipse
 from rig import Frame
 
 

@@ -93,7 +93,7 @@ class Take:
                 st[m][1], st[m][0] = st[m][0], y
                 v += y * w
             e = min(1.0, k * 14) * min(1.0, (1 - k) * 5)
-            self.s[a + i] += amp * e * math.tanh(v * 1.6)
+            self.s[a + i] += amp * e * math.tanh(v * 0.45)
         return self
 
     def echo(self, delay, level):
@@ -146,7 +146,7 @@ def play(save):
     for k, f in enumerate((523, 659, 784, 1047)):
         t.ring(0.5, ((f, 1, 1), (f * 2, .4, .6), (f * 3, .15, .4)), 0.14, k * 0.07)
     put("eat", t, 22050, 16, 0.6)
-    put("take", Take(0.4, 22050, 18).ring(0.5, metal, 0.1).sweep(0.4, 400, 1200, 0.16, 0.1), 22050, 8, 0.6)
+    put("take", Take(0.4, 22050, 18).ring(0.5, metal, 0.1).sweep(0.4, 400, 1200, 0.16, 0.1), 22050, 8, 0.6, stereo=0.005)
     put("throw", Take(0.3, 22050, 19).whoosh(1, 0.28, 900, 3600).ring(0.12, ((2600, 1, 1),), 0.1), 22050, 8, 0.65)
     put("steam", Take(0.9, 22050, 20).noise(1, 0.35, 0.9, attack=0.05, high=0.35).whoosh(0.5, 0.8, 3000, 5200), 22050, 8, 0.6)
     put("boom", Take(1.1, 22050, 21).noise(1, 0.22, 0.12, attack=0.004).sweep(1.1, 120, 28, 0.9, 0.3, shape=0.4).noise(0.4, 0.05, 0.8), 22050, 16, 0.9)
@@ -154,7 +154,7 @@ def play(save):
     put("whistle", Take(0.7, 22050, 23).sweep(0.5, 900, 2100, 0.25, 1).sweep(0.5, 2100, 2050, 0.4, 0.3, 0.25).noise(0.2, 0.4, 0.9, high=0.5), 22050, 16, 0.5)
     put("select", Take(0.4, 22050, 24).ring(0.5, ((784, 1, 1), (1568, .4, .5)), 0.08).ring(0.5, ((1175, 1, 1), (2350, .4, .5)), 0.14, 0.08), 22050, 16, 0.6)
     # Voices
-    def say(name, seconds, pitch, vowels, rate=22050, bits=8, rough=0.02, breath=0.06, seed=30, peak=0.75):
+    def say(name, seconds, pitch, vowels, rate=22050, bits=8, rough=0.02, breath=0.06, seed=30, peak=0.6):
         put(name, Take(seconds + 0.03, rate, seed).voice(1, seconds, pitch, vowels, rough=rough, breath=breath), rate, bits, peak)
     say("bramble_hup", 0.2, [150, 190, 130], [OH, AH, AH])
     say("bramble_hah", 0.34, [140, 230, 150], [AH, AH, EH], breath=0.12)

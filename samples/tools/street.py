@@ -2,7 +2,7 @@
 import math
 import random
 
-from painting import Paint, hexa, mix, steps
+from painting import Paint, hexa, mix
 
 DUSK = [(0.0, hexa("1c1a44")), (0.28, hexa("3a2a66")), (0.52, hexa("7a3f7e")), (0.72, hexa("c65c74")), (0.88, hexa("f09060")), (1.0, hexa("ffcf7c"))]
 LAMP = (255, 176, 84)

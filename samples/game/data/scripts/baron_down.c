@@ -11,5 +11,10 @@ void main()
 		setspawnentry("coords", getentityproperty(self, "x") - 50 + i * 20, getentityproperty(self, "z") + (i % 3) * 4, 0);
 		spawn();
 	}
+	// The stage would be over at once; an unseen guest keeps it open a while.
+	clearspawnentry();
+	setspawnentry("name", "Curtain");
+	setspawnentry("coords", 0 - 400, getentityproperty(self, "z"), 0);
+	spawn();
 	setglobalvar("baron_beaten", 1);
 }
