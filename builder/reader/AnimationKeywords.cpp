@@ -97,7 +97,7 @@ constexpr ModelKeyword kAnimationKeywords[] = {
     {{"counterframe"}, 3, setFields<Each<Int<&A::counterStart, 0, kNotNegative>, Int<&A::counterEnd, 0, kNotNegative>>, Int<&A::counterCond, 0, kNotNegative>, Flag<&A::counterTakesDamage, 1>>},
     {{"counterrange"}, 4, setCounterRange},
     {{"hitfx"}, 1, setFields<Path<&A::hitFx>>},
-    {{"hitflash", "attack.effect.hit.flash.model"}, 1, setFields<Each<Text<&A::hitFlash>, Text<&FrameDef::hitFlash>>>},
+    {{"hitflash", "attack.effect.hit.flash.model"}, 1, setFields<Each<Text<&A::hitFlash>, StickyText<&FrameDef::hitFlash>>>},
 
     // Projectiles, weapons and children.
     {{"throwframe", "shootframe", "pshotframe"}, 1, setFields<Int<&A::throwFrame, -1>, Int<&A::projectileOffsetY, 70>>},

@@ -250,7 +250,7 @@ constexpr ModelKeyword kFrameKeywords[] = {
     {{"forcedirection"}, 1, setFields<Int<&Attack::forceDirection, 0, Range{-2, 2}>>},
     {{"pausetime", "attack.reaction.pause.time"}, 1, setFields<Each<Int<&F::pauseTime>, Int<&Attack::pauseTime>>>},
     {{"noflash", "attack.effect.hit.flash.disable"}, 1, setFields<Int<&Attack::noFlash>>},
-    {{"blockflash", "attack.effect.block.flash.model"}, 1, setFields<Text<&F::blockFlash>>},
+    {{"blockflash", "attack.effect.block.flash.model"}, 1, setFields<StickyText<&F::blockFlash>>},
     {{"guardcost", "attack.block.cost"}, 1, setFields<Int<&Attack::guardCost>>},
     {{"noblock", "attack.block.penetrate"}, 1, setFields<Int<&Attack::penetration>>},
     {{"jugglecost"}, 1, setFields<Int<&Attack::juggleCost, 0, kNotNegative>>},

@@ -143,6 +143,16 @@ struct Text {
     static void read(ModelParser& parser, std::string_view token) { of(parser, Member) = token; }
 };
 
+// A name that every later frame copies. One longer than any name is passed over, as it would take
+// its length once for each frame.
+inline constexpr std::size_t kMaxStickyName = 1024;
+template <auto Member>
+struct StickyText {
+    static void read(ModelParser& parser, std::string_view token) {
+        if (token.size() <= kMaxStickyName) of(parser, Member) = token;
+    }
+};
+
 template <auto Member>
 struct Path {
     static void read(ModelParser& parser, std::string_view token) {

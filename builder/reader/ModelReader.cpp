@@ -42,6 +42,10 @@ const KeywordIndex& keywordIndex() {
     return index;
 }
 
+// What the script ahead of the first animation may take in all copies of one model. Beyond it no
+// animation gets one: no hand writes that, and long blocks times many animations would not end.
+constexpr std::size_t kMaxCopiedScriptBytes = 64U << 20U;
+
 // "attack7": the digits that are glued on; empty when it is another word.
 std::string_view attackNumber(std::string_view key) {
     constexpr std::string_view kAttack = "attack";
@@ -166,8 +170,10 @@ ModelDef parseModel(const TextFile& file, std::string_view stem) {
     ModelParser parser;
     for (const TextLine& line : file) readLine(parser, line);
     ModelDef& model = parser.model;
-    for (AnimationDef& animation : model.animations) {
-        animation.inlineScript.insert(0, parser.modelScript);
+    if (parser.modelScript.size() <= kMaxCopiedScriptBytes / (model.animations.size() + 1)) {
+        for (AnimationDef& animation : model.animations) {
+            animation.inlineScript.insert(0, parser.modelScript);
+        }
     }
     if (model.name.empty()) model.name = stem;
     return std::move(model);

@@ -47,7 +47,7 @@ class TextFile {
 
 // The file's lines. One that cannot be opened, is no regular file or holds more than
 // kMaxTextFileBytes has none.
-inline constexpr std::uintmax_t kMaxTextFileBytes = 256ULL << 20U;
+inline constexpr std::uintmax_t kMaxTextFileBytes = 64ULL << 20U;
 [[nodiscard]] TextFile readTextLines(const std::filesystem::path& path);
 
 // The whole file as bytes under the same conditions; empty otherwise.

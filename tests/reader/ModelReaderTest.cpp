@@ -482,5 +482,22 @@ TEST_F(ModelRegistry, WithoutAUsableRegistryEveryEntityFileIsAModel) {
     EXPECT_FALSE(models[0].globalNoCost);
 }
 
+// What one line says for all that follow must not be multiplied without bound.
+TEST(ModelReader, CopiesOfHostileTextStayBounded) {
+    std::string text = "@script\n" + std::string(1U << 20U, 'x') + "\n@end_script\n";
+    for (int i = 0; i < 200; ++i) text += "anim a\n";
+    const ModelDef scripts = parseModel(TextFile(text), "m");
+    ASSERT_EQ(scripts.animations.size(), 200U);
+    EXPECT_TRUE(scripts.animations.back().inlineScript.empty());
+
+    const std::string longName(2000, 'n');
+    const ModelDef names =
+        parseModel(TextFile("anim a\nhitflash fine\nblockflash fine\nhitflash " + longName +
+                            "\nblockflash " + longName + "\nframe f\n"),
+                   "m");
+    EXPECT_EQ(names.animations[0].frames[0].hitFlash, "fine");
+    EXPECT_EQ(names.animations[0].frames[0].blockFlash, "fine");
+}
+
 }  // namespace
 }  // namespace tindrel
