@@ -1,9 +1,6 @@
-// Level script of the docks: the rain on the water, as a sound that goes on.
+// Level script of the docks: it rains. updated.c plays the sample again and again.
 void main()
 {
-	void rain = loadsample("data/sounds/rain.wav");
-	if(rain >= 0){
-		playsample(rain, 0, 60, 60, 100, 1);
-	}
+	setglobalvar("rain", loadsample("data/sounds/rain.wav"));
 	setglobalvar("baron_beaten", 0);
 }

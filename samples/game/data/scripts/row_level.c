@@ -3,5 +3,6 @@ void main()
 {
 	setglobalvar("buttons", 0);
 	setglobalvar("combo", 0);
+	setglobalvar("rain", -1);
 	log("Kettle Row, " + getlevelproperty("width") + " paces long.");
 }
