@@ -126,7 +126,7 @@ def title():
     c.group([(Ellipse(ox + 5 * u, 17, 13, 3.4), [1, 2, 3, 4, 5]), (Ellipse(ox + 5 * u, 12.5, 3, 2.8), [1, 2, 3, 4, 5])])
     p.blit(c, [(0, 0, 0)] + ramp, 0, 0)
     steam(p, ox + 5 * u, 8, 9, 6, seed=3, k0=0.7)
-    p.text("A BREW IN FIVE ROUNDS", 226, 60, hexa("ffe0a8"), 1, shadow=(20, 10, 24))
+    p.text("A BREW IN TWO ROUNDS", 232, 60, hexa("ffe0a8"), 1, shadow=(20, 10, 24))
     return p
 
 
