@@ -78,12 +78,12 @@ struct Obstacle {
 class HtmlReport {
   public:
     HtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
-               const fs::path& reportsFolder, bool besideAssets)
+               const fs::path& reportsFolder, PageLinks pageLinks)
         : project_(project),
           analysis_(analysis),
           game_(game),
           assets_(project, game),
-          links_(project, linkBase(project, reportsFolder, besideAssets)),
+          links_(project, linkBase(project, reportsFolder, pageLinks)),
           out_(reportsFolder / "index.html") {
         if (project.hasData) missing_ = findMissingFiles(game, assets_);
         for (const MissingGroup& group : missing_) missingTotal_ += group.total;
@@ -127,8 +127,9 @@ class HtmlReport {
 
   private:
     static fs::path linkBase(const ProjectScan& project, const fs::path& reportsFolder,
-                             bool besideAssets) {
-        if (besideAssets) return "../assets/openbor-data";
+                             PageLinks pageLinks) {
+        if (pageLinks == PageLinks::kPortAssets) return "../assets/openbor-data";
+        if (pageLinks == PageLinks::kNone) return {};
         return canonicalOrAbsolute(project.dataDir)
             .lexically_relative(canonicalOrAbsolute(reportsFolder));
     }
@@ -570,8 +571,8 @@ class HtmlReport {
 }  // namespace
 
 void writeHtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
-                     const fs::path& reportsFolder, bool besideAssets) {
-    HtmlReport(project, analysis, game, reportsFolder, besideAssets).write();
+                     const fs::path& reportsFolder, PageLinks pageLinks) {
+    HtmlReport(project, analysis, game, reportsFolder, pageLinks).write();
 }
 
 }  // namespace tindrel

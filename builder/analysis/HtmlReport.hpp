@@ -10,11 +10,13 @@
 
 namespace tindrel {
 
-// Writes index.html, one page without scripts, into `reportsFolder`, which must exist. Its
-// pictures and links lead to "../assets/openbor-data" with `besideAssets`, for the reports of a
-// port; otherwise to the project's data folder by a relative path, or nowhere where there is none.
-// Throws ("write") for a full disk.
+// Where the page's pictures and links lead: the assets of the port that the reports stand in, the
+// project's data folder by a relative path, or nowhere, for a game that is unpacked only meanwhile.
+enum class PageLinks { kPortAssets, kDataFolder, kNone };
+
+// Writes index.html, one page without scripts, into `reportsFolder`, which must exist. Throws
+// ("write") for a full disk.
 void writeHtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
-                     const std::filesystem::path& reportsFolder, bool besideAssets);
+                     const std::filesystem::path& reportsFolder, PageLinks pageLinks);
 
 }  // namespace tindrel

@@ -8,7 +8,6 @@
 #include <string>
 #include <string_view>
 
-#include "analysis/HtmlReport.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ExitCodes.hpp"
 #include "driver/OutputNames.hpp"
@@ -135,8 +134,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
     GameReader game(scan.dataDir, scan.root);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     const SelectionName name = nameSelection(selection);
-    writeReportFolder(scan, analysis, game, name.beside(kReportsSuffix), ReportPlace::kElsewhere);
-    writeHtmlReport(scan, analysis, game, name.beside(kReportsSuffix), false);
+    writeReportFolder(scan, analysis, game, name.beside(kReportsSuffix), pageLinks(prepared));
     if (!dialogs.askYesNo("Analise concluida", analysisText(selection, prepared, analysis),
                           DialogStyle::kQuestion)) {
         return kSuccess;
@@ -155,8 +153,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
         return kSuccess;
     }
     generatePort(scan, analysis, game, output);
-    writeReportFolder(scan, analysis, game, output / "reports", ReportPlace::kPort);
-    writeHtmlReport(scan, analysis, game, output / "reports", true);
+    writeReportFolder(scan, analysis, game, output / "reports", PageLinks::kPortAssets);
     const int code = packagePort(output, console);
     writeStatus(output, code);
     if (dialogs.askYesNo("Port concluido", closingText(output, code), DialogStyle::kInformation)) {

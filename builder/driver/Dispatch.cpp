@@ -7,7 +7,6 @@
 #include <ostream>
 #include <string_view>
 
-#include "analysis/HtmlReport.hpp"
 #include "analysis/ParityAudit.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ConsoleSummaries.hpp"
@@ -67,8 +66,7 @@ int runAnalyze(const Run& run) {
     printCompatibilitySummary(out, run.analysis);
     const fs::path folder =
         run.folder ? *run.folder : defaultReportsFolder(run.input, run.prepared);
-    writeReportFolder(run.scan, run.analysis, run.game, folder, ReportPlace::kElsewhere);
-    writeHtmlReport(run.scan, run.analysis, run.game, folder, false);
+    writeReportFolder(run.scan, run.analysis, run.game, folder, pageLinks(run.prepared));
     out << "Wrote " << displayPath(folder / "analysis.json") << '\n'
         << "Wrote " << displayPath(folder / "compatibility-report.txt") << '\n';
     return kSuccess;
@@ -87,8 +85,7 @@ int convert(const Run& run, const fs::path& output) {
         return kRefused;
     }
     generatePort(run.scan, run.analysis, run.game, output);
-    writeReportFolder(run.scan, run.analysis, run.game, output / "reports", ReportPlace::kPort);
-    writeHtmlReport(run.scan, run.analysis, run.game, output / "reports", true);
+    writeReportFolder(run.scan, run.analysis, run.game, output / "reports", PageLinks::kPortAssets);
     printCompatibilitySummary(run.console.out, run.analysis);
     const bool isPartial = run.analysis.partial > 0 || run.analysis.unknown > 0;
     run.console.out << "CONVERT SUCCESS: port project generated at "

@@ -4,17 +4,21 @@
 
 #include <filesystem>
 
+#include "analysis/HtmlReport.hpp"
 #include "analysis/ProjectAnalysis.hpp"
+#include "input/PreparedInput.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 
 namespace tindrel {
 
-enum class ReportPlace { kPort, kElsewhere };
-
-// The report files and the page of pictures, which in a port shows the port's own assets. Throws
-// ("create_directories", "write").
+// The report files and the page of pictures. Throws ("create_directories", "write").
 void writeReportFolder(const ProjectScan& project, const ProjectAnalysis& analysis,
-                       GameReader& game, const std::filesystem::path& folder, ReportPlace place);
+                       GameReader& game, const std::filesystem::path& folder, PageLinks links);
+
+// The links of a page that is written outside a port.
+[[nodiscard]] inline PageLinks pageLinks(const PreparedInput& prepared) {
+    return prepared.ownsTempDir ? PageLinks::kNone : PageLinks::kDataFolder;
+}
 
 }  // namespace tindrel

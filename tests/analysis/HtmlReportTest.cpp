@@ -19,12 +19,12 @@ class HtmlReportTest : public testing::Test {
         folder_.write("game/data/" + file, text);
     }
 
-    std::string page(bool besideAssets = true) {
+    std::string page(PageLinks links = PageLinks::kPortAssets) {
         const ProjectScan project = scanProject(folder_.path() / "game");
         GameReader game(project.dataDir, project.root);
         const ProjectAnalysis analysis = analyzeProject(project, game);
         std::filesystem::create_directories(folder_.path() / "out");
-        writeHtmlReport(project, analysis, game, folder_.path() / "out", besideAssets);
+        writeHtmlReport(project, analysis, game, folder_.path() / "out", links);
         return folder_.read("out/index.html");
     }
 
@@ -103,10 +103,11 @@ TEST_F(HtmlReportTest, GalleryLinksToTheSpellingOnDisk) {
     EXPECT_NE(section(html, "stages").find("src=\"../assets/openbor-data/bgs/panel.gif\""),
               std::string::npos);
 
-    const std::string elsewhere = page(false);
+    const std::string elsewhere = page(PageLinks::kDataFolder);
     EXPECT_NE(elsewhere.find("src=\"../game/data/Chars/Stand%2B1%25.png\""), std::string::npos);
     EXPECT_EQ(elsewhere.find("openbor-data"), std::string::npos);
     EXPECT_EQ(elsewhere.find("file:"), std::string::npos);
+    EXPECT_EQ(page(PageLinks::kNone).find("Stand%2B1%25.png"), std::string::npos);
 }
 
 TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
