@@ -1,8 +1,12 @@
 #include "analysis/AssetFinder.hpp"
 
 #include <algorithm>
+#include <unordered_set>
+#include <utility>
 
 #include "PathEncoding.hpp"
+#include "platform/FileStatus.hpp"
+#include "reader/DataPaths.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -19,33 +23,33 @@ std::size_t extensionAt(std::string_view text) {
     return dot == std::string_view::npos || dot <= name ? text.size() : dot;
 }
 
-// The normalised path in lower case.
 std::string foldedPath(std::string_view text) {
-    std::string folded = toLower(text);
-    std::replace(folded.begin(), folded.end(), '\\', '/');
-    // Nearly no path of a game needs more than its first folder taken off.
-    const bool isPlain = PathEncoding::validUtf8(folded) && !folded.starts_with('.') &&
-                         folded.find("//") == std::string::npos &&
-                         folded.find("/.") == std::string::npos;
-    if (!isPlain) return toLower(normalizeDataPath(text));
-    if (folded.starts_with("data/")) folded.erase(0, 5);
-    return folded;
+    return toLower(normalizeDataPath(text));
 }
 
 }  // namespace
 
 AssetFinder::AssetFinder(const ProjectScan& project, GameReader& game) : game_(game) {
+    const std::size_t prefix = PathEncoding::utf8(project.dataDir).size() + 1;
+    std::unordered_set<std::string> folders;
     for (const DataEntry& entry : project.entries) {
-        if (!entry.regularFile) continue;
-        files_.insert(entry.path.native());
-        folded_.insert(toLower(PathEncoding::utf8(entry.path.lexically_relative(project.dataDir))));
+        std::string folded = toLower(PathEncoding::utf8(entry.path).substr(prefix));
+        if (entry.directory) {
+            foldersDifferInCase_ |= !folders.insert(std::move(folded)).second;
+        } else if (entry.regularFile) {
+            const auto [known, isNew] =
+                files_.try_emplace(std::move(folded), entry.symlink ? nullptr : &entry.path);
+            if (!isNew) known->second = nullptr;
+        }
     }
 }
 
 const fs::path* AssetFinder::fileAt(std::string_view text, const std::string& folded) {
-    if (folded_.count(folded) == 0) return nullptr;
+    const auto known = files_.find(folded);
+    if (known == files_.end()) return nullptr;
+    if (known->second != nullptr && !foldersDifferInCase_) return known->second;
     const fs::path& path = game_.resolve(text);
-    return files_.count(path.native()) > 0 ? &path : nullptr;
+    return !path.empty() && isFile(path) ? &path : nullptr;
 }
 
 const fs::path* AssetFinder::file(std::string_view text) {

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
@@ -17,7 +17,7 @@ class AssetFinder {
   public:
     AssetFinder(const ProjectScan& project, GameReader& game);
 
-    // Null where the disk holds no such file. What is returned belongs to the GameReader.
+    // Null where the disk holds no such file. What is returned belongs to the scan or the reader.
     [[nodiscard]] const std::filesystem::path* file(std::string_view text);
     // Any of the picture formats may stand in for the one that is written.
     [[nodiscard]] const std::filesystem::path* picture(std::string_view text);
@@ -29,10 +29,11 @@ class AssetFinder {
                                                       const std::string& folded);
 
     GameReader& game_;
-    std::unordered_set<std::filesystem::path::string_type> files_;  // regular files of the walk
-    // The same relative to the data folder, in lower case: what is not here is nowhere, so that a
-    // name without a file costs no question to the disk.
-    std::unordered_set<std::string> folded_;
+    // The regular files of the walk by their path below the data folder in lower case, so that a
+    // name costs no question to the disk. Null where only the resolver can tell: for a link, and
+    // where two names differ in case alone.
+    std::unordered_map<std::string, const std::filesystem::path*> files_;
+    bool foldersDifferInCase_ = false;
 };
 
 }  // namespace tindrel

@@ -23,6 +23,13 @@ bool hasDriveLetter(const fs::path& element) {
            ((name[0] >= 'a' && name[0] <= 'z') || (name[0] >= 'A' && name[0] <= 'Z'));
 }
 
+// True for the plain relative paths that nearly all of a game's are: the normal form is the same.
+bool isNormal(std::string_view path) {
+    return !path.starts_with('/') && !path.starts_with('.') &&
+           path.find("//") == std::string_view::npos && path.find("/.") == std::string_view::npos &&
+           PathEncoding::validUtf8(path);
+}
+
 }  // namespace
 
 std::string normalizeDataPath(std::string_view text) {
@@ -33,6 +40,7 @@ std::string normalizeDataPath(std::string_view text) {
     if (equalsFolded(rest.substr(0, kDataPrefix.size()), kDataPrefix)) {
         rest.remove_prefix(kDataPrefix.size());
     }
+    if (isNormal(rest)) return std::string(rest);
     return PathEncoding::utf8(PathEncoding::path(rest).lexically_normal());
 }
 
