@@ -80,9 +80,9 @@ inline constexpr int kMaxIncludeDepth = 24;
                                            int depth = 0);
 
 // `line` after at most 16 passes of function macros and object macros; cut short once it has
-// grown beyond `limit` bytes.
+// grown beyond `limit` bytes. `work` grows by the bytes that changing passes wrote.
 [[nodiscard]] std::string expandMacros(std::string line, const Macros& macros,
-                                       const FunctionMacros& funcMacros,
-                                       std::size_t limit = kMaxExpandedText);
+                                       const FunctionMacros& funcMacros, std::size_t limit,
+                                       std::size_t& work);
 
 }  // namespace port::script

@@ -18,7 +18,9 @@ namespace {
 // here. Real scripts stay below 30.
 constexpr int kMaxNesting = 200;
 // A hostile switch can be compiled anew from each of its labels; real functions stay below 10,000.
-constexpr std::size_t kMaxCode = std::size_t{1} << 21U;
+constexpr std::size_t kMaxCode = std::size_t{1} << 20U;
+// Tokens that the searches for labels may pass, for the same reason.
+constexpr std::size_t kMaxScanned = 50'000'000;
 constexpr std::size_t kMaxArguments = 255;
 constexpr std::size_t kMaxVariables = 4096;
 
@@ -141,14 +143,16 @@ class Compiler {
 
     [[nodiscard]] std::int32_t here() const { return static_cast<std::int32_t>(fn_.code.size()); }
 
+    [[noreturn]] void tooLarge() {
+        exhausted_ = true;
+        throw SyntaxError("script function too large");
+    }
+
     // A place that is jumped to: what follows may not be fused with what stands before.
     std::int32_t label() { return lastLabel_ = here(); }
 
     std::int32_t emit(Instr instr, int stack) {
-        if (fn_.code.size() >= kMaxCode) {
-            exhausted_ = true;
-            throw SyntaxError("script function too large");
-        }
+        if (fn_.code.size() >= kMaxCode) tooLarge();
         fn_.code.push_back(instr);
         adjust(stack);
         return here() - 1;
@@ -302,7 +306,10 @@ class Compiler {
             if (more) statement();
             break;
         }
-        for (const std::int32_t end : ends) land(end);
+        while (!ends.empty()) {
+            land(ends.back());
+            ends.pop_back();
+        }
     }
 
     std::int32_t beginLoop() {
@@ -516,9 +523,10 @@ class Compiler {
         const Labels labels = scanLabels(counter);
         const auto table = static_cast<std::int32_t>(fn_.switches.size());
         fn_.switches.emplace_back();
-        emit({Op::SwitchJump, Word::None, false, table, counter}, -1);
+        entries_.push_back(emit({Op::SwitchJump, Word::None, false, table, counter}, -1));
         --counters_;
         switchBodies(labels, static_cast<std::size_t>(table));
+        entries_.pop_back();
         pos_ = labels.end + 1;
     }
 
@@ -527,6 +535,7 @@ class Compiler {
     Labels scanLabels(std::int32_t counter) {
         Labels labels;
         for (int depth = 1;; ++pos_) {
+            if (++scanned_ > kMaxScanned) tooLarge();
             if (token().k == TK::End) need(Word::RightBrace, "}");
             if (token().word == Word::LeftBrace) ++depth;
             if (token().word == Word::RightBrace && --depth == 0) break;
@@ -565,7 +574,10 @@ class Compiler {
         const std::int32_t otherwise = labels.otherwise != 0 ? place(labels.otherwise) : -1;
         std::size_t range = 0;
         const Scope scope = closeScope(range);
-        for (const std::int32_t end : ends) land(end);
+        while (!ends.empty()) {
+            land(ends.back());
+            ends.pop_back();
+        }
         finishScope(scope, range);
         fn_.switches[table] = {std::move(targets), otherwise >= 0 ? otherwise : here()};
     }
@@ -727,6 +739,7 @@ class Compiler {
     std::int32_t counters_ = 0;
     std::int32_t lastLabel_ = 0;
     bool exhausted_ = false;
+    std::size_t scanned_ = 0;
     std::vector<std::int32_t> open_;  // forward jumps that have not landed
     std::vector<std::int32_t>
         entries_;  // where the loops around this place begin to need their body

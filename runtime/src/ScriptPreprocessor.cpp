@@ -16,6 +16,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kMaxPasses = 16;
+// What macros may add to one line.
+constexpr std::size_t kMaxLineGrowth = std::size_t{1} << 22U;
 // What a complaint weighs against kMaxConsumedText, so that a storm of them ends as well.
 constexpr std::size_t kReportWeight = 64;
 // A longer include is expanded again each time; so many fit below kMaxExpandedText.
@@ -304,8 +306,13 @@ class Preprocessor {
     }
 
     void copy(std::string_view line) {
-        append(expandMacros(std::string(line), state_.macros, state_.funcMacros,
-                            kMaxExpandedText - state_.produced));
+        const std::size_t limit = std::min(kMaxExpandedText, line.size() + kMaxLineGrowth);
+        std::size_t work = 0;
+        const std::string text =
+            expandMacros(std::string(line), state_.macros, state_.funcMacros, limit, work);
+        if (text.size() > limit && !state_.full) stop();
+        append(text);
+        consume(work);
         append("\n");
     }
 
@@ -361,11 +368,12 @@ std::string preprocessScript(ScriptSources& sources, const fs::path& file, std::
 }
 
 std::string expandMacros(std::string line, const Macros& macros, const FunctionMacros& funcMacros,
-                         std::size_t limit) {
+                         std::size_t limit, std::size_t& work) {
     for (int pass = 0; pass < kMaxPasses && line.size() <= limit; ++pass) {
         std::string next = expandFunctionMacros(line, funcMacros, limit);
         next = replaceObjectMacros(next, macros, limit);
         if (next == line) break;
+        work += next.size();
         line = std::move(next);
     }
     return line;

@@ -18,7 +18,7 @@ TEST(ScriptStatements, RunInOrderAndBranch) {
         {"say(1); return 5 say(2);", "1"},
         {"if (1) { return; } say(2);", ""},
     };
-    EXPECT_SCRIPTS(rows);
+    expectScripts(rows);
 }
 
 TEST(ScriptStatements, AssignAndDeclare) {
@@ -44,7 +44,7 @@ TEST(ScriptStatements, AssignAndDeclare) {
         {"int if2 = 4; say(if2);", "4"},
         {"string = 4;", "", "unexpected token ="},  // a type is no name
     };
-    EXPECT_SCRIPTS(rows);
+    expectScripts(rows);
 }
 
 TEST(ScriptStatements, DoNotKnowWhatIsNoSyntax) {
@@ -64,7 +64,7 @@ TEST(ScriptStatements, DoNotKnowWhatIsNoSyntax) {
         {"int *p = 1;", "", "unexpected token *"},
         {"\"if\" (0) say(1);", "1"},  // a constant is no keyword
     };
-    EXPECT_SCRIPTS(rows);
+    expectScripts(rows);
 }
 
 // What stands before the fault has run; a part that is skipped is parsed all the same.
@@ -93,7 +93,7 @@ TEST(ScriptStatements, FailWhereAWalkMeetsTheFault) {
         {"say(1) ? say(2) ; say(3);", "1 2", "expected : near ';'"},
         {"while (say(1)) { while (say(0)) { ) } }", "1", "unexpected token )"},
     };
-    EXPECT_SCRIPTS(rows);
+    expectScripts(rows);
 }
 
 TEST(ScriptStatements, SwitchRunsFromTheLabelThatMatches) {
@@ -118,7 +118,7 @@ TEST(ScriptStatements, SwitchRunsFromTheLabelThatMatches) {
         {"switch (1) { case 1: if (1) break; say(1); } say(2);", "2"},
         {"void main() { switch (1) { case 1: return; } say(1); }", ""},
     };
-    EXPECT_SCRIPTS(rows);
+    expectScripts(rows);
 }
 
 // Only what is run is parsed: the body before the label that is met may be anything.
@@ -143,7 +143,7 @@ TEST(ScriptStatements, SwitchBodiesAreParsedWhenTheyAreRun) {
         {"switch (1) { case 1: x = \"}\"; say(1); }", "", "unexpected token ;"},
         {"switch (1) { case 1: x = \"{\"; say(1); } }", "1", "unexpected token }"},
     };
-    EXPECT_SCRIPTS(rows);
+    expectScripts(rows);
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 // Small scripts and what they say: a host whose function say() notes its arguments.
 
-#include <ostream>
+#include <gtest/gtest.h>
+
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -78,20 +80,17 @@ struct ScriptCase {
     const char* error = "";
 };
 
-inline std::ostream& operator<<(std::ostream& out, const ScriptCase& row) {
-    return out << row.text;
+// Runs each row in a trial of its own. A row that defines main itself is a whole script.
+inline void expectScripts(std::span<const ScriptCase> rows) {
+    for (const ScriptCase& row : rows) {
+        SCOPED_TRACE(row.text);
+        Trial trial;
+        const bool whole = std::string_view(row.text).find("main(") != std::string_view::npos;
+        const ScriptRunResult result = whole ? trial.script(row.text) : trial.body(row.text);
+        EXPECT_EQ(trial.host.said, row.said);
+        EXPECT_EQ(result.error, row.error);
+        EXPECT_EQ(result.ok, std::string_view(row.error).empty());
+    }
 }
 
 }  // namespace port::script
-
-// Runs each row in a trial of its own. A row that defines main itself is a whole script.
-#define EXPECT_SCRIPTS(rows)                                                              \
-    for (const port::script::ScriptCase& row : rows) {                                    \
-        SCOPED_TRACE(row.text);                                                           \
-        port::script::Trial trial;                                                        \
-        const bool whole = std::string_view(row.text).find("main(") != std::string::npos; \
-        const auto result = whole ? trial.script(row.text) : trial.body(row.text);        \
-        EXPECT_EQ(trial.host.said, row.said);                                             \
-        EXPECT_EQ(result.error, row.error);                                               \
-        EXPECT_EQ(result.ok, std::string_view(row.error).empty());                        \
-    }
