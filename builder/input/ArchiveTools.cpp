@@ -67,7 +67,7 @@ Command windowsSevenZip(const fs::path& archive, const fs::path& destination) {
 // unzip reads the archive's name as a pattern: "game[1].zip" would be "game1.zip", another file.
 std::string unzipPattern(const fs::path& archive) {
     constexpr std::string_view kWild = "*?[";
-    const std::string whole = text(archive);
+    std::string whole = text(archive);
     if (whole.find_first_of(kWild) == std::string::npos) return whole;
     std::string pattern = text(archive.parent_path() / "");
     for (const char c : text(archive.filename())) {

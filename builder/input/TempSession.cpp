@@ -19,7 +19,7 @@ fs::path sessionsFolder() {
     fs::path base = fs::temp_directory_path(error);
     if (error) base = fs::current_path();
     // Outside tools get these paths, and must not take one for an option.
-    const fs::path folder = tindrel::absolute(base) / "Tindrel-Builder";
+    fs::path folder = tindrel::absolute(base) / "Tindrel-Builder";
     // Shared by all users of the machine, like the temporary folder itself.
     if (fs::create_directories(folder, error)) {
         fs::permissions(folder, fs::perms::all | fs::perms::sticky_bit, error);

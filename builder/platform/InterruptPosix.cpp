@@ -65,6 +65,8 @@ void watchForInterrupts() {
         struct sigaction action {};
         action.sa_handler = onSignal;
         action.sa_flags = SA_RESTART;
+        // One at a time, so that the first is the one that counts.
+        sigfillset(&action.sa_mask);
         ::sigaction(number, &action, nullptr);
     }
 }

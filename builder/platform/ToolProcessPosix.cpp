@@ -16,8 +16,6 @@
 #include "platform/ProcessPosix.hpp"
 #include "platform/ToolProcess.hpp"
 
-extern char** environ;
-
 namespace tindrel {
 namespace {
 

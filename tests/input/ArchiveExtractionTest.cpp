@@ -188,6 +188,12 @@ TEST_F(RealArchiveTest, UnpacksExactlyTheGivenFile) {
     EXPECT_TRUE(extract(posixArchiveTools())) << error_;
     EXPECT_EQ(folder_.read("out/data/\u00E7/\u00E9.txt"), "right");
     EXPECT_FALSE(fs::exists(out_ / "data/other.txt"));
+    // The second tool alone, which knows no names outside the locale.
+    fs::remove_all(out_);
+    ArchiveTools tar = posixArchiveTools();
+    tar.sevenZip = [](const fs::path&, const fs::path&) { return Command(); };
+    EXPECT_TRUE(extract(tar, ArchiveMethod::Rar)) << error_;
+    EXPECT_EQ(folder_.read("out/data/\u00E7/\u00E9.txt"), "right");
 }
 
 TEST_F(RealArchiveTest, StaysInsideWithEveryTool) {
