@@ -50,7 +50,7 @@ def frame(rng, name, animation, index, attacking):
         lines.append(f"\t@cmd dasher {rng.randrange(5)} {rng.randrange(3)} 0")
     # One path in four differs from the disk in case, as hand-written games do.
     folder = name.upper() if rng.random() < 0.25 else name
-    lines.append(f"\tframe data/chars/{folder}/{animation}_{index:03d}.gif")
+    lines.append(f"\tframe data/chars/{folder}/{animation}_0.gif")
     return lines
 
 
@@ -134,7 +134,7 @@ def main():
     index = 0
     while count < FILES:
         animation = ANIMATIONS[index // MODELS % len(ANIMATIONS)]
-        write(f"chars/{names[index % MODELS]}/{animation}_{index // 7000:03d}.gif",
+        write(f"chars/{names[index % MODELS]}/{animation}_{index // MODELS // len(ANIMATIONS)}.gif",
               rng.randbytes(rng.randrange(2_000, 14_000)))
         index += 1
     print(f"{count} files below {data}")
