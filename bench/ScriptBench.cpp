@@ -1,0 +1,144 @@
+// The script machine, beside the same work in Lua where that is installed. Each pair runs in one
+// process, so that the ratio of the two rows holds on any machine.
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "ScriptVM.hpp"
+#ifdef TINDREL_BENCH_LUA
+#include <lua.hpp>
+#endif
+
+namespace {
+
+using port::ScriptContext;
+using port::ScriptValue;
+using port::ScriptVM;
+
+// Answers plus(a, b), the cheapest call that a host can serve.
+struct Adder : port::ScriptHost {
+    ScriptValue callScriptFunction(const std::string&, const std::vector<ScriptValue>& args,
+                                   ScriptContext&, std::vector<std::string>&) override {
+        return std::get<double>(args[0]) + std::get<double>(args[1]);
+    }
+};
+
+// A hook as a game has it: one file that runs again and again.
+void runScript(benchmark::State& state, const char* text) {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("tindrel-bench-" + std::to_string(now));
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "hook.c") << text;
+    Adder host;
+    ScriptVM vm;
+    vm.setRoot(folder);
+    vm.setHost(&host);
+    ScriptContext context;
+    for (auto _ : state) {
+        const port::ScriptRunResult result = vm.runFile("hook.c", context);
+        if (!result.ok || !result.unsupported.empty()) state.SkipWithError(result.error.c_str());
+    }
+    std::filesystem::remove_all(folder);
+}
+
+void emptyHook(benchmark::State& state) {
+    runScript(state, "void main() {}");
+}
+BENCHMARK(emptyHook);
+
+// What a short hook does besides: a local, a branch, a variable of the actor.
+void smallHook(benchmark::State& state) {
+    runScript(
+        state,
+        "void main() { int x = getlocalvar(\"n\"); if (x > 5) y = x; setlocalvar(\"n\", 9); }");
+}
+BENCHMARK(smallHook);
+
+void arithmeticScript(benchmark::State& state) {
+    runScript(state,
+              "void main() { float s = 0; int i = 0; while (i < 10000) {"
+              " s = s + i * 2 - i / 4; i = i + 1; } }");
+}
+BENCHMARK(arithmeticScript);
+
+// The same with variables that live in the actor's context.
+void arithmeticUndeclaredScript(benchmark::State& state) {
+    runScript(state,
+              "void main() { s = 0; i = 0; while (i < 10000) {"
+              " s = s + i * 2 - i / 4; i = i + 1; } }");
+}
+BENCHMARK(arithmeticUndeclaredScript);
+
+void hostCallsScript(benchmark::State& state) {
+    runScript(state,
+              "void main() { float s = 0; int i = 0; while (i < 10000) {"
+              " s = plus(s, i); i = i + 1; } }");
+}
+BENCHMARK(hostCallsScript);
+
+void recursionScript(benchmark::State& state) {
+    runScript(state,
+              "int fib(int n) { if (n < 2) return n; return fib(n - 1) + fib(n - 2); }"
+              "void main() { fib(20); }");
+}
+BENCHMARK(recursionScript);
+
+#ifdef TINDREL_BENCH_LUA
+
+int plus(lua_State* lua) {
+    lua_pushnumber(lua, luaL_checknumber(lua, 1) + luaL_checknumber(lua, 2));
+    return 1;
+}
+
+void runLua(benchmark::State& state, const char* text) {
+    lua_State* lua = luaL_newstate();
+    luaL_openlibs(lua);
+    lua_register(lua, "plus", plus);
+    if (luaL_dostring(lua, text) != LUA_OK) state.SkipWithError(lua_tostring(lua, -1));
+    for (auto _ : state) {
+        lua_getglobal(lua, "main");
+        if (lua_pcall(lua, 0, 0, 0) != LUA_OK) state.SkipWithError(lua_tostring(lua, -1));
+    }
+    lua_close(lua);
+}
+
+void arithmeticLua(benchmark::State& state) {
+    runLua(state,
+           "function main() local s = 0.0 local i = 0.0 while i < 10000 do"
+           " s = s + i * 2 - i / 4 i = i + 1 end end");
+}
+BENCHMARK(arithmeticLua);
+
+void arithmeticUndeclaredLua(benchmark::State& state) {
+    runLua(state,
+           "function main() s = 0.0 i = 0.0 while i < 10000 do"
+           " s = s + i * 2 - i / 4 i = i + 1 end end");
+}
+BENCHMARK(arithmeticUndeclaredLua);
+
+void hostCallsLua(benchmark::State& state) {
+    runLua(state,
+           "function main() local s = 0.0 local i = 0.0 while i < 10000 do"
+           " s = plus(s, i) i = i + 1 end end");
+}
+BENCHMARK(hostCallsLua);
+
+void recursionLua(benchmark::State& state) {
+    runLua(state,
+           "function fib(n) if n < 2 then return n end return fib(n - 1) + fib(n - 2) end"
+           " function main() fib(20) end");
+}
+BENCHMARK(recursionLua);
+
+#endif
+
+}  // namespace
+
+BENCHMARK_MAIN();
