@@ -27,7 +27,7 @@ need_packages() {
 }
 
 # What it takes to build the builder and a port.
-build_packages=(g++ cmake ninja-build)
+build_packages=(g++ cmake ninja-build libgif-dev libpng-dev libsndfile1-dev)
 # What the builder itself calls to unpack archives.
 archive_packages=(unzip libarchive-tools p7zip-full)
 # What the checks need beyond that.

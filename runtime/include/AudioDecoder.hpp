@@ -2,8 +2,10 @@
 
 // Sound files decoded whole into signed 16-bit samples.
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,6 +21,10 @@ struct DecodedAudio {
     std::string format;    // what was decoded, such as "wav-pcm16"
 };
 
+// The most that one file may decode to: 1 GiB, over an hour and a half of stereo at 48,000 Hz.
+constexpr std::size_t kMaxDecodedSamples = (std::size_t{1} << 30U) / sizeof(std::int16_t);
+constexpr const char* kAudioTooLarge = "decoded audio would be larger than 1 GiB";
+
 // Each call fills `out` and returns true, or sets `error` and returns false. No bad file throws.
 class AudioDecoder {
   public:
@@ -28,8 +34,12 @@ class AudioDecoder {
     // Legacy music: a header of 160 bytes that is not read, then IMA ADPCM, mono, 22050 Hz.
     static bool decodeOpenBorBor(const std::filesystem::path& path, DecodedAudio& out,
                                  std::string& error);
+    static bool decodeOpenBorBor(std::span<const std::uint8_t> file, DecodedAudio& out,
+                                 std::string& error);
     // RIFF/WAVE: PCM of 8, 16, 24 or 32 bits or 32-bit float, mono or stereo.
     static bool decodeWav(const std::filesystem::path& path, DecodedAudio& out, std::string& error);
+    static bool decodeWav(std::span<const std::uint8_t> file, DecodedAudio& out,
+                          std::string& error);
 };
 
 }  // namespace port

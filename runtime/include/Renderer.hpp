@@ -2,9 +2,13 @@
 
 // What the game draws with and the window that shows it. Without a window it runs headless.
 
+#include <filesystem>
 #include <string>
+#include <vector>
 
+#include "../generated/GeneratedCharacters.hpp"
 #include "RuntimeConfig.hpp"
+#include "SpriteImage.hpp"
 
 namespace port {
 
@@ -12,6 +16,7 @@ class Renderer {
   public:
     // False when there is nothing to draw on; the port then cannot start.
     [[nodiscard]] bool initialize(const RuntimeConfig& config);
+    // Sprites that are loaded already keep their transparency, and the canvas its size.
     void setConfig(const RuntimeConfig& config) { config_ = config; }
 
     // False from the closing of the window on.
@@ -24,10 +29,35 @@ class Renderer {
     // True without a window, and so without a player: the engine then plays by itself for a while.
     [[nodiscard]] bool headless() const { return backend_.starts_with("headless"); }
 
+    // Pictures. False when the file is not there or cannot be decoded; the latter is reported.
+    [[nodiscard]] bool loadSprite(const std::filesystem::path& path, SpriteImage& out) const;
+    // False also for a picture without a palette.
+    [[nodiscard]] bool loadPalette(const std::filesystem::path& path,
+                                   std::vector<ColorKey>& colors) const;
+    [[nodiscard]] bool loadAnimationFrames(const std::filesystem::path& path,
+                                           std::vector<SpriteImage>& frames,
+                                           std::vector<int>& delaysMs) const;
+
+    // Drawing, on a canvas of the logical size. What lies outside is cut off.
+    void beginFrame();
+    void drawImage(const SpriteImage& image, int x, int y);
+    // Alpha modes 1 to 6; any other draws source-over.
+    void drawImageBlend(const SpriteImage& image, int x, int y, int mode);
+    void drawSolidRect(int x, int y, int width, int height, int red, int green, int blue);
+    void drawDot(int x, int y, ColorKey rgb);
+    void drawLine(int x1, int y1, int x2, int y2, ColorKey rgb);
+    // The image by its frame's draw method, the frame's offset on the origin, and the debug boxes
+    // that the configuration asks for. `modelAlphaMode` holds where the frame names no alpha mode.
+    void drawFrame(const SpriteImage& image, const generated::Frame& frame, int originX,
+                   int originY, const RuntimeConfig& config, bool flipX, int modelAlphaMode);
+
+    [[nodiscard]] const SpriteImage& canvas() const { return canvas_; }
+
   private:
     RuntimeConfig config_;
     bool running_ = false;
     std::string backend_ = "headless";
+    SpriteImage canvas_;
 };
 
 }  // namespace port

@@ -5,38 +5,31 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <fstream>
-#include <iterator>
-#include <optional>
+#include <cstring>
 #include <span>
 #include <string_view>
-#include <system_error>
 
+#include "FileBytes.hpp"
 #include "PathEncoding.hpp"
 #include "TextFields.hpp"
+#include "platform/CompressedAudio.hpp"
 
 namespace port {
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
+using Samples = std::vector<std::int16_t>;
 
 bool fail(std::string& error, std::string_view text) {
     error = text;
     return false;
 }
 
-std::optional<std::vector<std::uint8_t>> readFile(const std::filesystem::path& path) {
-    std::error_code ignored;
-    // A folder opens as a stream on some systems and then fails to read.
-    if (std::filesystem::is_directory(path, ignored)) return std::nullopt;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::vector<std::uint8_t> bytes;
-    const auto size = std::filesystem::file_size(path, ignored);
-    if (!ignored) bytes.reserve(static_cast<std::size_t>(size));
-    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    return bytes;
-}
+constexpr std::size_t kBorHeader = 160;
+// The longest files that can decode to the limit: two samples a byte behind the header of a .bor,
+// and a WAV of four bytes a sample with room for its other chunks.
+constexpr std::uintmax_t kMaxBorFile = kBorHeader + kMaxDecodedSamples / 2;
+constexpr std::uintmax_t kMaxWavFile = kMaxDecodedSamples * std::uintmax_t{4} + (1U << 20U);
 
 constexpr std::array<int, 89> kImaSteps = {
     7,     8,     9,     10,    11,    12,    13,    14,    16,    17,    19,   21,    23,
@@ -132,10 +125,28 @@ std::int16_t floatSample(std::uint32_t bits) {
         std::lround(std::clamp(static_cast<double>(value), -1.0, 1.0) * 32767.0));
 }
 
-std::int16_t pcmSample(std::uint32_t raw, std::uint32_t bits) {
-    if (bits == 8) return static_cast<std::int16_t>((static_cast<int>(raw) - 128) * 256);
-    // The upper 16 bits of a deeper sample are its arithmetic shift down.
-    return static_cast<std::int16_t>(static_cast<std::uint16_t>(raw >> (bits - 16U)));
+Samples floatSamples(Bytes data) {
+    Samples pcm(data.size() / 4);
+    for (std::size_t i = 0; i < pcm.size(); ++i) pcm[i] = floatSample(littleEndian(data, i * 4, 4));
+    return pcm;
+}
+
+// Whole samples only. The upper two bytes of a deeper sample are its arithmetic shift down.
+Samples pcmSamples(Bytes data, std::uint32_t bits) {
+    const std::size_t size = bits / 8;
+    Samples pcm(data.size() / size);
+    if (bits == 8) {
+        std::transform(data.begin(), data.end(), pcm.begin(), [](std::uint8_t byte) {
+            return static_cast<std::int16_t>((byte - 128) * 256);
+        });
+    } else if (bits == 16 && std::endian::native == std::endian::little) {
+        if (!pcm.empty()) std::memcpy(pcm.data(), data.data(), pcm.size() * 2);
+    } else {
+        for (std::size_t i = 0; i < pcm.size(); ++i) {
+            pcm[i] = static_cast<std::int16_t>(littleEndian(data, (i + 1) * size - 2, 2));
+        }
+    }
+    return pcm;
 }
 
 }  // namespace
@@ -147,9 +158,7 @@ bool AudioDecoder::decodeFile(const std::filesystem::path& path, DecodedAudio& o
     if (extension == ".wav" || extension == ".wave") return decodeWav(path, out, error);
     for (const std::string_view compressed : {".mp3", ".flac", ".ogg", ".oga", ".m4a", ".aac"}) {
         if (extension == compressed) {
-            return fail(error,
-                        "compressed audio requires the Windows Media Foundation backend in this "
-                        "generated runtime");
+            return decodeCompressedAudio(path, extension, out, error);
         }
     }
     return fail(error, "unsupported audio extension: " + extension);
@@ -157,20 +166,25 @@ bool AudioDecoder::decodeFile(const std::filesystem::path& path, DecodedAudio& o
 
 bool AudioDecoder::decodeOpenBorBor(const std::filesystem::path& path, DecodedAudio& out,
                                     std::string& error) {
-    constexpr std::size_t kHeaderSize = 160;
-    const auto file = readFile(path);
-    if (!file) return fail(error, "cannot open .bor music");
-    if (file->size() <= kHeaderSize) {
+    const auto file = readFileBytes(path, kMaxBorFile);
+    return file ? decodeOpenBorBor(*file, out, error) : fail(error, "cannot open .bor music");
+}
+
+bool AudioDecoder::decodeOpenBorBor(std::span<const std::uint8_t> file, DecodedAudio& out,
+                                    std::string& error) {
+    if (file.size() <= kBorHeader) {
         return fail(error, "invalid OpenBOR .bor: file is smaller than 160-byte header");
     }
+    if (file.size() > kMaxBorFile) return fail(error, kAudioTooLarge);
     out = {};
     out.format = "openbor-bor-ima-adpcm-mono";
-    const Bytes payload = Bytes(*file).subspan(kHeaderSize);
-    out.pcm.reserve(payload.size() * 2);
+    const Bytes payload = file.subspan(kBorHeader);
+    out.pcm.resize(payload.size() * 2);
     ImaState state;
+    std::int16_t* sample = out.pcm.data();
     for (const std::uint8_t byte : payload) {
-        out.pcm.push_back(state.decode(byte >> 4U));
-        out.pcm.push_back(state.decode(byte & 15U));
+        *sample++ = state.decode(byte >> 4U);
+        *sample++ = state.decode(byte & 15U);
     }
     if (out.pcm.empty()) return fail(error, "OpenBOR .bor contains no ADPCM payload");
     return true;
@@ -178,15 +192,21 @@ bool AudioDecoder::decodeOpenBorBor(const std::filesystem::path& path, DecodedAu
 
 bool AudioDecoder::decodeWav(const std::filesystem::path& path, DecodedAudio& out,
                              std::string& error) {
-    const auto file = readFile(path);
-    if (!file) return fail(error, "cannot open WAV");
-    if (file->size() < 44 || !hasTag(*file, 0, "RIFF") || !hasTag(*file, 8, "WAVE")) {
+    const auto file = readFileBytes(path, kMaxWavFile);
+    return file ? decodeWav(*file, out, error) : fail(error, "cannot open WAV");
+}
+
+bool AudioDecoder::decodeWav(std::span<const std::uint8_t> file, DecodedAudio& out,
+                             std::string& error) {
+    if (file.size() < 44 || !hasTag(file, 0, "RIFF") || !hasTag(file, 8, "WAVE")) {
         return fail(error, "invalid RIFF/WAVE file");
     }
-    const WavChunks wav = readChunks(*file);
+    if (file.size() > kMaxWavFile) return fail(error, kAudioTooLarge);
+    const WavChunks wav = readChunks(file);
     if (const std::string_view refusal = wavRefusal(wav); !refusal.empty()) {
         return fail(error, refusal);
     }
+    if (wav.data.size() / (wav.bits / 8) > kMaxDecodedSamples) return fail(error, kAudioTooLarge);
 
     out = {};
     // A rate beyond the range of int is as good as none.
@@ -194,13 +214,7 @@ bool AudioDecoder::decodeWav(const std::filesystem::path& path, DecodedAudio& ou
     out.channels = static_cast<int>(wav.channels);
     const bool isFloat = wav.codec == kCodecFloat;
     out.format = isFloat ? "wav-float32" : "wav-pcm" + std::to_string(wav.bits);
-    const std::size_t sampleSize = wav.bits / 8;
-    const std::size_t samples = wav.data.size() / sampleSize;
-    out.pcm.reserve(samples);
-    for (std::size_t i = 0; i < samples; ++i) {
-        const std::uint32_t raw = littleEndian(wav.data, i * sampleSize, sampleSize);
-        out.pcm.push_back(isFloat ? floatSample(raw) : pcmSample(raw, wav.bits));
-    }
+    out.pcm = isFloat ? floatSamples(wav.data) : pcmSamples(wav.data, wav.bits);
     if (wav.hasLoop) {
         out.hasLoop = true;
         out.loopStartFrames = wav.loopStart;

@@ -62,7 +62,7 @@ TEST_F(AudioDecoderTest, GoesByTheExtension) {
     std::filesystem::create_directories(folder.path() / "folder.wav");
     EXPECT_EQ(AudioDecoder::decodeFile(folder.path() / "folder.wav", audio, error), false);
     EXPECT_EQ(error, "cannot open WAV");
-    for (const char* name : {"a.mp3", "a.FLAC", "a.ogg", "a.oga", "a.m4a", "a.aac"}) {
+    for (const char* name : {"a.m4a", "a.AAC"}) {
         EXPECT_EQ(decode(name, "x"),
                   "compressed audio requires the Windows Media Foundation backend in this "
                   "generated runtime")
