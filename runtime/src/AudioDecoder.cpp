@@ -121,8 +121,9 @@ std::int16_t floatSample(std::uint32_t bits) {
     const auto value = std::bit_cast<float>(bits);
     // A NaN would have no defined integer.
     if (std::isnan(value)) return 0;
-    return static_cast<std::int16_t>(
-        std::lround(std::clamp(static_cast<double>(value), -1.0, 1.0) * 32767.0));
+    const double scaled = std::clamp(static_cast<double>(value), -1.0, 1.0) * 32767.0;
+    // To the nearest, halves away from zero.
+    return static_cast<std::int16_t>(scaled < 0 ? scaled - 0.5 : scaled + 0.5);
 }
 
 Samples floatSamples(Bytes data) {
