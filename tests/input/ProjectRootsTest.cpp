@@ -63,6 +63,8 @@ TEST_F(ProjectRootsTest, BestFirst) {
     // The data folder itself stands for its parent, which is better than what lies inside.
     EXPECT_EQ(roots(folder_.path() / "a/data"), (std::vector<std::string>{"a", "a/data"}));
     EXPECT_EQ(roots(folder_.path() / "best/data"), std::vector<std::string>{"best"});
+    // Found as "best/" and as "best".
+    EXPECT_EQ(roots(folder_.path() / "best" / ""), std::vector<std::string>{"best"});
 }
 
 TEST_F(ProjectRootsTest, LooksTenLevelsDeep) {

@@ -42,8 +42,9 @@ void runTools(const fs::path& pak) {
         return tindrel::Command{
             "sh",
             "-c",
-            "cd \"$2\"; (while :; do date >f$((i += 1)); done) & echo $! $$ >\"$1\".pids;"
-            "echo ready; while :; do mkdir -p a/b; date >a/b/c; done",
+            "cd \"$2\"; (while [ $((i += 1)) -lt 99999 ]; do date >f$i; done) & echo $! $$ "
+            ">\"$1\".pids;"
+            "echo ready; while [ $((i += 1)) -lt 99999 ]; do mkdir -p a/b; date >a/b/c; done",
             "sh",
             archive.string(),
             destination.string()};
