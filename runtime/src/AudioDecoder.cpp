@@ -8,6 +8,7 @@
 #include <cstring>
 #include <span>
 #include <string_view>
+#include <system_error>
 
 #include "FileBytes.hpp"
 #include "PathEncoding.hpp"
@@ -30,6 +31,13 @@ constexpr std::size_t kBorHeader = 160;
 // and a WAV of four bytes a sample with room for its other chunks.
 constexpr std::uintmax_t kMaxBorFile = kBorHeader + kMaxDecodedSamples / 2;
 constexpr std::uintmax_t kMaxWavFile = kMaxDecodedSamples * std::uintmax_t{4} + (1U << 20U);
+
+// Asked before anything of the file is read.
+bool isLarger(const std::filesystem::path& path, std::uintmax_t limit) {
+    std::error_code failed;
+    const std::uintmax_t size = std::filesystem::file_size(path, failed);
+    return !failed && size > limit;
+}
 
 constexpr std::array<int, 89> kImaSteps = {
     7,     8,     9,     10,    11,    12,    13,    14,    16,    17,    19,   21,    23,
@@ -167,6 +175,7 @@ bool AudioDecoder::decodeFile(const std::filesystem::path& path, DecodedAudio& o
 
 bool AudioDecoder::decodeOpenBorBor(const std::filesystem::path& path, DecodedAudio& out,
                                     std::string& error) {
+    if (isLarger(path, kMaxBorFile)) return fail(error, kAudioTooLarge);
     const auto file = readFileBytes(path, kMaxBorFile);
     return file ? decodeOpenBorBor(*file, out, error) : fail(error, "cannot open .bor music");
 }
@@ -193,6 +202,7 @@ bool AudioDecoder::decodeOpenBorBor(std::span<const std::uint8_t> file, DecodedA
 
 bool AudioDecoder::decodeWav(const std::filesystem::path& path, DecodedAudio& out,
                              std::string& error) {
+    if (isLarger(path, kMaxWavFile)) return fail(error, kAudioTooLarge);
     const auto file = readFileBytes(path, kMaxWavFile);
     return file ? decodeWav(*file, out, error) : fail(error, "cannot open WAV");
 }

@@ -159,5 +159,17 @@ TEST_F(AudioDecoderTest, WavThatCannotBePlayedSaysWhy) {
               "WAV contains no PCM samples");
 }
 
+TEST_F(AudioDecoderTest, MoreThanOneGibibyteIsRefusedUnread) {
+    // Files with a hole: 256 MiB of .bor are 1 GiB of samples, and so are 2 GiB of 32-bit WAV.
+    for (const auto& [name, size] :
+         {std::pair("a.bor", 161 + (std::uintmax_t{1} << 28U)),
+          {"a.wav", (std::uintmax_t{1} << 31U) + (std::uintmax_t{1} << 21U)}}) {
+        const auto path = folder.write(name, "RIFF");
+        std::filesystem::resize_file(path, size);
+        EXPECT_FALSE(AudioDecoder::decodeFile(path, audio, error)) << name;
+        EXPECT_EQ(error, "decoded audio would be larger than 1 GiB") << name;
+    }
+}
+
 }  // namespace
 }  // namespace port
