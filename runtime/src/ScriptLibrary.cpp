@@ -26,9 +26,9 @@ std::string frameText(std::string_view command) {
 }  // namespace
 
 fs::path ScriptLibrary::find(std::string_view raw, const fs::path& relative) {
-    const fs::path path = sources_.paths.scriptCasePath(sources_.paths.root() / relative);
+    fs::path path = sources_.paths.scriptCasePath(sources_.paths.root() / relative);
     if (sources_.paths.exists(path)) return path;
-    const fs::path unique = sources_.paths.scriptUniqueBasename(raw);
+    fs::path unique = sources_.paths.scriptUniqueBasename(raw);
     return unique.empty() ? path : unique;
 }
 
