@@ -24,7 +24,7 @@ struct Line {
     std::string module;
 };
 
-// The parts of one line without its end; no signal for a line of another shape.
+// The fields of one line without its end; no signal for a line of another shape.
 Line parse(const std::string& text) {
     Line line;
     int module = 0;
