@@ -11,7 +11,8 @@
 namespace tindrel {
 
 // The models in registry order; those of every text file with an animation where there is no
-// usable registry. Throws ("status") for a file-system error other than absence.
+// usable registry. Throws ("exists", "status",
+// "recursive_directory_iterator") for a file-system error other than absence.
 [[nodiscard]] std::vector<ModelDef> readModels(GameReader& game);
 
 // One entity file, with `modelName` left empty. An unreadable file gives a model without
