@@ -1,19 +1,57 @@
 #pragma once
 
-// Music and sound effects of a game, and the three volumes that hold for them.
+// One music track and any number of overlapping effects, and the three volumes that hold for them.
 
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "../src/platform/AudioOutput.hpp"
+#include "AudioDecoder.hpp"
 #include "RuntimeConfig.hpp"
 
 namespace port {
 
+// The part of a track that repeats, in frames, always within the track. Length 0 is all of it.
+struct LoopRegion {
+    std::uint32_t begin = 0;
+    std::uint32_t length = 0;
+    bool operator==(const LoopRegion&) const = default;
+};
+
+// An offset above 0 points into the bytes of the source file and is brought to frames in
+// proportion; a file size that is 0 or not known then repeats everything. Otherwise the file's own
+// loop holds.
+[[nodiscard]] LoopRegion musicLoopRegion(const DecodedAudio& audio, std::int64_t loopOffsetBytes,
+                                         std::optional<std::uintmax_t> fileSize);
+
+// Every call returns at once after decoding; one that fails says why in lastError() and leaves
+// silence. In a build without a device the play calls print what they decoded and succeed.
 class AudioSystem {
   public:
-    // Takes over the volumes. False without a sound output, see lastError(); the game goes on.
+    explicit AudioSystem(platform::AudioOutput output = platform::systemAudioOutput());
+    AudioSystem(const AudioSystem&) = delete;
+    AudioSystem& operator=(const AudioSystem&) = delete;
+    ~AudioSystem();
+
+    // Takes over the volumes and opens the device. False when there is one that does not open.
     [[nodiscard]] bool initialize(const RuntimeConfig& config);
 
-    // Clamped to 0.0 to 1.0.
+    // Replaces the current track, which plays on when the new one does not decode.
+    bool playMusic(const std::filesystem::path& path, bool loop = true,
+                   std::int64_t loopOffsetBytes = 0);
+    // `gain` may be above 1; gain and volumes together reach 2.0. `speed` is kept to 0.5 to 2.0.
+    bool playEffect(const std::filesystem::path& path, float gain = 1.0F, bool loop = false,
+                    float speed = 1.0F);
+    // The track stays; pauseMusic(false) goes on with it.
+    void stopMusic();
+    void pauseMusic(bool paused);
+    [[nodiscard]] bool musicPaused() const { return musicPaused_; }
+
+    // Clamped to 0.0 to 1.0; heard at once.
     void setMasterVolume(float volume);
     void setMusicVolume(float volume);
     void setEffectsVolume(float volume);
@@ -21,12 +59,33 @@ class AudioSystem {
     [[nodiscard]] float musicVolume() const { return config_.musicVolume; }
     [[nodiscard]] float effectsVolume() const { return config_.effectsVolume; }
 
-    // What the last failing call failed of.
+    // What the last failing call failed of; empty after a play call that succeeded.
     [[nodiscard]] const std::string& lastError() const { return error_; }
 
   private:
+    struct ActiveEffect {
+        platform::AudioVoice voice = platform::kNoVoice;
+        std::shared_ptr<const DecodedAudio> audio;  // read by the voice
+        float gain = 1.0F;
+    };
+
+    bool fail(std::string error);
+    [[nodiscard]] bool hasDevice() const { return static_cast<bool>(output_.open); }
+    bool startMusic(const LoopRegion& region, bool loop);
+    void destroyMusic();
+    void cleanupEffects();
+    void applyVolumes();
+    [[nodiscard]] float effectVolume(float gain) const;
+    void shutDown();
+
+    platform::AudioOutput output_;
+    bool open_ = false;
     RuntimeConfig config_;
     std::string error_;
+    bool musicPaused_ = false;
+    DecodedAudio musicBuffer_;  // read by the music voice
+    platform::AudioVoice musicVoice_ = platform::kNoVoice;
+    std::vector<ActiveEffect> effectVoices_;
 };
 
 }  // namespace port

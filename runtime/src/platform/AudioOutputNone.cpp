@@ -1,0 +1,9 @@
+#include "AudioOutput.hpp"
+
+namespace port::platform {
+
+AudioOutput systemAudioOutput() {
+    return {};
+}
+
+}  // namespace port::platform
