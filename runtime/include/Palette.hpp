@@ -25,8 +25,12 @@ void remapColors(const std::vector<ColorKey>& source, const std::vector<ColorKey
 [[nodiscard]] bool loadPaletteColors(const Renderer& renderer, const std::filesystem::path& path,
                                      std::vector<ColorKey>& colors);
 
-// Gives the sprite the model's palette of index `mapIndex`, from 1 on; 0 is its own. A palette that
-// is not there or cannot be loaded leaves the sprite as it is.
+// Whether the model has a palette of index `mapIndex`, from 1 on; its files may still be missing.
+[[nodiscard]] bool hasCharacterPalette(const generated::Character& model, int mapIndex);
+
+// Gives the sprite the model's palette of index `mapIndex`, from 1 on; 0 is its own. Palette files
+// lie below the data root, in any case. One that is not there or cannot be loaded leaves the sprite
+// as it is.
 void applyCharacterPalette(const Renderer& renderer, const std::filesystem::path& dataRoot,
                            const generated::Character& model, int mapIndex, SpriteImage& sprite);
 

@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "AssetPaths.hpp"
 #include "FileBytes.hpp"
 #include "PathEncoding.hpp"
 #include "Renderer.hpp"
@@ -22,10 +23,31 @@ bool loadActColors(const std::filesystem::path& path, std::vector<ColorKey>& col
     return !colors.empty();
 }
 
+// The files to map from and to; null or empty for what a model does not have.
+struct PalettePair {
+    const char* source = nullptr;
+    const char* target = nullptr;
+
+    [[nodiscard]] bool complete() const { return source && *source && target && *target; }
+};
+
+PalettePair palettePair(const generated::Character& model, int mapIndex) {
+    if (mapIndex < 1) return {};
+    const auto index = static_cast<std::size_t>(mapIndex) - 1;
+    if (index < model.paletteRemapCount) {
+        return {model.paletteRemaps[index].source, model.paletteRemaps[index].target};
+    }
+    if (index < model.alternatePaletteCount) {
+        return {model.palettePath, model.alternatePalettes[index]};
+    }
+    return {};
+}
+
 bool loadPaletteFile(const Renderer& renderer, const std::filesystem::path& dataRoot,
-                     const char* path, std::vector<ColorKey>& colors) {
-    return path && *path &&
-           loadPaletteColors(renderer, dataRoot / PathEncoding::path(path), colors);
+                     const char* name, std::vector<ColorKey>& colors) {
+    const std::filesystem::path relative = normalizeDataPath(name);
+    return !relative.empty() &&
+           loadPaletteColors(renderer, runtimeCasePath(dataRoot / relative), colors);
 }
 
 }  // namespace
@@ -72,23 +94,18 @@ bool loadPaletteColors(const Renderer& renderer, const std::filesystem::path& pa
     return true;
 }
 
+bool hasCharacterPalette(const generated::Character& model, int mapIndex) {
+    return palettePair(model, mapIndex).complete();
+}
+
 void applyCharacterPalette(const Renderer& renderer, const std::filesystem::path& dataRoot,
                            const generated::Character& model, int mapIndex, SpriteImage& sprite) {
-    if (mapIndex < 1) return;
-    const auto index = static_cast<std::size_t>(mapIndex) - 1;
-    const char* source = nullptr;
-    const char* target = nullptr;
-    if (index < model.paletteRemapCount) {
-        source = model.paletteRemaps[index].source;
-        target = model.paletteRemaps[index].target;
-    } else if (index < model.alternatePaletteCount) {
-        source = model.palettePath;
-        target = model.alternatePalettes[index];
-    }
+    const PalettePair pair = palettePair(model, mapIndex);
+    if (!pair.complete()) return;
     std::vector<ColorKey> from;
     std::vector<ColorKey> to;
-    if (loadPaletteFile(renderer, dataRoot, source, from) &&
-        loadPaletteFile(renderer, dataRoot, target, to)) {
+    if (loadPaletteFile(renderer, dataRoot, pair.source, from) &&
+        loadPaletteFile(renderer, dataRoot, pair.target, to)) {
         remapColors(from, to, sprite);
     }
 }
