@@ -32,7 +32,7 @@ std::string foldedPath(std::string_view text) {
 AssetFinder::AssetFinder(const ProjectScan& project, GameReader& game) : game_(game) {
     const std::size_t prefix = PathEncoding::utf8(project.dataDir).size() + 1;
     std::unordered_set<std::string> folders;
-    for (const DataEntry& entry : project.entries) {
+    for (const TreeEntry& entry : project.entries) {
         std::string folded = toLower(PathEncoding::utf8(entry.path).substr(prefix));
         if (entry.directory) {
             foldersDifferInCase_ |= !folders.insert(std::move(folded)).second;

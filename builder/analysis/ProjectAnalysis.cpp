@@ -101,7 +101,7 @@ class ProjectAnalyzer {
         readVideo();
         readModelsAndStages();
         readModelRegistry();
-        for (const DataEntry& entry : project_.entries) {
+        for (const TreeEntry& entry : project_.entries) {
             if (entry.regularFile) analyzeFile(entry);
         }
         storeTallies();
@@ -150,7 +150,7 @@ class ProjectAnalyzer {
         }
     }
 
-    void analyzeFile(const DataEntry& entry) {
+    void analyzeFile(const TreeEntry& entry) {
         const std::string& extension = entry.extension;
         if (extension == ".txt") {
             const std::string name = toLower(PathEncoding::utf8(entry.path.filename()));

@@ -72,7 +72,7 @@ void appendDistinct(std::vector<SymbolId>& list, SymbolId symbol) {
 
 ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project)
     : game_(game), project_(project), walkBudget_(kWalkBudget) {
-    for (const DataEntry& entry : project.entries) {
+    for (const TreeEntry& entry : project.entries) {
         if (!entry.regularFile) continue;
         byBaseName_[toLower(PathEncoding::utf8(entry.path.filename()))].push_back(&entry.path);
     }
@@ -179,7 +179,7 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
 void ScriptScanner::prepareProject() {
     if (prepared_) return;
     prepared_ = true;
-    for (const DataEntry& entry : project_.entries) {
+    for (const TreeEntry& entry : project_.entries) {
         if (entry.regularFile && (entry.extension == ".c" || entry.extension == ".h")) {
             static_cast<void>(fileId(entry.path));
         }

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ExitCodes.hpp"
@@ -123,8 +124,8 @@ std::string closingText(const fs::path& output, int code) {
 }
 
 int convertSelection(const Dialogs& dialogs, const Console& console, const fs::path& selection) {
-    const PreparedInput prepared = prepareInput(selection);
-    const ProjectScan scan = scanProject(prepared.gameRoot);
+    PreparedInput prepared = prepareInput(selection);
+    const ProjectScan scan = scanProject(prepared.gameRoot, std::move(prepared.gameData));
     if (!scan.hasData) {
         dialogs.showError(kTitle,
                           "A pasta escolhida nao parece ser um projeto OpenBOR: a pasta data/ nao "

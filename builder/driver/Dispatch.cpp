@@ -6,6 +6,7 @@
 #include <iterator>
 #include <ostream>
 #include <string_view>
+#include <utility>
 
 #include "analysis/ParityAudit.hpp"
 #include "analysis/ProjectAnalysis.hpp"
@@ -128,7 +129,7 @@ constexpr GameCommand kGameCommands[] = {
 };
 
 int runGameCommand(std::string_view command, const fs::path& input,
-                   const std::optional<fs::path>& folder, const PreparedInput& prepared,
+                   const std::optional<fs::path>& folder, PreparedInput& prepared,
                    const Console& console) {
     console.out << "Input source: " << prepared.sourceKind << " | original=" << displayPath(input)
                 << " | gameRoot=" << displayPath(prepared.gameRoot) << '\n';
@@ -136,7 +137,7 @@ int runGameCommand(std::string_view command, const fs::path& input,
         console.out << "[INFO] " << prepared.candidates.size()
                     << " candidatos detectados; usando o de maior compatibilidade estrutural.\n";
     }
-    const ProjectScan scan = scanProject(prepared.gameRoot);
+    const ProjectScan scan = scanProject(prepared.gameRoot, std::move(prepared.gameData));
     printScanSummary(console.out, scan);
     if (!scan.hasData) return kNoData;
     if (command == "scan") return kSuccess;

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 void copyAssets(const ProjectScan& project, const fs::path& target) {
     createDirectories(target);
     Progress progress("Copying", project.entries.size());
-    for (const DataEntry& entry : project.entries) {
+    for (const TreeEntry& entry : project.entries) {
         progress.advance();
         if (entry.symlink || (!entry.directory && !entry.regularFile)) continue;
         const fs::path relative = entry.path.lexically_relative(project.dataDir);

@@ -81,7 +81,7 @@ void writeSpecialFiles(const ProjectScan& project, const fs::path& report) {
     out.close();
 }
 
-std::string projectPath(const ProjectScan& project, const DataEntry& entry) {
+std::string projectPath(const ProjectScan& project, const TreeEntry& entry) {
     return displayPath(entry.path.lexically_relative(project.root));
 }
 
@@ -97,7 +97,7 @@ std::string_view audioBackend(std::string_view extension) {
 void writeAudioReport(const ProjectScan& project, const fs::path& report) {
     OutputFile out(report);
     out << text::kAudioReportTitle;
-    for (const DataEntry& entry : project.entries) {
+    for (const TreeEntry& entry : project.entries) {
         const std::string_view backend = audioBackend(entry.extension);
         if (!entry.regularFile || backend.empty()) continue;
         std::error_code error;
@@ -111,7 +111,7 @@ void writeAudioReport(const ProjectScan& project, const fs::path& report) {
 void writeScriptReport(const ProjectScan& project, const fs::path& report) {
     OutputFile out(report);
     out << text::kScriptVmReport;
-    for (const DataEntry& entry : project.entries) {
+    for (const TreeEntry& entry : project.entries) {
         if (!entry.regularFile || (entry.extension != ".c" && entry.extension != ".h")) continue;
         out << "VM_CANDIDATE\t" << projectPath(project, entry) << '\n';
     }

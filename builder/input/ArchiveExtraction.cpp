@@ -6,11 +6,11 @@
 #include <string_view>
 #include <system_error>
 
-#include "input/TreeWalk.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/Interrupt.hpp"
 #include "platform/RemoveTree.hpp"
 #include "reader/DataPaths.hpp"
+#include "reader/TreeWalk.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
@@ -24,13 +24,13 @@ class Tally {
     explicit Tally(const ExtractionLimits& limits) : limits_(limits) {}
 
     // Empty while all is well, else the text for the user.
-    [[nodiscard]] std::string_view add(const WalkEntry& entry) {
+    [[nodiscard]] std::string_view add(const TreeEntry& entry) {
         if (entry.directory) {
             ++folders_;
         } else {
             ++files_;
             std::error_code error;
-            const std::uintmax_t size = entry.link ? 0 : fs::file_size(entry.path, error);
+            const std::uintmax_t size = entry.symlink ? 0 : fs::file_size(entry.path, error);
             if (!error) bytes_ += size;
         }
         if (files_ > limits_.files || folders_ > limits_.files) {
@@ -59,7 +59,7 @@ class GrowthWatch {
         if (start < next_) return true;
         Tally tally(limits_);
         bool within = true;
-        walkTree(folder_, [&](const WalkEntry& entry) {
+        walkTree(folder_, [&](const TreeEntry& entry) {
             within = tally.add(entry).empty();
             return within ? WalkStep::Enter : WalkStep::Stop;
         });
@@ -77,7 +77,7 @@ class GrowthWatch {
 };
 
 // Archives carry permissions, even such as would hide their files from us.
-void makeReadable(const WalkEntry& entry) {
+void makeReadable(const TreeEntry& entry) {
     const fs::perms wanted =
         entry.directory ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_write;
     std::error_code error;
@@ -96,9 +96,9 @@ std::string makeSafe(const fs::path& folder, const ExtractionLimits& limits, Int
     fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, ignored);
     walkTree(
         folder,
-        [&](const WalkEntry& entry) {
+        [&](const TreeEntry& entry) {
             hold.letIn();
-            if (entry.link || (!entry.directory && !entry.regularFile)) {
+            if (entry.symlink || (!entry.directory && !entry.regularFile)) {
                 std::error_code error;
                 fs::remove(entry.path, error);
                 if (error)
@@ -109,7 +109,7 @@ std::string makeSafe(const fs::path& folder, const ExtractionLimits& limits, Int
             }
             return problem.empty() ? WalkStep::Enter : WalkStep::Stop;
         },
-        [&](const fs::path& unlisted) {
+        [&](const fs::path& unlisted, std::error_code) {
             problem = "falha lendo pasta extraida: " + displayPath(unlisted);
         });
     return problem;

@@ -38,10 +38,11 @@ void openSession(PreparedInput& input) {
 }
 
 // False when there are none.
-bool chooseRoot(PreparedInput& input, std::vector<fs::path> roots) {
-    if (roots.empty()) return false;
-    input.candidates = std::move(roots);
+bool chooseRoot(PreparedInput& input, ProjectSearch search) {
+    if (search.roots.empty()) return false;
+    input.candidates = std::move(search.roots);
     input.gameRoot = input.candidates.front();
+    input.gameData = std::move(search.bestData);
     return true;
 }
 
@@ -54,7 +55,7 @@ std::vector<fs::path> mergePaks(const fs::path& session, const std::vector<fs::p
         folder += paks[i].stem();
         std::string error;
         if (extractPak(paks[i], folder, &error)) {
-            for (fs::path& root : findProjectRoots(folder)) roots.push_back(std::move(root));
+            for (fs::path& root : findProjectRoots(folder).roots) roots.push_back(std::move(root));
         } else {
             std::cerr << warning << displayPath(paks[i]) << ": " << error << '\n';
         }
@@ -76,7 +77,7 @@ void prepareFolder(PreparedInput& input) {
     }
     openSession(input);
     input.sourceKind = "openbor-package-folder";
-    if (!chooseRoot(input, mergePaks(input.tempDir, paks, "[WARN] PAK ignorado "))) {
+    if (!chooseRoot(input, {mergePaks(input.tempDir, paks, "[WARN] PAK ignorado "), {}})) {
         throw std::runtime_error(
             "Arquivos .pak encontrados, mas nenhum projeto OpenBOR valido foi extraido.");
     }
@@ -92,8 +93,9 @@ void prepareArchive(PreparedInput& input, const ArchiveFormat& format, std::stri
     }
     if (chooseRoot(input, findProjectRoots(folder))) return;
     input.sourceKind = format.packageKind;
-    if (!chooseRoot(input, mergePaks(input.tempDir, findPakFiles(folder),
-                                     "[WARN] PAK no arquivo ignorado "))) {
+    std::vector<fs::path> roots =
+        mergePaks(input.tempDir, findPakFiles(folder), "[WARN] PAK no arquivo ignorado ");
+    if (!chooseRoot(input, {std::move(roots), {}})) {
         throw std::runtime_error(std::string(format.name) +
                                  " extraido, mas nenhum data/, assets/openbor-data ou .pak OpenBOR "
                                  "valido foi encontrado.");
@@ -153,6 +155,7 @@ PreparedInput& PreparedInput::operator=(PreparedInput&& other) noexcept {
     sourceKind = std::move(other.sourceKind);
     candidates = std::move(other.candidates);
     ownsTempDir = std::exchange(other.ownsTempDir, false);
+    gameData = std::move(other.gameData);
     return *this;
 }
 

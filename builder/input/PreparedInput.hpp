@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "reader/ProjectScan.hpp"
+
 namespace tindrel {
 
 // The game that was found, with the temporary session that it may lie in. Movable, not copyable;
@@ -17,6 +19,7 @@ struct PreparedInput {
     std::string sourceKind;              // "folder", "zip", "pak", ..., for a person to read
     std::vector<std::filesystem::path> candidates;  // all roots, best first; gameRoot is the first
     bool ownsTempDir = false;
+    DataWalk gameData;  // what the search saw below gameRoot's data folder; may be empty
 
     PreparedInput() = default;
     PreparedInput(PreparedInput&& other) noexcept;

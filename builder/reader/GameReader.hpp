@@ -4,10 +4,10 @@
 // file is read once, and models and stages are parsed once.
 
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "reader/DataPaths.hpp"
@@ -44,12 +44,17 @@ class GameReader {
     [[nodiscard]] const std::vector<StageDef>& stages();
 
   private:
+    [[nodiscard]] const std::filesystem::path& canonicalParent(
+        const std::filesystem::path& path) const;
+
     PathResolver resolver_;
     std::filesystem::path projectRoot_;
     std::filesystem::path canonicalRoot_;
-    // Canonical forms of the folders that relativeToProject has met.
-    mutable std::map<std::filesystem::path, std::filesystem::path> canonicalFolders_;
-    std::map<std::filesystem::path, TextFile> files_;
+    // By native path.
+    template <typename Value>
+    using ByPath = std::unordered_map<std::filesystem::path::string_type, Value>;
+    mutable ByPath<std::filesystem::path> canonicalFolders_;
+    ByPath<TextFile> files_;
     std::optional<std::vector<ModelDef>> models_;
     std::optional<std::vector<StageDef>> stages_;
 };

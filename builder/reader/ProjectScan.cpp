@@ -47,47 +47,42 @@ void check(const char* operation, const fs::path& path, const std::error_code& e
     if (error) throw fs::filesystem_error(operation, path, error);
 }
 
-DataEntry describe(const fs::directory_entry& found) {
-    DataEntry entry;
-    entry.path = found.path();
-    entry.extension = toLower(PathEncoding::utf8(entry.path.extension()));
-    // The type that the listing brought along; only a link costs a question of its own.
-    std::error_code error;
-    entry.symlink = found.is_symlink(error);
-    check("directory_entry::status", entry.path, error);
-    if (entry.symlink) {
-        entry.regularFile = found.is_regular_file(error);
-        if (error && !isAbsence(error)) check("directory_entry::status", entry.path, error);
-    } else {
-        entry.regularFile = found.is_regular_file(error);
-        check("directory_entry::status", entry.path, error);
-        entry.directory = !entry.regularFile && found.is_directory(error);
-        check("directory_entry::status", entry.path, error);
+// Takes over what the walk has found, unless some of it could not be read.
+void addEntries(ProjectScan& scan, DataWalk walk) {
+    check("recursive_directory_iterator::recursive_directory_iterator", scan.dataDir, walk.error);
+    for (const TreeEntry& entry : walk.entries) {
+        check(entry.directory ? "recursive_directory_iterator::operator++"
+                              : "directory_entry::status",
+              entry.path, entry.error);
+        if (!entry.regularFile) continue;
+        ++scan.fileCount;
+        const auto* const row =
+            std::find_if(std::begin(kExtensions), std::end(kExtensions),
+                         [&](const auto& known) { return known.extension == entry.extension; });
+        if (row != std::end(kExtensions)) ++(scan.*row->counter);
     }
-    return entry;
-}
-
-void walkDataFolder(ProjectScan& scan) {
-    std::error_code error;
-    fs::recursive_directory_iterator it(scan.dataDir, error);
-    check("recursive_directory_iterator::recursive_directory_iterator", scan.dataDir, error);
-    while (it != fs::recursive_directory_iterator()) {
-        const DataEntry& entry = scan.entries.emplace_back(describe(*it));
-        if (entry.regularFile) {
-            ++scan.fileCount;
-            const auto* const row =
-                std::find_if(std::begin(kExtensions), std::end(kExtensions),
-                             [&](const auto& known) { return known.extension == entry.extension; });
-            if (row != std::end(kExtensions)) ++(scan.*row->counter);
-        }
-        it.increment(error);
-        check("recursive_directory_iterator::operator++", entry.path, error);
-    }
+    scan.entries = std::move(walk.entries);
 }
 
 }  // namespace
 
-ProjectScan scanProject(const fs::path& root) {
+DataWalk walkDataFolder(const fs::path& dataDir) {
+    DataWalk walk;
+    walk.dataDir = dataDir;
+    walkTree(
+        dataDir,
+        [&](TreeEntry& entry) {
+            walk.entries.push_back(std::move(entry));
+            return WalkStep::Enter;
+        },
+        // A directory is listed right after its visit.
+        [&](const fs::path&, std::error_code error) {
+            (walk.entries.empty() ? walk.error : walk.entries.back().error) = error;
+        });
+    return walk;
+}
+
+ProjectScan scanProject(const fs::path& root, DataWalk walked) {
     ProjectScan scan;
     const fs::path absoluteRoot = tindrel::absolute(root);
     std::error_code error;
@@ -117,7 +112,8 @@ ProjectScan scanProject(const fs::path& root) {
     scan.hasLoading = imageExists(screens / "loading") || imageExists(screens / "loading2");
     if (!scan.hasModels) scan.warnings.emplace_back("models.txt nao encontrado.");
     if (!scan.hasLevels) scan.warnings.emplace_back("levels.txt nao encontrado.");
-    walkDataFolder(scan);
+    if (walked.dataDir != scan.dataDir) walked = walkDataFolder(scan.dataDir);
+    addEntries(scan, std::move(walked));
     return scan;
 }
 

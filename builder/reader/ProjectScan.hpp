@@ -8,16 +8,18 @@
 #include <string_view>
 #include <vector>
 
+#include "reader/TreeWalk.hpp"
+
 namespace tindrel {
 
-// One entry below the data folder, so that later passes need no walk of their own.
-struct DataEntry {
-    std::filesystem::path path;  // data folder joined with the way to the entry
-    std::string extension;       // lower case, with its dot
-    bool regularFile = false;    // links to regular files included
-    bool directory = false;      // links excluded
-    bool symlink = false;
+// Everything below one data folder. A directory that could not be listed carries the error.
+struct DataWalk {
+    std::filesystem::path dataDir;  // empty when there was no walk
+    std::vector<TreeEntry> entries;
+    std::error_code error;  // of listing the data folder itself
 };
+
+[[nodiscard]] DataWalk walkDataFolder(const std::filesystem::path& dataDir);
 
 struct ProjectScan {
     std::filesystem::path root;     // absolute and canonical
@@ -28,11 +30,12 @@ struct ProjectScan {
     bool hasTitle = false, hasSelect = false, hasLoading = false;
     std::uint64_t fileCount = 0, imageCount = 0, audioCount = 0, textCount = 0;
     std::vector<std::string> warnings;  // in the order of discovery
-    std::vector<DataEntry> entries;     // everything below dataDir, in the file system's order
+    std::vector<TreeEntry> entries;     // everything below dataDir, in the order of the walk
 };
 
-// Throws a filesystem_error named after the operation for an error other than absence.
-[[nodiscard]] ProjectScan scanProject(const std::filesystem::path& root);
+// Throws a filesystem_error named after the operation for an error other than absence. `walked` is
+// what the caller has seen below the data folder already, if anything; it spares another walk.
+[[nodiscard]] ProjectScan scanProject(const std::filesystem::path& root, DataWalk walked = {});
 
 // An image `stem` with the extension .gif, .png or .bmp.
 [[nodiscard]] bool imageExists(const std::filesystem::path& stem);

@@ -16,7 +16,7 @@ class ProjectRootsTest : public ::testing::Test {
   protected:
     std::vector<std::string> roots(const fs::path& folder) {
         std::vector<std::string> found;
-        for (const fs::path& root : findProjectRoots(folder)) {
+        for (const fs::path& root : findProjectRoots(folder).roots) {
             found.push_back(root.lexically_relative(folder_.path()).generic_string());
         }
         return found;
@@ -65,6 +65,25 @@ TEST_F(ProjectRootsTest, BestFirst) {
     EXPECT_EQ(roots(folder_.path() / "best/data"), std::vector<std::string>{"best"});
     // Found as "best/" and as "best".
     EXPECT_EQ(roots(folder_.path() / "best" / ""), std::vector<std::string>{"best"});
+}
+
+TEST_F(ProjectRootsTest, KeepsWhatItSawOfTheBestRoot) {
+    folder_.write("a/data/models.txt", "");
+    folder_.write("best/DATA/models.txt", "");
+    folder_.write("best/DATA/levels.txt", "");
+    folder_.write("best/DATA/data/chars/deep.txt", "");
+    folder_.write("best/outside.txt", "");
+    const ProjectSearch found = findProjectRoots(folder_.path());
+    EXPECT_EQ(found.bestData.dataDir, folder_.path() / "best/DATA");
+    const ProjectScan walked = scanProject(found.roots.front());
+    const ProjectScan spared = scanProject(found.roots.front(), found.bestData);
+    ASSERT_EQ(spared.entries.size(), walked.entries.size());
+    for (std::size_t i = 0; i < walked.entries.size(); ++i) {
+        EXPECT_EQ(spared.entries[i].path, walked.entries[i].path);
+    }
+    EXPECT_EQ(spared.textCount, 3U);
+    // One that belongs to another folder is of no use.
+    EXPECT_EQ(scanProject(folder_.path() / "a", found.bestData).textCount, 1U);
 }
 
 TEST_F(ProjectRootsTest, LooksTenLevelsDeep) {

@@ -54,8 +54,8 @@ TEST(ProjectScan, CountsByExtensionAndRecordsTheWalk) {
     const auto entry = [&](const fs::path& relative) {
         const auto found = std::find_if(
             scan.entries.begin(), scan.entries.end(),
-            [&](const DataEntry& candidate) { return candidate.path == scan.dataDir / relative; });
-        return found == scan.entries.end() ? DataEntry{} : *found;
+            [&](const TreeEntry& candidate) { return candidate.path == scan.dataDir / relative; });
+        return found == scan.entries.end() ? TreeEntry{} : *found;
     };
     EXPECT_TRUE(entry("music/a.b").directory);
     EXPECT_FALSE(entry("music/a.b").regularFile);
@@ -128,7 +128,7 @@ TEST(ProjectScan, LinksAreNotWalked) {
     const ProjectScan scan = scanProject(folder.path());
     EXPECT_EQ(scan.entries.size(), 5U);
     EXPECT_EQ(scan.fileCount, 2U) << "a link to a file counts, one to nothing does not";
-    for (const DataEntry& entry : scan.entries) {
+    for (const TreeEntry& entry : scan.entries) {
         EXPECT_FALSE(entry.directory) << entry.path;
         EXPECT_EQ(entry.symlink, entry.path.filename() != "models.txt") << entry.path;
     }

@@ -1,0 +1,36 @@
+#pragma once
+
+// A walk over a folder that anybody may have filled: nothing in it makes the walk fail.
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <system_error>
+
+namespace tindrel {
+
+struct TreeEntry {
+    std::filesystem::path path;  // the folder of the walk joined with the way to the entry
+    std::string extension;       // lower case, with its dot
+    int depth = 1;               // number of elements below that folder
+    bool regularFile = false;    // links to regular files included
+    bool directory = false;      // links excluded
+    bool symlink = false;
+    std::error_code error;  // the type could not be told
+};
+
+enum class WalkStep {
+    Enter,  // go on, and into this entry if it is a directory
+    Pass,   // go on without entering it
+    Stop,
+};
+
+// Visits everything below `folder` in the file system's order, what a directory holds right behind
+// it. Links are not followed. Lists every directory once, with one of them open at a time; one that
+// cannot be listed to its end is reported to `unlisted`, if given, right after it was visited, and
+// the walk goes on beside it.
+void walkTree(
+    const std::filesystem::path& folder, const std::function<WalkStep(TreeEntry& entry)>& visit,
+    const std::function<void(const std::filesystem::path&, std::error_code)>& unlisted = {});
+
+}  // namespace tindrel
