@@ -6,6 +6,9 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <fstream>
+#include <functional>
+#include <istream>
 #include <span>
 #include <string_view>
 #include <system_error>
@@ -65,10 +68,71 @@ struct ImaState {
     }
 };
 
-std::uint32_t littleEndian(Bytes bytes, std::size_t offset, std::size_t size) {
+// A whole file to be read in pieces, so that samples need not lie in memory twice.
+struct Source {
+    std::uintmax_t size = 0;
+    // Fills `into`, which lies within the size; false when the file cannot be read.
+    std::function<bool(std::uintmax_t offset, std::span<std::uint8_t> into)> read;
+};
+
+Source memorySource(Bytes file) {
+    return {file.size(), [file](std::uintmax_t offset, std::span<std::uint8_t> into) {
+                const Bytes piece = file.subspan(static_cast<std::size_t>(offset), into.size());
+                std::copy(piece.begin(), piece.end(), into.begin());
+                return true;
+            }};
+}
+
+Source streamSource(std::istream& in, std::uintmax_t size) {
+    return {size, [&in, at = std::uintmax_t{0}](std::uintmax_t offset,
+                                                std::span<std::uint8_t> into) mutable {
+                if (offset != at) in.seekg(static_cast<std::streamoff>(offset));
+                in.read(reinterpret_cast<char*>(into.data()),
+                        static_cast<std::streamsize>(into.size()));
+                at = offset + into.size();
+                return in.good();
+            }};
+}
+
+// A view that moves over a source. Files of tiny chunks cost no read for each of them.
+class Window {
+  public:
+    explicit Window(const Source& source) : source_(source) {}
+
+    // As much of `size` bytes, at most 64, as there is; empty on failure too.
+    Bytes view(std::uintmax_t offset, std::size_t size) {
+        if (offset >= source_.size) return {};
+        const auto left = source_.size - offset;
+        size = static_cast<std::size_t>(std::min<std::uintmax_t>(size, left));
+        if (offset < start_ || offset + size > start_ + held_) {
+            start_ = offset;
+            held_ = static_cast<std::size_t>(std::min<std::uintmax_t>(bytes_.size(), left));
+            if (!source_.read(start_, {bytes_.data(), held_})) held_ = 0;
+            if (held_ == 0) return {};
+        }
+        return {bytes_.data() + static_cast<std::size_t>(offset - start_), size};
+    }
+
+  private:
+    const Source& source_;
+    std::array<std::uint8_t, 4096> bytes_{};
+    std::uintmax_t start_ = 0;
+    std::size_t held_ = 0;
+};
+
+// By copies where they do, since loops over these then become vectors.
+std::uint32_t littleEndian16(const std::uint8_t* bytes) {
+    std::uint16_t value = 0;
+    std::memcpy(&value, bytes, sizeof value);
+    if constexpr (std::endian::native == std::endian::little) return value;
+    return bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8U;
+}
+
+std::uint32_t littleEndian32(const std::uint8_t* bytes) {
     std::uint32_t value = 0;
-    for (std::size_t i = size; i > 0; --i) value = (value << 8U) | bytes[offset + i - 1];
-    return value;
+    std::memcpy(&value, bytes, sizeof value);
+    if constexpr (std::endian::native == std::endian::little) return value;
+    return littleEndian16(bytes) | littleEndian16(bytes + 2) << 16U;
 }
 
 bool hasTag(Bytes bytes, std::size_t offset, std::string_view tag) {
@@ -78,31 +142,49 @@ bool hasTag(Bytes bytes, std::size_t offset, std::string_view tag) {
 
 struct WavChunks {
     std::uint32_t codec = 0, channels = 0, rate = 0, bits = 0;
-    Bytes data;
+    std::uintmax_t dataStart = 0;
+    std::uint32_t dataSize = 0;
     bool hasLoop = false;
     std::uint32_t loopStart = 0, loopEnd = 0;
 };
 
+constexpr std::size_t kChunkHead = 8;
+constexpr std::size_t kFormatBody = 16;
+constexpr std::size_t kSamplerBody = 60;
+
+void readFormat(Bytes body, WavChunks& chunks) {
+    chunks.codec = littleEndian16(body.data());
+    chunks.channels = littleEndian16(body.data() + 2);
+    chunks.rate = littleEndian32(body.data() + 4);
+    chunks.bits = littleEndian16(body.data() + 14);
+}
+
+void readFirstLoop(Bytes body, WavChunks& chunks) {
+    if (littleEndian32(body.data() + 28) == 0) return;
+    chunks.loopStart = littleEndian32(body.data() + 44);
+    chunks.loopEnd = littleEndian32(body.data() + 48);
+    chunks.hasLoop = chunks.loopEnd >= chunks.loopStart;
+}
+
 // Reads chunks up to the first that the file cuts short.
-WavChunks readChunks(Bytes file) {
+WavChunks readChunks(const Source& file, Window& window) {
     WavChunks chunks;
-    std::size_t at = 12;
-    while (at <= file.size() && file.size() - at >= 8) {
-        const std::size_t size = littleEndian(file, at + 4, 4);
-        const std::size_t start = at + 8;
-        if (size > file.size() - start) break;
-        const Bytes body = file.subspan(start, size);
-        if (hasTag(file, at, "fmt ") && size >= 16) {
-            chunks.codec = littleEndian(body, 0, 2);
-            chunks.channels = littleEndian(body, 2, 2);
-            chunks.rate = littleEndian(body, 4, 4);
-            chunks.bits = littleEndian(body, 14, 2);
-        } else if (hasTag(file, at, "data")) {
-            chunks.data = body;
-        } else if (hasTag(file, at, "smpl") && size >= 60 && littleEndian(body, 28, 4) > 0) {
-            chunks.loopStart = littleEndian(body, 44, 4);
-            chunks.loopEnd = littleEndian(body, 48, 4);
-            chunks.hasLoop = chunks.loopEnd >= chunks.loopStart;
+    std::uintmax_t at = 12;
+    for (;;) {
+        const Bytes head = window.view(at, kChunkHead);
+        if (head.size() < kChunkHead) break;
+        const std::uint32_t size = littleEndian32(head.data() + 4);
+        const std::uintmax_t start = at + kChunkHead;
+        if (size > file.size - start) break;
+        if (hasTag(head, 0, "data")) {
+            chunks.dataStart = start;
+            chunks.dataSize = size;
+        } else if (hasTag(head, 0, "fmt ") && size >= kFormatBody) {
+            const Bytes body = window.view(start, kFormatBody);
+            if (body.size() == kFormatBody) readFormat(body, chunks);
+        } else if (hasTag(head, 0, "smpl") && size >= kSamplerBody) {
+            const Bytes body = window.view(start, kSamplerBody);
+            if (body.size() == kSamplerBody) readFirstLoop(body, chunks);
         }
         at = start + size + (size & 1U);
     }
@@ -115,7 +197,7 @@ constexpr std::uint32_t kCodecFloat = 3;
 std::string_view wavRefusal(const WavChunks& wav) {
     const bool pcm = wav.codec == kCodecPcm;
     const bool knownDepth = wav.bits == 8 || wav.bits == 16 || wav.bits == 24 || wav.bits == 32;
-    if (wav.data.empty() || wav.channels == 0 || wav.rate == 0) {
+    if (wav.dataSize == 0 || wav.channels == 0 || wav.rate == 0) {
         return "WAV missing fmt/data chunk";
     }
     if (!pcm && wav.codec != kCodecFloat) return "WAV codec is not PCM/IEEE-float";
@@ -125,37 +207,128 @@ std::string_view wavRefusal(const WavChunks& wav) {
     return {};
 }
 
-std::int16_t floatSample(std::uint32_t bits) {
-    const auto value = std::bit_cast<float>(bits);
-    // A NaN would have no defined integer.
-    if (std::isnan(value)) return 0;
-    const double scaled = std::clamp(static_cast<double>(value), -1.0, 1.0) * 32767.0;
-    // To the nearest, halves away from zero.
-    return static_cast<std::int16_t>(scaled < 0 ? scaled - 0.5 : scaled + 0.5);
-}
-
-Samples floatSamples(Bytes data) {
-    Samples pcm(data.size() / 4);
-    for (std::size_t i = 0; i < pcm.size(); ++i) pcm[i] = floatSample(littleEndian(data, i * 4, 4));
-    return pcm;
-}
-
-// Whole samples only. The upper two bytes of a deeper sample are its arithmetic shift down.
-Samples pcmSamples(Bytes data, std::uint32_t bits) {
-    const std::size_t size = bits / 8;
-    Samples pcm(data.size() / size);
-    if (bits == 8) {
-        std::transform(data.begin(), data.end(), pcm.begin(), [](std::uint8_t byte) {
-            return static_cast<std::int16_t>((byte - 128) * 256);
-        });
-    } else if (bits == 16 && std::endian::native == std::endian::little) {
-        if (!pcm.empty()) std::memcpy(pcm.data(), data.data(), pcm.size() * 2);
-    } else {
-        for (std::size_t i = 0; i < pcm.size(); ++i) {
-            pcm[i] = static_cast<std::int16_t>(littleEndian(data, (i + 1) * size - 2, 2));
-        }
+// One sample of each source. Those of PCM deeper than 16 bits are shifted down, which leaves their
+// upper two bytes.
+struct FromPcm8 {
+    static constexpr std::size_t kBytes = 1;
+    static std::int16_t sample(const std::uint8_t* bytes) {
+        return static_cast<std::int16_t>((*bytes - 128) * 256);
     }
-    return pcm;
+};
+
+template <std::size_t Size>
+struct FromPcm {
+    static constexpr std::size_t kBytes = Size;
+    static std::int16_t sample(const std::uint8_t* bytes) {
+        return static_cast<std::int16_t>(littleEndian16(bytes + Size - 2));
+    }
+};
+
+// Without branches, so that compilers make vectors of the loop.
+struct FromFloat {
+    static constexpr std::size_t kBytes = 4;
+    // 1.5 * 2^52, beside which a double keeps no fraction and has the integer in its low bits.
+    static constexpr double kRounding = 6755399441055744.0;
+    static std::int16_t sample(const std::uint8_t* bytes) {
+        const auto value = std::bit_cast<float>(littleEndian32(bytes));
+        const float magnitude = std::fabs(value);
+        const float clamped = std::copysign(magnitude < 1.0F ? magnitude : 1.0F, value);
+        // A NaN, which the line above makes loud, is silence.
+        const auto isNumber = static_cast<std::uint32_t>(!std::isnan(value));
+        const std::uint32_t bits = std::bit_cast<std::uint32_t>(clamped) & (0U - isNumber);
+        // In double, where the product is exact. Its only halves are those of 0.5 and -0.5, which
+        // round to even and so away from zero.
+        const double rounded =
+            static_cast<double>(std::bit_cast<float>(bits)) * 32767.0 + kRounding;
+        return static_cast<std::int16_t>(std::bit_cast<std::uint64_t>(rounded));
+    }
+};
+
+// Samples are read in blocks that stay in the cache until they are converted. Those that need no
+// conversion come in greater ones, which still find what the vector's growth has just written
+// there.
+constexpr std::size_t kBlockSamples = 1U << 14U;
+constexpr std::size_t kStraightBlockSamples = 1U << 17U;
+
+// Appends whole samples; false when the file cannot be read.
+template <class From>
+bool readSamples(const Source& file, const WavChunks& wav, Samples& pcm) {
+    const std::size_t count = wav.dataSize / From::kBytes;
+    pcm.reserve(count);
+    std::vector<std::uint8_t> block(kBlockSamples * From::kBytes);
+    while (pcm.size() < count) {
+        const std::size_t done = pcm.size();
+        const std::size_t now = std::min(kBlockSamples, count - done);
+        if (!file.read(wav.dataStart + done * From::kBytes, {block.data(), now * From::kBytes})) {
+            return false;
+        }
+        pcm.resize(done + now);
+        std::int16_t* const into = pcm.data() + done;
+        const std::uint8_t* const from = block.data();
+        for (std::size_t i = 0; i < now; ++i) into[i] = From::sample(from + i * From::kBytes);
+    }
+    return true;
+}
+
+// Samples that lie in the file as they lie in memory.
+bool readSamplesAsTheyAre(const Source& file, const WavChunks& wav, Samples& pcm) {
+    const std::size_t count = wav.dataSize / sizeof(std::int16_t);
+    pcm.reserve(count);
+    while (pcm.size() < count) {
+        const std::size_t done = pcm.size();
+        pcm.resize(done + std::min(kStraightBlockSamples, count - done));
+        auto* const into = reinterpret_cast<std::uint8_t*>(pcm.data() + done);
+        const std::size_t size = (pcm.size() - done) * sizeof(std::int16_t);
+        if (!file.read(wav.dataStart + done * sizeof(std::int16_t), {into, size})) return false;
+    }
+    return true;
+}
+
+bool readSamples(const Source& file, const WavChunks& wav, Samples& pcm) {
+    if (wav.codec == kCodecFloat) return readSamples<FromFloat>(file, wav, pcm);
+    switch (wav.bits) {
+        case 8:
+            return readSamples<FromPcm8>(file, wav, pcm);
+        case 16:
+            return std::endian::native == std::endian::little
+                       ? readSamplesAsTheyAre(file, wav, pcm)
+                       : readSamples<FromPcm<2>>(file, wav, pcm);
+        case 24:
+            return readSamples<FromPcm<3>>(file, wav, pcm);
+        default:
+            return readSamples<FromPcm<4>>(file, wav, pcm);
+    }
+}
+
+constexpr std::string_view kCannotOpenWav = "cannot open WAV";
+
+bool decodeWavSource(const Source& file, DecodedAudio& out, std::string& error) {
+    if (file.size > kMaxWavFile) return fail(error, kAudioTooLarge);
+    Window window(file);
+    const Bytes head = window.view(0, 12);
+    if (file.size < 44 || head.size() < 12 || !hasTag(head, 0, "RIFF") ||
+        !hasTag(head, 8, "WAVE")) {
+        return fail(error, "invalid RIFF/WAVE file");
+    }
+    const WavChunks wav = readChunks(file, window);
+    if (const std::string_view refusal = wavRefusal(wav); !refusal.empty()) {
+        return fail(error, refusal);
+    }
+    if (wav.dataSize / (wav.bits / 8) > kMaxDecodedSamples) return fail(error, kAudioTooLarge);
+
+    out = {};
+    // A rate beyond the range of int is as good as none.
+    out.sampleRate = static_cast<int>(std::min<std::uint32_t>(wav.rate, 0x7FFFFFFFU));
+    out.channels = static_cast<int>(wav.channels);
+    out.format = wav.codec == kCodecFloat ? "wav-float32" : "wav-pcm" + std::to_string(wav.bits);
+    if (!readSamples(file, wav, out.pcm)) return fail(error, kCannotOpenWav);
+    if (wav.hasLoop) {
+        out.hasLoop = true;
+        out.loopStartFrames = wav.loopStart;
+        out.loopLengthFrames = wav.loopEnd - wav.loopStart + 1;
+    }
+    if (out.pcm.empty()) return fail(error, "WAV contains no PCM samples");
+    return true;
 }
 
 }  // namespace
@@ -202,37 +375,19 @@ bool AudioDecoder::decodeOpenBorBor(std::span<const std::uint8_t> file, DecodedA
 
 bool AudioDecoder::decodeWav(const std::filesystem::path& path, DecodedAudio& out,
                              std::string& error) {
-    if (isLarger(path, kMaxWavFile)) return fail(error, kAudioTooLarge);
-    const auto file = readFileBytes(path, kMaxWavFile);
-    return file ? decodeWav(*file, out, error) : fail(error, "cannot open WAV");
+    std::error_code failed;
+    // A folder opens as a stream on some systems and then fails to read.
+    const bool isFolder = std::filesystem::is_directory(path, failed);
+    const std::uintmax_t size = std::filesystem::file_size(path, failed);
+    if (isFolder || failed) return fail(error, kCannotOpenWav);
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return fail(error, kCannotOpenWav);
+    return decodeWavSource(streamSource(in, size), out, error);
 }
 
 bool AudioDecoder::decodeWav(std::span<const std::uint8_t> file, DecodedAudio& out,
                              std::string& error) {
-    if (file.size() < 44 || !hasTag(file, 0, "RIFF") || !hasTag(file, 8, "WAVE")) {
-        return fail(error, "invalid RIFF/WAVE file");
-    }
-    if (file.size() > kMaxWavFile) return fail(error, kAudioTooLarge);
-    const WavChunks wav = readChunks(file);
-    if (const std::string_view refusal = wavRefusal(wav); !refusal.empty()) {
-        return fail(error, refusal);
-    }
-    if (wav.data.size() / (wav.bits / 8) > kMaxDecodedSamples) return fail(error, kAudioTooLarge);
-
-    out = {};
-    // A rate beyond the range of int is as good as none.
-    out.sampleRate = static_cast<int>(std::min<std::uint32_t>(wav.rate, 0x7FFFFFFFU));
-    out.channels = static_cast<int>(wav.channels);
-    const bool isFloat = wav.codec == kCodecFloat;
-    out.format = isFloat ? "wav-float32" : "wav-pcm" + std::to_string(wav.bits);
-    out.pcm = isFloat ? floatSamples(wav.data) : pcmSamples(wav.data, wav.bits);
-    if (wav.hasLoop) {
-        out.hasLoop = true;
-        out.loopStartFrames = wav.loopStart;
-        out.loopLengthFrames = wav.loopEnd - wav.loopStart + 1;
-    }
-    if (out.pcm.empty()) return fail(error, "WAV contains no PCM samples");
-    return true;
+    return decodeWavSource(memorySource(file), out, error);
 }
 
 }  // namespace port

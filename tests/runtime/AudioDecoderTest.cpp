@@ -110,9 +110,10 @@ TEST_F(AudioDecoderTest, WavOfEveryDepthBecomes16Bits) {
         {1, 32, number(0x7FFF8000, 4) + number(0xFFFFFFFF, 4), {32767, -1}, "wav-pcm32"},
         {3,
          32,
-         real(2.0F) + real(-1.0F) + real(0.5F) + real(-7e-5F) +
+         real(2.0F) + real(-1.0F) + real(0.5F) + real(-0.5F) + real(-7e-5F) +
+             real(-std::numeric_limits<float>::infinity()) +
              real(std::numeric_limits<float>::quiet_NaN()),
-         {32767, -32767, 16384, -2, 0},
+         {32767, -32767, 16384, -16384, -2, -32767, 0},
          "wav-float32"},
     };
     for (const Case& c : cases) {
@@ -141,6 +142,28 @@ TEST_F(AudioDecoderTest, WavChunksComeInAnyOrderAndMayBeCutShort) {
     const std::string cut = padding + format(1, 1, 16) + data;
     EXPECT_EQ(decodeWave(cut.substr(0, cut.size() - 1)), "WAV missing fmt/data chunk");
     EXPECT_EQ(decodeWave(padding + format(1, 1, 16) + data + "smpl" + number(0xFFFFFFFF, 4)), "");
+}
+
+TEST_F(AudioDecoderTest, LongWavIsReadInPiecesWithNoneLostOrDoubled) {
+    constexpr int kCount = 300'001;
+    std::string narrow, wide;
+    for (int i = 0; i < kCount; ++i) {
+        narrow += number(static_cast<std::uint32_t>(i * 7), 2);
+        wide += '\x55' + number(static_cast<std::uint32_t>(i * 7), 2);
+    }
+    const std::string far = chunk("LIST", std::string(10'001, 'x'));
+    for (const std::string& chunks :
+         {far + format(1, 1, 16) + far + chunk("data", narrow) + far + loop(1, 5, 9),
+          far + chunk("data", wide) + far + loop(1, 5, 9) + far + format(1, 1, 24)}) {
+        ASSERT_EQ(decodeWave(chunks), "");
+        ASSERT_EQ(audio.pcm.size(), std::size_t{kCount});
+        for (int i = 0; i < kCount; ++i) {
+            ASSERT_EQ(audio.pcm[static_cast<std::size_t>(i)], static_cast<std::int16_t>(i * 7))
+                << audio.format << " sample " << i;
+        }
+        EXPECT_EQ(audio.loopStartFrames, 5U) << audio.format;
+        EXPECT_EQ(audio.loopLengthFrames, 5U) << audio.format;
+    }
 }
 
 TEST_F(AudioDecoderTest, WavThatCannotBePlayedSaysWhy) {
