@@ -16,15 +16,33 @@ namespace {
 
 constexpr int kSide = 128;
 
-// A disc on a transparent ground, as sprites are, with a soft rim where `soft`; else translucent
-// all over, which no blit can skip.
-port::SpriteImage sprite(bool soft) {
+enum Shape {
+    kTranslucent,  // all over, which no blit can skip
+    kDisc,         // on a transparent ground with a soft rim, as sprites are
+    kOpaque,       // as backgrounds are
+    kPatches,      // of four pixels, clear, opaque or in between, which no processor foresees
+};
+
+unsigned alphaAt(Shape shape, int x, int y) {
+    const int away = (x - 64) * (x - 64) + (y - 64) * (y - 64);
+    const auto patch = static_cast<unsigned>(y * 32 + x / 4) * 2654435761U >> 16U;
+    switch (shape) {
+        case kDisc:
+            return away < 2500 ? 255 : away < 3000 ? 128 : 0;
+        case kOpaque:
+            return 255;
+        case kPatches:
+            return patch % 3 * 255 / 2;
+        default:
+            return 100U + static_cast<unsigned>((x + y) % 100);
+    }
+}
+
+port::SpriteImage sprite(Shape shape) {
     port::SpriteImage image{kSide, kSide, {}};
     for (int y = 0; y < kSide; ++y) {
         for (int x = 0; x < kSide; ++x) {
-            const int away = (x - 64) * (x - 64) + (y - 64) * (y - 64);
-            const unsigned rim = away < 2500 ? 255U : away < 3000 ? 128U : 0U;
-            const unsigned alpha = soft ? rim : 100U + static_cast<unsigned>((x + y) % 100);
+            const unsigned alpha = alphaAt(shape, x, y);
             for (const unsigned channel : {x * 2U, y * 2U, (x ^ y) * 1U, 255U}) {
                 image.bgra.push_back(static_cast<std::uint8_t>(channel * alpha / 255));
             }
@@ -45,9 +63,9 @@ void countPixels(benchmark::State& state) {
                            benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
-// Argument 0: translucent all over, 1: a disc.
+// The argument is the shape.
 void plainBlend(benchmark::State& state) {
-    const port::SpriteImage image = sprite(state.range(0) == 1);
+    const port::SpriteImage image = sprite(static_cast<Shape>(state.range(0)));
     port::SpriteImage target = canvas();
     for (auto _ : state) {
         port::drawImage(target, image, 61, 43);
@@ -55,11 +73,11 @@ void plainBlend(benchmark::State& state) {
     }
     countPixels(state);
 }
-BENCHMARK(plainBlend)->Arg(0)->Arg(1);
+BENCHMARK(plainBlend)->DenseRange(kTranslucent, kPatches);
 
 #ifdef TINDREL_HAVE_PIXMAN
 void pixmanOver(benchmark::State& state) {
-    port::SpriteImage image = sprite(state.range(0) == 1);
+    port::SpriteImage image = sprite(static_cast<Shape>(state.range(0)));
     port::SpriteImage target = canvas();
     const auto wrapped = [](port::SpriteImage& pixels) {
         return pixman_image_create_bits(PIXMAN_a8r8g8b8, pixels.width, pixels.height,
@@ -77,11 +95,11 @@ void pixmanOver(benchmark::State& state) {
     pixman_image_unref(from);
     pixman_image_unref(to);
 }
-BENCHMARK(pixmanOver)->Arg(0)->Arg(1);
+BENCHMARK(pixmanOver)->DenseRange(kTranslucent, kPatches);
 #endif
 
 void alphaMode(benchmark::State& state) {
-    const port::SpriteImage image = sprite(false);
+    const port::SpriteImage image = sprite(kTranslucent);
     port::SpriteImage target = canvas();
     for (auto _ : state) {
         port::drawImageBlend(target, image, 61, 43, static_cast<int>(state.range(0)));
@@ -92,7 +110,7 @@ void alphaMode(benchmark::State& state) {
 BENCHMARK(alphaMode)->DenseRange(1, 6);
 
 void drawMethod(benchmark::State& state, const generated::DrawMethod& draw, bool flip) {
-    const port::SpriteImage image = sprite(false);
+    const port::SpriteImage image = sprite(kTranslucent);
     port::SpriteImage target = canvas();
     std::int64_t pixels = 0;
     for (auto _ : state) {

@@ -21,39 +21,60 @@ void blendPixel(std::uint8_t* canvas, const std::uint8_t* source) {
 
 #ifdef PORT_BLIT_SSE2
 
-// canvas * (255 - alpha) / 255 for two pixels in lanes of 16 bits. (v + 1 + (v >> 8)) >> 8 is
-// v / 255 for every product of two bytes.
-__m128i weighed(__m128i canvas, __m128i source) {
-    const __m128i alpha = _mm_shufflehi_epi16(_mm_shufflelo_epi16(source, 0xFF), 0xFF);
-    const __m128i product = _mm_mullo_epi16(canvas, _mm_sub_epi16(_mm_set1_epi16(255), alpha));
-    const __m128i rounded = _mm_add_epi16(product, _mm_set1_epi16(1));
-    return _mm_srli_epi16(_mm_add_epi16(rounded, _mm_srli_epi16(product, 8)), 8);
+// v / 255 for every product v of two bytes.
+__m128i dividedBy255(__m128i v) {
+    return _mm_mulhi_epu16(_mm_add_epi16(v, _mm_set1_epi16(1)), _mm_set1_epi16(257));
 }
 
-// Four pixels at a time; returns how many were drawn.
-int blendFours(std::uint8_t* canvas, const std::uint8_t* source, int count) {
+// source + canvas * (255 - alpha) / 255 for four pixels. Lanes of 16 bits hold the blue and red
+// bytes, then the green and alpha bytes, so that both need the same weights.
+__m128i blended(__m128i canvas, __m128i source) {
+    const __m128i transparency = _mm_srli_epi32(_mm_andnot_si128(source, _mm_set1_epi32(-1)), 24);
+    const __m128i weight = _mm_or_si128(transparency, _mm_slli_epi32(transparency, 16));
+    const __m128i even = _mm_and_si128(canvas, _mm_set1_epi16(0xFF));
+    const __m128i odd = _mm_srli_epi16(canvas, 8);
+    const __m128i rest =
+        _mm_or_si128(dividedBy255(_mm_mullo_epi16(even, weight)),
+                     _mm_slli_epi16(dividedBy255(_mm_mullo_epi16(odd, weight)), 8));
+    return _mm_adds_epu8(source, rest);
+}
+
+// Eight pixels at a time, then four; returns how many were drawn. Sprites are mostly clear and
+// opaque runs.
+int blendWide(std::uint8_t* canvas, const std::uint8_t* source, int count) {
+    constexpr int kAllBytes = 0xFFFF;
+    constexpr int kAlphaBytes = 0x8888;
+    const auto load = [](const std::uint8_t* at) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    };
+    const auto store = [](std::uint8_t* at, __m128i pixels) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(at), pixels);
+    };
     const __m128i zero = _mm_setzero_si128();
-    const __m128i opaque = _mm_set1_epi32(static_cast<int>(0xFF000000U));
+    const __m128i full = _mm_set1_epi32(-1);
     int done = 0;
-    for (; count - done >= 4; done += 4, canvas += 16, source += 16) {
-        const __m128i s = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source));
-        if (_mm_movemask_epi8(_mm_cmpeq_epi8(s, zero)) == 0xFFFF) continue;
-        auto* const target = reinterpret_cast<__m128i*>(canvas);
-        if (_mm_movemask_epi8(_mm_cmpeq_epi32(_mm_and_si128(s, opaque), opaque)) == 0xFFFF) {
-            _mm_storeu_si128(target, s);
-            continue;
+    for (; count - done >= 8; done += 8, canvas += 32, source += 32) {
+        const __m128i s = load(source);
+        const __m128i next = load(source + 16);
+        const int opaque = _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_and_si128(s, next), full));
+        if ((opaque & kAlphaBytes) == kAlphaBytes) {
+            store(canvas, s);
+            store(canvas + 16, next);
+        } else if (_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_or_si128(s, next), zero)) != kAllBytes) {
+            store(canvas, blended(load(canvas), s));
+            store(canvas + 16, blended(load(canvas + 16), next));
         }
-        const __m128i d = _mm_loadu_si128(target);
-        const __m128i low = weighed(_mm_unpacklo_epi8(d, zero), _mm_unpacklo_epi8(s, zero));
-        const __m128i high = weighed(_mm_unpackhi_epi8(d, zero), _mm_unpackhi_epi8(s, zero));
-        _mm_storeu_si128(target, _mm_adds_epu8(s, _mm_packus_epi16(low, high)));
+    }
+    if (count - done >= 4) {
+        store(canvas, blended(load(canvas), load(source)));
+        done += 4;
     }
     return done;
 }
 
 #else
 
-int blendFours(std::uint8_t*, const std::uint8_t*, int) {
+int blendWide(std::uint8_t*, const std::uint8_t*, int) {
     return 0;
 }
 
@@ -72,7 +93,7 @@ unsigned limited(int channel) {
 }  // namespace
 
 void blendRow(std::uint8_t* canvas, const std::uint8_t* source, int count) {
-    for (int i = blendFours(canvas, source, count); i < count; ++i) {
+    for (int i = blendWide(canvas, source, count); i < count; ++i) {
         const auto at = static_cast<std::size_t>(i) * kPixelBytes;
         blendPixel(canvas + at, source + at);
     }

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <random>
 
 #include "SpritePixels.hpp"
 
@@ -20,18 +22,52 @@ using Pixels = std::vector<Argb>;
 constexpr Argb kBack = 0xFF181820;
 constexpr Argb kRed = 0xFFFF0000;
 
+// The formula as it is written, channel by channel.
+Pixels naivelyOver(const SpriteImage& canvas, const SpriteImage& sprite) {
+    SpriteImage result = canvas;
+    for (std::size_t i = 0; i < result.bgra.size(); ++i) {
+        const unsigned alpha = sprite.bgra[i / 4 * 4 + 3];
+        const unsigned over = sprite.bgra[i] + canvas.bgra[i] * (255 - alpha) / 255;
+        result.bgra[i] = static_cast<std::uint8_t>(std::min(255U, over));
+    }
+    return pixelsOf(result);
+}
+
+// Fifteen pixels make steps of eight, of four and of one.
+constexpr int kEverySteps = 15;
+
 TEST(SpriteBlit, EveryAlphaOverEveryCanvasValueIsExact) {
-    // Seven pixels at once: four by the wide path, three by the narrow one.
     for (unsigned alpha = 0; alpha < 256; ++alpha) {
+        const Argb over = (alpha << 24U) | (alpha / 2 << 16U) | (alpha << 8U);
+        const SpriteImage sprite = plain(kEverySteps, 1, over);
         for (unsigned d = 0; d < 256; ++d) {
-            const unsigned s = alpha / 2;
-            const Argb over = (alpha << 24U) | (s << 16U) | (alpha << 8U);
-            SpriteImage canvas = plain(7, 1, 0xFF000000U | (d << 16U) | (d << 8U) | d);
-            drawImage(canvas, plain(7, 1, over), 0, 0);
-            const unsigned rest = d * (255 - alpha) / 255;
-            const Argb expected = 0xFF000000U | ((s + rest) << 16U) | ((alpha + rest) << 8U) | rest;
-            ASSERT_EQ(pixelsOf(canvas), Pixels(7, expected)) << alpha << " over " << d;
+            SpriteImage canvas = plain(kEverySteps, 1, 0xFF000000U | (d << 16U) | (d << 8U) | d);
+            const Pixels expected = naivelyOver(canvas, sprite);
+            drawImage(canvas, sprite, 0, 0);
+            ASSERT_EQ(pixelsOf(canvas), expected) << alpha << " over " << d;
         }
+    }
+}
+
+TEST(SpriteBlit, EveryPixelHasItsOwnAlpha) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 2000; ++round) {
+        SpriteImage sprite = plain(kEverySteps, 1, 0);
+        SpriteImage canvas = sprite;
+        for (std::uint8_t& byte : canvas.bgra) byte = static_cast<std::uint8_t>(random());
+        for (std::uint8_t& byte : sprite.bgra) byte = static_cast<std::uint8_t>(random());
+        // Clear and opaque runs, most with one pixel that is otherwise.
+        const std::size_t other = random() % 20;
+        for (std::size_t i = 0; i < kEverySteps; ++i) {
+            const unsigned kind = i == other ? random() % 4 : static_cast<unsigned>(round) % 4;
+            std::uint8_t* const pixel = sprite.bgra.data() + i * kPixelBytes;
+            if (kind == 0) std::fill_n(pixel, kPixelBytes, std::uint8_t{0});
+            if (kind == 1) pixel[3] = 0;
+            if (kind == 2) pixel[3] = 255;
+        }
+        const Pixels expected = naivelyOver(canvas, sprite);
+        drawImage(canvas, sprite, 0, 0);
+        ASSERT_EQ(pixelsOf(canvas), expected) << "round " << round;
     }
 }
 
