@@ -128,13 +128,13 @@ fs::path runtimeCasePath(const fs::path& path) {
 }
 
 fs::path resolveSpriteAsset(const fs::path& dataRoot, std::string_view raw) {
-    const fs::path path = assetPath(dataRoot, raw);
+    fs::path path = assetPath(dataRoot, raw);
     if (path.empty() || onDisk(path)) return path;
     return path.has_extension() ? onlyPictureOf(path) : firstOnDisk(path, kPictures);
 }
 
 fs::path resolveAudioAsset(const fs::path& dataRoot, std::string_view raw) {
-    const fs::path path = assetPath(dataRoot, raw);
+    fs::path path = assetPath(dataRoot, raw);
     if (path.empty() || path.has_extension() || onDisk(path)) return path;
     return firstOnDisk(path, kSounds);
 }
