@@ -11,6 +11,7 @@
 
 #include "../src/platform/AudioOutput.hpp"
 #include "AudioDecoder.hpp"
+#include "EffectCache.hpp"
 #include "RuntimeConfig.hpp"
 
 namespace port {
@@ -86,6 +87,7 @@ class AudioSystem {
     DecodedAudio musicBuffer_;  // read by the music voice
     platform::AudioVoice musicVoice_ = platform::kNoVoice;
     std::vector<ActiveEffect> effectVoices_;
+    EffectCache effects_;
 };
 
 }  // namespace port

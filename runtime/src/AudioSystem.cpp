@@ -128,8 +128,8 @@ void AudioSystem::destroyMusic() {
 bool AudioSystem::playEffect(const std::filesystem::path& path, float gain, bool loop,
                              float speed) {
     error_.clear();
-    const auto decoded = std::make_shared<DecodedAudio>();
-    if (!AudioDecoder::decodeFile(path, *decoded, error_)) return false;
+    const auto decoded = effects_.decode(path, error_);
+    if (!decoded) return false;
     if (!hasDevice()) {
         logLine("Decoded effect: ", decoded->format, " ", decoded->channels, "ch ",
                 decoded->sampleRate, "Hz");
