@@ -56,6 +56,13 @@ fs::path absolute(const fs::path& path) {
     return result;
 }
 
+fs::path weaklyCanonical(const fs::path& path) {
+    std::error_code error;
+    fs::path result = fs::weakly_canonical(path, error);
+    if (error) throw fs::filesystem_error("weakly_canonical", path, error);
+    return result;
+}
+
 fs::path canonicalOrAbsolute(const fs::path& path) {
     std::error_code error;
     fs::path result = fs::weakly_canonical(path, error);

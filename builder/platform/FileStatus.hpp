@@ -24,6 +24,9 @@ void createDirectories(const std::filesystem::path& path);
 // The absolute form. Throws ("absolute").
 [[nodiscard]] std::filesystem::path absolute(const std::filesystem::path& path);
 
+// The weakly canonical form. Throws ("weakly_canonical").
+[[nodiscard]] std::filesystem::path weaklyCanonical(const std::filesystem::path& path);
+
 // The weakly canonical form, or where that fails the lexically normal absolute form.
 [[nodiscard]] std::filesystem::path canonicalOrAbsolute(const std::filesystem::path& path);
 

@@ -26,6 +26,12 @@ Watch& watch() {
     return only;
 }
 
+// For who holds the mutex.
+void startWatch() {
+    if (!watch().started) watchForInterrupts();
+    watch().started = true;
+}
+
 }  // namespace
 
 InterruptHold::InterruptHold() : lock_(watch().mutex) {
@@ -39,14 +45,18 @@ void InterruptHold::letIn() {
 }
 
 void InterruptHold::removeOnInterrupt(const fs::path& folder) {
-    if (!watch().started) watchForInterrupts();
-    watch().started = true;
+    startWatch();
     watch().folders.push_back(folder);
 }
 
 void InterruptHold::forget(const fs::path& folder) {
     std::vector<fs::path>& folders = watch().folders;
     folders.erase(std::remove(folders.begin(), folders.end(), folder), folders.end());
+}
+
+void startInterruptWatch() {
+    const InterruptHold hold;
+    startWatch();
 }
 
 void cleanUpForInterrupt() {

@@ -28,6 +28,10 @@ class InterruptHold {
     std::unique_lock<std::mutex> lock_;
 };
 
+// Starts the watch without a folder, for an outside program that must not outlive this one. Not for
+// who has an InterruptHold.
+void startInterruptWatch();
+
 // For the system's side: ends the running tool, waits for the holder, removes the folders. Nobody
 // gets a hold after that, so that the program can only end.
 void cleanUpForInterrupt();

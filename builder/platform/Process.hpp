@@ -10,8 +10,8 @@
 namespace tindrel {
 
 // Runs the program `command[0]`, looked up along PATH, with the other elements as its arguments in
-// UTF-8, and waits without a time limit. The child shares the console. Its exit code, or -1 when
-// there is nothing to run or the start failed.
+// UTF-8, and waits without a time limit. The child shares the console, and ends when an interrupt
+// ends us. Its exit code, or -1 when there is nothing to run or the start failed.
 [[nodiscard]] int runCommand(const std::vector<std::string>& command);
 
 // The program's full path along the system's search path; empty when it is not there.

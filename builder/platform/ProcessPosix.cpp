@@ -37,7 +37,7 @@ bool isExecutableFile(const fs::path& path) {
 
 }  // namespace
 
-pid_t startProcess(const std::vector<std::string>& command, int standardOutput) {
+pid_t startProcess(const std::vector<std::string>& command, int standardOutput, bool session) {
     if (command.empty()) return -1;
     // What we have written so far stands before what the child writes.
     std::cout.flush();
@@ -56,9 +56,13 @@ pid_t startProcess(const std::vector<std::string>& command, int standardOutput) 
     if (standardOutput >= 0) {
         posix_spawn_file_actions_adddup2(actions.get(), standardOutput, STDOUT_FILENO);
     }
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    if (session) posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     pid_t process = -1;
-    const int error =
-        ::posix_spawnp(&process, arguments[0], actions.get(), nullptr, arguments.data(), environ);
+    const int error = ::posix_spawnp(&process, arguments[0], actions.get(), &attributes,
+                                     arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
     return error == 0 ? process : -1;
 }
 
@@ -92,11 +96,6 @@ std::string runCommandOutput(const std::vector<std::string>& command, int& code)
     }
     ::close(ends[0]);
     return output;
-}
-
-int runCommand(const std::vector<std::string>& command) {
-    const pid_t process = startProcess(command);
-    return process < 0 ? -1 : waitForProcess(process);
 }
 
 fs::path searchProgram(std::string_view name) {

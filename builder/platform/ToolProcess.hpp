@@ -14,7 +14,8 @@ namespace tindrel {
 [[nodiscard]] int runTool(const std::vector<std::string>& command,
                           const std::function<bool()>& mayGoOn);
 
-// Kills the tool that runs at this moment, if any, and lets no other start. From any thread.
+// Ends the tool or command that runs at this moment, if any, and lets no other start. From any
+// thread.
 void endTool();
 
 }  // namespace tindrel

@@ -13,6 +13,8 @@
 #include <string_view>
 #include <thread>
 
+#include "platform/Interrupt.hpp"
+#include "platform/Process.hpp"
 #include "platform/ProcessPosix.hpp"
 #include "platform/ToolProcess.hpp"
 
@@ -21,10 +23,11 @@ namespace {
 
 constexpr std::chrono::milliseconds kLongestPause{50};
 
-// The tool that runs leads a process group of its own, so that it dies with all its helpers.
+// The child that runs leads a process group of its own, so that it dies with all its helpers.
 struct Tool {
     std::mutex mutex;
     pid_t group = 0;  // 0 for none; never a process that was waited for, whose id may be reused
+    int signal = SIGKILL;  // by which an interrupt ends it
     bool stopped = false;
 };
 
@@ -69,12 +72,25 @@ pid_t startAlone(const std::vector<std::string>& command) {
     return error == 0 ? process : -1;
 }
 
-bool hasEnded(pid_t process) {
+// The process stays a zombie: its id still belongs to it when the group is killed. `options` may
+// be WNOHANG.
+bool hasEnded(pid_t process, int options) {
     siginfo_t info{};
-    // The process stays a zombie: its id still belongs to it when the group is killed.
     const int result =
-        ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT);
+        ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT | options);
     return result == 0 ? info.si_pid != 0 : errno != EINTR;
+}
+
+// -1 when it could not start, or must not as the program is about to end.
+template <typename Start>
+pid_t startGroup(int signal, Start start) {
+    const std::lock_guard lock(tool().mutex);
+    if (tool().stopped) return -1;
+    const pid_t process = start();
+    if (process < 0) return -1;
+    tool().group = process;
+    tool().signal = signal;
+    return process;
 }
 
 }  // namespace
@@ -87,16 +103,10 @@ int runTool(const std::vector<std::string>& command, const std::function<bool()>
     // An inherited "ignore" would reap the tool before its code could be taken.
     ::signal(SIGCHLD, SIG_DFL);
 
-    pid_t process = -1;
-    {
-        const std::lock_guard lock(tool().mutex);
-        if (tool().stopped) return -1;
-        process = startAlone(command);
-        if (process < 0) return -1;
-        tool().group = process;
-    }
+    const pid_t process = startGroup(SIGKILL, [&] { return startAlone(command); });
+    if (process < 0) return -1;
     std::chrono::milliseconds pause{1};
-    while (!hasEnded(process)) {
+    while (!hasEnded(process, WNOHANG)) {
         if (!mayGoOn()) ::kill(-process, SIGKILL);
         std::this_thread::sleep_for(pause);
         pause = std::min(pause * 2, kLongestPause);
@@ -108,10 +118,23 @@ int runTool(const std::vector<std::string>& command, const std::function<bool()>
     return waitForProcess(process);
 }
 
+// Unlike a tool the child keeps our input and locale, and is asked to end rather than killed, so
+// that it leaves no half-written file that looks finished.
+int runCommand(const std::vector<std::string>& command) {
+    startInterruptWatch();
+    const pid_t process = startGroup(SIGTERM, [&] { return startProcess(command, -1, true); });
+    if (process < 0) return -1;
+    while (!hasEnded(process, 0)) {
+    }
+    const std::lock_guard lock(tool().mutex);
+    tool().group = 0;
+    return waitForProcess(process);
+}
+
 void endTool() {
     const std::lock_guard lock(tool().mutex);
     tool().stopped = true;
-    if (tool().group != 0) ::kill(-tool().group, SIGKILL);
+    if (tool().group != 0) ::kill(-tool().group, tool().signal);
 }
 
 }  // namespace tindrel

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "PakWriter.hpp"
@@ -58,6 +59,15 @@ class InterruptTest : public ::testing::Test {
         return false;
     }
 
+    // The helper and the program that the child has started.
+    [[nodiscard]] std::pair<pid_t, pid_t> startedProcesses() const {
+        std::ifstream pids(pak_.string() + ".pids");
+        pid_t helper = 0;
+        pid_t program = 0;
+        EXPECT_TRUE(pids >> helper >> program);
+        return {helper, program};
+    }
+
     bool nothingIsLeft() {
         const fs::path sessions = temp_.path() / "Tindrel-Builder";
         return fs::is_directory(sessions) && fs::is_empty(sessions);
@@ -96,11 +106,18 @@ TEST_F(InterruptTest, EndsTheTool) {
         // By itself the tool takes minutes.
         ASSERT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
         ASSERT_TRUE(nothingIsLeft()) << "round " << round;
-        std::ifstream pids(pak_.string() + ".pids");
-        pid_t helper = 0;
-        pid_t tool = 0;
-        ASSERT_TRUE(pids >> helper >> tool);
+        const auto [helper, tool] = startedProcesses();
         EXPECT_EQ(::kill(tool, 0), -1);
+        EXPECT_TRUE(dies(helper));
+    }
+}
+
+// Ctrl+C in a terminal reaches nobody else either, as the command has left the terminal's group.
+TEST_F(InterruptTest, EndsTheCommand) {
+    for (const int number : {SIGTERM, SIGINT}) {
+        EXPECT_EQ(interrupt("build", {number}), number);
+        const auto [helper, command] = startedProcesses();
+        EXPECT_TRUE(dies(command));
         EXPECT_TRUE(dies(helper));
     }
 }

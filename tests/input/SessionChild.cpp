@@ -11,6 +11,7 @@
 #include "input/PakExtraction.hpp"
 #include "input/PreparedInput.hpp"
 #include "input/TempSession.hpp"
+#include "platform/Process.hpp"
 
 namespace fs = std::filesystem;
 
@@ -55,6 +56,12 @@ void runTools(const fs::path& pak) {
         tindrel::extractArchive(pak, folder, tindrel::ArchiveMethod::Zip, error, tools));
 }
 
+// A command with a helper in the background, as a build is.
+void runBuild(const fs::path& pak) {
+    static_cast<void>(tindrel::runCommand(
+        {"sh", "-c", "sleep 300 & echo $! $$ >\"$1\".pids; echo ready; wait", "sh", pak.string()}));
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -63,5 +70,6 @@ int main(int count, char** arguments) {
     if (way == "idle") idle(arguments[2]);
     if (way == "unpack") unpack(arguments[2]);
     if (way == "tool") runTools(arguments[2]);
+    if (way == "build") runBuild(arguments[2]);
     return 0;
 }
