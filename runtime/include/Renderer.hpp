@@ -4,9 +4,11 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "../generated/GeneratedCharacters.hpp"
+#include "../src/platform/Presentation.hpp"
 #include "RuntimeConfig.hpp"
 #include "SpriteImage.hpp"
 
@@ -14,6 +16,9 @@ namespace port {
 
 class Renderer {
   public:
+    explicit Renderer(platform::Presentation presentation = platform::systemPresentation())
+        : presentation_(std::move(presentation)) {}
+
     // False when there is nothing to draw on; the port then cannot start.
     [[nodiscard]] bool initialize(const RuntimeConfig& config);
     // Sprites that are loaded already keep their transparency, and the canvas its size.
@@ -22,7 +27,7 @@ class Renderer {
     // False from the closing of the window on.
     [[nodiscard]] bool isRunning() const { return running_; }
     // Handles what the window was sent; false when that ends the program.
-    [[nodiscard]] bool pumpEvents() { return running_; }
+    [[nodiscard]] bool pumpEvents();
 
     // The presentation in use: "headless" before initialize, "headless-preview" without a window.
     [[nodiscard]] const std::string& backend() const { return backend_; }
@@ -40,6 +45,8 @@ class Renderer {
 
     // Drawing, on a canvas of the logical size. What lies outside is cut off.
     void beginFrame();
+    // Shows the canvas.
+    void endFrame() { presentation_.present(canvas_, config_); }
     void drawImage(const SpriteImage& image, int x, int y);
     // Alpha modes 1 to 6; any other draws source-over.
     void drawImageBlend(const SpriteImage& image, int x, int y, int mode);
@@ -54,6 +61,7 @@ class Renderer {
     [[nodiscard]] const SpriteImage& canvas() const { return canvas_; }
 
   private:
+    platform::Presentation presentation_;
     RuntimeConfig config_;
     bool running_ = false;
     std::string backend_ = "headless";

@@ -80,6 +80,9 @@ class ScriptVM {
     [[nodiscard]] ScriptHost* host() const { return host_; }
     // Variables that all scripts of the game share.
     [[nodiscard]] std::unordered_map<std::string, ScriptValue>& globals() { return globals_; }
+    [[nodiscard]] const std::unordered_map<std::string, ScriptValue>& globals() const {
+        return globals_;
+    }
 
     // Runs `function` of a script file, else its "main". An empty path is no script and no error.
     // What goes wrong stands in the result; a host may run further scripts from inside a call.

@@ -9,12 +9,16 @@
 #include <string>
 #include <string_view>
 
+#include "FrameCapture.hpp"
+
 namespace port {
 
 struct RunSwitches {
-    bool diagnose = false;             // stop after the checks
-    bool smoke = false;                // play by itself for smokeFrames frames
-    int smokeFrames = 600;             // 60 to 3600
+    bool diagnose = false;               // stop after the checks
+    bool smoke = false;                  // play by itself for smokeFrames frames
+    int smokeFrames = 600;               // 60 to 3600
+    std::optional<std::string> capture;  // the folder for pictures of the gameplay
+    int captureEvery = FrameCapture::kDefaultEvery;
     std::optional<std::string> start;  // where to look for the port, as it was given
 };
 

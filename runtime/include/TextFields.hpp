@@ -19,17 +19,39 @@ inline constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
     return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
+// Cuts the first word off the front of the text; empty at its end.
+inline std::string_view takeWord(std::string_view& text) {
+    text = trimmed(text);
+    const std::string_view word = text.substr(0, text.find_first_of(kWhiteSpace));
+    text.remove_prefix(word.size());
+    return word;
+}
+
 // ASCII letters in lower case; every other byte as it stands, whatever the locale.
+[[nodiscard]] constexpr char foldAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 [[nodiscard]] inline std::string foldAscii(std::string_view text) {
     std::string folded(text);
-    for (char& c : folded) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
+    for (char& c : folded) c = foldAscii(c);
     return folded;
 }
 
-[[nodiscard]] inline bool equalsFolded(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && foldAscii(a) == foldAscii(b);
+[[nodiscard]] constexpr bool equalsFolded(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (foldAscii(a[i]) != foldAscii(b[i])) return false;
+    }
+    return true;
+}
+
+// Whether `text` holds `part`; an empty part is held by every text.
+[[nodiscard]] constexpr bool containsFolded(std::string_view text, std::string_view part) {
+    for (std::size_t at = 0; at + part.size() <= text.size(); ++at) {
+        if (equalsFolded(text.substr(at, part.size()), part)) return true;
+    }
+    return false;
 }
 
 // The decimal number that the text begins with; what follows it is ignored. Nothing without

@@ -1,35 +1,49 @@
 #include "Engine.hpp"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <fstream>
 #include <span>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "AnimationLookup.hpp"
+#include "AssetPaths.hpp"
 #include "Log.hpp"
+#include "Startup.hpp"
 #include "TextFields.hpp"
 
 namespace port {
 namespace {
 
-constexpr std::uintptr_t kPlayer1Handle = 1;
 constexpr int kHeadlessPasses = 900;
 constexpr std::uint64_t kHeadlessLogTicks = 120;
+constexpr std::uint64_t kGuardTicks = 60;
+// A smoke game may spend two of three passes outside gameplay, and three seconds in any case.
+constexpr int kSmokePassesPerFrame = 3;
+constexpr int kSmokeLeastPasses = 180;
 
-enum LoopResult { kLoopGood = 0, kLoopWindowLost = 70, kSmokeNotStarted = 72 };
+constexpr const char* kUpdateScript = "scripts/update.c";
+constexpr const char* kUpdatedScript = "scripts/updated.c";
 
-// Cuts the first word off the front of the text.
-std::string_view takeWord(std::string_view& text) {
-    text = trimmed(text);
-    const std::string_view word = text.substr(0, text.find_first_of(kWhiteSpace));
-    text.remove_prefix(word.size());
-    return word;
-}
+enum LoopResult {
+    kLoopGood = 0,
+    kLoopWindowLost = 70,
+    kSmokeNotStarted = 72,
+    kSmokeEndedEarly = 73,
+    kSmokeStuck = 74
+};
 
 }  // namespace
 
-Engine::Engine(platform::Clock clock) : clock_(std::move(clock)) {}
+Engine::Engine(platform::Devices devices)
+    : devices_(std::move(devices)), renderer_(devices_.presentation), audio_(devices_.audio) {}
+
+std::filesystem::path Engine::dataRoot() const {
+    return root_ / "assets" / "openbor-data";
+}
 
 bool Engine::initialize(const std::filesystem::path& portRoot) {
     root_ = portRoot;
@@ -41,6 +55,9 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
     if (!audio_.initialize(config_)) warnLine("Audio warning: ", audio_.lastError());
     logServices();
     if (generated::kStageCount > 0) stage_ = &generated::kStages[0];
+    loadMenuBackgrounds();
+    loadLegacyMenuConfig();
+    loadUnlockProgress();
     buildCampaigns();
     choosePlayerModel();
     enterFirstState();
@@ -48,7 +65,7 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
 }
 
 void Engine::readLifeBarSize() {
-    std::ifstream in(root_ / "assets" / "openbor-data" / "lifebar.txt");
+    std::ifstream in(dataRoot() / "lifebar.txt");
     for (std::string line; std::getline(in, line);) {
         std::string_view rest = line;
         rest = rest.substr(0, rest.find('#'));
@@ -77,11 +94,17 @@ void Engine::readLogicalSize() {
 }
 
 void Engine::attachScripts() {
-    scriptVm_.setRoot(root_ / "assets" / "openbor-data");
+    scriptVm_.setRoot(dataRoot());
     scriptVm_.setHost(this);
     playerScriptCtx_.player = true;
     playerScriptCtx_.playerIndex = 0;
     playerScriptCtx_.local["self"] = kPlayer1Handle;
+    const auto exists = [this](const char* script) {
+        std::error_code absent;
+        return std::filesystem::exists(runtimeCasePath(dataRoot() / script), absent);
+    };
+    hasUpdateScript_ = exists(kUpdateScript);
+    hasUpdatedScript_ = exists(kUpdatedScript);
 }
 
 void Engine::logServices() const {
@@ -91,6 +114,14 @@ void Engine::logServices() const {
             " filter=", config_.textureFilter, " vsync=", config_.vsync, " fps=", config_.fpsLimit);
     logLine("Audio volumes master=", audio_.masterVolume(), " music=", audio_.musicVolume(),
             " effects=", audio_.effectsVolume());
+}
+
+void Engine::loadMenuBackgrounds() {
+    const auto load = [this](std::string_view name, SpriteImage& image) {
+        if (!renderer_.loadSprite(resolveSpriteAsset(dataRoot(), name), image)) image = {};
+    };
+    load("bgs/title", titleBackground_);
+    load("bgs/select", selectBackground_);
 }
 
 void Engine::buildCampaigns() {
@@ -128,6 +159,7 @@ void Engine::choosePlayerModel() {
 void Engine::enterFirstState() {
     if (!renderer_.headless()) {
         frontendState_ = FrontendState::MainMenu;
+        audio_.stopMusic();
         return;
     }
     // Nobody is there to choose in a menu.
@@ -135,43 +167,182 @@ void Engine::enterFirstState() {
     for (std::size_t slot = 0; slot < joinedPlayers_.size(); ++slot) {
         joinedPlayers_[slot] = static_cast<int>(slot) < config_.activePlayers;
     }
+    beginGame();
 }
 
 int Engine::run() {
     int passes = 0;
     while (renderer_.isRunning() && renderer_.pumpEvents()) {
         ++passes;
+        countPass();
         if (frontendState_ == FrontendState::Quit) break;
-        if (frontendState_ == FrontendState::Playing) {
-            gameplayTick();
-        } else {
-            updateFrontend();
+        const Pass pass = runPass();
+        const bool lastHeadlessPass = renderer_.headless() && passes >= kHeadlessPasses;
+        // A stage that has ended gives way to the next at once. Stages that all end at once must
+        // not keep a run that nobody can close from its end.
+        const bool over = lastHeadlessPass || smokeRunIsOver() || smokeRunIsStuck();
+        if (pass == Pass::StageAdvanced && !over) continue;
+        if (smokeRunIsOver()) break;
+        if (smokeRunIsStuck()) {
+            warnLine("SMOKE GAME FAIL: gameplay stopped before target frames");
+            break;
         }
         pace();
-        if (renderer_.headless() && headlessRunIsOver(passes)) break;
+        logHeadlessProgress();
+        if (lastHeadlessPass) break;
     }
-    saveSettings();
-    return !renderer_.headless() && passes < 3 ? kLoopWindowLost : kLoopGood;
+    return endRun(passes);
 }
 
-void Engine::updateFrontend() {
-    if (renderer_.headless()) frontendState_ = FrontendState::Playing;
+void Engine::countPass() {
+    if (!smokeMode_) return;
+    ++smokeTotalFrames_;
+    if (frontendState_ == FrontendState::Playing) ++smokeFramesRun_;
 }
 
-void Engine::gameplayTick() {
+Engine::Pass Engine::runPass() {
+    if (frontendState_ == FrontendState::Playing) {
+        const bool escape = frontendKeyPressed(platform::kKeyEscape);
+        const bool start = gamepadButtonPressed(platform::kPadStart);
+        if (escape || start) {
+            frontendState_ = FrontendState::Paused;
+            pauseIndex_ = 0;
+        }
+    }
+    if (frontendState_ == FrontendState::Playing) return gameplayTick();
+    updateFrontend();
+    drawFrontend();
+    return Pass::Paced;
+}
+
+// The order is what games are made for: movement, then hits, then the stage, then the picture.
+Engine::Pass Engine::gameplayTick() {
+    clearScriptDrawing();
     ++tickCounter_;
+    pollAudioHotkeys();
+    if (hasUpdateScript_) runModelScript(kUpdateScript, stageScriptCtx_, "global-update");
+    updatePlayer();
+    updateInProgressJoins();
+    updateCoopPlayers();
+    updateEntities();
+    applyEntityBindings();
+    updateEndLevelTriggers();
+    updateProjectiles();
+    resolveCombat();
+    flushWeaponDrops();
+    updateCombatLock();
+    processStageInstructions();
+    updateCamera();
+    updateCombatLock();
+    if (hasUpdatedScript_) runModelScript(kUpdatedScript, stageScriptCtx_, "global-updated");
+    if (tickCounter_ % kGuardTicks == 0) regenerateGuard();
+    takeImmediateBranch();
+    drawStage();
+    capture_.pass(renderer_.canvas());
+    respawnDeadPlayers();
+    return closeTick();
 }
 
-// A fixed delay behind each frame, not a deadline: the limit sets the speed of the game itself.
-void Engine::pace() const {
-    if (config_.fpsLimit > 0) clock_.sleep(std::max(1, 1000 / config_.fpsLimit));
+void Engine::regenerateGuard() {
+    const auto regenerate = [](const generated::Character* model, int& guardPoints) {
+        if (!model || model->guardPoints <= 0) return;
+        guardPoints = static_cast<int>(std::min<std::int64_t>(
+            model->guardPoints, std::int64_t{guardPoints} + std::max(1, model->guardRate)));
+    };
+    regenerate(playerModel_, playerGuardPoints_);
+    for (RuntimeCoopPlayer& player : coopPlayers_) regenerate(player.model, player.guardPoints);
+    for (RuntimeEntity& entity : entities_) regenerate(entity.model, entity.guardPoints);
 }
 
-bool Engine::headlessRunIsOver(int passes) const {
-    if (passes % static_cast<int>(kHeadlessLogTicks) == 0) {
-        logLine("headless camera=", cameraX_, " player=", playerWorldX_, " max=", cameraMaxX_);
+// Straight into another stage: no stage-complete screen, no cutscene, no save, no bonus. Co-op
+// players keep their places.
+void Engine::takeImmediateBranch() {
+    if (!pendingBranchImmediate_ || pendingBranchTarget_ >= generated::kStageCount) return;
+    const std::size_t target = std::exchange(pendingBranchTarget_, kNoStage);
+    pendingBranchImmediate_ = false;
+    const bool alive = playerAlive_;
+    const int health = playerHealth_;
+    std::vector<std::pair<bool, int>> coop;
+    for (const RuntimeCoopPlayer& player : coopPlayers_) {
+        coop.emplace_back(player.alive, player.health);
     }
-    return passes >= kHeadlessPasses;
+    loadStage(target, true);
+    const auto keep = [](bool wasAlive, int before, bool& isAlive, int& now, int most) {
+        isAlive = wasAlive;
+        now = wasAlive ? std::clamp(before, 1, std::max(1, most)) : 0;
+    };
+    keep(alive, health, playerAlive_, playerHealth_, playerMaxHealth_);
+    for (std::size_t i = 0; i < coop.size(); ++i) {
+        RuntimeCoopPlayer& player = coopPlayers_[i];
+        keep(coop[i].first, coop[i].second, player.alive, player.health, player.maxHealth);
+    }
+}
+
+void Engine::respawnDeadPlayers() {
+    const auto log = [](int number, int lives, int credits) {
+        logLine("Respawn P", number, " lives=", lives, " credits=", credits);
+    };
+    if (!playerAlive_ && consumeRespawnResource(0)) {
+        respawnPlayerSlot(0);
+        log(1, livesRemaining_, creditsRemaining_);
+    }
+    for (const RuntimeCoopPlayer& player : coopPlayers_) {
+        const int slot = player.playerSlot;
+        if (player.alive || !consumeRespawnResource(slot)) continue;
+        respawnPlayerSlot(slot);
+        const bool own = stage_ && stage_->noShare > 0;
+        log(slot + 1, own ? player.livesRemaining : livesRemaining_,
+            own ? player.creditsRemaining : creditsRemaining_);
+    }
+}
+
+Engine::Pass Engine::closeTick() {
+    if (!anyPlayerAlive()) {
+        frontendState_ = FrontendState::GameOver;
+        saveProgress();
+        return Pass::Paced;
+    }
+    if (!stage_) return Pass::Paced;
+    if (stageComplete_ && !pendingBranchImmediate_) {
+        advanceStage();
+        return Pass::StageAdvanced;
+    }
+    if (stageEndReached()) advanceStage();
+    return Pass::Paced;
+}
+
+bool Engine::smokeRunIsOver() const {
+    return smokeMode_ && smokeFramesRun_ >= smokeFrameLimit_;
+}
+
+bool Engine::smokeRunIsStuck() const {
+    return smokeMode_ && smokeTotalFrames_ >=
+                             std::max(kSmokeLeastPasses, smokeFrameLimit_ * kSmokePassesPerFrame);
+}
+
+void Engine::logHeadlessProgress() const {
+    if (!renderer_.headless() || tickCounter_ % kHeadlessLogTicks != 0) return;
+    logLine("headless camera=", cameraX_, " player=", playerWorldX_, " max=", cameraMaxX_);
+}
+
+// A fixed delay behind each frame, not a deadline: the limit sets the speed of the game itself. A
+// smoke game has no limit, and so leaves the player's one alone.
+void Engine::pace() const {
+    if (config_.fpsLimit > 0 && !smokeMode_) {
+        devices_.clock.sleep(std::max(1, 1000 / config_.fpsLimit));
+    }
+}
+
+int Engine::endRun(int passes) {
+    saveSettings();
+    if (smokeMode_ || renderer_.headless()) {
+        std::array<char, 17> digits{};
+        std::snprintf(digits.data(), digits.size(), "%016llx",
+                      static_cast<unsigned long long>(worldHash()));
+        logLine("SMOKE GAME HASH ", digits.data());
+    }
+    if (!smokeRunIsOver() && smokeRunIsStuck()) return kSmokeStuck;
+    return !renderer_.headless() && passes < 3 ? kLoopWindowLost : kLoopGood;
 }
 
 void Engine::saveSettings() {
@@ -184,16 +355,39 @@ void Engine::saveSettings() {
     }
 }
 
-int Engine::runSmokeGame(int) {
-    // No stage can be played yet, so there is no game that could prove itself.
-    warnLine("SMOKE GAME FAIL: could not start gameplay");
-    return kSmokeNotStarted;
+int Engine::runSmokeGame(int frames) {
+    smokeMode_ = true;
+    smokeFrameLimit_ = std::clamp(frames, 60, 3600);
+    smokeFramesRun_ = smokeTotalFrames_ = 0;
+    joinedPlayers_ = {true, false, false, false};
+    selectIndexes_ = {};
+    config_.activePlayers = 1;
+    stageIndex_ = 0;
+    suspendSave_ = true;
+    beginGame();
+    suspendSave_ = false;
+    if (frontendState_ != FrontendState::Playing || !stage_ || !playerModel_) {
+        smokeMode_ = false;
+        warnLine("SMOKE GAME FAIL: could not start gameplay");
+        return kSmokeNotStarted;
+    }
+    logLine("SMOKE GAME START frames=", smokeFrameLimit_, " stage=", stage_->sourceFile,
+            " player=", playerModel_->name);
+    int result = run();
+    if (result == kLoopGood && smokeFramesRun_ >= smokeFrameLimit_) {
+        logLine("SMOKE GAME OK frames=", smokeFramesRun_);
+    } else if (result == kLoopGood) {
+        warnLine("SMOKE GAME FAIL gameplay_frames=", smokeFramesRun_,
+                 " expected=", smokeFrameLimit_);
+        result = kSmokeEndedEarly;
+    }
+    smokeMode_ = false;
+    return result;
 }
 
-ScriptValue Engine::callScriptFunction(const std::string& name, const std::vector<ScriptValue>&,
-                                       ScriptContext&, std::vector<std::string>& unsupported) {
-    if (std::ranges::find(unsupported, name) == unsupported.end()) unsupported.push_back(name);
-    return {};
+void Engine::smokeTrace(std::string_view message) const {
+    if (!smokeMode_) return;
+    appendStartupLog(root_ / "runtime-startup.log", "SMOKE TRACE " + std::string(message));
 }
 
 }  // namespace port

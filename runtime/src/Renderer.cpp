@@ -31,13 +31,19 @@ struct Outline {
 
 bool Renderer::initialize(const RuntimeConfig& config) {
     config_ = config;
-    backend_ = "headless-preview";
+    if (!presentation_.open(config_)) return false;
+    backend_ = presentation_.backend();
     running_ = true;
     canvas_.width = config.logicalWidth;
     canvas_.height = config.logicalHeight;
     canvas_.bgra.resize(pixelOffset(canvas_, 0, canvas_.height));
     beginFrame();
     return true;
+}
+
+bool Renderer::pumpEvents() {
+    if (running_) running_ = presentation_.pumpEvents();
+    return running_;
 }
 
 bool Renderer::loadSprite(const std::filesystem::path& path, SpriteImage& out) const {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iostream>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "../generated/GeneratedCharacters.hpp"
@@ -20,6 +21,8 @@ namespace {
 
 constexpr int kDefaultSmokeFrames = 600;
 constexpr std::string_view kSmokeFramesOption = "--smoke-frames=";
+constexpr std::string_view kCaptureOption = "--capture=";
+constexpr std::string_view kCaptureEveryOption = "--capture-every=";
 
 bool isDirectory(const std::filesystem::path& path) {
     std::error_code unreadable;
@@ -28,7 +31,7 @@ bool isDirectory(const std::filesystem::path& path) {
 
 // Checks, engine and game; the exit code of the process.
 int startPort(const std::filesystem::path& root, const std::filesystem::path& logPath,
-              const RunSwitches& switches) {
+              const RunSwitches& switches, FrameCapture capture) {
     const bool hasData = isDirectory(root / "assets" / "openbor-data");
     appendStartupLog(logPath, std::string("PREFLIGHT assets=") + (hasData ? "ok" : "missing") +
                                   " characters=" + std::to_string(generated::kCharacterCount) +
@@ -42,6 +45,7 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
     }
 
     Engine engine;
+    engine.setCapture(std::move(capture));
     if (!engine.initialize(root)) {
         return failStartup(logPath,
                            "Falha ao inicializar renderer/runtime. Veja runtime-startup.log.");
@@ -75,6 +79,11 @@ RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase
             switches.smoke = true;
             switches.smokeFrames =
                 leadingInt(option.substr(kSmokeFramesOption.size())).value_or(kDefaultSmokeFrames);
+        } else if (option.starts_with(kCaptureOption)) {
+            switches.capture = argument.substr(kCaptureOption.size());
+        } else if (option.starts_with(kCaptureEveryOption)) {
+            switches.captureEvery = leadingInt(option.substr(kCaptureEveryOption.size()))
+                                        .value_or(FrameCapture::kDefaultEvery);
         }
     }
     switches.smokeFrames = std::clamp(switches.smokeFrames, 60, 3600);
@@ -148,6 +157,12 @@ int runPort(int argc, const char* const* argv) {
         switches.start ? platform::pathFromArgument(*switches.start) : exe;
     const std::filesystem::path root = findPortRoot(start, exe);
     platform::gAutomatedRun = switches.diagnose || switches.smoke;
+    FrameCapture capture;
+    if (switches.capture) {
+        const std::filesystem::path folder = platform::pathFromArgument(*switches.capture);
+        // Before the working directory moves.
+        capture = FrameCapture(std::filesystem::absolute(folder), switches.captureEvery);
+    }
 
     const std::filesystem::path logPath = root / "runtime-startup.log";
     platform::installCrashHandler(root / "runtime-crash.log");
@@ -156,7 +171,7 @@ int runPort(int argc, const char* const* argv) {
     appendStartupLog(logPath,
                      "START exe=" + PathEncoding::utf8(exe) + " root=" + PathEncoding::utf8(root));
     try {
-        return startPort(root, logPath, switches);
+        return startPort(root, logPath, switches, std::move(capture));
     } catch (const std::exception& exception) {
         return failStartup(logPath, std::string("Excecao: ") + exception.what());
     } catch (...) {

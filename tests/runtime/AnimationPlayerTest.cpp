@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "AnimationLookup.hpp"
 
 namespace port {
 namespace {
@@ -104,27 +103,6 @@ TEST(AnimationPlayer, NothingToShowIsNoFrame) {
         EXPECT_EQ(player.frameIndex(), 0U);
         EXPECT_FALSE(player.finished());
     }
-}
-
-TEST(AnimationLookup, FindsExactlyOrByWhateverHoldsTheName) {
-    const generated::Character& hero = generated::kCharacters[1];  // JumpAttack Walk attack Idle
-    const auto exact = [&](const char* name) {
-        const Animation* found = exactAnimation(&hero, name);
-        return std::string(found ? found->name : "none");
-    };
-    const auto found = [&](const char* name) {
-        return std::string(findAnimation(&hero, name)->name);
-    };
-    EXPECT_EQ(exact("ATTACK"), "attack");
-    EXPECT_EQ(exact("att"), "none");
-    EXPECT_EQ(found("attack"), "JumpAttack") << "it stands first and holds the name";
-    EXPECT_EQ(found("idle"), "Idle");
-    EXPECT_EQ(found("pain"), "JumpAttack") << "the first animation stands in";
-    EXPECT_EQ(found(""), "JumpAttack");
-    EXPECT_EQ(findAnimation(nullptr, "idle"), nullptr);
-    generated::Character bare = hero;
-    bare.animationCount = 0;
-    EXPECT_EQ(findAnimation(&bare, "idle"), nullptr);
 }
 
 }  // namespace

@@ -1,54 +1,13 @@
+// How an engine starts: what it reads, what it tells, what it refuses.
+
 #include "Engine.hpp"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "EngineProbe.hpp"
-#include "TempFolder.hpp"
+#include "EngineTrial.hpp"
 
 namespace port {
 namespace {
 
-using testing::internal::CaptureStderr;
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStderr;
-using testing::internal::GetCapturedStdout;
-using tindrel::test::TempFolder;
-
-// A port on disk, an engine on it, and a clock that only counts.
-struct EngineTest : testing::Test {
-    TempFolder folder;
-    std::vector<int> sleeps;
-    Engine engine{platform::Clock{[] { return std::uint64_t{0}; },
-                                  [this](int milliseconds) { sleeps.push_back(milliseconds); }}};
-    EngineProbe probe{engine};
-    std::string log;
-    std::string warnings;
-
-    EngineTest() {
-        folder.write("assets/openbor-data/models.txt", "");
-        folder.write("config/graphics.ini", "");
-    }
-
-    template <class Call>
-    auto captured(Call call) {
-        CaptureStdout();
-        CaptureStderr();
-        const auto result = call();
-        log = GetCapturedStdout();
-        warnings = GetCapturedStderr();
-        return result;
-    }
-
-    bool initialize() {
-        return captured([&] { return engine.initialize(folder.path()); });
-    }
-    int run() {
-        return captured([&] { return engine.run(); });
-    }
-};
+using EngineTest = EngineTrial;
 
 TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
     folder.write("config/graphics.ini",
@@ -61,23 +20,39 @@ TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
     EXPECT_EQ(probe.config().logicalWidth, 480);
     EXPECT_EQ(probe.config().logicalHeight, 300);
     EXPECT_STREQ(probe.playerModel()->name, "Hero") << "an enemy stands first in the table";
-    EXPECT_EQ(probe.playerHealth(), 120);
     EXPECT_STREQ(probe.player().animation()->name, "Idle");
     EXPECT_EQ(probe.stage(), &generated::kStages[0]);
     EXPECT_EQ(probe.state(), FrontendState::Playing) << "nobody can use a menu";
     EXPECT_EQ(probe.joinedPlayers(), (std::array<bool, 4>{true, true, false, false}));
     EXPECT_EQ(probe.scripts().root(), folder.path() / "assets" / "openbor-data");
     EXPECT_EQ(probe.scripts().host(), &engine);
-    EXPECT_TRUE(probe.playerContext().player);
-    EXPECT_EQ(probe.playerContext().local.at("self"), ScriptValue(std::uintptr_t{1}));
+    EXPECT_EQ(probe.campaignNames(), (std::vector<std::string>{"Story", "Bonus"}))
+        << "STORY is no other set";
+    EXPECT_EQ(probe.campaignFirstStages(), (std::vector<std::size_t>{0, 3}));
+    EXPECT_EQ(probe.campaignRequirements(), (std::vector<int>{0, 2}));
 
-    EXPECT_EQ(log,
-              "Renderer: headless-preview\n"
-              "Characters: 2 Stages: 4\n"
-              "Graphics: preset=original upscale=original filter=nearest vsync=1 fps=120\n"
-              "Audio volumes master=1 music=0.25 effects=0.9\n"
-              "Combat ready: player=Hero hp=120 enemyAI=on cameraLock=on\n");
-    EXPECT_EQ(warnings, "Audio warning: no sound output in this build\n");
+    EXPECT_TRUE(log.starts_with(
+        "Renderer: headless-preview\n"
+        "Characters: 5 Stages: 4\n"
+        "Graphics: preset=original upscale=original filter=nearest vsync=1 fps=120\n"
+        "Audio volumes master=1 music=0.25 effects=0.9\n"
+        "Combat ready: player=Hero hp=120 enemyAI=on cameraLock=on\n"))
+        << log;
+    EXPECT_TRUE(logged("New game started local_players=2")) << "a game begins at once";
+    EXPECT_EQ(warnings, "");
+}
+
+TEST_F(EngineTest, WithAWindowTheMenuWaitsAndNoGameBegins) {
+    windowed = true;
+    ASSERT_TRUE(initialize());
+    EXPECT_EQ(probe.state(), FrontendState::MainMenu);
+    EXPECT_FALSE(log.find("New game") != log.npos) << log;
+    passesUntilClosed = 1;
+    EXPECT_EQ(run(), 70) << "a window that closes at once is a failure";
+    EXPECT_EQ(log.find("HASH"), log.npos) << "only a run by itself is compared";
+    windowOpens = false;
+    Engine other(devices());
+    EXPECT_FALSE(captured([&] { return other.initialize(folder.path()); }));
 }
 
 TEST_F(EngineTest, TheLogicalSizeHasAFloor) {
@@ -100,72 +75,29 @@ TEST_F(EngineTest, LifeBarSizeTakesTheLastUsableLine) {
         {"lifebarsize 100\nlbarsize a b\n#lbarsize 1 1\nlifebarsizes 9 9", 70, 7},
     };
     for (const Case& c : cases) {
-        Engine other;
+        Engine other(devices());
         folder.write("assets/openbor-data/lifebar.txt", c.text);
-        CaptureStdout();
-        CaptureStderr();
-        EXPECT_TRUE(other.initialize(folder.path()));
-        GetCapturedStdout();
-        GetCapturedStderr();
+        EXPECT_TRUE(captured([&] { return other.initialize(folder.path()); }));
         EngineProbe seen{other};
         EXPECT_EQ(seen.hudBarWidth(), c.width) << c.text;
         EXPECT_EQ(seen.hudBarHeight(), c.height) << c.text;
     }
 }
 
-TEST_F(EngineTest, CampaignsAreTheSetsInTableOrder) {
+TEST_F(EngineTest, MenuLabelsAndUnlocksAreReadLeniently) {
+    folder.write("assets/openbor-data/menu.txt",
+                 "RenameKey Attack1  Punch it # at once\nrenamekey\ndisablekey special\n");
+    folder.write("saves/unlocks.ini", "completion_count=7\nCompletions = 2\ncompletions=x\n");
     ASSERT_TRUE(initialize());
-    EXPECT_EQ(probe.campaignNames(), (std::vector<std::string>{"Story", "NEW GAME", "Bonus"}));
-    EXPECT_EQ(probe.campaignFirstStages(), (std::vector<std::size_t>{0, 1, 3}));
-    EXPECT_EQ(probe.campaignRequirements(), (std::vector<int>{0, 0, 2}));
+    EXPECT_EQ(probe.keyLabels().size(), 1U);
+    EXPECT_EQ(probe.keyLabels().at("attack1"), "Punch it");
+    EXPECT_EQ(probe.completionCount(), 2);
+    folder.write("saves/unlocks.ini", "completions=-3\n");
+    ASSERT_TRUE(initialize());
+    EXPECT_EQ(probe.completionCount(), 0);
 }
 
-TEST_F(EngineTest, AHeadlessRunLeavesAfter900Passes) {
-    ASSERT_TRUE(initialize());
-    probe.state() = FrontendState::MainMenu;
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(probe.tick(), 899U) << "the first pass only leaves the menu";
-    EXPECT_EQ(sleeps, std::vector<int>(900, 16)) << "1000/60 in whole milliseconds";
-    std::string expected;
-    for (int i = 0; i < 7; ++i) expected += "headless camera=0 player=80 max=0\n";
-    EXPECT_EQ(log, expected);
-}
-
-TEST_F(EngineTest, TheFrameLimitSetsThePace) {
-    ASSERT_TRUE(initialize());
-    probe.config().fpsLimit = 0;
-    EXPECT_EQ(run(), 0);
-    EXPECT_TRUE(sleeps.empty());
-    probe.config().fpsLimit = 5000;
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(sleeps, std::vector<int>(900, 1));
-}
-
-TEST_F(EngineTest, QuitEndsTheLoopBeforeATick) {
-    ASSERT_TRUE(initialize());
-    probe.state() = FrontendState::Quit;
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(probe.tick(), 0U);
-    EXPECT_TRUE(sleeps.empty());
-}
-
-TEST_F(EngineTest, TheLoopsEndSavesTheVolumesInForce) {
-    ASSERT_TRUE(initialize());
-    probe.audio().setMusicVolume(0.5F);
-    probe.audio().setMasterVolume(7);
-    probe.audio().setEffectsVolume(-7);
-    EXPECT_EQ(run(), 0);
-    const RuntimeConfig saved = loadRuntimeConfig(folder.path() / "config" / "graphics.ini");
-    EXPECT_FLOAT_EQ(saved.musicVolume, 0.5F);
-    EXPECT_FLOAT_EQ(saved.masterVolume, 1.0F);
-    EXPECT_FLOAT_EQ(saved.effectsVolume, 0.0F);
-
-    std::filesystem::remove_all(folder.path() / "config");
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(warnings, "Could not save graphics.ini\n");
-}
-
-TEST_F(EngineTest, AScriptCallThatNothingAnswersIsNotedOnce) {
+TEST_F(EngineTest, AScriptCallThatNothingAnswersIsNotedOnceARun) {
     ScriptContext context;
     std::vector<std::string> unsupported;
     for (int i = 0; i < 2; ++i) {
@@ -173,6 +105,9 @@ TEST_F(EngineTest, AScriptCallThatNothingAnswersIsNotedOnce) {
                   ScriptValue());
     }
     EXPECT_EQ(unsupported, std::vector<std::string>{"summonDragon"});
+    ASSERT_TRUE(initialize());
+    EXPECT_EQ(folder.read("logs/script-vm.log"),
+              "levelscript\tscripts/level.c\tunsupported=nosuchfunction\n");
 }
 
 }  // namespace

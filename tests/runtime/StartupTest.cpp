@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -47,6 +48,10 @@ TEST(Arguments, SmokeFramesAreClampedAndForgiving) {
         EXPECT_TRUE(parse({argument}).smoke) << argument;
     }
     EXPECT_FALSE(parse({"--smoke-frames"}).smoke);
+    EXPECT_EQ(parse({"--capture=Some Folder", "--capture-every=7"}).capture, "Some Folder");
+    EXPECT_EQ(parse({"--capture-every=7"}).captureEvery, 7);
+    EXPECT_EQ(parse({"--capture-every=often"}).captureEvery, 30);
+    EXPECT_FALSE(parse({"--capture-every=7"}).capture);
 }
 
 TEST(PortRoot, IsSearchedInEightFolders) {
@@ -82,18 +87,21 @@ TEST(Preflight, NamesTheFirstThingThatIsMissing) {
 struct PortRun : testing::Test {
     TempFolder folder;
     std::string root = PathEncoding::utf8(folder.path());
+    std::string output;
     std::string errors;
 
     void makePort() {
-        std::filesystem::create_directories(folder.path() / "assets/openbor-data");
+        std::filesystem::copy(std::filesystem::path(TRIAL_PORT) / "assets",
+                              folder.path() / "assets", std::filesystem::copy_options::recursive);
         folder.write("config/graphics.ini", "[video]\nfps_limit=0\n");
     }
 
     // The exit code of `program` with these arguments.
     int start(const std::string& arguments, const std::string& program = PORT_PROGRAM) {
         const std::string command =
-            "'" + program + "' " + arguments + " >/dev/null 2>'" + root + "/errors'";
+            "'" + program + "' " + arguments + " >'" + root + "/output' 2>'" + root + "/errors'";
         const int status = std::system(command.c_str());
+        output = folder.read("output");
         errors = folder.read("errors");
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -108,7 +116,7 @@ TEST_F(PortRun, DiagnoseChecksAndStops) {
     const std::filesystem::path program = PORT_PROGRAM;
     EXPECT_EQ(log(), "an earlier start\nSTART exe=" + PathEncoding::utf8(program.parent_path()) +
                          " root=" + root +
-                         "\nPREFLIGHT assets=ok characters=2 stages=4\nDIAGNOSE OK\n");
+                         "\nPREFLIGHT assets=ok characters=5 stages=4\nDIAGNOSE OK\n");
     EXPECT_EQ(errors, "");
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "runtime-crash.log"));
 }
@@ -124,20 +132,19 @@ TEST_F(PortRun, APortWithoutAssetsFallsBackOnTheProgramsFolderAndFails) {
         "config.";
     EXPECT_EQ(alone.read("runtime-startup.log"),
               "START exe=" + where + " root=" + where +
-                  "\nPREFLIGHT assets=missing characters=2 stages=4\nFATAL: " + message + "\n");
+                  "\nPREFLIGHT assets=missing characters=5 stages=4\nFATAL: " + message + "\n");
     EXPECT_EQ(errors, message + "\n");
 }
 
-TEST_F(PortRun, AGameThatCannotStartEndsWithOne) {
+TEST_F(PortRun, AGameThatEndsEarlyEndsWithOne) {
     makePort();
-    EXPECT_EQ(start("'" + root + "' --smoke-frames=60"), 1);
+    EXPECT_EQ(start("'" + root + "' --smoke-frames=1000"), 1) << "900 passes without a window";
     EXPECT_TRUE(
-        errors.ends_with("SMOKE GAME FAIL: could not start gameplay\n"
-                         "O runtime encerrou de forma anormal (codigo 72).\n"))
+        errors.ends_with("SMOKE GAME FAIL gameplay_frames=900 expected=1000\n"
+                         "O runtime encerrou de forma anormal (codigo 73).\n"))
         << errors;
     EXPECT_TRUE(
-        log().ends_with("INITIALIZED OK\nEXIT code=72\nFATAL: O runtime encerrou de forma "
-                        "anormal (codigo 72).\n"))
+        log().ends_with("EXIT code=73\nFATAL: O runtime encerrou de forma anormal (codigo 73).\n"))
         << log();
 }
 
@@ -149,6 +156,29 @@ TEST_F(PortRun, AHeadlessGamePlaysItselfAndKeepsItsSettings) {
     EXPECT_EQ(start("", copy.string()), 0) << errors;
     EXPECT_TRUE(log().ends_with("INITIALIZED OK\nEXIT code=0\n")) << log();
     EXPECT_TRUE(folder.read("config/graphics.ini").starts_with("[video]\nrenderer=d3d11\n"));
+}
+
+TEST_F(PortRun, TwoRunsOnTheSameInputsShowTheSame) {
+    makePort();
+    const auto hash = [&](const std::string& captures) {
+        EXPECT_EQ(start("'" + root + "' --smoke-frames=60 --capture-every=20 --capture='" + root +
+                        "/" + captures + "'"),
+                  0)
+            << errors;
+        const std::size_t at = output.find("SMOKE GAME HASH ");
+        EXPECT_NE(at, output.npos) << output;
+        return output.substr(at, 32);
+    };
+    EXPECT_EQ(hash("first"), hash("second"));
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path() / "first")) {
+        const std::string name = entry.path().filename().string();
+        names.push_back(name);
+        EXPECT_EQ(folder.read("first/" + name), folder.read("second/" + name)) << name;
+    }
+    std::ranges::sort(names);
+    EXPECT_EQ(names, (std::vector<std::string>{"frame-000020.png", "frame-000040.png",
+                                               "frame-000060.png"}));
 }
 
 TEST(RunPort, MovesToThePortsFolder) {

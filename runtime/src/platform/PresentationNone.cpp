@@ -1,0 +1,10 @@
+#include "Presentation.hpp"
+
+namespace port::platform {
+
+Presentation systemPresentation() {
+    return {[](const RuntimeConfig&) { return true; }, [] { return "headless-preview"; },
+            [] { return true; }, [](const SpriteImage&, const RuntimeConfig&) {}};
+}
+
+}  // namespace port::platform

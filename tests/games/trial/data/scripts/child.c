@@ -1,0 +1,3 @@
+void main(){
+	setglobalvar("order", getglobalvar("order") + "C" + getlocalvar("spawn_type"));
+}

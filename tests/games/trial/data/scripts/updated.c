@@ -1,0 +1,3 @@
+void main(){
+	setglobalvar("order", getglobalvar("order") + "E");
+}

@@ -1,0 +1,96 @@
+#pragma once
+
+// An engine on the trial game, with devices that a test plays.
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Engine.hpp"
+#include "EngineProbe.hpp"
+#include "TempFolder.hpp"
+
+namespace port {
+
+struct EngineTrial : testing::Test {
+    tindrel::test::TempFolder folder;
+    std::uint64_t now = 0;
+    std::vector<int> sleeps;
+    std::set<int> keysDown;
+    std::map<int, platform::PadState> pads;
+    int padPolls = 0;
+    bool windowed = false;
+    bool windowOpens = true;
+    int passesUntilClosed = 1000;
+    int framesShown = 0;
+
+    Engine engine{devices()};
+    EngineProbe probe{engine};
+    std::string log;
+    std::string warnings;
+
+    EngineTrial() {
+        folder.write("config/graphics.ini", "");
+        std::filesystem::copy(std::filesystem::path(TRIAL_PORT) / "assets",
+                              folder.path() / "assets", std::filesystem::copy_options::recursive);
+    }
+
+    platform::Devices devices() {
+        platform::Devices all;
+        all.clock = {[this] { return now; }, [this](int ms) { sleeps.push_back(ms); }};
+        all.input = {[this](int key) { return keysDown.contains(key); },
+                     [this](int pad) {
+                         ++padPolls;
+                         return pads[pad];
+                     }};
+        all.presentation = {[this](const RuntimeConfig&) { return windowOpens; },
+                            [this] { return windowed ? "trial-window" : "headless-preview"; },
+                            [this] { return passesUntilClosed-- > 0; },
+                            [this](const SpriteImage&, const RuntimeConfig&) { ++framesShown; }};
+        return all;
+    }
+
+    template <class Call>
+    auto captured(Call call) {
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        const auto result = call();
+        log = testing::internal::GetCapturedStdout();
+        warnings = testing::internal::GetCapturedStderr();
+        return result;
+    }
+
+    bool initialize() {
+        return captured([&] { return engine.initialize(folder.path()); });
+    }
+    int run() {
+        return captured([&] { return engine.run(); });
+    }
+    int smoke(int frames) {
+        return captured([&] { return engine.runSmokeGame(frames); });
+    }
+    // Gameplay ticks, without the rest of the loop.
+    void ticks(int count) {
+        captured([&] {
+            for (int i = 0; i < count; ++i) probe.gameplayTick();
+            return 0;
+        });
+    }
+    [[nodiscard]] bool logged(std::string_view line) const {
+        return ("\n" + log).find("\n" + std::string(line) + "\n") != std::string::npos;
+    }
+    std::string global(const std::string& name) {
+        const auto found = probe.scripts().globals().find(name);
+        if (found == probe.scripts().globals().end()) return "";
+        const auto* text = std::get_if<std::string>(&found->second);
+        const auto* number = std::get_if<double>(&found->second);
+        return text ? *text : number ? std::to_string(static_cast<int>(*number)) : "?";
+    }
+};
+
+}  // namespace port
