@@ -11,33 +11,34 @@ namespace tindrel {
 namespace fs = std::filesystem;
 
 GameReader::GameReader(fs::path dataDir, fs::path projectRoot)
-    : resolver_(std::move(dataDir)),
-      projectRoot_(std::move(projectRoot)),
-      canonicalRoot_(canonicalOrAbsolute(projectRoot_)) {}
+    : resolver_(std::move(dataDir)), projectRoot_(std::move(projectRoot)) {}
 
+const fs::path& GameReader::canonicalFolder(const fs::path& folder) const {
+    const auto known = canonicalFolders_.find(folder.native());
+    if (known != canonicalFolders_.end()) return known->second;
+    return canonicalFolders_.emplace(folder.native(), weaklyCanonical(folder)).first->second;
+}
+
+// Folders that share a parent share its form, so that only a link needs questions of its own.
 const fs::path& GameReader::canonicalParent(const fs::path& path) const {
     const fs::path folder = path.parent_path();
-    const auto [entry, isNew] = canonicalFolders_.try_emplace(folder.native());
-    if (!isNew) return entry->second;
-    fs::path& canonical = entry->second;
-    const fs::path above = folder.parent_path();
-    const auto [parent, isFirst] = canonicalFolders_.try_emplace(above.native());
-    if (isFirst) parent->second = canonicalOrAbsolute(above);
-    // Folders that share a parent share its form, unless they are links.
+    const fs::path name = folder.filename();
     std::error_code error;
-    const bool isPlain = above.is_absolute() && above != folder &&
-                         fs::symlink_status(folder, error).type() == fs::file_type::directory &&
-                         folder.filename() != "." && folder.filename() != "..";
-    canonical = isPlain ? parent->second / folder.filename() : canonicalOrAbsolute(folder);
-    return canonical;
+    if (canonicalFolders_.contains(folder.native()) || !folder.is_absolute() || name.empty() ||
+        name == "." || name == ".." ||
+        fs::symlink_status(folder, error).type() != fs::file_type::directory) {
+        return canonicalFolder(folder);
+    }
+    fs::path canonical = canonicalFolder(folder.parent_path()) / name;
+    return canonicalFolders_.emplace(folder.native(), std::move(canonical)).first->second;
 }
 
 std::string GameReader::relativeToProject(const fs::path& path) const {
     std::error_code error;
     const fs::path canonical = fs::is_symlink(path, error)
-                                   ? canonicalOrAbsolute(path)
+                                   ? weaklyCanonical(path)
                                    : canonicalParent(path) / path.filename();
-    const fs::path relative = canonical.lexically_relative(canonicalRoot_);
+    const fs::path relative = canonical.lexically_relative(canonicalFolder(projectRoot_));
     return PathEncoding::utf8(relative.empty() ? path : relative);
 }
 

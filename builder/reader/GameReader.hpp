@@ -30,7 +30,8 @@ class GameReader {
         return resolver_.resolve(text);
     }
 
-    // `path` relative to the project root, generic UTF-8; the path itself where that fails.
+    // `path` relative to the project root, both in canonical form, generic UTF-8; the path itself
+    // where they share no root. Throws ("weakly_canonical") where one has no such form.
     [[nodiscard]] std::string relativeToProject(const std::filesystem::path& path) const;
 
     // The file's lines; the reference holds until release(path).
@@ -39,17 +40,19 @@ class GameReader {
     void release(const std::filesystem::path& path);
 
     // All models in registry order, and all stages in the order of sets and "file" lines. Read at
-    // the first call; throw ("exists", "status") for a file-system error other than absence.
+    // the first call; throw ("exists", "status", "weakly_canonical") for a file-system error other
+    // than absence.
     [[nodiscard]] const std::vector<ModelDef>& models();
     [[nodiscard]] const std::vector<StageDef>& stages();
 
   private:
+    [[nodiscard]] const std::filesystem::path& canonicalFolder(
+        const std::filesystem::path& folder) const;
     [[nodiscard]] const std::filesystem::path& canonicalParent(
         const std::filesystem::path& path) const;
 
     PathResolver resolver_;
     std::filesystem::path projectRoot_;
-    std::filesystem::path canonicalRoot_;
     // By native path.
     template <typename Value>
     using ByPath = std::unordered_map<std::filesystem::path::string_type, Value>;

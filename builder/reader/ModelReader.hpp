@@ -11,7 +11,7 @@
 namespace tindrel {
 
 // The models in registry order; those of every text file with an animation where there is no
-// usable registry. Throws ("exists", "status",
+// usable registry. Throws ("exists", "status", "weakly_canonical",
 // "recursive_directory_iterator") for a file-system error other than absence.
 [[nodiscard]] std::vector<ModelDef> readModels(GameReader& game);
 
