@@ -29,16 +29,17 @@ std::string foldedPath(std::string_view text) {
 
 }  // namespace
 
-AssetFinder::AssetFinder(const ProjectScan& project, GameReader& game) : game_(game) {
+AssetFinder::AssetFinder(const ProjectScan& project, GameReader& game)
+    : game_(game), entries_(project.entries) {
     const std::size_t prefix = PathEncoding::utf8(project.dataDir).size() + 1;
-    std::unordered_set<std::string> folders;
+    std::unordered_set<std::string_view> folders;
     for (const TreeEntry& entry : project.entries) {
-        std::string folded = toLower(PathEncoding::utf8(entry.path).substr(prefix));
+        const std::string_view folded = std::string_view(entry.folded).substr(prefix);
         if (entry.directory) {
-            foldersDifferInCase_ |= !folders.insert(std::move(folded)).second;
+            foldersDifferInCase_ |= !folders.insert(folded).second;
         } else if (entry.regularFile) {
             const auto [known, isNew] =
-                files_.try_emplace(std::move(folded), entry.symlink ? nullptr : &entry.path);
+                files_.try_emplace(folded, entry.symlink ? nullptr : &entry.path);
             if (!isNew) known->second = nullptr;
         }
     }
@@ -73,6 +74,21 @@ const fs::path* AssetFinder::picture(std::string_view text) {
         found = sibling;
     }
     return found;
+}
+
+const fs::path* AssetFinder::script(std::string_view text) {
+    const std::string folded = foldedPath(text);
+    if (const fs::path* const exact = fileAt(text, folded)) return exact;
+    if (!isSafeRelativePath(PathEncoding::path(folded))) return nullptr;
+    if (byBaseName_.empty()) {
+        for (const TreeEntry& entry : entries_) {
+            if (!entry.regularFile) continue;
+            const auto [known, isNew] = byBaseName_.try_emplace(entry.name(), &entry.path);
+            if (!isNew) known->second = nullptr;
+        }
+    }
+    const auto found = byBaseName_.find(std::string_view(folded).substr(folded.rfind('/') + 1));
+    return found == byBaseName_.end() ? nullptr : found->second;
 }
 
 const fs::path* AssetFinder::sound(std::string_view text) {

@@ -1,12 +1,13 @@
 #pragma once
 
 // Which file on disk a name in a game's text means, by the rules that the port's runtime applies to
-// pictures and sounds.
+// pictures, sounds and scripts.
 
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
@@ -24,16 +25,22 @@ class AssetFinder {
     // A name without an extension means the first sound format that is there.
     [[nodiscard]] const std::filesystem::path* sound(std::string_view text);
 
+    // A script that is not at its path is the one file of its base name anywhere in the game.
+    [[nodiscard]] const std::filesystem::path* script(std::string_view text);
+
   private:
     [[nodiscard]] const std::filesystem::path* fileAt(std::string_view text,
                                                       const std::string& folded);
 
     GameReader& game_;
+    const std::vector<TreeEntry>& entries_;
     // The regular files of the walk by their path below the data folder in lower case, so that a
     // name costs no question to the disk. Null where only the resolver can tell: for a link, and
     // where two names differ in case alone.
-    std::unordered_map<std::string, const std::filesystem::path*> files_;
+    std::unordered_map<std::string_view, const std::filesystem::path*> files_;
     bool foldersDifferInCase_ = false;
+    // The same by base name, made when a script asks first. Null for a name that several have.
+    std::unordered_map<std::string_view, const std::filesystem::path*> byBaseName_;
 };
 
 }  // namespace tindrel

@@ -132,13 +132,17 @@ bool GameFacts::isVerifiedInline(std::string_view text) {
 OccurrenceRefiner::OccurrenceRefiner(GameReader& game, ScriptScanner& scanner)
     : facts_(game, scanner) {}
 
-void OccurrenceRefiner::refineOccurrence(CommandRule& rule, const TextLine& line,
-                                         const fs::path& file) {
+OccurrenceRefiner::Rules OccurrenceRefiner::rulesOf(std::string_view key) {
     static const RulesByCommand kRules = groupRules();
-    const auto group = kRules.find(line.key);
-    if (group == kRules.end()) return;
+    const auto group = kRules.find(key);
+    return group == kRules.end() ? Rules() : Rules(group->second);
+}
+
+void OccurrenceRefiner::refineOccurrence(CommandRule& rule, Rules rules, const TextLine& line,
+                                         const fs::path& file) {
+    if (rules.empty()) return;
     facts_.enter(file);
-    for (const OccurrenceRule* const candidate : group->second) {
+    for (const OccurrenceRule* const candidate : rules) {
         if (!candidate->fits(line, facts_)) continue;
         rule = {CompatStatus::kSupported, true, true, candidate->impact};
         return;

@@ -68,8 +68,12 @@ class OccurrenceRefiner {
   public:
     OccurrenceRefiner(GameReader& game, ScriptScanner& scanner);
 
-    // Raises `rule`, the registry's verdict on `line` of `file`, where an occurrence rule fits.
-    void refineOccurrence(CommandRule& rule, const TextLine& line,
+    // The rules for a command, to be looked up once for all of its lines. `key` is in lower case.
+    using Rules = std::span<const OccurrenceRule* const>;
+    [[nodiscard]] static Rules rulesOf(std::string_view key);
+
+    // Raises `rule`, the registry's verdict on `line` of `file`, where one of `rules` fits.
+    void refineOccurrence(CommandRule& rule, Rules rules, const TextLine& line,
                           const std::filesystem::path& file);
 
   private:

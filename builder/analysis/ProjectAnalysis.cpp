@@ -79,6 +79,7 @@ std::string join(const std::vector<std::string>& names, std::string_view separat
 struct CommandTally {
     std::string_view name;  // key of commandCounts
     CommandRule rule;
+    OccurrenceRefiner::Rules refinements;
     std::array<std::uint64_t, 5> byStatus{};  // indexed by CompatStatus
     std::optional<CompatStatus> shown;        // PARTIAL for good once two occurrences differ
 
@@ -151,10 +152,9 @@ class ProjectAnalyzer {
     }
 
     void analyzeFile(const TreeEntry& entry) {
-        const std::string& extension = entry.extension;
+        const std::string_view extension = entry.extension();
         if (extension == ".txt") {
-            const std::string name = toLower(PathEncoding::utf8(entry.path.filename()));
-            if (!isProse(name)) classifyFile(entry.path);
+            if (!isProse(entry.name())) classifyFile(entry.path);
         } else if (extension == ".cfg") {
             classifyFile(entry.path);
         } else if (extension == ".c" || extension == ".h") {
@@ -211,7 +211,7 @@ class ProjectAnalyzer {
         if (line.key == "@cmd") {
             applyAudit(rule, animationCommands_.audit(file.lines, index, file.path, *file.source));
         } else {
-            refiner_.refineOccurrence(rule, line, file.path);
+            refiner_.refineOccurrence(rule, tally.refinements, line, file.path);
         }
         tally.count(rule.status);
         record(rule, {0, file.source, line.line, tally.name, rule.impact, rule.status,
@@ -281,8 +281,8 @@ class ProjectAnalyzer {
         // The node of the ordered map owns the name that every issue of the command views.
         const std::string_view name =
             analysis_.commandCounts.try_emplace(std::string(key)).first->first;
-        return tallies_.try_emplace(name, CommandTally{name, lookupCommand(key), {}, {}})
-            .first->second;
+        CommandTally tally{name, lookupCommand(key), OccurrenceRefiner::rulesOf(key), {}, {}};
+        return tallies_.try_emplace(name, tally).first->second;
     }
 
     void storeTallies() {

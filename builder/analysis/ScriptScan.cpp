@@ -74,7 +74,7 @@ ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project)
     : game_(game), project_(project), walkBudget_(kWalkBudget) {
     for (const TreeEntry& entry : project.entries) {
         if (!entry.regularFile) continue;
-        byBaseName_[toLower(PathEncoding::utf8(entry.path.filename()))].push_back(&entry.path);
+        byBaseName_[entry.name()].push_back(&entry.path);
     }
 }
 
@@ -180,7 +180,7 @@ void ScriptScanner::prepareProject() {
     if (prepared_) return;
     prepared_ = true;
     for (const TreeEntry& entry : project_.entries) {
-        if (entry.regularFile && (entry.extension == ".c" || entry.extension == ".h")) {
+        if (entry.regularFile && (entry.extension() == ".c" || entry.extension() == ".h")) {
             static_cast<void>(fileId(entry.path));
         }
     }

@@ -80,7 +80,7 @@ class ScriptScanner {
     std::unordered_map<FileId, std::vector<std::string>> reports_;
     std::uint64_t walkBudget_;
 
-    std::unordered_map<std::string, std::vector<const std::filesystem::path*>> byBaseName_;
+    std::unordered_map<std::string_view, std::vector<const std::filesystem::path*>> byBaseName_;
 };
 
 }  // namespace tindrel

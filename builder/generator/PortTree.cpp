@@ -98,7 +98,7 @@ void writeAudioReport(const ProjectScan& project, const fs::path& report) {
     OutputFile out(report);
     out << text::kAudioReportTitle;
     for (const TreeEntry& entry : project.entries) {
-        const std::string_view backend = audioBackend(entry.extension);
+        const std::string_view backend = audioBackend(entry.extension());
         if (!entry.regularFile || backend.empty()) continue;
         std::error_code error;
         const std::uintmax_t size = fs::file_size(entry.path, error);
@@ -112,7 +112,7 @@ void writeScriptReport(const ProjectScan& project, const fs::path& report) {
     OutputFile out(report);
     out << text::kScriptVmReport;
     for (const TreeEntry& entry : project.entries) {
-        if (!entry.regularFile || (entry.extension != ".c" && entry.extension != ".h")) continue;
+        if (!entry.regularFile || (entry.extension() != ".c" && entry.extension() != ".h")) continue;
         out << "VM_CANDIDATE\t" << projectPath(project, entry) << '\n';
     }
     out.close();

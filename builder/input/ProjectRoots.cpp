@@ -54,7 +54,7 @@ fs::path dataFolderOf(const fs::path& folder) {
 }
 
 bool isText(const TreeEntry& entry) {
-    return entry.regularFile && (entry.extension == ".txt" || entry.extension == ".c");
+    return entry.regularFile && (entry.extension() == ".txt" || entry.extension() == ".c");
 }
 
 std::int32_t countTexts(const fs::path& folder) {
@@ -126,7 +126,7 @@ class RootSearch {
     WalkStep visit(TreeEntry& entry) {
         if (walk_ != nullptr && entry.depth <= walkDepth_) walk_ = nullptr;
         const bool mayHoldRoots = entry.directory && entry.depth <= kDeepestData;
-        const bool isData = mayHoldRoots && addRootOf(entry.path);
+        const bool isData = mayHoldRoots && addRootOf(entry);
         if (walk_ != nullptr) {
             keep(std::move(entry));
             return WalkStep::Enter;
@@ -141,14 +141,15 @@ class RootSearch {
     }
 
     // False when the folder is none that makes another one a root.
-    bool addRootOf(const fs::path& folder) {
-        const std::string name = foldedName(folder);
-        const fs::path parent = folder.parent_path();
+    bool addRootOf(const TreeEntry& folder) {
+        const std::string_view name = folder.name();
+        if (name != "data" && name != "openbor-data") return false;
+        const fs::path parent = folder.path.parent_path();
         if (name == "data") {
             addFolder(parent);
             return true;
         }
-        if (name != "openbor-data" || foldedName(parent) != "assets") return false;
+        if (foldedName(parent) != "assets") return false;
         addFolder(parent.parent_path());
         return true;
     }
@@ -198,7 +199,7 @@ std::vector<fs::path> findPakFiles(const fs::path& path) {
         return {path};
     std::vector<fs::path> paks;
     walkTree(path, [&](const TreeEntry& entry) {
-        if (entry.regularFile && entry.extension == ".pak") paks.push_back(entry.path);
+        if (entry.regularFile && entry.extension() == ".pak") paks.push_back(entry.path);
         return WalkStep::Enter;
     });
     std::sort(paks.begin(), paks.end());

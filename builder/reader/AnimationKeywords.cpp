@@ -11,7 +11,7 @@ using Args = KeywordArgs;
 using A = AnimationDef;
 
 void addFrame(ModelParser& parser, Args args) {
-    FrameDef& frame = parser.animation().frames.emplace_back(parser.frame);
+    FrameDef& frame = parser.frames.emplace_back(parser.frame);
     frame.sprite = args[0];
     frame.animationCommand = std::exchange(parser.pendingCommand, {});
     parser.frame.sound.clear();

@@ -194,6 +194,7 @@ void setLifeBarStatus(ModelParser& parser, Args args) {
 }
 
 void startAnimation(ModelParser& parser, Args args) {
+    parser.endAnimation();
     parser.model.animations.emplace_back().name = args[0];
     parser.frame = {};
     parser.pendingCommand.clear();

@@ -11,6 +11,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "reader/DataPaths.hpp"
 #include "reader/ModelDef.hpp"
@@ -23,12 +24,16 @@ using KeywordArgs = std::span<const std::string_view>;
 // What the lines of one entity file change.
 struct ModelParser {
     ModelDef model;
-    FrameDef frame;              // template that every "frame" line copies
-    std::string pendingCommand;  // "@cmd" text for the next frame
-    std::string modelScript;     // "@script" text ahead of the first animation
+    FrameDef frame;                // template that every "frame" line copies
+    std::vector<FrameDef> frames;  // of the animation being read, until endAnimation()
+    std::string pendingCommand;    // "@cmd" text for the next frame
+    std::string modelScript;       // "@script" text ahead of the first animation
 
     // The one being read; there must be one.
     [[nodiscard]] AnimationDef& animation() { return model.animations.back(); }
+
+    // Gives the animation being read, if any, its frames, in no more room than they need.
+    void endAnimation();
 };
 
 using KeywordAction = void (*)(ModelParser& parser, KeywordArgs args);

@@ -1,6 +1,7 @@
 #include "reader/ModelReader.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <string>
 #include <system_error>
@@ -166,9 +167,17 @@ std::vector<ModelDef> findModels(GameReader& game) {
 
 }  // namespace
 
+void ModelParser::endAnimation() {
+    if (model.animations.empty()) return;
+    animation().frames.assign(std::make_move_iterator(frames.begin()),
+                              std::make_move_iterator(frames.end()));
+    frames.clear();
+}
+
 ModelDef parseModel(const TextFile& file, std::string_view stem) {
     ModelParser parser;
     for (const TextLine& line : file) readLine(parser, line);
+    parser.endAnimation();
     ModelDef& model = parser.model;
     if (parser.modelScript.size() <= kMaxCopiedScriptBytes / (model.animations.size() + 1)) {
         for (AnimationDef& animation : model.animations) {

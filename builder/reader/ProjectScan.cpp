@@ -56,9 +56,10 @@ void addEntries(ProjectScan& scan, DataWalk walk) {
               entry.path, entry.error);
         if (!entry.regularFile) continue;
         ++scan.fileCount;
+        const std::string_view extension = entry.extension();
         const auto* const row =
             std::find_if(std::begin(kExtensions), std::end(kExtensions),
-                         [&](const auto& known) { return known.extension == entry.extension; });
+                         [&](const auto& known) { return known.extension == extension; });
         if (row != std::end(kExtensions)) ++(scan.*row->counter);
     }
     scan.entries = std::move(walk.entries);

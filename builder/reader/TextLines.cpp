@@ -1,6 +1,7 @@
 #include "reader/TextLines.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <fstream>
 #include <utility>
@@ -12,8 +13,8 @@ namespace tindrel {
 namespace {
 
 // Usual sizes, by which room is made beforehand.
-constexpr std::size_t kBytesPerLine = 16;
-constexpr std::size_t kBytesPerToken = 6;
+constexpr std::size_t kBytesPerLine = 18;
+constexpr std::size_t kBytesPerToken = 11;
 
 std::string_view trim(std::string_view text) {
     while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
@@ -37,12 +38,22 @@ bool isAscii(std::string_view bytes) {
                        [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
+// A table, as every byte of a game's text is asked about.
+constexpr std::array<bool, 256> kIsSpace = [] {
+    std::array<bool, 256> table{};
+    for (std::size_t c = 0; c < table.size(); ++c) table[c] = isSpace(static_cast<char>(c));
+    return table;
+}();
+
 // Cuts the first run of bytes up to white space off `rest`, which must begin with none.
 std::string_view takeWord(std::string_view& rest) {
+    const auto isSpaceAt = [&](std::size_t i) {
+        return kIsSpace[static_cast<unsigned char>(rest[i])];
+    };
     std::size_t length = 0;
-    while (length < rest.size() && !isSpace(rest[length])) ++length;
+    while (length < rest.size() && !isSpaceAt(length)) ++length;
     const std::string_view word = rest.substr(0, length);
-    while (length < rest.size() && isSpace(rest[length])) ++length;
+    while (length < rest.size() && isSpaceAt(length)) ++length;
     rest.remove_prefix(length);
     return word;
 }
@@ -94,7 +105,9 @@ class TextLineParser {
             block_.append(raw).push_back('\n');
             return;
         }
-        if (equalsFolded(word, "@end_script")) {
+        if (word.front() != '@') {
+            // No directive.
+        } else if (equalsFolded(word, "@end_script")) {
             closeBlock();
         } else if (equalsFolded(word, "@script")) {
             inBlock_ = true;

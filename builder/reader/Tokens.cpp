@@ -71,6 +71,15 @@ std::optional<std::int32_t> parseAutoBase(std::string_view token, bool whole) {
 }
 
 float parseFloatOr(std::string_view token, float fallback) {
+    // Nearly all numbers are small whole ones, which a float holds exactly.
+    constexpr std::int32_t kExact = 1 << 24;
+    std::int32_t whole = 0;
+    const char* const last = token.data() + token.size();
+    const auto [stop, failure] = std::from_chars(token.data(), last, whole);
+    if (failure == std::errc{} && stop == last && whole >= -kExact && whole <= kExact &&
+        (whole != 0 || token.front() != '-')) {
+        return static_cast<float>(whole);
+    }
     // strtof needs a terminator; numbers are short, and a longer token is copied to the heap.
     std::array<char, 64> shortToken{};
     std::string longToken;

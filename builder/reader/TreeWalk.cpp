@@ -17,7 +17,7 @@ namespace {
 TreeEntry describe(const fs::directory_entry& found, int depth) {
     TreeEntry entry;
     entry.path = found.path();
-    entry.extension = toLower(PathEncoding::utf8(entry.path.extension()));
+    entry.folded = toLower(PathEncoding::utf8(entry.path));
     entry.depth = depth;
     entry.symlink = found.is_symlink(entry.error);
     if (!entry.error) entry.regularFile = found.is_regular_file(entry.error);
@@ -37,6 +37,17 @@ std::vector<TreeEntry> list(const fs::path& folder, int depth, std::error_code& 
 }
 
 }  // namespace
+
+std::string_view TreeEntry::name() const {
+    return std::string_view(folded).substr(folded.rfind('/') + 1);  // npos + 1 is 0
+}
+
+// A dot that begins the name begins no extension.
+std::string_view TreeEntry::extension() const {
+    const std::string_view all = name();
+    const std::size_t dot = all.rfind('.');
+    return dot == std::string_view::npos || dot == 0 ? std::string_view() : all.substr(dot);
+}
 
 void walkTree(const fs::path& folder, const std::function<WalkStep(TreeEntry&)>& visit,
               const std::function<void(const fs::path&, std::error_code)>& unlisted) {

@@ -5,18 +5,23 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace tindrel {
 
 struct TreeEntry {
     std::filesystem::path path;  // the folder of the walk joined with the way to the entry
-    std::string extension;       // lower case, with its dot
+    std::string folded;          // the same in generic UTF-8 and lower case
     int depth = 1;               // number of elements below that folder
     bool regularFile = false;    // links to regular files included
     bool directory = false;      // links excluded
     bool symlink = false;
     std::error_code error;  // the type could not be told
+
+    // Parts of `folded`: the last element, and its extension with its dot.
+    [[nodiscard]] std::string_view name() const;
+    [[nodiscard]] std::string_view extension() const;
 };
 
 enum class WalkStep {

@@ -133,7 +133,9 @@ TEST(OccurrenceRefiner, EveryRuleRaisesWhatItsTextSaysAndNothingElse) {
         }
         const TextFile lines(text);
         CommandRule rule = lookupCommand(lines.lines().front().key);
-        refiner.refineOccurrence(rule, lines.lines().front(), project.dataDir / (file + ".txt"));
+        const TextLine& line = lines.lines().front();
+        refiner.refineOccurrence(rule, OccurrenceRefiner::rulesOf(line.key), line,
+                                 project.dataDir / (file + ".txt"));
         return rule;
     };
     const std::span<const OccurrenceRule> rules = occurrenceRules();

@@ -60,8 +60,8 @@ TEST(ProjectScan, CountsByExtensionAndRecordsTheWalk) {
     EXPECT_TRUE(entry("music/a.b").directory);
     EXPECT_FALSE(entry("music/a.b").regularFile);
     EXPECT_TRUE(entry("music/a.b/one.BOR").regularFile);
-    EXPECT_EQ(entry("music/a.b/one.BOR").extension, ".bor");
-    EXPECT_EQ(entry(".png").extension, "");
+    EXPECT_EQ(entry("music/a.b/one.BOR").extension(), ".bor");
+    EXPECT_EQ(entry(".png").extension(), "");
 }
 
 TEST(ProjectScan, ScansAPortAndPrefersTheGame) {
@@ -163,6 +163,13 @@ TEST(GameReaderPaths, AreRelativeToTheCanonicalRoot) {
     EXPECT_EQ(game.relativeToProject(chars / "ken.txt"), "data/chars/ryu.txt");
     EXPECT_EQ(game.relativeToProject(folder.path() / "game/data/../data/x.txt"), "data/x.txt");
     EXPECT_EQ(game.relativeToProject(folder.path() / "other.txt"), "../other.txt");
+
+    fs::create_symlink("loop", folder.path() / "game/data/loop");
+    for (int again = 0; again < 2; ++again) {
+        EXPECT_THROW(
+            static_cast<void>(game.relativeToProject(folder.path() / "link/data/loop/x.txt")),
+            fs::filesystem_error);
+    }
 
     const TextFile& lines = game.lines(chars / "ryu.txt");
     EXPECT_EQ(&game.lines(chars / "ryu.txt"), &lines);
