@@ -60,8 +60,8 @@ class MissingFileSearch {
         for (const ModelDef& model : game_.models()) searchModel(model);
         for (const StageDef& stage : game_.stages()) searchStage(stage);
         std::vector<MissingGroup> groups;
-        for (Names* const names :
-             {&modelFiles_, &spawns_, &stageFiles_, &scenes_, &pictures_, &sounds_, &music_}) {
+        for (Names* const names : {&modelFiles_, &spawns_, &stageFiles_, &scenes_, &scripts_,
+                                   &pictures_, &sounds_, &music_}) {
             MissingGroup group = names->take();
             if (group.total > 0) groups.push_back(std::move(group));
         }
@@ -127,6 +127,9 @@ class MissingFileSearch {
         for (const PaletteRemapDef& remap : model.paletteRemaps) {
             picture(remap.source);
             picture(remap.target);
+        }
+        for (const auto script : kModelScripts) {
+            look(scripts_, &AssetFinder::script, model.*script, source);
         }
         sound(model.dieSound);
         for (const AnimationDef& animation : model.animations) {
@@ -217,6 +220,7 @@ class MissingFileSearch {
     Names spawns_{"Spawned names that no model has"};
     Names stageFiles_{"Stage files"};
     Names scenes_{"Scene files"};
+    Names scripts_{"Scripts"};
     Names pictures_{"Pictures"};
     Names sounds_{"Sounds"};
     Names music_{"Music"};

@@ -128,4 +128,21 @@ struct ModelDef {
     std::string onFallScript;
 };
 
+// All script paths of a model.
+inline constexpr std::string ModelDef::*kModelScripts[] = {
+    &ModelDef::thinkScript,       &ModelDef::updateScript,
+    &ModelDef::keyScript,         &ModelDef::onMoveXScript,
+    &ModelDef::onMoveZScript,     &ModelDef::onBlockAScript,
+    &ModelDef::onBlockYScript,    &ModelDef::onBlockZScript,
+    &ModelDef::onBlockSScript,    &ModelDef::onBlockWScript,
+    &ModelDef::onBlockOScript,    &ModelDef::onBlockPScript,
+    &ModelDef::didBlockScript,    &ModelDef::onDoAttackScript,
+    &ModelDef::onKillScript,      &ModelDef::onEntityCollisionScript,
+    &ModelDef::onModelCopyScript, &ModelDef::animationScript,
+    &ModelDef::takeDamageScript,  &ModelDef::didHitScript,
+    &ModelDef::onDrawScript,      &ModelDef::onSpawnScript,
+    &ModelDef::onDeathScript,     &ModelDef::onPainScript,
+    &ModelDef::onFallScript,
+};
+
 }  // namespace tindrel

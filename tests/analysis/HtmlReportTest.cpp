@@ -115,7 +115,10 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
     write("chars/hero.txt",
           "name Hero\ndiesound data/sounds/die.wav\nanim idle\nsound data/sounds/hit\n"
           "frame data/chars/HERE.gif\nframe data/chars/gone.gif\nframe data\\chars\\gone.gif\n"
-          "frame data/chars/other.png\nframe data/chars/two.png\nframe none\n");
+          "frame data/chars/other.png\nframe data/chars/two.png\nframe none\n"
+          "thinkscript data/scripts/moved.c\nonspawnscript data/scripts/lost.c\n"
+          "didhitscript data/scripts/twice.c\nonfallscript ../moved.c\n");
+    for (const char* script : {"elsewhere/Moved.c", "a/twice.c", "b/twice.c"}) write(script, "");
     write("chars/here.gif", "");
     write("chars/other.gif", "");  // stands in for other.png
     write("chars/two.gif", "");    // two stand-ins: neither counts
@@ -132,6 +135,9 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
         "<code>Nobody</code><span class=\"at\"><a "
         "href=\"../assets/openbor-data/levels/one.txt\">data/levels/one.txt</a>:8<",
         "none.txt</code>",
+        "scripts/twice.c</code>",
+        "scripts/lost.c</code>",
+        "../moved.c</code>",
         "gone.gif</code>",
         "two.png</code>",
         "die.wav</code>",
@@ -144,7 +150,7 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
         EXPECT_GT(place, at) << piece;
         at = place;
     }
-    for (const char* piece : {"HERE", "other.png", "hit", ">lost<", ">hero<"}) {
+    for (const char* piece : {"HERE", "scripts/moved", "other.png", "hit.", ">lost<", ">hero<"}) {
         EXPECT_EQ(missing.find(piece), std::string::npos) << piece;
     }
     EXPECT_NE(missing.find("hero.txt</a>:6<"), std::string::npos);
