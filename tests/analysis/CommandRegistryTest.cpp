@@ -42,6 +42,7 @@ TEST(CommandRegistry, EveryKindOfVerdict) {
             << expected.word;
     }
     EXPECT_TRUE(lookupCommand("#").impact.empty());
+    EXPECT_EQ(compatStatusName(static_cast<CompatStatus>(9)), "UNKNOWN");
 }
 
 TEST(CommandRegistry, NumberedWords) {
@@ -89,15 +90,6 @@ TEST(CommandRegistry, MisspeltWords) {
         EXPECT_EQ(closestCommand(word), "") << word;
     }
     EXPECT_EQ(closestCommand(std::string(100000, 'x')), "");
-}
-
-TEST(CommandRegistry, StatusNames) {
-    EXPECT_EQ(compatStatusName(kSupported), "SUPPORTED");
-    EXPECT_EQ(compatStatusName(kPartial), "PARTIAL");
-    EXPECT_EQ(compatStatusName(kUnsupported), "UNSUPPORTED");
-    EXPECT_EQ(compatStatusName(kIgnoredSafely), "IGNORED_SAFELY");
-    EXPECT_EQ(compatStatusName(kUnknown), "UNKNOWN");
-    EXPECT_EQ(compatStatusName(static_cast<CompatStatus>(9)), "UNKNOWN");
 }
 
 }  // namespace

@@ -11,33 +11,23 @@ namespace {
 TEST(PrintScanSummary, ShowsEveryFinding) {
     ProjectScan scan;
     scan.root = "/games/mine";
-    std::ostringstream nothing;
-    scan.warnings = {"Pasta data/ nao encontrada."};
-    printScanSummary(nothing, scan);
-    EXPECT_EQ(nothing.str(),
-              "OpenBOR project: /games/mine\n"
-              "data/: MISSING\n"
-              "models.txt: MISSING\n"
-              "levels.txt: MISSING\n"
-              "menu.txt: none  video.txt: none  lifebar.txt: none  script.txt: none\n"
-              "files=0 images=0 audio=0 text=0\n"
-              "[WARN] Pasta data/ nao encontrada.\n");
-
-    scan.hasData = scan.hasModels = scan.hasLevels = scan.hasMenu = scan.hasVideo = true;
+    scan.hasModels = scan.hasMenu = scan.hasLifebar = true;
     scan.fileCount = 1204;
     scan.imageCount = 987;
     scan.audioCount = 61;
     scan.textCount = 152;
-    scan.warnings.clear();
-    std::ostringstream all;
-    printScanSummary(all, scan);
-    EXPECT_EQ(all.str(),
+    scan.warnings = {"Pasta data/ nao encontrada.", "levels.txt nao encontrado."};
+    std::ostringstream out;
+    printScanSummary(out, scan);
+    EXPECT_EQ(out.str(),
               "OpenBOR project: /games/mine\n"
-              "data/: OK\n"
+              "data/: MISSING\n"
               "models.txt: OK\n"
-              "levels.txt: OK\n"
-              "menu.txt: FOUND  video.txt: FOUND  lifebar.txt: none  script.txt: none\n"
-              "files=1204 images=987 audio=61 text=152\n");
+              "levels.txt: MISSING\n"
+              "menu.txt: FOUND  video.txt: none  lifebar.txt: FOUND  script.txt: none\n"
+              "files=1204 images=987 audio=61 text=152\n"
+              "[WARN] Pasta data/ nao encontrada.\n"
+              "[WARN] levels.txt nao encontrado.\n");
 }
 
 class CompatibilitySummary : public testing::Test {

@@ -298,43 +298,40 @@ TEST(ModelReader, ReadsTextsAndPaths) {
 }
 
 TEST(ModelReader, ScriptPathsStayAsWritten) {
-    expectFields<std::string>({
-        {"thinkscript data/U.c", &M::thinkScript, "data/U.c"},
-        {"updatescript data/U.c", &M::updateScript, "data/U.c"},
-        {"script data/U.c", &M::updateScript, "data/U.c"},
-        {"keyscript data/U.c", &M::keyScript, "data/U.c"},
-        {"onmovexscript data/U.c", &M::onMoveXScript, "data/U.c"},
-        {"onmovezscript data/U.c", &M::onMoveZScript, "data/U.c"},
-        {"onblockascript data/U.c", &M::onBlockAScript, "data/U.c"},
-        {"onblockyscript data/U.c", &M::onBlockYScript, "data/U.c"},
-        {"onblockzscript data/U.c", &M::onBlockZScript, "data/U.c"},
-        {"onblocksscript data/U.c", &M::onBlockSScript, "data/U.c"},
-        {"onblockwscript data/U.c", &M::onBlockWScript, "data/U.c"},
-        {"onblockoscript data/U.c", &M::onBlockOScript, "data/U.c"},
-        {"onblockpscript data/U.c", &M::onBlockPScript, "data/U.c"},
-        {"didblockscript data/U.c", &M::didBlockScript, "data/U.c"},
-        {"ondoattack data/U.c", &M::onDoAttackScript, "data/U.c"},
-        {"ondoattackscript data/U.c", &M::onDoAttackScript, "data/U.c"},
-        {"onkillscript data/U.c", &M::onKillScript, "data/U.c"},
-        {"onkill_script data/U.c", &M::onKillScript, "data/U.c"},
-        {"onentitycollision data/U.c", &M::onEntityCollisionScript, "data/U.c"},
-        {"onmodelcopy data/U.c", &M::onModelCopyScript, "data/U.c"},
-        {"animationscript data/U.c", &M::animationScript, "data/U.c"},
-        {"takedamagescript data/U.c", &M::takeDamageScript, "data/U.c"},
-        {"takedamage_script data/U.c", &M::takeDamageScript, "data/U.c"},
-        {"didhitscript data/U.c", &M::didHitScript, "data/U.c"},
-        {"didhit_script data/U.c", &M::didHitScript, "data/U.c"},
-        {"ondrawscript data/U.c", &M::onDrawScript, "data/U.c"},
-        {"ondraw_script data/U.c", &M::onDrawScript, "data/U.c"},
-        {"onspawnscript data/U.c", &M::onSpawnScript, "data/U.c"},
-        {"onspawn_script data/U.c", &M::onSpawnScript, "data/U.c"},
-        {"ondeathscript data/U.c", &M::onDeathScript, "data/U.c"},
-        {"ondeath_script data/U.c", &M::onDeathScript, "data/U.c"},
-        {"onpainscript data/U.c", &M::onPainScript, "data/U.c"},
-        {"onpain_script data/U.c", &M::onPainScript, "data/U.c"},
-        {"onfallscript data/U.c", &M::onFallScript, "data/U.c"},
-        {"onfall_script data/U.c", &M::onFallScript, "data/U.c"},
-    });
+    // In the order of kModelScripts.
+    const std::vector<Strings> keywords = {
+        {"thinkscript"},
+        {"updatescript", "script"},
+        {"keyscript"},
+        {"onmovexscript"},
+        {"onmovezscript"},
+        {"onblockascript"},
+        {"onblockyscript"},
+        {"onblockzscript"},
+        {"onblocksscript"},
+        {"onblockwscript"},
+        {"onblockoscript"},
+        {"onblockpscript"},
+        {"didblockscript"},
+        {"ondoattack", "ondoattackscript"},
+        {"onkillscript", "onkill_script"},
+        {"onentitycollision"},
+        {"onmodelcopy"},
+        {"animationscript"},
+        {"takedamagescript", "takedamage_script"},
+        {"didhitscript", "didhit_script"},
+        {"ondrawscript", "ondraw_script"},
+        {"onspawnscript", "onspawn_script"},
+        {"ondeathscript", "ondeath_script"},
+        {"onpainscript", "onpain_script"},
+        {"onfallscript", "onfall_script"},
+    };
+    ASSERT_EQ(keywords.size(), std::size(kModelScripts));
+    for (std::size_t i = 0; i < keywords.size(); ++i) {
+        for (const std::string& keyword : keywords[i]) {
+            EXPECT_EQ(parse(keyword + " data/U.c").*kModelScripts[i], "data/U.c") << keyword;
+        }
+    }
 }
 
 TEST(ModelReader, GathersListsOrReplacesThem) {
