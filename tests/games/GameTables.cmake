@@ -1,19 +1,25 @@
-# Small games, converted by the real builder while the tests are built, for tests that link the
-# runtime with their tables.
+# Games that the real builder converts while the tests are built, and the runtime on their tables:
+# the same port that a player gets, but with the flags of this build, so under its sanitizers too.
 
-# tindrel_game_tables(<game>): <game>_port is the folder of the game's port, and the library
-# <game>_tables holds its two tables.
-function(tindrel_game_tables game)
-  set(source ${PROJECT_SOURCE_DIR}/tests/games/${game})
-  set(port ${CMAKE_CURRENT_BINARY_DIR}/${game})
-  set(tables ${port}/runtime/generated/GeneratedCharacters.cpp
-    ${port}/runtime/generated/GeneratedStages.cpp)
+# tindrel_game_port(<game> <folder of the game>): the library <game>_tables, the program
+# <game>_port, and the variable <game>_port_folder.
+function(tindrel_game_port game source)
+  set(folder ${CMAKE_CURRENT_BINARY_DIR}/${game})
+  set(tables ${folder}/runtime/generated/GeneratedCharacters.cpp
+    ${folder}/runtime/generated/GeneratedStages.cpp)
   file(GLOB_RECURSE files CONFIGURE_DEPENDS ${source}/*)
   add_custom_command(OUTPUT ${tables}
-    COMMAND tindrel-builder convert ${source} ${port} > ${port}.log
+    COMMAND tindrel-builder convert ${source} ${folder} > ${folder}.log
     DEPENDS tindrel-builder ${files}
     COMMENT "Converting ${game}"
     VERBATIM)
+  # As in a port: tables are data alone.
+  set_source_files_properties(${tables} PROPERTIES COMPILE_OPTIONS "-O0;-g0")
   add_library(${game}_tables STATIC ${tables})
-  set(${game}_port ${port} PARENT_SCOPE)
+
+  set(runtime ${PROJECT_SOURCE_DIR}/runtime/src)
+  add_executable(${game}_port ${runtime}/main.cpp
+    ${runtime}/platform/$<IF:$<BOOL:${WIN32}>,EntryWindows.cpp,EntryPosix.cpp>)
+  target_link_libraries(${game}_port PRIVATE port_runtime ${game}_tables tindrel_warnings)
+  set(${game}_port_folder ${folder} PARENT_SCOPE)
 endfunction()
