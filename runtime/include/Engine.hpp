@@ -218,7 +218,8 @@ class Engine final : public ScriptHost {
     void queueActors();
     void queueActor(const ActorView& actor);
     void queueProjectiles();
-    void queueDrawn(SceneKind kind, int z, const DrawnActor& drawn);
+    void queueSprite(SceneKind kind, int z, const ActorPlace& place, const SpritePtr& sprite,
+                     const generated::Frame* frame, const generated::Character* model);
     template <class Draw>
     void addToScene(SceneKind kind, int z, Draw draw);
     void drawHud();

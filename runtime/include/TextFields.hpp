@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <istream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -73,6 +74,18 @@ inline std::string_view takeWord(std::string_view& text) {
     const float value = std::strtof(decimal.c_str(), &end);
     if (end == decimal.c_str() || !std::isfinite(value)) return std::nullopt;
     return value;
+}
+
+// Calls visit(key, value) for each line "key=value", both trimmed, in their order. Lines without
+// a "=" are passed over.
+template <class Visit>
+void eachKeyValue(std::istream& in, Visit visit) {
+    for (std::string line; std::getline(in, line);) {
+        const std::string_view text = line;
+        const std::size_t equals = text.find('=');
+        if (equals == text.npos) continue;
+        visit(trimmed(text.substr(0, equals)), trimmed(text.substr(equals + 1)));
+    }
 }
 
 }  // namespace port

@@ -81,16 +81,12 @@ void Engine::readLifeBarSize() {
 
 void Engine::readLogicalSize() {
     std::ifstream in(root_ / "config" / "openbor-video.ini");
-    for (std::string line; std::getline(in, line);) {
-        const std::string_view text = line;
-        const std::size_t equals = text.find('=');
-        if (equals == text.npos) continue;
-        const std::string_view key = trimmed(text.substr(0, equals));
-        const auto value = leadingInt(text.substr(equals + 1));
-        if (!value) continue;
+    eachKeyValue(in, [this](std::string_view key, std::string_view text) {
+        const auto value = leadingInt(text);
+        if (!value) return;
         if (key == "logical_width") config_.logicalWidth = std::max(160, *value);
         if (key == "logical_height") config_.logicalHeight = std::max(120, *value);
-    }
+    });
 }
 
 void Engine::attachScripts() {

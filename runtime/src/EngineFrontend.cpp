@@ -37,17 +37,13 @@ void Engine::loadLegacyMenuConfig() {
 void Engine::loadUnlockProgress() {
     completionCount_ = 0;
     std::ifstream in(root_ / "saves" / "unlocks.ini");
-    for (std::string line; std::getline(in, line);) {
-        const std::string_view text = line;
-        const std::size_t equals = text.find('=');
-        if (equals == text.npos) continue;
-        const std::string_view key = trimmed(text.substr(0, equals));
-        const auto value = leadingInt(text.substr(equals + 1));
-        if (!value) continue;
+    eachKeyValue(in, [this](std::string_view key, std::string_view text) {
+        const auto value = leadingInt(text);
+        if (!value) return;
         if (equalsFolded(key, "completion_count") || equalsFolded(key, "completions")) {
             completionCount_ = std::max(0, *value);
         }
-    }
+    });
 }
 
 // Nothing keeps a game's progress yet: every run begins anew.

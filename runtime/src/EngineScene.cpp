@@ -202,36 +202,33 @@ void Engine::queueActors() {
 }
 
 void Engine::queueActor(const ActorView& actor) {
-    if (!actor.sprite || !actor.animation.frame()) return;
-    DrawnActor drawn;
-    drawn.image = actor.sprite;
-    drawn.frame = actor.animation.frame();
-    drawn.x = pixel(actor.worldX - renderCameraX()) + rockX_;
-    drawn.y = pixel(actor.z + actor.altitude) + renderOffsetY() + rockY_;
-    drawn.flip = actor.facing < 0;
-    drawn.alphaMode = actor.model ? actor.model->alphaMode : 0;
     const int layer = actor.model ? actor.model->setLayer : 0;
     const int z = layer != 0 ? sceneZMin() + pixel(layer) : roundedPixel(actor.z);
-    queueDrawn(SceneKind::Actor, z, drawn);
+    queueSprite(SceneKind::Actor, z, actor.place(), actor.sprite, actor.animation.frame(),
+                actor.model);
 }
 
 void Engine::queueProjectiles() {
     for (RuntimeProjectile& projectile : projectiles_) {
         if (!projectile.alive || !projectile.animation.frame()) continue;
         loadProjectileSprite(projectile);
-        if (!projectile.sprite) continue;
-        DrawnActor drawn;
-        drawn.image = projectile.sprite;
-        drawn.frame = projectile.animation.frame();
-        drawn.x = pixel(projectile.worldX - renderCameraX()) + rockX_;
-        drawn.y = pixel(projectile.z + projectile.altitude) + renderOffsetY() + rockY_;
-        drawn.flip = projectile.facing < 0;
-        drawn.alphaMode = projectile.model ? projectile.model->alphaMode : 0;
-        queueDrawn(SceneKind::Projectile, roundedPixel(projectile.z), drawn);
+        queueSprite(SceneKind::Projectile, roundedPixel(projectile.z),
+                    {projectile.worldX, projectile.z, projectile.altitude, projectile.facing},
+                    projectile.sprite, projectile.animation.frame(), projectile.model);
     }
 }
 
-void Engine::queueDrawn(SceneKind kind, int z, const DrawnActor& drawn) {
+// What an actor looks like now: by the time it is drawn, scripts may have moved it on.
+void Engine::queueSprite(SceneKind kind, int z, const ActorPlace& place, const SpritePtr& sprite,
+                         const generated::Frame* frame, const generated::Character* model) {
+    if (!sprite || !frame) return;
+    DrawnActor drawn;
+    drawn.image = sprite;
+    drawn.frame = frame;
+    drawn.x = pixel(place.x - renderCameraX()) + rockX_;
+    drawn.y = pixel(place.z + place.altitude) + renderOffsetY() + rockY_;
+    drawn.flip = place.facing < 0;
+    drawn.alphaMode = model ? model->alphaMode : 0;
     drawnActors_.push_back(drawn);
     const std::size_t at = drawnActors_.size() - 1;
     addToScene(kind, z, [this, at] {

@@ -42,6 +42,11 @@ struct EngineProbe {
     void land(AnimationPlayer& player, const ActorPlace& place) {
         engine.applyLandFrame(player, place, kPlayer1Handle);
     }
+    void queueModelDust(const char* model, float x, float z, int facing, ActorHandle parent) {
+        engine.queueModelDust(model, x, z, facing, parent);
+    }
+    void playHitFx(const generated::Animation* animation) { engine.playHitFx(animation); }
+    void playDieSound(const generated::Character* model) { engine.playDieSound(model); }
     static void apex(AnimationPlayer& player, float before, float after) {
         Engine::applyDropFrameOnApex(player, before, after);
     }
