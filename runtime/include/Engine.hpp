@@ -140,7 +140,14 @@ class Engine final : public ScriptHost {
     [[nodiscard]] ActorView coopView(std::size_t index);
 
     // Entities (EngineEntities.cpp).
+    // Visits all, also those that the visits add: scripts may do so, and iterators would not last.
+    template <class Visit>
+    void eachEntity(Visit visit) {
+        std::size_t next = 0;
+        while (next < entities_.size()) visit(entities_[next++]);
+    }
     void updateEntities();
+    void updateEntity(RuntimeEntity& entity);
     void updateDeadEntity(RuntimeEntity& entity);
     static void setEntityAnimation(RuntimeEntity& entity, const generated::Animation* animation);
     void applyEntityBindings();
@@ -216,6 +223,7 @@ class Engine final : public ScriptHost {
     void drawLayer(const RuntimeStageLayer& layer);
     void queueScenery();
     void queueActors();
+    void queueEntity(RuntimeEntity& entity);
     void queueActor(const ActorView& actor);
     void queueProjectiles();
     void queueSprite(SceneKind kind, int z, const ActorPlace& place, const SpritePtr& sprite,

@@ -75,28 +75,29 @@ int Engine::activeEnemies() const {
     }));
 }
 
+// In the order of their coming. What scripts add takes its turn in the same tick.
+void Engine::updateEntities() {
+    eachEntity([this](RuntimeEntity& entity) { updateEntity(entity); });
+}
+
 // Entities think by script and play their animations; effects and the dead leave when they are
 // done.
-void Engine::updateEntities() {
-    // By index: scripts may add entities, which take their turn in this tick.
-    for (std::size_t i = 0; i < entities_.size(); ++i) {
-        RuntimeEntity& entity = entities_[i];
-        settleAnimationEnergy(entity.energyPending, entity.animation, entity.health, entity.mp);
-        entity.invincibleTicks = std::max(0, entity.invincibleTicks - 1);
-        if (!entity.visible || !entity.model) continue;
-        entity.scriptCtx.entity = &entity;
-        entity.scriptCtx.local["self"] = handleOf(entity);
-        runModelScript(entity.model->thinkScript, entity.scriptCtx, "entity-think");
-        runModelScript(entity.model->updateScript, entity.scriptCtx, "entity-update");
-        if (!entity.alive) {
-            updateDeadEntity(entity);
-            continue;
-        }
-        entity.animation.update(1);
-        if (!entity.animationEffect || !entity.animation.finished()) continue;
-        entity.alive = entity.visible = false;
-        runModelScript(entity.model->onKillScript, entity.scriptCtx, "landing-effect-onkill");
+void Engine::updateEntity(RuntimeEntity& entity) {
+    settleAnimationEnergy(entity.energyPending, entity.animation, entity.health, entity.mp);
+    entity.invincibleTicks = std::max(0, entity.invincibleTicks - 1);
+    if (!entity.visible || !entity.model) return;
+    entity.scriptCtx.entity = &entity;
+    entity.scriptCtx.local["self"] = handleOf(entity);
+    runModelScript(entity.model->thinkScript, entity.scriptCtx, "entity-think");
+    runModelScript(entity.model->updateScript, entity.scriptCtx, "entity-update");
+    if (!entity.alive) {
+        updateDeadEntity(entity);
+        return;
     }
+    entity.animation.update(1);
+    if (!entity.animationEffect || !entity.animation.finished()) return;
+    entity.alive = entity.visible = false;
+    runModelScript(entity.model->onKillScript, entity.scriptCtx, "landing-effect-onkill");
 }
 
 void Engine::updateDeadEntity(RuntimeEntity& entity) {
@@ -191,10 +192,9 @@ void Engine::flushChildSpawns() {
 }
 
 void Engine::unsummonChildren(ActorHandle parent, bool allChildren) {
-    for (std::size_t i = 0; i < entities_.size(); ++i) {
-        RuntimeEntity& entity = entities_[i];
-        if (!entity.alive || entity.parentHandle != parent) continue;
-        if (!allChildren && !entity.summonedChild) continue;
+    eachEntity([&](RuntimeEntity& entity) {
+        if (!entity.alive || entity.parentHandle != parent) return;
+        if (!allChildren && !entity.summonedChild) return;
         entity.alive = false;
         entity.deathTicks = 0;
         entity.scriptCtx.local["trigger"] = 1.0;
@@ -202,7 +202,7 @@ void Engine::unsummonChildren(ActorHandle parent, bool allChildren) {
             runModelScript(entity.model->onKillScript, entity.scriptCtx, "child-unsummon");
         }
         entity.visible = false;
-    }
+    });
 }
 
 }  // namespace port

@@ -190,15 +190,15 @@ void Engine::queueActors() {
         loadCoopSprite(i);
         queueActor(coopView(i));
     }
-    // By index: scripts may add entities while they are drawn.
-    for (std::size_t i = 0; i < entities_.size(); ++i) {
-        RuntimeEntity& entity = entities_[i];
-        if (!entity.visible || !entity.model) continue;
-        runModelScript(entity.model->onDrawScript, entity.scriptCtx, "entity-ondraw");
-        if (!entity.animation.frame()) continue;
-        loadEntitySprite(entity);
-        queueActor(entityView(entity));
-    }
+    eachEntity([this](RuntimeEntity& entity) { queueEntity(entity); });
+}
+
+void Engine::queueEntity(RuntimeEntity& entity) {
+    if (!entity.visible || !entity.model) return;
+    runModelScript(entity.model->onDrawScript, entity.scriptCtx, "entity-ondraw");
+    if (!entity.animation.frame()) return;
+    loadEntitySprite(entity);
+    queueActor(entityView(entity));
 }
 
 void Engine::queueActor(const ActorView& actor) {
