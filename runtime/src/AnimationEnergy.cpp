@@ -41,7 +41,7 @@ void debitAnimationEnergy(int cost, int mode, int& hp, int& mp) {
     if (mode != kHealthOnly && mp >= cost) {
         mp -= cost;
     } else if (mode != kMpOnly) {
-        hp = std::max(1, hp - cost);
+        hp = hp > cost ? hp - cost : 1;
     }
 }
 

@@ -1,6 +1,7 @@
 #include "AnimationPlayer.hpp"
 
 #include <algorithm>
+#include <limits>
 
 namespace port {
 namespace {
@@ -27,7 +28,7 @@ void AnimationPlayer::setFrame(std::size_t frameIndex) {
 
 void AnimationPlayer::update(int ticks) {
     if (!hasFrames() || finished_ || frame()->delay < 0) return;
-    tick_ += std::max(0, ticks);
+    tick_ += std::clamp(ticks, 0, std::numeric_limits<int>::max() - tick_);
     int delay = std::max(1, frame()->delay);
     while (tick_ >= delay && !finished_) {
         tick_ -= delay;

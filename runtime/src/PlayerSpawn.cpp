@@ -118,7 +118,7 @@ StagePlayerSpawn stagePlayerSpawn(const generated::Stage* stage, int slot, float
     if (start.defined) {
         spawn.x = static_cast<float>(start.x);
         spawn.z = static_cast<float>(start.z);
-        spawn.altitude = -std::max(0.0F, static_cast<float>(start.a));
+        spawn.altitude = static_cast<float>(-std::max(0, start.a));
     } else {
         const float margin = static_cast<float>(std::max(160, logicalWidth) - kNarrowView) * 0.5F;
         const int screenX = scrollDir < 0 ? 300 - kPlayerGap * slot : 20 + kPlayerGap * slot;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
 #include <vector>
 
@@ -88,6 +89,17 @@ TEST(AnimationPlayer, ANegativeDelayHoldsForEver) {
     player.setFrame(2);
     player.update();
     EXPECT_TRUE(player.finished()) << "ticks on the held frame were not saved up";
+}
+
+TEST(AnimationPlayer, TheLongestDelaysAndStepsDoNotOverflow) {
+    Reel reel({INT_MAX, INT_MIN});
+    AnimationPlayer player;
+    player.setAnimation(&reel.animation);
+    player.update(INT_MIN);
+    player.update();
+    EXPECT_EQ(player.frameIndex(), 0U);
+    player.update(INT_MAX);
+    EXPECT_EQ(player.frameIndex(), 1U);
 }
 
 TEST(AnimationPlayer, NothingToShowIsNoFrame) {
