@@ -156,6 +156,7 @@ class Engine final : public ScriptHost {
     [[nodiscard]] bool hasSummonedChild(ActorHandle parent) const;
     void queueModelDust(const char* modelName, float x, float z, int facing, ActorHandle parent);
     void flushChildSpawns();
+    [[nodiscard]] bool stageHasRoom() const;
     void unsummonChildren(ActorHandle parent, bool allChildren = false);
     [[nodiscard]] int activeEnemies() const;
     [[nodiscard]] static ActorHandle handleOf(const RuntimeEntity& entity);
@@ -238,6 +239,8 @@ class Engine final : public ScriptHost {
 
     // Scripts (EngineScript.cpp).
     void clearScriptDrawing();
+    template <class Run>
+    ScriptRunResult runWithinBudget(Run run);
     void runModelScript(const char* path, ScriptContext& context, const char* event);
     void runAnimationCommand(const ActorView& actor, const generated::Frame& frame,
                              const generated::Animation& animation);
@@ -306,6 +309,11 @@ class Engine final : public ScriptHost {
     ScriptContext playerScriptCtx_;
     ScriptContext stageScriptCtx_;
     bool hasUpdateScript_ = false, hasUpdatedScript_ = false;
+    // About a tenth of a second: with all its scripts at their worst a game is slow, but answers.
+    // Those of games take less than a hundredth of this.
+    static constexpr std::int64_t kTickScriptSteps = 20'000'000;
+    std::int64_t tickScriptSteps_ = kTickScriptSteps;
+    std::int64_t scriptSteps_ = ScriptVM::kStepLimit;  // left for the scripts of this tick or load
     std::array<std::unordered_map<std::string, ScriptValue>, 4> playerScriptVars_;
     std::unordered_map<ActorHandle, float> scriptAntigravity_;
     std::unordered_map<ActorHandle, EntityBinding> entityBindings_;

@@ -96,6 +96,8 @@ class ScriptVM {
     // Steps (about an instruction each) that a run may take with all runs inside it, before it
     // ends with "script step limit exceeded".
     void setStepLimit(std::int64_t steps) { stepLimit_ = steps; }
+    // Steps that all runs have taken so far.
+    [[nodiscard]] std::int64_t stepsTaken() const { return stepsTaken_; }
 
     // Half a second to a second of work: single loops stop by themselves after 100000 rounds, but
     // loops inside each other multiply. The longest hooks of games stay far below a thousandth.
@@ -111,6 +113,7 @@ class ScriptVM {
     ScriptHost* host_ = nullptr;
     std::unordered_map<std::string, ScriptValue> globals_;
     std::int64_t stepLimit_ = kStepLimit;
+    std::int64_t stepsTaken_ = 0;
     std::unique_ptr<Machine> machine_;
 };
 

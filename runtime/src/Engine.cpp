@@ -214,6 +214,7 @@ Engine::Pass Engine::runPass() {
 // The order is what games are made for: movement, then hits, then the stage, then the picture.
 Engine::Pass Engine::gameplayTick() {
     clearScriptDrawing();
+    scriptSteps_ = tickScriptSteps_;
     ++tickCounter_;
     pollAudioHotkeys();
     if (hasUpdateScript_) runModelScript(kUpdateScript, stageScriptCtx_, "global-update");

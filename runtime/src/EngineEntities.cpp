@@ -16,6 +16,9 @@ namespace port {
 namespace {
 
 constexpr int kTicksPerSecond = 60;
+// Crowded stages have dozens of living entities, and hours on one leave some ten thousand dead.
+constexpr std::ptrdiff_t kMostLiving = 1024;
+constexpr std::size_t kMostEntities = 32768;
 constexpr int kStayDead = 3;
 
 int lifespanTicks(const generated::Character& model) {
@@ -179,7 +182,7 @@ void Engine::flushChildSpawns() {
     // Spawn scripts may ask for more, which then wait for the next frame.
     const auto children = std::exchange(pendingChildSpawns_, {});
     for (const PendingChildSpawn& child : children) {
-        if (!child.model) continue;
+        if (!child.model || !stageHasRoom()) continue;
         RuntimeEntity& entity = entities_.emplace_back(entityOf(child));
         entity.scriptCtx.entity = &entity;
         entity.scriptCtx.local["self"] = handleOf(entity);
@@ -189,6 +192,12 @@ void Engine::flushChildSpawns() {
         logLine("Child spawn model=", child.model->name, " parent=", child.parent,
                 " summon=", child.summon);
     }
+}
+
+// Models that spawn each other must not fill the memory.
+bool Engine::stageHasRoom() const {
+    return entities_.size() < kMostEntities &&
+           std::ranges::count_if(entities_, &RuntimeEntity::visible) < kMostLiving;
 }
 
 void Engine::unsummonChildren(ActorHandle parent, bool allChildren) {

@@ -30,10 +30,20 @@ ScriptValue Engine::callScriptFunction(const std::string& name, const std::vecto
 // Scripts cannot draw yet.
 void Engine::clearScriptDrawing() {}
 
+template <class Run>
+ScriptRunResult Engine::runWithinBudget(Run run) {
+    const std::int64_t before = scriptVm_.stepsTaken();
+    scriptVm_.setStepLimit(scriptSteps_);
+    ScriptRunResult result = run();
+    scriptSteps_ -= scriptVm_.stepsTaken() - before;
+    return result;
+}
+
 void Engine::runModelScript(const char* path, ScriptContext& context, const char* event) {
     if (*path == '\0') return;
     if (!event) event = "hook";
-    const ScriptRunResult result = scriptVm_.runFile(path, context, "main");
+    const ScriptRunResult result =
+        runWithinBudget([&] { return scriptVm_.runFile(path, context, "main"); });
     if (!result.ok) warnLine("Script VM ", event, " error [", path, "]: ", result.error);
     for (const std::string& name : result.unsupported) {
         logScriptLine(std::string(event) + "\t" + path + "\tunsupported=" + name);
@@ -51,7 +61,8 @@ void Engine::runAnimationCommand(const ActorView& actor, const generated::Frame&
     }
     actor.context.local["animhandle"] = animation.name;
     if (text.empty() && helper.empty()) return;
-    const ScriptRunResult result = scriptVm_.runAnimationCommand(helper, text, actor.context);
+    const ScriptRunResult result =
+        runWithinBudget([&] { return scriptVm_.runAnimationCommand(helper, text, actor.context); });
     if (!result.ok) {
         warnLine("Animation ScriptVM ", actor.events.animationFrame, " model=", actor.model->name,
                  " anim=", animation.name, " frame=", &frame - animation.frames,

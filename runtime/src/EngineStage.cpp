@@ -73,6 +73,7 @@ bool Engine::loadStage(std::size_t index, bool keepHealth) {
     placePlayer1();
     setPlayerVitals(keepHealth);
     smokeTrace("stage: level script");
+    scriptSteps_ = ScriptVM::kStepLimit;
     stageScriptCtx_ = {};
     runModelScript(stage_->levelScript, stageScriptCtx_, "levelscript");
     smokeTrace("stage: music");

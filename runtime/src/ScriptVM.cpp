@@ -1,5 +1,6 @@
 #include "ScriptVM.hpp"
 
+#include <algorithm>
 #include <exception>
 #include <stdexcept>
 #include <type_traits>
@@ -60,6 +61,7 @@ void ScriptVM::run(ScriptRunResult& result, ScriptContext& context, Work work) {
         result.ok = false;
         result.error = error.what();
     }
+    if (machine.runs == 1) stepsTaken_ += stepLimit_ - std::max<std::int64_t>(0, machine.steps);
 }
 
 ScriptRunResult ScriptVM::runFile(std::string_view path, ScriptContext& context,

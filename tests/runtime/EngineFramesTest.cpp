@@ -102,6 +102,20 @@ TEST_F(EngineFrames, ASummonIsAloneWhileItLivesAndGoesWhenItIsSentAway) {
     EXPECT_EQ(probe.entities().size(), 2U) << "the dead stay in their place";
 }
 
+TEST_F(EngineFrames, AFullStageTakesNoMoreChildren) {
+    for (int i = 0; i < 1023; ++i) probe.entities().emplace_back();
+    const auto summon = [&] {
+        probe.unsummon(kPlayer1Handle);
+        probe.play("follow3");
+        probe.drawStage();
+        return probe.entities().size();
+    };
+    EXPECT_EQ(summon(), 1024U);
+    EXPECT_EQ(summon(), 1025U) << "the dead leave room for the living";
+    probe.entities().emplace_back();
+    EXPECT_EQ(summon(), 1026U) << "refused";
+}
+
 TEST_F(EngineFrames, EntryGoesFromPlayer1OverTheOthersToTheEntities) {
     probe.config().activePlayers = 2;
     probe.joinedPlayers()[1] = true;

@@ -81,6 +81,26 @@ TEST_F(EngineLoop, ATickRunsItsStepsInOrder) {
     EXPECT_EQ(framesShown, 3);
 }
 
+TEST_F(EngineLoop, TheScriptsOfATickShareTheirSteps) {
+    folder.write("assets/openbor-data/scripts/update.c",
+                 "void main(){ int i; for(i = 0; i < 5000; i = i + 1){} }");
+    folder.write("assets/openbor-data/scripts/updated.c",
+                 "void main(){ setglobalvar(\"reached\", getglobalvar(\"reached\") + 1); }");
+    ASSERT_TRUE(initialize());
+    ticks(1);
+    EXPECT_EQ(global("reached"), "1");
+    probe.tickScriptSteps() = 4000;
+    ticks(2);
+    EXPECT_EQ(global("reached"), "1") << "the first script has taken them all";
+    EXPECT_TRUE(warnings.starts_with(
+        "Script VM global-update error [scripts/update.c]: script step limit exceeded\n"
+        "Script VM global-updated error [scripts/updated.c]: script step limit exceeded\n"))
+        << warnings;
+    probe.tickScriptSteps() = 1000000;
+    ticks(1);
+    EXPECT_EQ(global("reached"), "2") << "each tick begins anew";
+}
+
 TEST_F(EngineLoop, GuardComesBackOnceASecondUpToTheModels) {
     folder.write("config/graphics.ini", "[input]\nactive_players=2\n");
     ASSERT_TRUE(initialize());

@@ -18,6 +18,8 @@ struct EngineProbe {
     std::uint64_t tick() { return engine.tickCounter_; }
     std::uint64_t worldHash() { return engine.worldHash(); }
 
+    std::int64_t& tickScriptSteps() { return engine.tickScriptSteps_; }
+
     ScriptContext& playerContext() { return engine.playerScriptCtx_; }
     ScriptContext& stageContext() { return engine.stageScriptCtx_; }
     const generated::Character*& playerModel() { return engine.playerModel_; }
@@ -45,6 +47,7 @@ struct EngineProbe {
     void queueModelDust(const char* model, float x, float z, int facing, ActorHandle parent) {
         engine.queueModelDust(model, x, z, facing, parent);
     }
+    void unsummon(ActorHandle parent) { engine.unsummonChildren(parent); }
     void playHitFx(const generated::Animation* animation) { engine.playHitFx(animation); }
     void playDieSound(const generated::Character* model) { engine.playDieSound(model); }
     static void apex(AnimationPlayer& player, float before, float after) {

@@ -1,0 +1,2 @@
+#include "data/scripts/absent.h"
+void main(){ getglobalvar(); }
