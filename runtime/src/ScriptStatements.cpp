@@ -1,0 +1,371 @@
+// Blocks, branches, loops, switches and the statements inside them.
+
+#include <algorithm>
+#include <utility>
+
+#include "ScriptCompiler.hpp"
+
+namespace port::script {
+namespace {
+
+// Tokens that the searches for labels of a function may pass: a hostile switch can be compiled
+// anew from each of its labels.
+constexpr std::size_t kMaxScanned = 50'000'000;
+
+constexpr bool isAssignment(Word word) {
+    return word >= Word::Assign && word <= Word::ShiftRightAssign;
+}
+
+Word plainOperator(Word assignment) {
+    switch (assignment) {
+        case Word::AddAssign:
+            return Word::Add;
+        case Word::SubAssign:
+            return Word::Sub;
+        case Word::MulAssign:
+            return Word::Mul;
+        case Word::DivAssign:
+            return Word::Div;
+        case Word::ModAssign:
+            return Word::Mod;
+        case Word::AndAssign:
+            return Word::And;
+        case Word::OrAssign:
+            return Word::Or;
+        case Word::XorAssign:
+            return Word::Xor;
+        case Word::ShiftLeftAssign:
+            return Word::ShiftLeft;
+        default:
+            return Word::ShiftRight;
+    }
+}
+
+}  // namespace
+
+void Compiler::block() {
+    need(Word::LeftBrace, "{");
+    while (!at(Word::RightBrace) && token().k != TK::End) statement();
+    need(Word::RightBrace, "}");
+}
+
+void Compiler::statement() {
+    const Nested nested(*this);
+    switch (token().k == TK::Str ? Word::None : token().word) {
+        case Word::LeftBrace:
+            return block();
+        case Word::Switch:
+            return switchStatement();
+        case Word::Do:
+            return doStatement();
+        case Word::If:
+            return ifStatement();
+        case Word::While:
+            return whileStatement();
+        case Word::For:
+            return forStatement();
+        case Word::Break:
+        case Word::Continue:
+            return leaveStatement();
+        case Word::Return:
+            return returnStatement();
+        default:
+            simpleStatement();
+            accept(Word::Semicolon);
+    }
+}
+
+void Compiler::condition() {
+    need(Word::LeftParen, "(");
+    expression(0);
+    need(Word::RightParen, ")");
+}
+
+// A chain of "else if" is one loop here, however long it is.
+void Compiler::ifStatement() {
+    std::vector<std::int32_t> ends;
+    for (;;) {
+        ++pos_;
+        condition();
+        const std::int32_t otherwise = jumpIfFalse();
+        statement();
+        const bool more = accept(Word::Else);
+        if (more) ends.push_back(openJump({Op::Jump}, 0));
+        land(otherwise);
+        if (more && at(Word::If)) continue;
+        if (more) statement();
+        break;
+    }
+    while (!ends.empty()) {
+        land(ends.back());
+        ends.pop_back();
+    }
+}
+
+std::int32_t Compiler::beginLoop() {
+    const std::int32_t counter = counters_++;
+    fn_.counters = std::max(fn_.counters, static_cast<std::size_t>(counters_));
+    return counter;
+}
+
+std::int32_t Compiler::loopBegin(std::int32_t counter) {
+    return emit({Op::LoopBegin, Word::None, false, 0, counter}, 0);
+}
+
+// The body ends here. A loop's round goes on at `continueTo`, code that is still to come.
+Compiler::Scope Compiler::closeScope(std::size_t& range) {
+    Scope scope = std::move(scopes_.back());
+    scopes_.pop_back();
+    range = fn_.ranges.size();
+    fn_.ranges.push_back({scope.begin, here(), 0, scope.loop ? label() : -1});
+    for (const std::int32_t jump : scope.continues) instr(jump).a = here();
+    return scope;
+}
+
+void Compiler::finishScope(const Scope& scope, std::size_t range) {
+    fn_.ranges[range].breakTo = label();
+    for (const std::int32_t jump : scope.breaks) instr(jump).a = here();
+}
+
+// The condition is evaluated once, then the body skipped to learn its end: a broken body is an
+// error even if the condition is false.
+void Compiler::whileStatement() {
+    const std::int32_t counter = beginLoop();
+    const std::size_t conditionAt = ++pos_;
+    condition();
+    const std::int32_t leave = jumpIfFalse();
+    entries_.push_back(leave);
+    loopBegin(counter);
+    openScope(true);
+    const std::int32_t top = here();
+    statement();
+    const std::size_t end = pos_;
+    std::size_t range = 0;
+    const Scope scope = closeScope(range);
+    pos_ = conditionAt;
+    condition();
+    emit({Op::LoopBackIf, Word::None, false, top, counter}, -1);
+    pos_ = end;
+    entries_.pop_back();
+    land(leave);
+    finishScope(scope, range);
+    --counters_;
+}
+
+void Compiler::doStatement() {
+    const std::int32_t counter = beginLoop();
+    ++pos_;
+    entries_.push_back(loopBegin(counter));
+    openScope(true);
+    const std::int32_t top = here();
+    statement();
+    std::size_t range = 0;
+    const Scope scope = closeScope(range);
+    if (!accept(Word::While)) throw SyntaxError("expected while after do");
+    condition();
+    emit({Op::LoopBackIf, Word::None, false, top, counter}, -1);
+    accept(Word::Semicolon);
+    entries_.pop_back();
+    finishScope(scope, range);
+    --counters_;
+}
+
+// The condition is evaluated once ahead of the loop and again at the head of each round.
+void Compiler::forStatement() {
+    const std::int32_t counter = beginLoop();
+    ++pos_;
+    need(Word::LeftParen, "(");
+    simpleClause(Word::Semicolon, ";");
+    const std::size_t conditionAt = pos_;
+    const bool conditional = !at(Word::Semicolon);
+    if (conditional) expression(0);
+    need(Word::Semicolon, ";");
+    std::vector<std::int32_t> leaves;
+    if (conditional) leaves.push_back(jumpIfFalse());
+    const std::int32_t begin = loopBegin(counter);
+    entries_.push_back(conditional ? leaves[0] : begin);
+    const std::size_t incrementAt = pos_;
+    skip([&] { simpleClause(Word::RightParen, ")"); });
+    const std::size_t bodyAt = pos_;
+    const std::int32_t top = label();
+    if (conditional) {
+        pos_ = conditionAt;
+        expression(0);
+        leaves.push_back(jumpIfFalse());
+    }
+    pos_ = bodyAt;
+    openScope(true);
+    statement();
+    const std::size_t end = pos_;
+    std::size_t range = 0;
+    const Scope scope = closeScope(range);
+    pos_ = incrementAt;
+    simpleClause(Word::RightParen, ")");
+    emit({Op::LoopBack, Word::None, false, top, counter}, 0);
+    pos_ = end;
+    entries_.pop_back();
+    for (const std::int32_t leave : leaves) land(leave);
+    finishScope(scope, range);
+    --counters_;
+}
+
+void Compiler::simpleClause(Word terminator, const char* spelling) {
+    if (!at(terminator)) simpleStatement();
+    need(terminator, spelling);
+}
+
+// break and continue. Outside any loop they leave the function, to a loop of its callers.
+void Compiler::leaveStatement() {
+    const bool breaks = token().word == Word::Break;
+    ++pos_;
+    accept(Word::Semicolon);
+    const auto scope = std::find_if(scopes_.rbegin(), scopes_.rend(),
+                                    [&](const Scope& s) { return breaks || s.loop; });
+    if (scope == scopes_.rend()) {
+        emit({breaks ? Op::EscapeBreak : Op::EscapeContinue}, 0);
+    } else {
+        (breaks ? scope->breaks : scope->continues).push_back(emit({Op::Jump}, 0));
+    }
+}
+
+void Compiler::returnStatement() {
+    ++pos_;
+    if (at(Word::Semicolon)) {
+        emit({Op::ReturnEmpty}, 0);
+    } else {
+        expression(0);
+        emit({Op::Return}, -1);
+    }
+    accept(Word::Semicolon);
+}
+
+// A declaration, an assignment, a step or an expression whose value is dropped.
+void Compiler::simpleStatement() {
+    const bool declared = token().k == TK::Id && accept(Word::TypeName);
+    const Tok name = token();
+    const Word next = token(1).k == TK::Sym ? token(1).word : Word::None;
+    if (name.k != TK::Id) return dropped();
+    if (isAssignment(next)) {
+        const std::int32_t id = program_.names.id(name.s);
+        pos_ += 2;
+        expression(0);
+        if (next == Word::Assign) return store(id, declared);
+        return update(id, plainOperator(next), declared);
+    }
+    if (next == Word::Increment || next == Word::Decrement) {
+        pos_ += 2;
+        emit({Op::Number, Word::None, false, 0, 0, 1.0}, 1);
+        const Word op = next == Word::Increment ? Word::Add : Word::Sub;
+        return update(program_.names.id(name.s), op, declared);
+    }
+    if (!declared || next == Word::LeftParen) return dropped();
+    ++pos_;
+    emit({Op::Number}, 1);
+    store(program_.names.id(name.s), true);
+}
+
+void Compiler::dropped() {
+    expression(0);
+    emit({Op::Pop}, -1);
+}
+
+// --- switch
+
+void Compiler::switchStatement() {
+    const std::int32_t counter = beginLoop();
+    ++pos_;
+    condition();
+    need(Word::LeftBrace, "{");
+    emit({Op::SwitchBegin, Word::None, false, 0, counter}, 0);
+    const Labels labels = scanLabels(counter);
+    const auto table = static_cast<std::int32_t>(fn_.switches.size());
+    fn_.switches.emplace_back();
+    entries_.push_back(emit({Op::SwitchJump, Word::None, false, table, counter}, -1));
+    --counters_;
+    switchBodies(labels, static_cast<std::size_t>(table));
+    entries_.pop_back();
+    pos_ = labels.end + 1;
+}
+
+// Every label is evaluated, also those behind the match. Braces count by text, so that a
+// constant that is nothing but a brace counts too.
+Compiler::Labels Compiler::scanLabels(std::int32_t counter) {
+    Labels labels;
+    for (int depth = 1;; ++pos_) {
+        if (++scanned_ > kMaxScanned) tooLarge();
+        if (token().k == TK::End) need(Word::RightBrace, "}");
+        if (token().word == Word::LeftBrace) ++depth;
+        if (token().word == Word::RightBrace && --depth == 0) break;
+        if (depth == 1 && token().word == Word::Case) {
+            ++pos_;
+            expression(0);
+            const auto index = static_cast<std::int32_t>(labels.cases.size());
+            if (!at(Word::Colon)) need(Word::Colon, ":");
+            emit({Op::CaseTest, Word::None, false, index, counter}, -1);
+            labels.cases.push_back(pos_ + 1);
+        } else if (depth == 1 && token().word == Word::Default) {
+            ++pos_;
+            if (!at(Word::Colon)) need(Word::Colon, ":");
+            labels.otherwise = pos_ + 1;
+        }
+    }
+    labels.end = pos_;
+    return labels;
+}
+
+// Statements run from the label that is met to the closing brace. What stands before it is not
+// even parsed, so each label begins a walk of its own until it meets one that was made before.
+void Compiler::switchBodies(const Labels& labels, std::size_t table) {
+    std::map<std::size_t, std::int32_t> places;
+    std::vector<std::int32_t> ends;
+    openScope(false);
+    const auto place = [&](std::size_t target) {
+        if (!places.contains(target)) {
+            switchStatements(target, labels.end, places);
+            ends.push_back(openJump({Op::Jump}, 0));
+        }
+        return places[target];
+    };
+    std::vector<std::int32_t> targets;
+    for (const std::size_t target : labels.cases) targets.push_back(place(target));
+    const std::int32_t otherwise = labels.otherwise != 0 ? place(labels.otherwise) : -1;
+    std::size_t range = 0;
+    const Scope scope = closeScope(range);
+    while (!ends.empty()) {
+        land(ends.back());
+        ends.pop_back();
+    }
+    finishScope(scope, range);
+    fn_.switches[table] = {std::move(targets), otherwise >= 0 ? otherwise : here()};
+}
+
+void Compiler::switchStatements(std::size_t from, std::size_t end,
+                                std::map<std::size_t, std::int32_t>& places) {
+    const Mark start = mark();
+    pos_ = from;
+    places[from] = label();
+    try {
+        while (pos_ < end) {
+            if (at(Word::Case)) {
+                ++pos_;
+                skip([&] { expression(0); });
+                need(Word::Colon, ":");
+            } else if (accept(Word::Default)) {
+                need(Word::Colon, ":");
+            } else {
+                statement();
+            }
+            const auto [known, added] = places.try_emplace(pos_, label());
+            if (!added) {
+                emit({Op::Jump, Word::None, false, known->second}, 0);
+                return;
+            }
+        }
+    } catch (const SyntaxError& error) {
+        // The walk over the whole switch does not come here: only running does.
+        if (exhausted_) throw;
+        breakOff(start, error.what());
+    }
+}
+
+}  // namespace port::script
