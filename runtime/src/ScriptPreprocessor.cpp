@@ -306,7 +306,8 @@ class Preprocessor {
     }
 
     void copy(std::string_view line) {
-        const std::size_t limit = std::min(kMaxExpandedText, line.size() + kMaxLineGrowth);
+        const std::size_t limit =
+            std::min(kMaxExpandedText - state_.produced, line.size() + kMaxLineGrowth);
         std::size_t work = 0;
         const std::string text =
             expandMacros(std::string(line), state_.macros, state_.funcMacros, limit, work);
