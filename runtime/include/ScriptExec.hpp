@@ -99,7 +99,6 @@ class Exec {
     static void decide(const Instr& instr, bool by, Registers& r);
     void binaryNumber(const Instr& instr, ScriptValue& left);
     void binary(Word op, ScriptValue& left, const ScriptValue& right);
-    static bool compare(Word op, const ScriptValue& left, const ScriptValue& right);
     void join(ScriptValue& left, const ScriptValue& right);
 
     const Names& names_;

@@ -1,12 +1,12 @@
 #include "ScriptExec.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 #include <stdexcept>
 #include <utility>
 
 #include "ScriptBuiltins.hpp"
+#include "ScriptOperators.hpp"
 #include "ScriptValue.hpp"
 
 namespace port::script {
@@ -20,107 +20,6 @@ constexpr std::int32_t kMaxRounds = 100000;
 constexpr std::size_t kTextPerStep = 8;
 // The counter of a switch that no label has matched.
 constexpr std::int32_t kNoMatch = -1;
-
-// Assignments that keep the kind need no more than the bytes.
-void put(ScriptValue& to, double value) {
-    if (auto* number = std::get_if<double>(&to)) {
-        *number = value;
-    } else {
-        to.emplace<double>(value);
-    }
-}
-
-void putTruth(ScriptValue& to, bool value) {
-    if (auto* truth = std::get_if<bool>(&to)) {
-        *truth = value;
-    } else {
-        to.emplace<bool>(value);
-    }
-}
-
-void take(ScriptValue& to, ScriptValue& from) {
-    if (const auto* number = std::get_if<double>(&from)) {
-        put(to, *number);
-    } else {
-        to = std::move(from);
-    }
-}
-
-// What is left behind on a stack must hold no memory and no array.
-void release(ScriptValue& value) {
-    if (value.index() == 2 || value.index() == 5) value.emplace<std::monostate>();
-}
-
-bool holds(const ScriptValue& value) {
-    const auto* known = std::get_if<bool>(&value);
-    return known != nullptr ? *known : truth(value);
-}
-
-bool compareNumbers(Word op, double left, double right) {
-    switch (op) {
-        case Word::Equal:
-            return std::fabs(left - right) < 0.000001;
-        case Word::NotEqual:
-            return !(std::fabs(left - right) < 0.000001);
-        case Word::Less:
-            return left < right;
-        case Word::Greater:
-            return left > right;
-        case Word::LessEqual:
-            return left <= right;
-        default:
-            return left >= right;
-    }
-}
-
-double shifted(Word op, std::int64_t value, std::int64_t by) {
-    // Only the low six bits of the count are looked at, as by the machine itself.
-    const auto count = static_cast<unsigned>(static_cast<std::uint64_t>(by) & 63U);
-    if (op == Word::ShiftRight) return static_cast<double>(value >> count);
-    return static_cast<double>(
-        static_cast<std::int64_t>(static_cast<std::uint64_t>(value) << count));
-}
-
-double arithmetic(Word op, double left, double right) {
-    switch (op) {
-        case Word::Add:
-            return left + right;
-        case Word::Sub:
-            return left - right;
-        case Word::Mul:
-            return left * right;
-        case Word::Div:
-            return right == 0.0 ? 0.0 : left / right;
-        // The divisor is raised to at least 1.
-        case Word::Mod:
-            return static_cast<double>(integer(left) % std::max<std::int64_t>(1, integer(right)));
-        case Word::And:
-            return static_cast<double>(integer(left) & integer(right));
-        case Word::Or:
-            return static_cast<double>(integer(left) | integer(right));
-        case Word::Xor:
-            return static_cast<double>(integer(left) ^ integer(right));
-        default:
-            return shifted(op, integer(left), integer(right));
-    }
-}
-
-bool isComparison(Word op) {
-    return op >= Word::Equal && op <= Word::GreaterEqual;
-}
-
-void unary(Word op, ScriptValue& value) {
-    switch (op) {
-        case Word::Not:
-            return putTruth(value, !holds(value));
-        case Word::Tilde:
-            return put(value, static_cast<double>(~integer(num(value))));
-        case Word::Sub:
-            return put(value, -num(value));
-        default:
-            return put(value, num(value));
-    }
-}
 
 }  // namespace
 
@@ -190,7 +89,7 @@ void Exec::run() {
                 release(*--r.top);
                 break;
             case Op::Unary:
-                unary(i.word, r.top[-1]);
+                applyPrefix(i.word, r.top[-1]);
                 break;
             case Op::Binary:
                 --r.top;
@@ -523,15 +422,6 @@ void Exec::binary(Word op, ScriptValue& left, const ScriptValue& right) {
     const bool text = left.index() == 2 || right.index() == 2;
     if (op == Word::Add && text) return join(left, right);
     put(left, arithmetic(op, num(left), num(right)));
-}
-
-bool Exec::compare(Word op, const ScriptValue& left, const ScriptValue& right) {
-    const auto* a = std::get_if<double>(&left);
-    const auto* b = std::get_if<double>(&right);
-    if (a != nullptr && b != nullptr) return compareNumbers(op, *a, *b);
-    if (op == Word::Equal) return eq(left, right);
-    if (op == Word::NotEqual) return !eq(left, right);
-    return compareNumbers(op, num(left), num(right));
 }
 
 void Exec::join(ScriptValue& left, const ScriptValue& right) {

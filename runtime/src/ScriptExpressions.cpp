@@ -2,6 +2,7 @@
 
 #include "ScriptBuiltins.hpp"
 #include "ScriptCompiler.hpp"
+#include "ScriptOperators.hpp"
 #include "ScriptValue.hpp"
 
 namespace port::script {
@@ -43,10 +44,6 @@ constexpr int level(Word word) {
         default:
             return 0;
     }
-}
-
-constexpr bool isComparison(Word word) {
-    return level(word) == 6 || level(word) == 7;
 }
 
 }  // namespace

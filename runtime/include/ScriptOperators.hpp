@@ -1,0 +1,79 @@
+#pragma once
+
+// What operators make of values, and assignments for the stacks of the machine.
+
+#include <cmath>
+#include <string>
+#include <utility>
+#include <variant>
+
+#include "ScriptLexer.hpp"
+#include "ScriptVM.hpp"
+#include "ScriptValue.hpp"
+
+namespace port::script {
+
+// Assignments that keep the kind need no more than the bytes.
+inline void put(ScriptValue& to, double value) {
+    if (auto* number = std::get_if<double>(&to)) {
+        *number = value;
+    } else {
+        to.emplace<double>(value);
+    }
+}
+
+inline void putTruth(ScriptValue& to, bool value) {
+    if (auto* truth = std::get_if<bool>(&to)) {
+        *truth = value;
+    } else {
+        to.emplace<bool>(value);
+    }
+}
+
+inline void take(ScriptValue& to, ScriptValue& from) {
+    if (const auto* number = std::get_if<double>(&from)) {
+        put(to, *number);
+    } else {
+        to = std::move(from);
+    }
+}
+
+// What is left behind on a stack must hold no memory and no array.
+inline void release(ScriptValue& value) {
+    if (value.index() == 2 || value.index() == 5) value.emplace<std::monostate>();
+}
+
+[[nodiscard]] inline bool holds(const ScriptValue& value) {
+    const auto* known = std::get_if<bool>(&value);
+    return known != nullptr ? *known : truth(value);
+}
+
+[[nodiscard]] constexpr bool isComparison(Word op) {
+    return op >= Word::Equal && op <= Word::GreaterEqual;
+}
+
+[[nodiscard]] inline bool compareNumbers(Word op, double left, double right) {
+    switch (op) {
+        case Word::Equal:
+            return std::fabs(left - right) < 0.000001;
+        case Word::NotEqual:
+            return !(std::fabs(left - right) < 0.000001);
+        case Word::Less:
+            return left < right;
+        case Word::Greater:
+            return left > right;
+        case Word::LessEqual:
+            return left <= right;
+        default:
+            return left >= right;
+    }
+}
+
+[[nodiscard]] bool compare(Word op, const ScriptValue& left, const ScriptValue& right);
+
+// All binary operators but comparisons and the joining of texts. A division by 0 is 0.
+[[nodiscard]] double arithmetic(Word op, double left, double right);
+
+void applyPrefix(Word op, ScriptValue& value);
+
+}  // namespace port::script
