@@ -21,6 +21,8 @@ class AnimationPlayer {
     [[nodiscard]] const generated::Frame* frame() const;
     [[nodiscard]] const generated::Animation* animation() const { return animation_; }
     [[nodiscard]] std::size_t frameIndex() const { return frameIndex_; }
+    // Ticks that the current frame has lasted.
+    [[nodiscard]] int tick() const { return tick_; }
     [[nodiscard]] bool finished() const { return finished_; }
 
   private:

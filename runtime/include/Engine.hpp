@@ -79,8 +79,10 @@ class Engine final : public ScriptHost {
         bool flip = false;
         int alphaMode = 0;
     };
-    // What a pass leaves for the rest of its loop.
-    enum class Pass { Paced, StageAdvanced };
+    // What a pass was.
+    enum class Pass { Menu, Played, StageAdvanced };
+    // Pictures of the stage that is being loaded, by name: panels repeat, their pixels need not.
+    using StagePictures = std::unordered_map<std::string_view, SpritePtr>;
 
     // Start, in order (Engine.cpp).
     void readLifeBarSize();
@@ -156,7 +158,7 @@ class Engine final : public ScriptHost {
     [[nodiscard]] bool hasSummonedChild(ActorHandle parent) const;
     void queueModelDust(const char* modelName, float x, float z, int facing, ActorHandle parent);
     void flushChildSpawns();
-    [[nodiscard]] bool stageHasRoom() const;
+    [[nodiscard]] bool stageHasRoom();
     void unsummonChildren(ActorHandle parent, bool allChildren = false);
     [[nodiscard]] int activeEnemies() const;
     [[nodiscard]] static ActorHandle handleOf(const RuntimeEntity& entity);
@@ -195,13 +197,15 @@ class Engine final : public ScriptHost {
     void resetStageState();
     void readStageDirection();
     void playStageCutscene(bool post = false);
-    void loadStageImages();
-    void loadStageLayers();
+    void loadStageImages(StagePictures& loaded);
+    void loadStageLayers(StagePictures& loaded);
+    [[nodiscard]] SpritePtr loadStagePicture(std::string_view name, StagePictures& loaded);
     void measureStage();
     void placePlayer1();
+    void stopPlayer1();
     void setPlayerVitals(bool keepHealth);
     void playStageMusic(const std::filesystem::path& path);
-    void consumeReachedJoinGates();
+    void applyReachedJoinGates();
     void updateEndLevelTriggers();
     void processStageInstructions();
     void updateCamera();
@@ -210,6 +214,8 @@ class Engine final : public ScriptHost {
     [[nodiscard]] std::size_t nextStageTarget(bool& broken);
     [[nodiscard]] std::size_t sequentialCampaignTarget() const;
     void advanceStage();
+    void loseWeapons();
+    void playStageCompleteScreen();
     void enterNextStage(std::size_t target, int chapter);
     void drawLoadingScreen();
     void enterMainMenu();
@@ -227,7 +233,7 @@ class Engine final : public ScriptHost {
     void queueEntity(RuntimeEntity& entity);
     void queueActor(const ActorView& actor);
     void queueProjectiles();
-    void queueSprite(SceneKind kind, int z, const ActorPlace& place, const SpritePtr& sprite,
+    void queueSprite(SceneKind kind, const ActorPlace& place, const SpritePtr& sprite,
                      const generated::Frame* frame, const generated::Character* model);
     template <class Draw>
     void addToScene(SceneKind kind, int z, Draw draw);
@@ -246,7 +252,8 @@ class Engine final : public ScriptHost {
                              const generated::Animation& animation);
     void logScriptLine(const std::string& line);
 
-    // The world as a number (EngineHash.cpp): the same for two runs on the same inputs.
+    // The world as a number (EngineHash.cpp): the same for two runs on the same inputs, unless a
+    // script makes a number of an actor's handle.
     [[nodiscard]] std::uint64_t worldHash() const;
 
     // Services.
@@ -313,6 +320,7 @@ class Engine final : public ScriptHost {
     // Those of games take less than a hundredth of this.
     static constexpr std::int64_t kTickScriptSteps = 20'000'000;
     std::int64_t tickScriptSteps_ = kTickScriptSteps;
+    bool stageFullReported_ = false;
     std::int64_t scriptSteps_ = ScriptVM::kStepLimit;  // left for the scripts of this tick or load
     std::array<std::unordered_map<std::string, ScriptValue>, 4> playerScriptVars_;
     std::unordered_map<ActorHandle, float> scriptAntigravity_;
@@ -360,7 +368,7 @@ class Engine final : public ScriptHost {
 
     // Pictures of the stage.
     SpriteImage background_, water_;
-    std::vector<SpriteImage> panels_;
+    std::vector<SpritePtr> panels_;  // null for one that did not load
     std::vector<RuntimeStageLayer> backgroundLayers_, foregroundLayers_;
     float backgroundRatioX_ = 0.5F;
     int backgroundOffsetX_ = 0, backgroundOffsetY_ = 0;

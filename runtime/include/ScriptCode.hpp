@@ -45,7 +45,6 @@ enum class Op : std::uint8_t {
     OrJump,
     LoopBegin,    // counter b = 0
     LoopBack,     // one round more: jumps to a unless counter b is at its limit
-    LoopBackIf,   // pops; the same if it holds
     SwitchBegin,  // counter b = no match
     CaseTest,     // pops a label: label a matches the key below it, if it is the first
     SwitchJump,   // pops the key, jumps by switches[a] and counter b

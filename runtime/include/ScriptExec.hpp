@@ -61,7 +61,8 @@ class Exec {
         std::uint64_t epoch = 0;
         ScriptValue* value = nullptr;
     };
-    // The running function, and its parts of the stacks.
+    // The running function, and its parts of the stacks. Passed by value alone, so that the loop of
+    // run() can keep them in the registers of the processor.
     struct Registers {
         const Function* function = nullptr;
         const Instr* code = nullptr;
@@ -76,17 +77,17 @@ class Exec {
     void run();
     Registers registers();
     void enter(Function& function, std::size_t count, std::size_t top);
-    bool leave(ScriptValue&& value, Registers& r);
+    bool leave(ScriptValue&& value);
     void popFrame();
     void reset();
-    void escape(bool breaks, Registers& r);
-    void nextRound(const Instr& instr, Registers& r);
+    Registers escape(bool breaks, Registers r);
+    const Instr* nextRound(const Instr& instr, Registers r);
     [[noreturn]] static void outOfSteps();
 
     static const CallSite& site(const Instr& instr, const Registers& r);
-    void callUser(const CallSite& site, Registers& r);
-    void callBuiltin(const CallSite& site, Registers& r);
-    void callHost(const CallSite& site, Registers& r);
+    Registers callUser(const CallSite& site, Registers r);
+    Registers callBuiltin(const CallSite& site, Registers r);
+    Registers callHost(const CallSite& site, Registers r);
 
     ScriptValue* find(std::int32_t name);
     void load(std::int32_t name, ScriptValue& to);
@@ -95,8 +96,6 @@ class Exec {
     void updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right);
 
     void copy(ScriptValue& to, const std::string& from);
-    static bool popTruth(Registers& r);
-    static void decide(const Instr& instr, bool by, Registers& r);
     void binaryNumber(const Instr& instr, ScriptValue& left);
     void binary(Word op, ScriptValue& left, const ScriptValue& right);
     void join(ScriptValue& left, const ScriptValue& right);

@@ -4,12 +4,12 @@
 
 #include <string_view>
 
-#include "SpriteImage.hpp"
+#include "SpriteCache.hpp"
 
 namespace port {
 
 struct RuntimeStageLayer {
-    SpriteImage image;
+    SpritePtr image;
     std::string_view kind;
     float xRatio = 0.5F, zRatio = 0.5F;  // how far it moves with the camera
     int xOffset = 0, zOffset = 0, xSpacing = 0, zSpacing = 0;

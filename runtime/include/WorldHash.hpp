@@ -1,7 +1,7 @@
 #pragma once
 
 // A number that two runs share if their worlds are the same: FNV-1a of 64 bits over values in a
-// fixed order. Independent of addresses, of hash tables' order and of the machine's byte order.
+// fixed order, whatever the machine's byte order.
 
 #include <bit>
 #include <concepts>

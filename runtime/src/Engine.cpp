@@ -184,7 +184,7 @@ int Engine::run() {
             break;
         }
         pace();
-        logHeadlessProgress();
+        if (pass == Pass::Played) logHeadlessProgress();
         if (lastHeadlessPass) break;
     }
     return endRun(passes);
@@ -208,7 +208,7 @@ Engine::Pass Engine::runPass() {
     if (frontendState_ == FrontendState::Playing) return gameplayTick();
     updateFrontend();
     drawFrontend();
-    return Pass::Paced;
+    return Pass::Menu;
 }
 
 // The order is what games are made for: movement, then hits, then the stage, then the picture.
@@ -297,15 +297,15 @@ Engine::Pass Engine::closeTick() {
     if (!anyPlayerAlive()) {
         frontendState_ = FrontendState::GameOver;
         saveProgress();
-        return Pass::Paced;
+        return Pass::Played;
     }
-    if (!stage_) return Pass::Paced;
+    if (!stage_) return Pass::Played;
     if (stageComplete_ && !pendingBranchImmediate_) {
         advanceStage();
         return Pass::StageAdvanced;
     }
     if (stageEndReached()) advanceStage();
-    return Pass::Paced;
+    return Pass::Played;
 }
 
 bool Engine::smokeRunIsOver() const {

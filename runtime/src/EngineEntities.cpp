@@ -16,9 +16,9 @@ namespace port {
 namespace {
 
 constexpr int kTicksPerSecond = 60;
-// Crowded stages have dozens of living entities, and hours on one leave some ten thousand dead.
-constexpr std::ptrdiff_t kMostLiving = 1024;
-constexpr std::size_t kMostEntities = 32768;
+// Crowded stages show dozens of entities. The dead of a stage add up: ten a second for hours.
+constexpr std::ptrdiff_t kMostVisible = 1024;
+constexpr std::size_t kMostEntities = 100'000;
 constexpr int kStayDead = 3;
 
 int lifespanTicks(const generated::Character& model) {
@@ -65,11 +65,20 @@ ActorHandle Engine::handleOf(const RuntimeEntity& entity) {
 }
 
 ActorView Engine::entityView(RuntimeEntity& entity) {
-    return {handleOf(entity),      kEntityEvents,     entity.model,
-            entity.animation,      entity.worldX,     entity.z,
-            entity.altitude,       entity.facing,     entity.paletteMap,
-            entity.equippedWeapon, entity.weaponUses, entity.lastFrame,
-            entity.sprite,         entity.scriptCtx};
+    return {.handle = handleOf(entity),
+            .events = kEntityEvents,
+            .model = entity.model,
+            .animation = entity.animation,
+            .worldX = entity.worldX,
+            .z = entity.z,
+            .altitude = entity.altitude,
+            .facing = entity.facing,
+            .paletteMap = entity.paletteMap,
+            .equippedWeapon = entity.equippedWeapon,
+            .weaponUses = entity.weaponUses,
+            .lastFrame = entity.lastFrame,
+            .sprite = entity.sprite,
+            .context = entity.scriptCtx};
 }
 
 int Engine::activeEnemies() const {
@@ -195,9 +204,14 @@ void Engine::flushChildSpawns() {
 }
 
 // Models that spawn each other must not fill the memory.
-bool Engine::stageHasRoom() const {
-    return entities_.size() < kMostEntities &&
-           std::ranges::count_if(entities_, &RuntimeEntity::visible) < kMostLiving;
+bool Engine::stageHasRoom() {
+    if (entities_.size() < kMostEntities &&
+        std::ranges::count_if(entities_, &RuntimeEntity::visible) < kMostVisible) {
+        return true;
+    }
+    if (!stageFullReported_) warnLine("Child spawn refused: the stage is full");
+    stageFullReported_ = true;
+    return false;
 }
 
 void Engine::unsummonChildren(ActorHandle parent, bool allChildren) {

@@ -1,6 +1,7 @@
 // The world as a number, to compare runs by.
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -27,6 +28,7 @@ class WorldWriter {
     [[nodiscard]] std::uint64_t value() const { return hash_.value(); }
 
   private:
+    static constexpr ActorHandle kGone = static_cast<ActorHandle>(-1);
     struct Handle {
         ActorHandle value;
     };
@@ -38,19 +40,19 @@ class WorldWriter {
     void addOne(const generated::Character* model) { hash_.add(model ? model->name : ""); }
     void addOne(const AnimationPlayer& player) {
         hash_.add(player.animation() ? player.animation()->name : "", player.frameIndex(),
-                  player.finished());
+                  player.tick(), player.finished());
     }
     void addOne(const PendingEnergyCost& cost) { hash_.add(cost.cost, cost.mode, cost.hit); }
-    void addOne(const Handle& handle) {
-        const auto known = places_.find(handle.value);
-        hash_.add(known == places_.end() ? handle.value : known->second);
+    // An entity of an earlier stage has no place any more.
+    [[nodiscard]] ActorHandle placeOf(ActorHandle handle) const {
+        if (handle <= kLastPlayerHandle) return handle;
+        const auto known = places_.find(handle);
+        return known == places_.end() ? kGone : known->second;
     }
+    void addOne(const Handle& handle) { hash_.add(placeOf(handle.value)); }
     void addOne(const std::set<ActorHandle>& handles) {
         std::vector<ActorHandle> places;
-        for (const ActorHandle handle : handles) {
-            const auto known = places_.find(handle);
-            places.push_back(known == places_.end() ? handle : known->second);
-        }
+        for (const ActorHandle handle : handles) places.push_back(placeOf(handle));
         std::ranges::sort(places);
         hash_.add(places.size());
         for (const ActorHandle place : places) hash_.add(place);
@@ -74,6 +76,23 @@ class WorldWriter {
             hash_.add(name);
             addOne(variables.at(std::string(name)));
         }
+    }
+    void addOne(const EntityBinding& b) {
+        add(Handle{b.target}, b.x, b.z, b.a, b.direction, b.config, b.sort);
+    }
+    template <class Value>
+    void addOne(const std::unordered_map<ActorHandle, Value>& byActor) {
+        std::map<ActorHandle, Value> inOrder;
+        for (const auto& [handle, value] : byActor) inOrder.emplace(placeOf(handle), value);
+        hash_.add(byActor.size());
+        for (const auto& [place, value] : inOrder) add(place, value);
+    }
+    void addOne(const PendingChildSpawn& c) {
+        add(c.animationEffect, c.effectSpawnType, c.model, c.worldX, c.z, c.altitude, c.facing,
+            Handle{c.parent}, c.summon);
+    }
+    void addOne(const PendingWeaponDrop& d) {
+        add(d.itemModel, d.worldX, d.z, d.altitude, d.facing, d.remainingDrops);
     }
     void addOne(const RuntimeCoopPlayer& p) {
         add(p.energyPending, p.model, p.animation, p.worldX, p.z, p.altitude, p.verticalVelocity,
@@ -102,7 +121,8 @@ class WorldWriter {
     void addOne(const RuntimeProjectile& p) {
         add(p.model, p.ownerModel, p.animation, p.worldX, p.z, p.altitude, p.vx, p.vy, p.vz,
             p.facing, p.life, p.bomb, p.exploded, p.attackSpent, p.hitTargets, p.fromPlayer,
-            p.alive, p.subjectToGravity, p.bouncesLeft, p.bounceFactor, p.hitMask, p.lastFrame);
+            p.alive, p.subjectToGravity, p.bouncesLeft, p.bounceFactor, p.hitMask, p.hitId,
+            p.lastFrame);
     }
 
     std::unordered_map<ActorHandle, ActorHandle> places_;
@@ -136,6 +156,9 @@ std::uint64_t Engine::worldHash() const {
               combatLocked_, groupRefillActive_, stageComplete_, bossMusicStarted_, combatLockX_,
               backtrackFloor_, groupMin_, groupMax_, nextSpawn_, nextInstruction_,
               pendingBranchTarget_, pendingBranchImmediate_, quakeTicks_, quakeIntensity_);
+    world.add(verticalScrollSign_, scriptAntigravity_, entityBindings_);
+    for (const PendingChildSpawn& child : pendingChildSpawns_) world.add(child);
+    for (const PendingWeaponDrop& drop : pendingWeaponDrops_) world.add(drop);
     for (const std::uint8_t state : spawnState_) world.add(state);
     for (const std::uint8_t state : eventState_) world.add(state);
     world.add(coopPlayers_.size(), entities_.size(), projectiles_.size());

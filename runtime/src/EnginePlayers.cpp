@@ -44,6 +44,7 @@ bool takeRespawnResource(int& lives, int& credits, int base) {
 // A game from `stageIndex_`, `playerModel_`, `joinedPlayers_` and `selectIndexes_`.
 void Engine::beginGame() {
     if (!playerModel_) return;
+    scriptSteps_ = ScriptVM::kStepLimit;
     smokeTrace("game: load stage");
     if (!loadStage(stageIndex_, false)) return;
     const int lives = livesRemaining_ = baseLives(stage_);
@@ -64,6 +65,7 @@ void Engine::beginGame() {
 
     smokeTrace("game: place the players");
     placePlayer1();
+    stopPlayer1();
     resetPlayer1();
     buildCoopPlayers(lives, credits);
     if (stage_->setWeapon > 0) {
@@ -191,7 +193,9 @@ void Engine::respawnPlayerSlot(int playerSlot) {
     const StagePlayerSpawn spawn =
         stagePlayerSpawn(stage_, playerSlot, cameraX_, config_.logicalWidth, scrollDir_);
     if (playerSlot == 0) {
+        if (!playerModel_) return;
         placePlayer1();
+        stopPlayer1();
         playerAlive_ = true;
         playerHealth_ = std::max(1, playerMaxHealth_);
         playerMp_ = std::max(0, playerMaxMp_);
@@ -247,27 +251,38 @@ std::vector<const generated::Character*> Engine::selectableModels() const {
 }
 
 ActorView Engine::player1View() {
-    return {kPlayer1Handle, kPlayerEvents,   playerModel_,  player_,           playerWorldX_,
-            playerZ_,       playerAltitude_, playerFacing_, playerPaletteMap_, equippedWeapon_,
-            weaponUses_,    lastFrame_,      sprite_,       playerScriptCtx_};
+    return {.handle = kPlayer1Handle,
+            .events = kPlayerEvents,
+            .model = playerModel_,
+            .animation = player_,
+            .worldX = playerWorldX_,
+            .z = playerZ_,
+            .altitude = playerAltitude_,
+            .facing = playerFacing_,
+            .paletteMap = playerPaletteMap_,
+            .equippedWeapon = equippedWeapon_,
+            .weaponUses = weaponUses_,
+            .lastFrame = lastFrame_,
+            .sprite = sprite_,
+            .context = playerScriptCtx_};
 }
 
 ActorView Engine::coopView(std::size_t index) {
     RuntimeCoopPlayer& player = coopPlayers_[index];
-    return {kFirstCoopHandle + index,
-            kCoopEvents,
-            player.model,
-            player.animation,
-            player.worldX,
-            player.z,
-            player.altitude,
-            player.facing,
-            player.paletteMap,
-            player.equippedWeapon,
-            player.weaponUses,
-            player.lastFrame,
-            player.sprite,
-            player.scriptCtx};
+    return {.handle = kFirstCoopHandle + index,
+            .events = kCoopEvents,
+            .model = player.model,
+            .animation = player.animation,
+            .worldX = player.worldX,
+            .z = player.z,
+            .altitude = player.altitude,
+            .facing = player.facing,
+            .paletteMap = player.paletteMap,
+            .equippedWeapon = player.equippedWeapon,
+            .weaponUses = player.weaponUses,
+            .lastFrame = player.lastFrame,
+            .sprite = player.sprite,
+            .context = player.scriptCtx};
 }
 
 }  // namespace port

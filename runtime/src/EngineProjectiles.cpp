@@ -36,6 +36,26 @@ void Engine::setWeaponIndex(const ActorView& actor, int index) {
     }
 }
 
+// At the end of a stage: whatever the loss of the weapon in hand leaves, and nothing on the ground.
+void Engine::loseWeapons() {
+    const auto lose = [this](const ActorView& actor, const generated::Character*& item,
+                             int& drops) {
+        const generated::Character* weapon = actor.equippedWeapon;
+        if (!weapon) return;
+        const generated::Character* loss = weapon->weaponLossDefined ? weapon : actor.model;
+        setWeaponIndex(actor, loss ? std::max(0, loss->weaponLossIndex) : 0);
+        item = nullptr;
+        drops = -1;
+    };
+    lose(player1View(), weaponItemModel_, weaponDropsRemaining_);
+    for (std::size_t i = 0; i < coopPlayers_.size(); ++i) {
+        lose(coopView(i), coopPlayers_[i].weaponItemModel, coopPlayers_[i].weaponDropsRemaining);
+    }
+    eachEntity([&](RuntimeEntity& entity) {
+        lose(entityView(entity), entity.weaponItemModel, entity.weaponDropsRemaining);
+    });
+}
+
 void Engine::setPlayerWeaponIndex(int index) {
     setWeaponIndex(player1View(), index);
 }

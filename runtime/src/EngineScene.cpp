@@ -125,15 +125,15 @@ void Engine::drawBackground() {
     }
     const int height = background_.height;
     const double scrolled = static_cast<double>(verticalStageScroll_) * verticalScrollSign_;
-    std::int64_t y = tileStart(top - pixel(std::fmod(scrolled, height)), height);
+    // From just above the canvas on, however far away the first one would be.
+    std::int64_t y = tileStart((top - pixel(std::fmod(scrolled, height))) % height, height);
     for (; y < config_.logicalHeight; y += height) {
         renderer_.drawImage(background_, pixel(backgroundOffsetX_) + rockX_, static_cast<int>(y));
     }
 }
 
 void Engine::drawLayer(const RuntimeStageLayer& layer) {
-    const SpriteImage& image = layer.image;
-    if (image.bgra.empty()) return;
+    const SpriteImage& image = *layer.image;
     const std::int64_t stepX =
         std::max<std::int64_t>(1, std::int64_t{image.width} + layer.xSpacing);
     const std::int64_t stepY =
@@ -157,14 +157,17 @@ void Engine::drawLayer(const RuntimeStageLayer& layer) {
 }
 
 void Engine::queueScenery() {
-    int x = -pixel(renderCameraX()) + rockX_;
-    for (const SpriteImage& panel : panels_) {
-        if (x < config_.logicalWidth && x + panel.width > 0) {
-            addToScene(SceneKind::Panel, sceneZMin() - kPanelsBehind, [this, &panel, x] {
-                renderer_.drawImage(panel, x, renderOffsetY() + rockY_);
-            });
+    std::int64_t x = std::int64_t{rockX_} - pixel(renderCameraX());
+    for (const SpritePtr& panel : panels_) {
+        if (!panel) continue;
+        if (x < config_.logicalWidth && x + panel->width > 0) {
+            const int left = static_cast<int>(x);
+            addToScene(SceneKind::Panel, sceneZMin() - kPanelsBehind,
+                       [this, image = panel.get(), left] {
+                           renderer_.drawImage(*image, left, renderOffsetY() + rockY_);
+                       });
         }
-        x += panel.width;
+        x += panel->width;
     }
     for (const auto* layers : {&backgroundLayers_, &foregroundLayers_}) {
         for (const RuntimeStageLayer& layer : *layers) {
@@ -202,9 +205,7 @@ void Engine::queueEntity(RuntimeEntity& entity) {
 }
 
 void Engine::queueActor(const ActorView& actor) {
-    const int layer = actor.model ? actor.model->setLayer : 0;
-    const int z = layer != 0 ? sceneZMin() + pixel(layer) : roundedPixel(actor.z);
-    queueSprite(SceneKind::Actor, z, actor.place(), actor.sprite, actor.animation.frame(),
+    queueSprite(SceneKind::Actor, actor.place(), actor.sprite, actor.animation.frame(),
                 actor.model);
 }
 
@@ -212,16 +213,18 @@ void Engine::queueProjectiles() {
     for (RuntimeProjectile& projectile : projectiles_) {
         if (!projectile.alive || !projectile.animation.frame()) continue;
         loadProjectileSprite(projectile);
-        queueSprite(SceneKind::Projectile, roundedPixel(projectile.z),
+        queueSprite(SceneKind::Projectile,
                     {projectile.worldX, projectile.z, projectile.altitude, projectile.facing},
                     projectile.sprite, projectile.animation.frame(), projectile.model);
     }
 }
 
 // What an actor looks like now: by the time it is drawn, scripts may have moved it on.
-void Engine::queueSprite(SceneKind kind, int z, const ActorPlace& place, const SpritePtr& sprite,
+void Engine::queueSprite(SceneKind kind, const ActorPlace& place, const SpritePtr& sprite,
                          const generated::Frame* frame, const generated::Character* model) {
     if (!sprite || !frame) return;
+    const int layer = model ? model->setLayer : 0;
+    const int z = layer != 0 ? sceneZMin() + pixel(layer) : roundedPixel(place.z);
     DrawnActor drawn;
     drawn.image = sprite;
     drawn.frame = frame;

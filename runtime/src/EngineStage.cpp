@@ -64,21 +64,21 @@ bool Engine::loadStage(std::size_t index, bool keepHealth) {
         smokeTrace("stage: cutscene");
         playStageCutscene();
     }
+    StagePictures pictures;
     smokeTrace("stage: images");
-    loadStageImages();
+    loadStageImages(pictures);
     smokeTrace("stage: layers");
-    loadStageLayers();
+    loadStageLayers(pictures);
     measureStage();
     smokeTrace("stage: players");
     placePlayer1();
     setPlayerVitals(keepHealth);
     smokeTrace("stage: level script");
-    scriptSteps_ = ScriptVM::kStepLimit;
     stageScriptCtx_ = {};
     runModelScript(stage_->levelScript, stageScriptCtx_, "levelscript");
     smokeTrace("stage: music");
     playStageMusic(resolveAudioAsset(dataRoot(), stage_->music));
-    consumeReachedJoinGates();
+    applyReachedJoinGates();
     logLine("Stage ", stageIndex_ + 1, "/", generated::kStageCount, ": ", stage_->sourceFile,
             " geometry=", stage_->geometryCount, " length=", stageLength_);
     smokeTrace("stage: loaded");
@@ -90,8 +90,11 @@ void Engine::resetStageState() {
     scriptAntigravity_.clear();
     entityBindings_.clear();
     projectiles_.clear();
+    // These name actors that are gone.
     pendingChildSpawns_.clear();
+    pendingWeaponDrops_.clear();
     grabbedEntity_ = -1;
+    stageFullReported_ = false;
     bossMusicStarted_ = false;
     nextSpawn_ = nextInstruction_ = 0;
     cameraX_ = cameraMaxX_ = verticalStageScroll_ = backtrackFloor_ = 0;
@@ -116,25 +119,32 @@ void Engine::readStageDirection() {
 // There is no player of scenes yet: the stage begins at once.
 void Engine::playStageCutscene(bool) {}
 
-// Pictures that do not load stay empty, and draw nothing.
-void Engine::loadStageImages() {
-    const auto load = [this](std::string_view name) {
-        SpriteImage image;
-        const std::filesystem::path path = normalizeDataPath(name);
-        if (path.empty() || !renderer_.loadSprite(runtimeCasePath(dataRoot() / path), image)) {
-            image = {};
-        }
-        return image;
+// Null for a name that leads nowhere.
+SpritePtr Engine::loadStagePicture(std::string_view name, StagePictures& loaded) {
+    const auto [known, isNew] = loaded.try_emplace(name);
+    const std::filesystem::path path = isNew ? normalizeDataPath(name) : "";
+    if (path.empty()) return known->second;
+    SpriteImage image;
+    if (renderer_.loadSprite(runtimeCasePath(dataRoot() / path), image)) {
+        known->second = std::make_shared<const SpriteImage>(std::move(image));
+    }
+    return known->second;
+}
+
+void Engine::loadStageImages(StagePictures& loaded) {
+    const auto load = [&](std::string_view name) {
+        const SpritePtr image = loadStagePicture(name, loaded);
+        return image ? *image : SpriteImage();
     };
     background_ = load(stage_->background);
     water_ = load(stage_->waterPath);
     panels_.clear();
     for (const char* panel : std::span(stage_->panels, stage_->panelCount)) {
-        panels_.push_back(load(panel));
+        panels_.push_back(loadStagePicture(panel, loaded));
     }
 }
 
-void Engine::loadStageLayers() {
+void Engine::loadStageLayers(StagePictures& loaded) {
     backgroundLayers_.clear();
     foregroundLayers_.clear();
     backgroundRatioX_ = 0.5F;
@@ -148,8 +158,8 @@ void Engine::loadStageLayers() {
         }
         if (!is("bglayer") && !is("fglayer") && !is("frontpanel")) continue;
         RuntimeStageLayer layer = layerOf(row);
-        const std::filesystem::path path = normalizeDataPath(row.path);
-        if (!renderer_.loadSprite(runtimeCasePath(dataRoot() / path), layer.image)) continue;
+        layer.image = loadStagePicture(row.path, loaded);
+        if (!layer.image) continue;
         const bool behind = is("bglayer") || (is("fglayer") && row.zOrder < 0);
         (behind ? backgroundLayers_ : foregroundLayers_).push_back(std::move(layer));
     }
@@ -161,10 +171,10 @@ void Engine::loadStageLayers() {
 void Engine::measureStage() {
     const std::int64_t view = viewOf(config_);
     std::int64_t panels = 0;
-    for (const SpriteImage& panel : panels_) panels += panel.width;
+    for (const SpritePtr& panel : panels_) panels += panel ? panel->width : 0;
     std::int64_t length = std::max<std::int64_t>({kLeastLength, panels, background_.width});
     for (const RuntimeStageLayer& layer : backgroundLayers_) {
-        length = std::max(length, std::int64_t{layer.image.width} + std::max(0, layer.xOffset));
+        length = std::max(length, std::int64_t{layer.image->width} + std::max(0, layer.xOffset));
     }
     for (const generated::Spawn& spawn : std::span(stage_->spawns, stage_->spawnCount)) {
         const std::int64_t at = spawn.hasAt ? spawn.at : 0;
@@ -188,6 +198,9 @@ void Engine::placePlayer1() {
     playerZ_ = spawn.z;
     playerAltitude_ = spawn.altitude;
     playerFacing_ = spawn.facing;
+}
+
+void Engine::stopPlayer1() {
     playerVerticalVelocity_ = 0;
     playerJumpVelocityX_ = playerJumpVelocityZ_ = 0;
     playerScriptVelocityX_ = playerScriptVelocityZ_ = 0;
@@ -213,7 +226,7 @@ void Engine::playStageMusic(const std::filesystem::path& path) {
 }
 
 // Gates that stand at the start hold from the start, and are met again by the queue of events.
-void Engine::consumeReachedJoinGates() {
+void Engine::applyReachedJoinGates() {
     for (const generated::StageEvent& event : std::span(stage_->events, stage_->eventCount)) {
         if (!reachedStagePosition(event.at, event.hasAt)) continue;
         if (equalsFolded(event.kind, "nojoin")) noJoin_ = event.value != 0;
@@ -261,6 +274,9 @@ bool Engine::stageEndReached() const {
 }
 
 void Engine::advanceStage() {
+    loseWeapons();
+    flushWeaponDrops();
+    playStageCompleteScreen();
     const int chapter = stage_->chapter;
     if (stage_->postSceneAnimationCount > 0) playStageCutscene(true);
     bool broken = false;
@@ -273,6 +289,9 @@ void Engine::advanceStage() {
         finishCampaign();
     }
 }
+
+// There is no screen between stages yet.
+void Engine::playStageCompleteScreen() {}
 
 // A branch that was taken, else the stage's own successor, else the next of the set. `broken` is
 // set by a successor that is not there.
@@ -304,6 +323,7 @@ void Engine::enterNextStage(std::size_t target, int chapter) {
     const int health = playerHealth_;
     frontendState_ = FrontendState::Loading;
     drawLoadingScreen();
+    scriptSteps_ = ScriptVM::kStepLimit;
     devices_.clock.sleep(kLoadingMilliseconds);
     loadStage(target, true);
     const bool sameChapter = stage_->chapter == chapter;

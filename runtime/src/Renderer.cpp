@@ -1,5 +1,8 @@
 #include "Renderer.hpp"
 
+#include <algorithm>
+
+#include "DecodedImage.hpp"
 #include "Log.hpp"
 #include "PathEncoding.hpp"
 #include "SpriteBlit.hpp"
@@ -31,6 +34,12 @@ struct Outline {
 
 bool Renderer::initialize(const RuntimeConfig& config) {
     config_ = config;
+    std::string error;
+    if (!checkImageSize(static_cast<std::uint64_t>(std::max(0, config.logicalWidth)),
+                        static_cast<std::uint64_t>(std::max(0, config.logicalHeight)), error)) {
+        warnLine("Logical size: ", error);
+        return false;
+    }
     if (!presentation_.open(config_)) return false;
     backend_ = presentation_.backend();
     running_ = true;

@@ -21,6 +21,13 @@ constexpr std::size_t kTextPerStep = 8;
 // The counter of a switch that no label has matched.
 constexpr std::int32_t kNoMatch = -1;
 
+// Whether a condition that leaves the stack holds.
+bool spend(ScriptValue& value) {
+    const bool met = holds(value);
+    release(value);
+    return met;
+}
+
 }  // namespace
 
 void Exec::begin(ScriptHost* host, ScriptContext& context, std::vector<std::string>& unsupported) {
@@ -106,7 +113,7 @@ void Exec::run() {
                 r.jump(i.a);
                 break;
             case Op::JumpIfFalse:
-                if (!popTruth(r)) r.jump(i.a);
+                if (!spend(*--r.top)) r.jump(i.a);
                 break;
             case Op::JumpUnless: {
                 r.top -= 2;
@@ -126,19 +133,21 @@ void Exec::run() {
                 break;
             }
             case Op::AndJump:
-                decide(i, false, r);
+            case Op::OrJump: {
+                const bool decides = i.op == Op::OrJump;
+                if (holds(r.top[-1]) == decides) {
+                    putTruth(r.top[-1], decides);
+                    r.jump(i.a);
+                } else {
+                    release(*--r.top);
+                }
                 break;
-            case Op::OrJump:
-                decide(i, true, r);
-                break;
+            }
             case Op::LoopBegin:
                 r.counters[i.b] = 0;
                 break;
             case Op::LoopBack:
-                nextRound(i, r);
-                break;
-            case Op::LoopBackIf:
-                if (popTruth(r)) nextRound(i, r);
+                r.ip = nextRound(i, r);
                 break;
             case Op::SwitchBegin:
                 r.counters[i.b] = kNoMatch;
@@ -157,26 +166,25 @@ void Exec::run() {
                 break;
             }
             case Op::CallBuiltin:
-                callBuiltin(site(i, r), r);
+                r = callBuiltin(site(i, r), r);
                 break;
             case Op::CallUser:
-                callUser(site(i, r), r);
+                r = callUser(site(i, r), r);
                 break;
             case Op::CallHost:
-                callHost(site(i, r), r);
+                r = callHost(site(i, r), r);
                 break;
             case Op::Return:
-                --r.top;
-                if (!leave(std::move(*r.top), r)) return;
+                if (!leave(std::move(*--r.top))) return;
+                r = registers();
                 break;
             case Op::ReturnEmpty:
-                if (!leave({}, r)) return;
+                if (!leave({})) return;
+                r = registers();
                 break;
             case Op::EscapeBreak:
-                escape(true, r);
-                break;
             case Op::EscapeContinue:
-                escape(false, r);
+                r = escape(i.op == Op::EscapeBreak, r);
                 break;
             case Op::Throw:
                 throw std::runtime_error(r.function->errors[static_cast<std::size_t>(i.a)]);
@@ -229,7 +237,7 @@ void Exec::enter(Function& function, std::size_t count, std::size_t top) {
 }
 
 // False once the outermost function has returned.
-bool Exec::leave(ScriptValue&& value, Registers& r) {
+bool Exec::leave(ScriptValue&& value) {
     const std::size_t place = frames_.back().stack;
     take(stack_[place], value);
     popFrame();
@@ -238,7 +246,6 @@ bool Exec::leave(ScriptValue&& value, Registers& r) {
         return false;
     }
     frames_.back().top = place + 1;
-    r = registers();
     return true;
 }
 
@@ -260,7 +267,7 @@ void Exec::reset() {
 
 // A break or continue outside any loop of its function goes on in the nearest loop, or for a break
 // switch, whose body called the function, directly or not.
-void Exec::escape(bool breaks, Registers& r) {
+Exec::Registers Exec::escape(bool breaks, Registers r) {
     const auto end = static_cast<std::size_t>(r.top - stack_.data());
     for (popFrame(); !frames_.empty(); popFrame()) {
         Frame& frame = frames_.back();
@@ -271,18 +278,19 @@ void Exec::escape(bool breaks, Registers& r) {
             for (std::size_t i = frame.stack; i < end; ++i) release(stack_[i]);
             frame.next = frame.function->code.data() + to;
             frame.top = frame.stack;
-            r = registers();
-            return;
+            return registers();
         }
     }
     if (breaks) throw BreakSignal();
     throw ContinueSignal();
 }
 
-void Exec::nextRound(const Instr& instr, Registers& r) {
-    if (++r.counters[instr.b] >= kMaxRounds) return;
-    charge(static_cast<std::size_t>(r.ip - (r.code + instr.a)));
-    r.jump(instr.a);
+// Where a loop goes on at the end of a round.
+const Instr* Exec::nextRound(const Instr& instr, Registers r) {
+    if (++r.counters[instr.b] >= kMaxRounds) return r.ip;
+    const Instr* const top = r.code + instr.a;
+    charge(static_cast<std::size_t>(r.ip - top));
+    return top;
 }
 
 void Exec::outOfSteps() {
@@ -295,13 +303,13 @@ const CallSite& Exec::site(const Instr& instr, const Registers& r) {
     return r.function->sites[static_cast<std::size_t>(instr.a)];
 }
 
-void Exec::callUser(const CallSite& site, Registers& r) {
+Exec::Registers Exec::callUser(const CallSite& site, Registers r) {
     frames_.back().next = r.ip;
     enter(*site.user, site.count, static_cast<std::size_t>(r.top - stack_.data()));
-    r = registers();
+    return registers();
 }
 
-void Exec::callBuiltin(const CallSite& site, Registers& r) {
+Exec::Registers Exec::callBuiltin(const CallSite& site, Registers r) {
     ScriptValue result;
     ScriptValue* const args = r.top - site.count;
     BuiltinCall call{*this, *context_, globals_, {args, site.count}, result};
@@ -309,9 +317,10 @@ void Exec::callBuiltin(const CallSite& site, Registers& r) {
     for (ScriptValue& arg : call.args) release(arg);
     r.top = args + 1;
     take(*args, result);
+    return r;
 }
 
-void Exec::callHost(const CallSite& site, Registers& r) {
+Exec::Registers Exec::callHost(const CallSite& site, Registers r) {
     ScriptValue* const args = r.top - site.count;
     hostArgs_.assign(std::make_move_iterator(args), std::make_move_iterator(r.top));
     r.top = args + 1;
@@ -328,6 +337,7 @@ void Exec::callHost(const CallSite& site, Registers& r) {
         args->emplace<std::monostate>();
     }
     hostArgs_.clear();
+    return r;
 }
 
 // --- Variables of the context
@@ -391,23 +401,6 @@ void Exec::copy(ScriptValue& to, const std::string& from) {
     to = from;
 }
 
-bool Exec::popTruth(Registers& r) {
-    const bool truth = holds(*--r.top);
-    release(*r.top);
-    return truth;
-}
-
-// && and ||: a left side that decides is the result, as a truth.
-void Exec::decide(const Instr& instr, bool by, Registers& r) {
-    const bool left = holds(r.top[-1]);
-    if (left == by) {
-        putTruth(r.top[-1], left);
-        r.jump(instr.a);
-    } else {
-        release(*--r.top);
-    }
-}
-
 void Exec::binaryNumber(const Instr& instr, ScriptValue& left) {
     auto* number = std::get_if<double>(&left);
     if (number != nullptr && !isComparison(instr.word)) {
@@ -419,9 +412,15 @@ void Exec::binaryNumber(const Instr& instr, ScriptValue& left) {
 
 void Exec::binary(Word op, ScriptValue& left, const ScriptValue& right) {
     if (isComparison(op)) return putTruth(left, compare(op, left, right));
-    const bool text = left.index() == 2 || right.index() == 2;
-    if (op == Word::Add && text) return join(left, right);
-    put(left, arithmetic(op, num(left), num(right)));
+    auto* a = std::get_if<double>(&left);
+    const auto* b = std::get_if<double>(&right);
+    if (a != nullptr && b != nullptr) {
+        *a = arithmetic(op, *a, *b);
+    } else if (op == Word::Add && (left.index() == 2 || right.index() == 2)) {
+        join(left, right);
+    } else {
+        put(left, arithmetic(op, num(left), num(right)));
+    }
 }
 
 void Exec::join(ScriptValue& left, const ScriptValue& right) {

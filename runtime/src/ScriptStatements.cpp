@@ -144,9 +144,11 @@ void Compiler::whileStatement() {
     const Scope scope = closeScope(range);
     pos_ = conditionAt;
     condition();
-    emit({Op::LoopBackIf, Word::None, false, top, counter}, -1);
+    const std::int32_t stop = jumpIfFalse();
+    emit({Op::LoopBack, Word::None, false, top, counter}, 0);
     pos_ = end;
     entries_.pop_back();
+    land(stop);
     land(leave);
     finishScope(scope, range);
     --counters_;
@@ -163,9 +165,11 @@ void Compiler::doStatement() {
     const Scope scope = closeScope(range);
     if (!accept(Word::While)) throw SyntaxError("expected while after do");
     condition();
-    emit({Op::LoopBackIf, Word::None, false, top, counter}, -1);
+    const std::int32_t stop = jumpIfFalse();
+    emit({Op::LoopBack, Word::None, false, top, counter}, 0);
     accept(Word::Semicolon);
     entries_.pop_back();
+    land(stop);
     finishScope(scope, range);
     --counters_;
 }

@@ -158,10 +158,12 @@ int runPort(int argc, const char* const* argv) {
     const std::filesystem::path root = findPortRoot(start, exe);
     platform::gAutomatedRun = switches.diagnose || switches.smoke;
     FrameCapture capture;
-    if (switches.capture) {
+    if (switches.capture && !switches.capture->empty()) {
         const std::filesystem::path folder = platform::pathFromArgument(*switches.capture);
         // Before the working directory moves.
-        capture = FrameCapture(std::filesystem::absolute(folder), switches.captureEvery);
+        std::error_code unreachable;
+        capture =
+            FrameCapture(std::filesystem::absolute(folder, unreachable), switches.captureEvery);
     }
 
     const std::filesystem::path logPath = root / "runtime-startup.log";

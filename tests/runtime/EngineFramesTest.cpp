@@ -78,6 +78,19 @@ TEST_F(EngineFrames, ASoundWithAPathPlaysAndMovementFollowsTheFacing) {
     EXPECT_EQ(probe.playerPlace().x, x + 5);
 }
 
+TEST_F(EngineFrames, ALeftwardActorMovesAndSpawnsTheOtherWay) {
+    probe.playerFacing() = -1;
+    probe.play("follow1");
+    const float x = probe.playerPlace().x;
+    probe.drawStage();
+    EXPECT_EQ(probe.playerPlace().x, x - 5);
+    probe.player().setFrame(2);
+    probe.drawStage();
+    ASSERT_EQ(probe.entities().size(), 1U);
+    EXPECT_EQ(probe.entities()[0].worldX, x - 5 - 10);
+    EXPECT_EQ(probe.entities()[0].facing, -1);
+}
+
 TEST_F(EngineFrames, AOneFrameLoopIsEnteredOnce) {
     probe.play("follow2");
     const float x = probe.playerPlace().x;

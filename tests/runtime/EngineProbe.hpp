@@ -29,6 +29,8 @@ struct EngineProbe {
     bool& playerAlive() { return engine.playerAlive_; }
     int& playerHealth() { return engine.playerHealth_; }
     int& playerGuard() { return engine.playerGuardPoints_; }
+    float& playerX() { return engine.playerWorldX_; }
+    int& playerFacing() { return engine.playerFacing_; }
     int& lives() { return engine.livesRemaining_; }
     int& credits() { return engine.creditsRemaining_; }
     const generated::Character* playerWeapon() { return engine.equippedWeapon_; }
@@ -78,6 +80,9 @@ struct EngineProbe {
     std::array<bool, 4>& joinedPlayers() { return engine.joinedPlayers_; }
 
     void gameplayTick() { engine.gameplayTick(); }
+    void advanceStage() { engine.advanceStage(); }
+    [[nodiscard]] bool stageEnds() const { return engine.stageEndReached(); }
+    void skipInstructions() { engine.nextInstruction_ = engine.stage_->instructionCount; }
     void runPass() { engine.runPass(); }
     void beginGame() { engine.beginGame(); }
     bool loadStage(std::size_t index) { return engine.loadStage(index, false); }

@@ -27,7 +27,7 @@ TEST_F(EngineStage, AStageIsAsLongAsItsPicturesAndWhatWaitsInIt) {
     EXPECT_EQ(probe.stageLength(), 2564) << "the spawn at 2000 stands 500 pixels on";
     EXPECT_TRUE(probe.noJoin()) << "the gate at the start holds";
     EXPECT_EQ(probe.stageContext().local.at("level"), ScriptValue(1.0));
-    EXPECT_TRUE(logged("Stage 1/4: data/levels/street.txt geometry=0 length=2564")) << log;
+    EXPECT_TRUE(logged("Stage 1/5: data/levels/street.txt geometry=0 length=2564")) << log;
     EXPECT_TRUE(log.starts_with("Decoded music: wav-pcm16 1ch 22050Hz frames=40\n")) << log;
 
     EXPECT_TRUE(load(1));
@@ -35,7 +35,7 @@ TEST_F(EngineStage, AStageIsAsLongAsItsPicturesAndWhatWaitsInIt) {
     EXPECT_FALSE(probe.noJoin());
     EXPECT_EQ(probe.stageContext().local.size(), 0U) << "a stage's variables end with it";
     EXPECT_TRUE(log.find("Preview music: ") != log.npos) << "a stage without music of its own";
-    EXPECT_FALSE(load(4));
+    EXPECT_FALSE(load(5));
     EXPECT_EQ(probe.stageIndex(), 1U);
 }
 

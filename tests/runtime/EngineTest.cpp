@@ -28,12 +28,12 @@ TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
     EXPECT_EQ(probe.scripts().host(), &engine);
     EXPECT_EQ(probe.campaignNames(), (std::vector<std::string>{"Story", "Bonus"}))
         << "STORY is no other set";
-    EXPECT_EQ(probe.campaignFirstStages(), (std::vector<std::size_t>{0, 3}));
+    EXPECT_EQ(probe.campaignFirstStages(), (std::vector<std::size_t>{0, 4}));
     EXPECT_EQ(probe.campaignRequirements(), (std::vector<int>{0, 2}));
 
     EXPECT_TRUE(log.starts_with(
         "Renderer: headless-preview\n"
-        "Characters: 5 Stages: 4\n"
+        "Characters: 5 Stages: 5\n"
         "Graphics: preset=original upscale=original filter=nearest vsync=1 fps=120\n"
         "Audio volumes master=1 music=0.25 effects=0.9\n"
         "Combat ready: player=Hero hp=120 enemyAI=on cameraLock=on\n"))
@@ -60,6 +60,9 @@ TEST_F(EngineTest, TheLogicalSizeHasAFloor) {
     ASSERT_TRUE(initialize());
     EXPECT_EQ(probe.config().logicalWidth, 160);
     EXPECT_EQ(probe.config().logicalHeight, 120);
+    folder.write("config/openbor-video.ini", "logical_width=2000000000\n");
+    EXPECT_FALSE(initialize()) << "and a ceiling";
+    EXPECT_TRUE(warnings.starts_with("Logical size: ")) << warnings;
 }
 
 TEST_F(EngineTest, LifeBarSizeTakesTheLastUsableLine) {

@@ -116,7 +116,7 @@ TEST_F(PortRun, DiagnoseChecksAndStops) {
     const std::filesystem::path program = PORT_PROGRAM;
     EXPECT_EQ(log(), "an earlier start\nSTART exe=" + PathEncoding::utf8(program.parent_path()) +
                          " root=" + root +
-                         "\nPREFLIGHT assets=ok characters=5 stages=4\nDIAGNOSE OK\n");
+                         "\nPREFLIGHT assets=ok characters=5 stages=5\nDIAGNOSE OK\n");
     EXPECT_EQ(errors, "");
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "runtime-crash.log"));
 }
@@ -132,7 +132,7 @@ TEST_F(PortRun, APortWithoutAssetsFallsBackOnTheProgramsFolderAndFails) {
         "config.";
     EXPECT_EQ(alone.read("runtime-startup.log"),
               "START exe=" + where + " root=" + where +
-                  "\nPREFLIGHT assets=missing characters=5 stages=4\nFATAL: " + message + "\n");
+                  "\nPREFLIGHT assets=missing characters=5 stages=5\nFATAL: " + message + "\n");
     EXPECT_EQ(errors, message + "\n");
 }
 
