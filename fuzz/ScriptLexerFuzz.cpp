@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         compile(function);
         for (const Instr& instr : function.code) {
             const bool jumps =
-                instr.op >= Op::Jump && instr.op <= Op::LoopBackIf && instr.op != Op::LoopBegin;
+                instr.op >= Op::Jump && instr.op <= Op::LoopBack && instr.op != Op::LoopBegin;
             require(!jumps ||
                         (instr.a >= 0 && static_cast<std::size_t>(instr.a) < function.code.size()),
                     "a jump stays in its function");
