@@ -18,12 +18,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const tindrel::TextLine& line : file) {
         require(line.line > last, "lines are numbered upwards");
         last = line.line;
-        require(!line.command.empty(), "a line has a command");
-        require(std::none_of(line.command.begin(), line.command.end(), tindrel::isSpace),
+        require(!line.command().empty(), "a line has a command");
+        require(std::none_of(line.command().begin(), line.command().end(), tindrel::isSpace),
                 "a command is one word");
-        require(line.key == tindrel::toLower(line.command), "the key is the folded command");
-        require(line.text.empty() || line.key == "@script", "only a script block has a body");
-        require(PathEncoding::validUtf8(line.text), "a body is valid UTF-8");
+        require(line.key == tindrel::toLower(line.command()), "the key is the folded command");
+        require(line.text().empty() || line.key == "@script", "only a script block has a body");
+        require(PathEncoding::validUtf8(line.text()), "a body is valid UTF-8");
         for (const std::string_view arg : line.args) {
             require(!arg.empty(), "no token is empty");
             require(line.key == "@cmd" || arg.find('#') == arg.npos, "comments are cut");

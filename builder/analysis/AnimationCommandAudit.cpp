@@ -168,7 +168,7 @@ bool isVerifiedArgument(std::string_view text) {
 }
 
 void AnimationCommandAuditor::readContext(const TextFile& file, const std::filesystem::path& path) {
-    if (contextPath_ == path) return;
+    if (contextPath_.native() == path.native()) return;
     contextPath_ = path;
     const std::vector<TextLine>& lines = file.lines();
     context_.assign(lines.size(), {});

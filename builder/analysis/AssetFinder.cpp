@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "PathEncoding.hpp"
-#include "platform/FileStatus.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/Tokens.hpp"
 
@@ -39,34 +38,34 @@ AssetFinder::AssetFinder(const ProjectScan& project, GameReader& game)
             foldersDifferInCase_ |= !folders.insert(folded).second;
         } else if (entry.regularFile) {
             const auto [known, isNew] =
-                files_.try_emplace(folded, entry.symlink ? nullptr : &entry.path);
+                files_.try_emplace(folded, entry.symlink ? nullptr : &entry.native);
             if (!isNew) known->second = nullptr;
         }
     }
 }
 
-const fs::path* AssetFinder::fileAt(std::string_view text, const std::string& folded) {
+const NativePath* AssetFinder::fileAt(std::string_view text, const std::string& folded) {
     const auto known = files_.find(folded);
     if (known == files_.end()) return nullptr;
     if (known->second != nullptr && !foldersDifferInCase_) return known->second;
     const fs::path& path = game_.resolve(text);
-    return !path.empty() && isFile(path) ? &path : nullptr;
+    return !path.empty() && game_.isFile(path) ? &path.native() : nullptr;
 }
 
-const fs::path* AssetFinder::file(std::string_view text) {
+const NativePath* AssetFinder::file(std::string_view text) {
     return fileAt(text, foldedPath(text));
 }
 
-const fs::path* AssetFinder::picture(std::string_view text) {
+const NativePath* AssetFinder::picture(std::string_view text) {
     const std::string folded = foldedPath(text);
-    if (const fs::path* const exact = fileAt(text, folded)) return exact;
+    if (const NativePath* const exact = fileAt(text, folded)) return exact;
     const std::size_t extension = text.size() - extensionAt(text);
     const std::string stem(text.substr(0, text.size() - extension));
     const std::string foldedStem =
         folded.substr(0, folded.size() - std::min(extension, folded.size()));
-    const fs::path* found = nullptr;
+    const NativePath* found = nullptr;
     for (const std::string_view candidate : kPictureExtensions) {
-        const fs::path* const sibling =
+        const NativePath* const sibling =
             fileAt(stem + std::string(candidate), foldedStem + std::string(candidate));
         if (sibling == nullptr) continue;
         if (extension == 0) return sibling;
@@ -76,14 +75,14 @@ const fs::path* AssetFinder::picture(std::string_view text) {
     return found;
 }
 
-const fs::path* AssetFinder::script(std::string_view text) {
+const NativePath* AssetFinder::script(std::string_view text) {
     const std::string folded = foldedPath(text);
-    if (const fs::path* const exact = fileAt(text, folded)) return exact;
+    if (const NativePath* const exact = fileAt(text, folded)) return exact;
     if (!isSafeRelativePath(PathEncoding::path(folded))) return nullptr;
     if (byBaseName_.empty()) {
         for (const TreeEntry& entry : entries_) {
             if (!entry.regularFile) continue;
-            const auto [known, isNew] = byBaseName_.try_emplace(entry.name(), &entry.path);
+            const auto [known, isNew] = byBaseName_.try_emplace(entry.name(), &entry.native);
             if (!isNew) known->second = nullptr;
         }
     }
@@ -91,12 +90,12 @@ const fs::path* AssetFinder::script(std::string_view text) {
     return found == byBaseName_.end() ? nullptr : found->second;
 }
 
-const fs::path* AssetFinder::sound(std::string_view text) {
+const NativePath* AssetFinder::sound(std::string_view text) {
     const std::string folded = foldedPath(text);
-    if (const fs::path* const exact = fileAt(text, folded)) return exact;
+    if (const NativePath* const exact = fileAt(text, folded)) return exact;
     if (extensionAt(text) != text.size()) return nullptr;
     for (const std::string_view candidate : kSoundExtensions) {
-        const fs::path* const found =
+        const NativePath* const found =
             fileAt(std::string(text).append(candidate), folded + std::string(candidate));
         if (found != nullptr) return found;
     }

@@ -3,7 +3,6 @@
 // Which file on disk a name in a game's text means, by the rules that the port's runtime applies to
 // pictures, sounds and scripts.
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,28 +18,27 @@ class AssetFinder {
     AssetFinder(const ProjectScan& project, GameReader& game);
 
     // Null where the disk holds no such file. What is returned belongs to the scan or the reader.
-    [[nodiscard]] const std::filesystem::path* file(std::string_view text);
+    [[nodiscard]] const NativePath* file(std::string_view text);
     // Any of the picture formats may stand in for the one that is written.
-    [[nodiscard]] const std::filesystem::path* picture(std::string_view text);
+    [[nodiscard]] const NativePath* picture(std::string_view text);
     // A name without an extension means the first sound format that is there.
-    [[nodiscard]] const std::filesystem::path* sound(std::string_view text);
+    [[nodiscard]] const NativePath* sound(std::string_view text);
 
     // A script that is not at its path is the one file of its base name anywhere in the game.
-    [[nodiscard]] const std::filesystem::path* script(std::string_view text);
+    [[nodiscard]] const NativePath* script(std::string_view text);
 
   private:
-    [[nodiscard]] const std::filesystem::path* fileAt(std::string_view text,
-                                                      const std::string& folded);
+    [[nodiscard]] const NativePath* fileAt(std::string_view text, const std::string& folded);
 
     GameReader& game_;
     const std::vector<TreeEntry>& entries_;
     // The regular files of the walk by their path below the data folder in lower case, so that a
     // name costs no question to the disk. Null where only the resolver can tell: for a link, and
     // where two names differ in case alone.
-    std::unordered_map<std::string_view, const std::filesystem::path*> files_;
+    std::unordered_map<std::string_view, const NativePath*> files_;
     bool foldersDifferInCase_ = false;
     // The same by base name, made when a script asks first. Null for a name that several have.
-    std::unordered_map<std::string_view, const std::filesystem::path*> byBaseName_;
+    std::unordered_map<std::string_view, const NativePath*> byBaseName_;
 };
 
 }  // namespace tindrel

@@ -57,35 +57,33 @@ HtmlGallery::Sprite HtmlGallery::spriteOf(const ModelDef& model) {
     if (chosen == nullptr) return {};
     for (const FrameDef& frame : chosen->frames) {
         if (frame.sprite.empty() || equalsFolded(frame.sprite, "none")) continue;
-        if (const fs::path* const file = assets_.picture(frame.sprite)) return {file, &frame};
+        if (const NativePath* const file = assets_.picture(frame.sprite)) return {file, &frame};
     }
     return {};
 }
 
-const fs::path* HtmlGallery::pictureOf(const StageDef& stage) {
+const NativePath* HtmlGallery::pictureOf(const StageDef& stage) {
     if (!stage.background.empty()) {
-        if (const fs::path* const file = assets_.picture(stage.background)) return file;
+        if (const NativePath* const file = assets_.picture(stage.background)) return file;
     }
     for (const std::string& panel : stage.panels) {
-        if (const fs::path* const file = assets_.picture(panel)) return file;
+        if (const NativePath* const file = assets_.picture(panel)) return file;
     }
     return nullptr;
 }
 
 // A sprite whose background would show is carried within the page, without it.
 std::string HtmlGallery::spriteUrl(const fs::path& file) {
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(file, error);
-    if (!error && size <= kMaxEmbeddedSprite && embeddedBytes_ + size <= kMaxEmbedded) {
-        if (const auto picture = withTransparentBackground(readFileBytes(file))) {
-            embeddedBytes_ += size;
-            return dataUrl(*picture);
-        }
+    const std::string bytes =
+        readFileBytes(file, std::min(kMaxEmbeddedSprite, kMaxEmbedded - embeddedBytes_));
+    if (const auto picture = withTransparentBackground(bytes)) {
+        embeddedBytes_ += bytes.size();
+        return dataUrl(*picture);
     }
     return links_.to(file);
 }
 
-void HtmlGallery::writePicture(const fs::path* file, const std::string& url, std::string_view alt,
+void HtmlGallery::writePicture(const NativePath* file, const std::string& url, std::string_view alt,
                                const FrameDef* frame) {
     out_ << "<div class=\"shot\">";
     if (file != nullptr && !url.empty() && isWebPicture(*file)) {
@@ -187,7 +185,7 @@ void HtmlGallery::writeStages() {
 
 void HtmlGallery::writeStage(const StageDef& stage) {
     const std::string name = PathEncoding::utf8(PathEncoding::path(stage.sourceFile).stem());
-    const fs::path* const picture = pictureOf(stage);
+    const NativePath* const picture = pictureOf(stage);
     out_ << "<figure>";
     writePicture(picture, picture == nullptr ? std::string() : links_.to(*picture), name, nullptr);
     writeCaption(name,

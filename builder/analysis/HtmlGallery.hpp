@@ -28,18 +28,18 @@ class HtmlGallery {
 
   private:
     struct Sprite {
-        const std::filesystem::path* file = nullptr;
+        const NativePath* file = nullptr;
         const FrameDef* frame = nullptr;
     };
 
     [[nodiscard]] Sprite spriteOf(const ModelDef& model);
-    [[nodiscard]] const std::filesystem::path* pictureOf(const StageDef& stage);
+    [[nodiscard]] const NativePath* pictureOf(const StageDef& stage);
     [[nodiscard]] std::string spriteUrl(const std::filesystem::path& file);
     void writeCharacterGroup(const std::string& type, const std::vector<const ModelDef*>& models,
                              bool open, std::size_t& left);
     void writeStage(const StageDef& stage);
-    void writePicture(const std::filesystem::path* file, const std::string& url,
-                      std::string_view alt, const FrameDef* frame);
+    void writePicture(const NativePath* file, const std::string& url, std::string_view alt,
+                      const FrameDef* frame);
     void writeCaption(std::string_view name, const std::string& facts,
                       const std::string& sourceFile);
     void openFold(std::string_view title, std::size_t count, bool open);

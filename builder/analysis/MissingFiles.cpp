@@ -14,7 +14,7 @@ namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
-using Find = const fs::path* (AssetFinder::*)(std::string_view);
+using Find = const NativePath* (AssetFinder::*)(std::string_view);
 
 // The distinct names of one kind.
 class Names {
@@ -77,7 +77,7 @@ class MissingFileSearch {
 
     // The lines of a file of the data folder; null when it is not there.
     const TextFile* linesOf(std::string_view name) {
-        const fs::path* const file = assets_.file(name);
+        const NativePath* const file = assets_.file(name);
         return file == nullptr ? nullptr : &game_.lines(*file);
     }
 
@@ -149,13 +149,18 @@ class MissingFileSearch {
         const auto music = [&](std::string_view text, std::string_view namedBy) {
             look(music_, &AssetFinder::sound, text, namedBy);
         };
+        const auto script = [&](std::string_view text) {
+            look(scripts_, &AssetFinder::script, text, source);
+        };
         picture(stage.background);
         for (const std::string& panel : stage.panels) picture(panel);
         for (const LayerDef& layer : stage.layers) picture(layer.path);
         picture(stage.waterPath);
         music(stage.music, source);
         music(stage.bossMusic, source);
+        script(stage.levelScript);
         for (const SpawnDef& spawn : stage.spawns) {
+            script(spawn.spawnScript);
             for (const std::string* const model : {&spawn.model, &spawn.item}) {
                 spawns_.mention(*model, source, [&](std::string_view name) {
                     return modelNames_.count(toLower(name)) == 0;
@@ -171,7 +176,7 @@ class MissingFileSearch {
                       const std::string& listMusic, const std::vector<std::string>& files) {
         if (files.empty()) return;
         const auto sourceOf = [&](std::size_t index) {
-            const fs::path* const file = assets_.file(files[index < files.size() ? index : 0]);
+            const NativePath* const file = assets_.file(files[index < files.size() ? index : 0]);
             return file == nullptr ? std::string() : game_.relativeToProject(*file);
         };
         if (!listMusic.empty()) look(music_, &AssetFinder::sound, listMusic, sourceOf(0));

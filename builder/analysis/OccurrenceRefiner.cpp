@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "PathEncoding.hpp"
-#include "platform/FileStatus.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -83,7 +82,7 @@ bool GameFacts::knowsModel(std::string_view name) {
 fs::path GameFacts::findImage(std::string_view path) {
     for (const std::string_view extension : {"", ".gif", ".png", ".bmp"}) {
         const fs::path& file = game_.resolve(std::string(path).append(extension));
-        if (!file.empty() && isFile(file)) return file;
+        if (!file.empty() && game_.isFile(file)) return file;
     }
     return {};
 }
@@ -105,7 +104,7 @@ bool GameFacts::isPlainScene(std::string_view path) {
     const auto [entry, isNew] = scenes_.try_emplace(std::string(path));
     if (!isNew) return entry->second;
     const fs::path& file = game_.resolve(path);
-    if (file.empty() || !isFile(file)) return false;
+    if (file.empty() || !game_.isFile(file)) return false;
     bool plain = true;
     bool hasPicture = false;
     for (const TextLine& line : game_.lines(file)) {

@@ -284,7 +284,7 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "Indexed source/target palette tables drive the native color-map remap."},
 
     // Scripts
-    {"@script", [](const TextLine& l, GameFacts& f) { return !l.text.empty() && f.isVerifiedInline(l.text); },
+    {"@script", [](const TextLine& l, GameFacts& f) { return !l.text().empty() && f.isVerifiedInline(l.text()); },
      "Inline script body uses only the verified ScriptVM surface and executes in source order on animation frame entry."},
     {"animationscript", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.isVerifiedScript(l.args[0]); },
      "Animation helper script resolves inside data/, uses the verified ScriptVM surface, and frame @cmd calls execute against it."},

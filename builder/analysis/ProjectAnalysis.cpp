@@ -154,11 +154,11 @@ class ProjectAnalyzer {
     void analyzeFile(const TreeEntry& entry) {
         const std::string_view extension = entry.extension();
         if (extension == ".txt") {
-            if (!isProse(entry.name())) classifyFile(entry.path);
+            if (!isProse(entry.name())) classifyFile(entry.path());
         } else if (extension == ".cfg") {
-            classifyFile(entry.path);
+            classifyFile(entry.path());
         } else if (extension == ".c" || extension == ".h") {
-            analyzeScriptFile(entry.path);
+            analyzeScriptFile(entry.path());
         } else if (std::find(std::begin(kAudioExtensions), std::end(kAudioExtensions), extension) !=
                    std::end(kAudioExtensions)) {
             ++analysis_.audioFiles;
@@ -213,34 +213,21 @@ class ProjectAnalyzer {
         } else {
             refiner_.refineOccurrence(rule, tally.refinements, line, file.path);
         }
+        if (rule.status == kUnknown && rule.impact.empty()) rule.impact = kUncataloguedImpact;
         tally.count(rule.status);
-        record(rule, {0, file.source, line.line, tally.name, rule.impact, rule.status,
-                      rule.parserSupported, rule.runtimeSupported});
+        count(rule.status);
+        if (rule.status == kSupported || rule.status == kIgnoredSafely) return;
+        analysis_.issues.push_back({rule.status == kUnsupported ? kRed : kYellow, file.source,
+                                    line.line, tally.name, rule.impact, rule.status,
+                                    rule.parserSupported, rule.runtimeSupported});
     }
 
-    void record(const CommandRule& rule, Issue issue) {
-        if (rule.status != kUnknown) ++analysis_.recognized;
-        switch (rule.status) {
-            case kSupported:
-                ++analysis_.supported;
-                return;
-            case kIgnoredSafely:
-                return;
-            case kPartial:
-                ++analysis_.partial;
-                issue.level = kYellow;
-                break;
-            case kUnsupported:
-                ++analysis_.unsupported;
-                issue.level = kRed;
-                break;
-            case kUnknown:
-                ++analysis_.unknown;
-                issue.level = kYellow;
-                if (issue.message.empty()) issue.message = kUncataloguedImpact;
-                break;
-        }
-        analysis_.issues.push_back(issue);
+    void count(CompatStatus status) {
+        if (status != kUnknown) ++analysis_.recognized;
+        if (status == kSupported) ++analysis_.supported;
+        if (status == kPartial) ++analysis_.partial;
+        if (status == kUnsupported) ++analysis_.unsupported;
+        if (status == kUnknown) ++analysis_.unknown;
     }
 
     void applyAudit(CommandRule& rule, AnimationCommandAudit audit) {
@@ -251,7 +238,7 @@ class ProjectAnalyzer {
     }
 
     void reportInlineScript(const FileContext& file, const TextLine& line) {
-        std::vector<std::string> unsupported = scripts_.scanScriptSource(file.path, line.text);
+        std::vector<std::string> unsupported = scripts_.scanScriptSource(file.path, line.text());
         if (unsupported.empty()) return;
         ++analysis_.recognized;
         std::string message(kInlineScriptPrefix);
@@ -275,7 +262,14 @@ class ProjectAnalyzer {
         return &analysis_.files.emplace_back(SourceFile{std::move(relative), std::move(display)});
     }
 
+    // Most lines of a game begin with one of a few dozen words, which stand ready.
     CommandTally& tallyOf(std::string_view key) {
+        CommandTally*& ready = readyTallies_[KeywordHash{}(key) % readyTallies_.size()];
+        if (ready == nullptr || ready->name != key) ready = &findTally(key);
+        return *ready;
+    }
+
+    CommandTally& findTally(std::string_view key) {
         const auto known = tallies_.find(key);
         if (known != tallies_.end()) return known->second;
         // The node of the ordered map owns the name that every issue of the command views.
@@ -307,6 +301,7 @@ class ProjectAnalyzer {
     std::set<std::string> panelOrderIssueFiles_;  // relative to the project root
     std::unordered_set<std::string> modelRegistryTokens_;
     std::unordered_map<std::string_view, CommandTally> tallies_;
+    std::array<CommandTally*, 256> readyTallies_{};
 };
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include "PathEncoding.hpp"
 #include "analysis/ScriptKnownNames.hpp"
 #include "analysis/ScriptPatterns.hpp"
-#include "platform/FileStatus.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -71,11 +70,18 @@ void appendDistinct(std::vector<SymbolId>& list, SymbolId symbol) {
 }  // namespace
 
 ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project)
-    : game_(game), project_(project), walkBudget_(kWalkBudget) {
-    for (const TreeEntry& entry : project.entries) {
-        if (!entry.regularFile) continue;
-        byBaseName_[entry.name()].push_back(&entry.path);
+    : game_(game), project_(project), walkBudget_(kWalkBudget) {}
+
+const NativePath* ScriptScanner::findByBaseName(const std::string& name) {
+    if (byBaseName_.empty()) {
+        for (const TreeEntry& entry : project_.entries) {
+            if (!entry.regularFile) continue;
+            const auto [known, isNew] = byBaseName_.try_emplace(entry.name(), &entry.native);
+            if (!isNew) known->second = nullptr;
+        }
     }
+    const auto found = byBaseName_.find(name);
+    return found == byBaseName_.end() ? nullptr : found->second;
 }
 
 ScriptScanner::Lookup ScriptScanner::findScript(std::string_view raw, const fs::path& current,
@@ -88,16 +94,16 @@ ScriptScanner::Lookup ScriptScanner::findScript(std::string_view raw, const fs::
     if (!isSafeRelativePath(relative)) return Lookup::kUnsafe;
 
     found = game_.resolve(rest);
-    if (!found.empty() && isFile(found)) return Lookup::kFound;
+    if (!found.empty() && game_.isFile(found)) return Lookup::kFound;
     if (!current.empty()) {
         const fs::path beside =
             current.parent_path().lexically_relative(game_.dataDir()) / relative;
         found = game_.resolve(PathEncoding::utf8(beside));
-        if (!found.empty() && isFile(found)) return Lookup::kFound;
+        if (!found.empty() && game_.isFile(found)) return Lookup::kFound;
     }
-    const auto entry = byBaseName_.find(toLower(PathEncoding::utf8(relative.filename())));
-    if (entry == byBaseName_.end() || entry->second.size() != 1) return Lookup::kMissing;
-    found = *entry->second.front();
+    const NativePath* const file = findByBaseName(toLower(PathEncoding::utf8(relative.filename())));
+    if (file == nullptr) return Lookup::kMissing;
+    found = *file;
     return Lookup::kFound;
 }
 
@@ -181,7 +187,7 @@ void ScriptScanner::prepareProject() {
     prepared_ = true;
     for (const TreeEntry& entry : project_.entries) {
         if (entry.regularFile && (entry.extension() == ".c" || entry.extension() == ".h")) {
-            static_cast<void>(fileId(entry.path));
+            static_cast<void>(fileId(entry.path()));
         }
     }
     scanPending();

@@ -52,6 +52,7 @@ class ScriptScanner {
         std::size_t parameters;
     };
 
+    [[nodiscard]] const NativePath* findByBaseName(const std::string& name);
     [[nodiscard]] SymbolId intern(std::string_view text, Section section);
     [[nodiscard]] FileId fileId(const std::filesystem::path& file);
     void scanPending();
@@ -80,7 +81,8 @@ class ScriptScanner {
     std::unordered_map<FileId, std::vector<std::string>> reports_;
     std::uint64_t walkBudget_;
 
-    std::unordered_map<std::string_view, std::vector<const std::filesystem::path*>> byBaseName_;
+    // The game's files, made when a script is not at its path. Null for a name that several have.
+    std::unordered_map<std::string_view, const NativePath*> byBaseName_;
 };
 
 }  // namespace tindrel

@@ -132,7 +132,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
                           "foi encontrada.");
         return kNoData;
     }
-    GameReader game(scan.dataDir, scan.root);
+    GameReader game(scan.dataDir, scan.root, scan.entries);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     const SelectionName name = nameSelection(selection);
     writeReportFolder(scan, analysis, game, name.beside(kReportsSuffix), pageLinks(prepared));

@@ -142,7 +142,7 @@ int runGameCommand(std::string_view command, const fs::path& input,
     if (!scan.hasData) return kNoData;
     if (command == "scan") return kSuccess;
 
-    GameReader game(scan.dataDir, scan.root);
+    GameReader game(scan.dataDir, scan.root, scan.entries);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     const auto* const row =
         std::find_if(std::begin(kGameCommands), std::end(kGameCommands),

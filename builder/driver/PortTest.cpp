@@ -53,7 +53,7 @@ void checkVideoConfig(const fs::path& port, const ProjectAnalysis& analysis, int
 int testPort(const fs::path& port, const Console& console) {
     const ProjectScan scan = scanProject(port);
     printScanSummary(console.out, scan);
-    GameReader game(scan.dataDir, scan.root);
+    GameReader game(scan.dataDir, scan.root, scan.entries);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     printCompatibilitySummary(console.out, analysis);
 

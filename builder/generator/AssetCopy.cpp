@@ -15,15 +15,15 @@ void copyAssets(const ProjectScan& project, const fs::path& target) {
     for (const TreeEntry& entry : project.entries) {
         progress.advance();
         if (entry.symlink || (!entry.directory && !entry.regularFile)) continue;
-        const fs::path relative = entry.path.lexically_relative(project.dataDir);
+        const fs::path relative = entry.path().lexically_relative(project.dataDir);
         if (relative.empty()) continue;
         const fs::path copy = target / relative;
         // The scan lists a folder ahead of what it holds, so that a file's folder is there by now.
         const std::error_code error =
-            entry.directory ? makeFolder(copy) : replaceWithCopy(entry.path, copy);
+            entry.directory ? makeFolder(copy) : replaceWithCopy(entry.path(), copy);
         if (isDiskFailure(error)) {
             throw fs::filesystem_error(entry.directory ? "create_directories" : "copy_file",
-                                       entry.path, copy, error);
+                                       entry.path(), copy, error);
         }
     }
 }

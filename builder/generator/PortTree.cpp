@@ -82,7 +82,7 @@ void writeSpecialFiles(const ProjectScan& project, const fs::path& report) {
 }
 
 std::string projectPath(const ProjectScan& project, const TreeEntry& entry) {
-    return displayPath(entry.path.lexically_relative(project.root));
+    return displayPath(entry.path().lexically_relative(project.root));
 }
 
 // How the port's runtime plays a file of that extension; empty for what is no sound.
@@ -101,8 +101,8 @@ void writeAudioReport(const ProjectScan& project, const fs::path& report) {
         const std::string_view backend = audioBackend(entry.extension());
         if (!entry.regularFile || backend.empty()) continue;
         std::error_code error;
-        const std::uintmax_t size = fs::file_size(entry.path, error);
-        if (error) throw fs::filesystem_error("file_size", entry.path, error);
+        const std::uintmax_t size = fs::file_size(entry.path(), error);
+        if (error) throw fs::filesystem_error("file_size", entry.path(), error);
         out << backend << '\t' << projectPath(project, entry) << '\t' << size << " bytes\n";
     }
     out.close();
@@ -112,7 +112,8 @@ void writeScriptReport(const ProjectScan& project, const fs::path& report) {
     OutputFile out(report);
     out << text::kScriptVmReport;
     for (const TreeEntry& entry : project.entries) {
-        if (!entry.regularFile || (entry.extension() != ".c" && entry.extension() != ".h")) continue;
+        if (!entry.regularFile || (entry.extension() != ".c" && entry.extension() != ".h"))
+            continue;
         out << "VM_CANDIDATE\t" << projectPath(project, entry) << '\n';
     }
     out.close();

@@ -30,7 +30,7 @@ class Tally {
         } else {
             ++files_;
             std::error_code error;
-            const std::uintmax_t size = entry.symlink ? 0 : fs::file_size(entry.path, error);
+            const std::uintmax_t size = entry.symlink ? 0 : fs::file_size(entry.path(), error);
             if (!error) bytes_ += size;
         }
         if (files_ > limits_.files || folders_ > limits_.files) {
@@ -81,9 +81,9 @@ void makeReadable(const TreeEntry& entry) {
     const fs::perms wanted =
         entry.directory ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_write;
     std::error_code error;
-    const fs::perms now = fs::symlink_status(entry.path, error).permissions();
+    const fs::perms now = fs::symlink_status(entry.path(), error).permissions();
     if (!error && (now & wanted) != wanted) {
-        fs::permissions(entry.path, wanted, fs::perm_options::add, error);
+        fs::permissions(entry.path(), wanted, fs::perm_options::add, error);
     }
 }
 
@@ -100,9 +100,9 @@ std::string makeSafe(const fs::path& folder, const ExtractionLimits& limits, Int
             hold.letIn();
             if (entry.symlink || (!entry.directory && !entry.regularFile)) {
                 std::error_code error;
-                fs::remove(entry.path, error);
+                fs::remove(entry.path(), error);
                 if (error)
-                    problem = "falha removendo ligacao do arquivo: " + displayPath(entry.path);
+                    problem = "falha removendo ligacao do arquivo: " + displayPath(entry.path());
             } else {
                 makeReadable(entry);
                 problem = tally.add(entry);

@@ -133,8 +133,8 @@ class RootSearch {
         }
         if (isData && kept_ < kMostKeptEntries) {
             walkDepth_ = entry.depth;
-            walk_ = &walks_[entry.path.native()];
-            walk_->dataDir = std::move(entry.path);
+            walk_ = &walks_[entry.native];
+            walk_->dataDir = entry.path();
             return WalkStep::Enter;
         }
         return entry.depth < kDeepestData ? WalkStep::Enter : WalkStep::Pass;
@@ -144,7 +144,7 @@ class RootSearch {
     bool addRootOf(const TreeEntry& folder) {
         const std::string_view name = folder.name();
         if (name != "data" && name != "openbor-data") return false;
-        const fs::path parent = folder.path.parent_path();
+        const fs::path parent = folder.path().parent_path();
         if (name == "data") {
             addFolder(parent);
             return true;
@@ -199,7 +199,7 @@ std::vector<fs::path> findPakFiles(const fs::path& path) {
         return {path};
     std::vector<fs::path> paks;
     walkTree(path, [&](const TreeEntry& entry) {
-        if (entry.regularFile && entry.extension() == ".pak") paks.push_back(entry.path);
+        if (entry.regularFile && entry.extension() == ".pak") paks.push_back(entry.path());
         return WalkStep::Enter;
     });
     std::sort(paks.begin(), paks.end());

@@ -25,9 +25,14 @@ bool hasDriveLetter(const fs::path& element) {
 
 // True for the plain relative paths that nearly all of a game's are: the normal form is the same.
 bool isNormal(std::string_view path) {
-    return !path.starts_with('/') && !path.starts_with('.') &&
-           path.find("//") == std::string_view::npos && path.find("/.") == std::string_view::npos &&
-           PathEncoding::validUtf8(path);
+    bool isAscii = true;
+    char before = '/';
+    for (const char c : path) {
+        if (before == '/' && (c == '/' || c == '.')) return false;
+        isAscii = isAscii && static_cast<unsigned char>(c) < 0x80;
+        before = c;
+    }
+    return isAscii || PathEncoding::validUtf8(path);
 }
 
 }  // namespace
@@ -70,8 +75,25 @@ std::string displayPath(const fs::path& path) {
     return PathEncoding::text(std::string(native.begin(), native.end()));
 }
 
-PathResolver::PathResolver(fs::path root) : root_(std::move(root)) {
+PathResolver::PathResolver(fs::path root, std::span<const TreeEntry> known)
+    : root_(std::move(root)) {
+    rootIsNormal_ = root_.lexically_normal().native() == root_.native();
     folders_[{}] = {root_, true, isInsideRoot(root_, root_)};
+    knownTypes_.reserve(known.size());
+    for (const TreeEntry& entry : known) {
+        if (entry.symlink || (!entry.regularFile && !entry.directory)) continue;
+        knownTypes_[entry.native] =
+            entry.directory ? fs::file_type::directory : fs::file_type::regular;
+    }
+}
+
+fs::file_type PathResolver::plainType(const fs::path& path) const {
+    const auto known = knownTypes_.find(path.native());
+    if (known != knownTypes_.end()) return known->second;
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(path, error).type();
+    const bool isPlain = type == fs::file_type::regular || type == fs::file_type::directory;
+    return isPlain ? type : fs::file_type::none;
 }
 
 const fs::path& PathResolver::resolve(std::string_view text) {
@@ -94,23 +116,21 @@ fs::path PathResolver::resolveUncached(std::string_view text) {
         folder = &entry->second;
         rest.remove_prefix(slash + 1);
     }
-    Place place = *folder;
-    if (folder->known) {
-        place = step(*folder, rest);
-    } else {
-        // Below what is not on disk the spelling stands as written.
-        place.path /= PathEncoding::path(rest);
-    }
-    return place.inside ? place.path.lexically_normal() : fs::path{};
+    Place place = folder->known ? step(*folder, rest) : *folder;
+    // Below what is not on disk the spelling stands as written.
+    if (!folder->known) place.path /= PathEncoding::path(rest);
+    if (!place.inside) return {};
+    // Joined element by element, as nearly all are, the path is normal already.
+    const bool isNormal = rootIsNormal_ && folder->known && relative != ".";
+    return isNormal ? std::move(place.path) : place.path.lexically_normal();
 }
 
 PathResolver::Place PathResolver::step(const Place& folder, std::string_view element) {
     Place place{folder.path / PathEncoding::path(element), true, folder.inside};
     // An unreadable parent makes the question itself fail; the spelling as written stands then.
     std::error_code error;
-    fs::file_type type = fs::symlink_status(place.path, error).type();
-    const bool isPlain = type == fs::file_type::regular || type == fs::file_type::directory;
-    if (!isPlain && (!fs::exists(place.path, error) || error)) {
+    fs::file_type type = plainType(place.path);
+    if (type == fs::file_type::none && (!fs::exists(place.path, error) || error)) {
         const auto [first, last] = list(folder.path).equal_range(toLower(element));
         const auto matches = std::distance(first, last);
         place.known = matches == 1;
@@ -118,12 +138,10 @@ PathResolver::Place PathResolver::step(const Place& folder, std::string_view ele
         if (matches > 1) place.inside = false;
         if (!place.known) return place;
         place.path = first->second;
-        type = fs::symlink_status(place.path, error).type();
+        type = plainType(place.path);
     }
     // Only a link can lead out of the folder that holds it.
-    if (type != fs::file_type::regular && type != fs::file_type::directory) {
-        place.inside = isInsideRoot(root_, place.path);
-    }
+    if (type == fs::file_type::none) place.inside = isInsideRoot(root_, place.path);
     return place;
 }
 
@@ -132,9 +150,7 @@ const PathResolver::Listing& PathResolver::list(const fs::path& folder) {
     Listing& listing = entry->second;
     std::error_code error;
     // A link is not followed into: what it shows may lie outside, or change under the reader.
-    if (!isNew || fs::symlink_status(folder, error).type() != fs::file_type::directory) {
-        return listing;
-    }
+    if (!isNew || plainType(folder) != fs::file_type::directory) return listing;
     for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
         listing.emplace(toLower(PathEncoding::utf8(it->path().filename())), it->path());
     }

@@ -4,10 +4,12 @@
 
 #include <filesystem>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
+
+#include "reader/TreeWalk.hpp"
 
 namespace tindrel {
 
@@ -36,13 +38,18 @@ namespace tindrel {
 // when an exact spelling is not there. Not for a folder that changes meanwhile.
 class PathResolver {
   public:
-    explicit PathResolver(std::filesystem::path root);
+    // `known` is what a walk has found below the root; it spares questions to the disk and must
+    // outlive the resolver.
+    explicit PathResolver(std::filesystem::path root, std::span<const TreeEntry> known = {});
 
     // The file that `text` means: the best spelling that is on disk, the tail as written where it
     // is not. Empty when the path is unsafe, or ambiguous on a file system that keeps case.
     [[nodiscard]] const std::filesystem::path& resolve(std::string_view text);
 
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
+
+    // Regular or directory, links apart; none for all else and for what cannot be asked.
+    [[nodiscard]] std::filesystem::file_type plainType(const std::filesystem::path& path) const;
 
   private:
     using Listing = std::unordered_multimap<std::string, std::filesystem::path>;
@@ -59,9 +66,11 @@ class PathResolver {
     [[nodiscard]] const Listing& list(const std::filesystem::path& folder);
 
     std::filesystem::path root_;
+    bool rootIsNormal_ = false;
     std::unordered_map<std::string, std::filesystem::path> resolved_;
     std::unordered_map<std::string, Place> folders_;  // by their normalised spelling
     std::map<std::filesystem::path, Listing> listings_;
+    std::unordered_map<NativeView, std::filesystem::file_type> knownTypes_;
 };
 
 // One resolution without a cache.

@@ -10,8 +10,18 @@
 namespace tindrel {
 namespace fs = std::filesystem;
 
-GameReader::GameReader(fs::path dataDir, fs::path projectRoot)
-    : resolver_(std::move(dataDir)), projectRoot_(std::move(projectRoot)) {}
+GameReader::GameReader(fs::path dataDir, fs::path projectRoot, std::span<const TreeEntry> known)
+    : resolver_(std::move(dataDir), known), projectRoot_(std::move(projectRoot)) {}
+
+bool GameReader::isFile(const fs::path& path) const {
+    return resolver_.plainType(path) == fs::file_type::regular || tindrel::isFile(path);
+}
+
+bool GameReader::isUnlinkedFile(const fs::path& path) const {
+    if (resolver_.plainType(path) == fs::file_type::regular) return true;
+    std::error_code ignored;
+    return !fs::is_symlink(path, ignored) && tindrel::isFile(path);
+}
 
 const fs::path& GameReader::canonicalFolder(const fs::path& folder) const {
     const auto known = canonicalFolders_.find(folder.native());
@@ -23,10 +33,8 @@ const fs::path& GameReader::canonicalFolder(const fs::path& folder) const {
 const fs::path& GameReader::canonicalParent(const fs::path& path) const {
     const fs::path folder = path.parent_path();
     const fs::path name = folder.filename();
-    std::error_code error;
     if (canonicalFolders_.contains(folder.native()) || !folder.is_absolute() || name.empty() ||
-        name == "." || name == ".." ||
-        fs::symlink_status(folder, error).type() != fs::file_type::directory) {
+        name == "." || name == ".." || resolver_.plainType(folder) != fs::file_type::directory) {
         return canonicalFolder(folder);
     }
     fs::path canonical = canonicalFolder(folder.parent_path()) / name;
@@ -35,9 +43,10 @@ const fs::path& GameReader::canonicalParent(const fs::path& path) const {
 
 std::string GameReader::relativeToProject(const fs::path& path) const {
     std::error_code error;
-    const fs::path canonical = fs::is_symlink(path, error)
-                                   ? weaklyCanonical(path)
-                                   : canonicalParent(path) / path.filename();
+    const bool isLink =
+        resolver_.plainType(path) == fs::file_type::none && fs::is_symlink(path, error);
+    const fs::path canonical =
+        isLink ? weaklyCanonical(path) : canonicalParent(path) / path.filename();
     const fs::path relative = canonical.lexically_relative(canonicalFolder(projectRoot_));
     return PathEncoding::utf8(relative.empty() ? path : relative);
 }

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -20,7 +21,9 @@ namespace tindrel {
 class GameReader {
   public:
     // `dataDir` is what is searched; `projectRoot` is the base of the records' source paths.
-    GameReader(std::filesystem::path dataDir, std::filesystem::path projectRoot);
+    // `known` is what a walk has found below `dataDir`, if there was one; it must outlive this.
+    GameReader(std::filesystem::path dataDir, std::filesystem::path projectRoot,
+               std::span<const TreeEntry> known = {});
 
     [[nodiscard]] const std::filesystem::path& dataDir() const { return resolver_.root(); }
     [[nodiscard]] const std::filesystem::path& projectRoot() const { return projectRoot_; }
@@ -29,6 +32,11 @@ class GameReader {
     [[nodiscard]] const std::filesystem::path& resolve(std::string_view text) {
         return resolver_.resolve(text);
     }
+
+    // Present and no directory. Throws ("status").
+    [[nodiscard]] bool isFile(const std::filesystem::path& path) const;
+    // The same, but no link either.
+    [[nodiscard]] bool isUnlinkedFile(const std::filesystem::path& path) const;
 
     // `path` relative to the project root, both in canonical form, generic UTF-8; the path itself
     // where they share no root. Throws ("weakly_canonical") where one has no such form.

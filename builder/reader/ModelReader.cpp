@@ -23,7 +23,7 @@ struct KnownKeyword {
     bool needsAnimation = false;
 };
 
-using KeywordIndex = std::unordered_map<std::string_view, KnownKeyword>;
+using KeywordIndex = std::unordered_map<std::string_view, KnownKeyword, KeywordHash>;
 
 const KeywordIndex& keywordIndex() {
     static const KeywordIndex index = [] {
@@ -57,8 +57,8 @@ std::string_view attackNumber(std::string_view key) {
 
 void readLine(ModelParser& parser, const TextLine& line) {
     const bool inAnimation = !parser.model.animations.empty();
-    if (!line.text.empty()) {
-        (inAnimation ? parser.animation().inlineScript : parser.modelScript) += line.text;
+    if (!line.text().empty()) {
+        (inAnimation ? parser.animation().inlineScript : parser.modelScript) += line.text();
         return;
     }
     static const KeywordIndex& index = keywordIndex();
@@ -100,11 +100,6 @@ ModelDef readGlobalFlags(const TextFile& registry) {
     return flags;
 }
 
-bool isLink(const fs::path& path) {
-    std::error_code ignored;
-    return fs::is_symlink(path, ignored);
-}
-
 std::vector<ModelDef> readRegisteredModels(GameReader& game, const TextFile& registry) {
     std::vector<ModelDef> models;
     const ModelDef globals = readGlobalFlags(registry);
@@ -114,7 +109,7 @@ std::vector<ModelDef> readRegisteredModels(GameReader& game, const TextFile& reg
         const bool named = line.args.size() > 1;
         const std::string_view path = line.args[named ? 1 : 0];
         const fs::path& resolved = game.resolve(path);
-        if (resolved.empty() || isLink(resolved) || !isFile(resolved)) continue;
+        if (resolved.empty() || !game.isUnlinkedFile(resolved)) continue;
 
         ModelDef model = readModelFile(game, resolved);
         if (model.animations.empty()) continue;

@@ -43,17 +43,18 @@ constexpr ExtensionCounter kExtensions[] = {
 // A title or loading image; a .pcx or .jpg one does not count.
 constexpr std::string_view kScreenImageExtensions[] = {".gif", ".png", ".bmp"};
 
-void check(const char* operation, const fs::path& path, const std::error_code& error) {
-    if (error) throw fs::filesystem_error(operation, path, error);
-}
-
 // Takes over what the walk has found, unless some of it could not be read.
 void addEntries(ProjectScan& scan, DataWalk walk) {
-    check("recursive_directory_iterator::recursive_directory_iterator", scan.dataDir, walk.error);
+    if (walk.error) {
+        throw fs::filesystem_error("recursive_directory_iterator::recursive_directory_iterator",
+                                   scan.dataDir, walk.error);
+    }
     for (const TreeEntry& entry : walk.entries) {
-        check(entry.directory ? "recursive_directory_iterator::operator++"
-                              : "directory_entry::status",
-              entry.path, entry.error);
+        if (entry.error) {
+            throw fs::filesystem_error(entry.directory ? "recursive_directory_iterator::operator++"
+                                                       : "directory_entry::status",
+                                       entry.path(), entry.error);
+        }
         if (!entry.regularFile) continue;
         ++scan.fileCount;
         const std::string_view extension = entry.extension();

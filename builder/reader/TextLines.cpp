@@ -47,15 +47,16 @@ constexpr std::array<bool, 256> kIsSpace = [] {
 
 // Cuts the first run of bytes up to white space off `rest`, which must begin with none.
 std::string_view takeWord(std::string_view& rest) {
+    const std::string_view text = rest;
     const auto isSpaceAt = [&](std::size_t i) {
-        return kIsSpace[static_cast<unsigned char>(rest[i])];
+        return kIsSpace[static_cast<unsigned char>(text[i])];
     };
-    std::size_t length = 0;
-    while (length < rest.size() && !isSpaceAt(length)) ++length;
-    const std::string_view word = rest.substr(0, length);
-    while (length < rest.size() && isSpaceAt(length)) ++length;
-    rest.remove_prefix(length);
-    return word;
+    std::size_t end = 0;
+    while (end < text.size() && !isSpaceAt(end)) ++end;
+    std::size_t next = end;
+    while (next < text.size() && isSpaceAt(next)) ++next;
+    rest = text.substr(next);
+    return text.substr(0, end);
 }
 
 }  // namespace
@@ -82,6 +83,7 @@ class TextLineParser {
         closeBlock();
         std::size_t first = 0;
         for (std::size_t i = 0; i < file_.lines_.size(); ++i) {
+            if (file_.lines_[i].hasCapitals) ++first;
             file_.lines_[i].args = std::span(file_.tokens_).subspan(first, tokenCounts_[i]);
             first += tokenCounts_[i];
         }
@@ -128,8 +130,11 @@ class TextLineParser {
     }
 
     void appendLine(std::string_view command) {
-        const std::string_view key = isLowerCase(command) ? command : keep(toLower(command));
-        file_.lines_.push_back({command, key, {}, lineNumber_, {}});
+        TextLine& line = file_.lines_.emplace_back();
+        line.hasCapitals = !isLowerCase(command);
+        if (line.hasCapitals) file_.tokens_.push_back(command);
+        line.key = line.hasCapitals ? keep(toLower(command)) : command;
+        line.line = lineNumber_;
         tokenCounts_.push_back(0);
     }
 
@@ -176,14 +181,14 @@ class TextLineParser {
     void closeBlock() {
         if (!inBlock_) return;
         inBlock_ = false;
-        file_.lines_[blockLine_].text = keep(std::exchange(block_, {}));
+        file_.lines_[blockLine_].block = &file_.texts_.emplace_back(std::exchange(block_, {}));
     }
 
     TextFile& file_;
     std::string_view content_;
     bool allUtf8_ = false;
-    std::vector<std::size_t> tokenCounts_;
-    std::uint64_t lineNumber_ = 0;
+    std::vector<std::uint32_t> tokenCounts_;
+    std::uint32_t lineNumber_ = 0;
     bool inBlock_ = false;
     std::size_t blockLine_ = 0;
     std::string block_;
@@ -193,11 +198,11 @@ TextFile::TextFile(std::string content) {
     TextLineParser(*this, std::move(content)).parse();
 }
 
-std::string readFileBytes(const std::filesystem::path& path) {
+std::string readFileBytes(const std::filesystem::path& path, std::uintmax_t most) {
+    // To ask for the size of anything but a regular file is an error.
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return {};
     const std::uintmax_t size = std::filesystem::file_size(path, error);
-    if (error || size > kMaxTextFileBytes) return {};
+    if (error || size > most) return {};
     std::ifstream in(path, std::ios::binary);
     std::string content(static_cast<std::size_t>(size), '\0');
     in.read(content.data(), static_cast<std::streamsize>(content.size()));

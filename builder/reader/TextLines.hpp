@@ -15,11 +15,20 @@ namespace tindrel {
 
 // One logical line. All views point into the TextFile that holds it.
 struct TextLine {
-    std::string_view command;                // first word, as written
-    std::string_view key;                    // the command in lower case
+    std::string_view key;                    // first word, in lower case
     std::span<const std::string_view> args;  // the other tokens, as written
-    std::uint64_t line = 0;                  // physical line, from 1
-    std::string_view text;                   // body of an "@script" block; empty elsewhere
+    const std::string* block = nullptr;      // of an "@script" line that has one
+    std::uint32_t line = 0;                  // physical line, from 1
+    bool hasCapitals = false;  // the first word has, and stands ahead of the arguments as written
+
+    // First word, as written.
+    [[nodiscard]] std::string_view command() const {
+        return hasCapitals ? *(args.data() - 1) : key;
+    }
+    // Body of an "@script" block; empty elsewhere.
+    [[nodiscard]] std::string_view text() const {
+        return block == nullptr ? std::string_view() : *block;
+    }
 };
 
 // The lines of one file in file order, with the bytes that they view. Movable, not copyable.
@@ -50,7 +59,9 @@ class TextFile {
 inline constexpr std::uintmax_t kMaxTextFileBytes = 64ULL << 20U;
 [[nodiscard]] TextFile readTextLines(const std::filesystem::path& path);
 
-// The whole file as bytes under the same conditions; empty otherwise.
-[[nodiscard]] std::string readFileBytes(const std::filesystem::path& path);
+// The whole file as bytes; empty for one that cannot be opened, is no regular file or holds more
+// than `most`.
+[[nodiscard]] std::string readFileBytes(const std::filesystem::path& path,
+                                        std::uintmax_t most = kMaxTextFileBytes);
 
 }  // namespace tindrel

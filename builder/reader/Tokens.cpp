@@ -36,13 +36,17 @@ bool equalsFolded(std::string_view text, std::string_view lower) {
 
 std::int32_t parseIntOr(std::string_view token, std::int32_t fallback) {
     token = skipSpace(token);
-    if (!token.empty() && token.front() == '+') {
-        token.remove_prefix(1);
-        if (!token.empty() && token.front() == '-') return fallback;
+    const bool negative = token.starts_with('-');
+    if (negative || token.starts_with('+')) token.remove_prefix(1);
+    if (token.empty() || !isDigit(token.front())) return fallback;
+    const std::int64_t limit = negative ? 0x80000000LL : 0x7FFFFFFFLL;
+    std::int64_t magnitude = 0;
+    for (const char c : token) {
+        if (!isDigit(c)) break;
+        magnitude = magnitude * 10 + (c - '0');
+        if (magnitude > limit) return fallback;
     }
-    std::int32_t value = 0;
-    const auto [end, error] = std::from_chars(token.data(), token.data() + token.size(), value);
-    return error == std::errc{} ? value : fallback;
+    return static_cast<std::int32_t>(negative ? -magnitude : magnitude);
 }
 
 std::optional<std::int32_t> parseAutoBase(std::string_view token, bool whole) {

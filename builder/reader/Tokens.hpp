@@ -3,6 +3,7 @@
 // How a token of an OpenBOR text file becomes a value. Nothing here fails: a token that is no
 // number of the asked form takes the fallback that the caller names.
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -24,6 +25,17 @@ namespace tindrel {
 [[nodiscard]] constexpr bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
+
+// Cheap, as every line of a game asks: length, ends and middle tell nearly all keywords apart. Only
+// for tables that no game adds to, as words that collide are easily made.
+struct KeywordHash {
+    [[nodiscard]] std::size_t operator()(std::string_view word) const {
+        if (word.empty()) return 0;
+        const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(word[i]); };
+        return (byteAt(0) * 31U + byteAt(word.size() / 2)) * 31U + byteAt(word.size() - 1) +
+               word.size() * 7U;
+    }
+};
 
 // Decimal, leading white space and one sign allowed, trailing text ignored: "12abc" is 12.
 // No digit, or a value outside 32 bits, yields the fallback.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -14,25 +15,45 @@ namespace fs = std::filesystem;
 namespace {
 
 // The types come along with the listing; only a link costs a question of its own.
-TreeEntry describe(const fs::directory_entry& found, int depth) {
-    TreeEntry entry;
-    entry.path = found.path();
-    entry.folded = toLower(PathEncoding::utf8(entry.path));
-    entry.depth = depth;
-    entry.symlink = found.is_symlink(entry.error);
-    if (!entry.error) entry.regularFile = found.is_regular_file(entry.error);
-    if (entry.symlink && isAbsence(entry.error)) entry.error.clear();
-    if (!entry.error && !entry.symlink && !entry.regularFile) {
-        entry.directory = found.is_directory(entry.error);
+void setType(TreeEntry& entry, fs::file_type listed) {
+    if (listed == fs::file_type::none) {
+        listed = fs::symlink_status(entry.path(), entry.error).type();
     }
-    return entry;
+    entry.symlink = listed == fs::file_type::symlink;
+    if (entry.symlink) {
+        entry.regularFile = fs::is_regular_file(entry.path(), entry.error);
+        if (isAbsence(entry.error)) entry.error.clear();
+    } else {
+        entry.regularFile = listed == fs::file_type::regular;
+        entry.directory = listed == fs::file_type::directory;
+    }
+}
+
+// Systems whose names are bytes need no detour through a path.
+template <typename Name>
+std::string foldedName(Name name) {
+    if constexpr (std::is_same_v<Name, std::string_view>) {
+        return toLower(PathEncoding::text(name));
+    } else {
+        return toLower(PathEncoding::utf8(fs::path(name)));
+    }
 }
 
 std::vector<TreeEntry> list(const fs::path& folder, int depth, std::error_code& error) {
     std::vector<TreeEntry> entries;
-    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-        entries.push_back(describe(*it, depth));
-    }
+    const fs::path prefix = folder / fs::path();  // with a separator at its end
+    const std::string foldedPrefix = toLower(PathEncoding::utf8(prefix));
+    listFolder(
+        folder,
+        [&](NativeView name, fs::file_type type) {
+            TreeEntry& entry = entries.emplace_back();
+            entry.native.reserve(prefix.native().size() + name.size());
+            entry.native.append(prefix.native()).append(name);
+            entry.folded = foldedPrefix + foldedName(name);
+            entry.depth = depth;
+            setType(entry, type);
+        },
+        error);
     return entries;
 }
 
@@ -62,7 +83,7 @@ void walkTree(const fs::path& folder, const std::function<WalkStep(TreeEntry&)>&
     while (!pending.empty()) {
         TreeEntry entry = std::move(pending.back());
         pending.pop_back();
-        const fs::path path = entry.directory ? entry.path : fs::path();
+        const fs::path path = entry.directory ? entry.path() : fs::path();
         const int depth = entry.depth;
         const WalkStep step = visit(entry);
         if (step == WalkStep::Stop) return;

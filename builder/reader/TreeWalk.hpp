@@ -8,16 +8,24 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/FolderListing.hpp"
+
 namespace tindrel {
 
+// A path as its text alone. A path object keeps each of its elements as well, which is costly for
+// the thousands of files of a game.
+using NativePath = std::filesystem::path::string_type;
+
 struct TreeEntry {
-    std::filesystem::path path;  // the folder of the walk joined with the way to the entry
-    std::string folded;          // the same in generic UTF-8 and lower case
-    int depth = 1;               // number of elements below that folder
-    bool regularFile = false;    // links to regular files included
-    bool directory = false;      // links excluded
+    NativePath native;         // the folder of the walk joined with the way to the entry
+    std::string folded;        // the same in generic UTF-8 and lower case
+    int depth = 1;             // number of elements below that folder
+    bool regularFile = false;  // links to regular files included
+    bool directory = false;    // links excluded
     bool symlink = false;
     std::error_code error;  // the type could not be told
+
+    [[nodiscard]] std::filesystem::path path() const { return native; }
 
     // Parts of `folded`: the last element, and its extension with its dot.
     [[nodiscard]] std::string_view name() const;

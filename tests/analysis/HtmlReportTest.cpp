@@ -127,7 +127,8 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
     write("levels.txt", "set A\nfile data/levels/one.txt\nfile data/levels/none.txt\n");
     write("levels/one.txt",
           "music data/music/Tune.ogg\nspawn hero\ncoords 1 1\nat 0\n"
-          "spawn lost\ncoords 1 1\nat 0\nspawn Nobody\ncoords 1 1\nat 0\n");
+          "spawn lost\ncoords 1 1\nat 0\nspawn Nobody\ncoords 1 1\n"
+          "spawnscript data/scripts/enter.c\nat 0\nlevelscript data/scripts/start.c\n");
     const std::string missing = section(page(), "missing");
     const std::vector<std::string> expected = {
         "<code>data/chars/lost.txt</code><span class=\"at\"><a "
@@ -138,6 +139,8 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
         "scripts/twice.c</code>",
         "scripts/lost.c</code>",
         "../moved.c</code>",
+        "scripts/start.c</code>",
+        "scripts/enter.c</code>",
         "gone.gif</code>",
         "two.png</code>",
         "die.wav</code>",

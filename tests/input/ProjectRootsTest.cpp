@@ -79,7 +79,7 @@ TEST_F(ProjectRootsTest, KeepsWhatItSawOfTheBestRoot) {
     const ProjectScan spared = scanProject(found.roots.front(), found.bestData);
     ASSERT_EQ(spared.entries.size(), walked.entries.size());
     for (std::size_t i = 0; i < walked.entries.size(); ++i) {
-        EXPECT_EQ(spared.entries[i].path, walked.entries[i].path);
+        EXPECT_EQ(spared.entries[i].native, walked.entries[i].native);
     }
     EXPECT_EQ(spared.textCount, 3U);
     // One that belongs to another folder is of no use.

@@ -52,9 +52,10 @@ TEST(ProjectScan, CountsByExtensionAndRecordsTheWalk) {
 
     EXPECT_EQ(scan.entries.size(), 13U);
     const auto entry = [&](const fs::path& relative) {
-        const auto found = std::find_if(
-            scan.entries.begin(), scan.entries.end(),
-            [&](const TreeEntry& candidate) { return candidate.path == scan.dataDir / relative; });
+        const auto found =
+            std::find_if(scan.entries.begin(), scan.entries.end(), [&](const TreeEntry& candidate) {
+                return candidate.path() == scan.dataDir / relative;
+            });
         return found == scan.entries.end() ? TreeEntry{} : *found;
     };
     EXPECT_TRUE(entry("music/a.b").directory);
@@ -129,9 +130,16 @@ TEST(ProjectScan, LinksAreNotWalked) {
     EXPECT_EQ(scan.entries.size(), 5U);
     EXPECT_EQ(scan.fileCount, 2U) << "a link to a file counts, one to nothing does not";
     for (const TreeEntry& entry : scan.entries) {
-        EXPECT_FALSE(entry.directory) << entry.path;
-        EXPECT_EQ(entry.symlink, entry.path.filename() != "models.txt") << entry.path;
+        EXPECT_FALSE(entry.directory) << entry.path();
+        EXPECT_EQ(entry.symlink, entry.path().filename() != "models.txt") << entry.path();
     }
+
+    fs::remove(scan.dataDir / "models.txt");
+    const PathResolver resolver(scan.dataDir, scan.entries);
+    EXPECT_EQ(resolver.plainType(scan.dataDir / "models.txt"), fs::file_type::regular)
+        << "the scan's word is taken for it";
+    EXPECT_EQ(resolver.plainType(scan.dataDir / "link.txt"), fs::file_type::none);
+    EXPECT_EQ(resolver.plainType(scan.dataDir), fs::file_type::directory) << "not in the scan";
 }
 
 TEST(ProjectScan, AFolderThatCannotBeReadEndsTheWalk) {

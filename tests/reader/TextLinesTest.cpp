@@ -18,7 +18,7 @@ using Strings = std::vector<std::string>;
 Strings show(const TextFile& file) {
     Strings out;
     for (const TextLine& line : file) {
-        std::string text = std::to_string(line.line) + ':' + std::string(line.command);
+        std::string text = std::to_string(line.line) + ':' + std::string(line.command());
         for (const std::string_view arg : line.args) text.append("|").append(arg);
         out.push_back(std::move(text));
     }
@@ -86,15 +86,15 @@ TEST(TextLines, ScriptBlocksKeepTheirTextRaw) {
         "health 5\n");
     EXPECT_EQ(show(file), (Strings{"1:name|A", "3:@script", "9:@END_SCRIPT|x", "10:@end_script",
                                    "11:health|5"}));
-    EXPECT_EQ(file.lines()[1].text, "  void main() { // kept\n#define X 1\n@script @cmd\n");
-    EXPECT_EQ(file.lines()[2].text, "");
+    EXPECT_EQ(file.lines()[1].text(), "  void main() { // kept\n#define X 1\n@script @cmd\n");
+    EXPECT_EQ(file.lines()[2].text(), "");
 }
 
 TEST(TextLines, AnOpenBlockRunsToTheEnd) {
     const TextFile file("@SCRIPT\na\n@script\n@end_script\n@script\n@cmd b (\nc");
     ASSERT_EQ(show(file), (Strings{"1:@SCRIPT", "4:@end_script", "5:@script"}));
-    EXPECT_EQ(file.lines()[0].text, "a\n@script\n");
-    EXPECT_EQ(file.lines()[2].text, "@cmd b (\nc\n");
+    EXPECT_EQ(file.lines()[0].text(), "a\n@script\n");
+    EXPECT_EQ(file.lines()[2].text(), "@cmd b (\nc\n");
 }
 
 TEST(TextLines, AnimationCommandsSplitOutsideQuotesAndParentheses) {
@@ -131,7 +131,7 @@ TEST(TextLines, ViewsSurviveAMoveOfTheFile) {
     files.clear();
     EXPECT_EQ(show(last), before);
     EXPECT_EQ(last.lines()[0].key, "a");
-    EXPECT_EQ(last.lines()[1].text, "body\n");
+    EXPECT_EQ(last.lines()[1].text(), "body\n");
     EXPECT_EQ(last.lines()[3].args[0].size(), 10U << 20U);
 }
 
