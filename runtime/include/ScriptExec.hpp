@@ -61,8 +61,8 @@ class Exec {
         std::uint64_t epoch = 0;
         ScriptValue* value = nullptr;
     };
-    // The running function, and its parts of the stacks. Passed by value alone, so that the loop of
-    // run() can keep them in the registers of the processor.
+    // The running function, and its parts of the stacks. Held by run() alone and passed to no one,
+    // so that its loop keeps them in the registers of the processor.
     struct Registers {
         const Function* function = nullptr;
         const Instr* code = nullptr;
@@ -72,6 +72,9 @@ class Exec {
         std::int32_t* counters = nullptr;
 
         void jump(std::int32_t to) { ip = code + to; }
+        [[nodiscard]] const CallSite& site(const Instr& instr) const {
+            return function->sites[static_cast<std::size_t>(instr.a)];
+        }
     };
 
     void run();
@@ -80,14 +83,12 @@ class Exec {
     bool leave(ScriptValue&& value);
     void popFrame();
     void reset();
-    Registers escape(bool breaks, Registers r);
-    const Instr* nextRound(const Instr& instr, Registers r);
+    void escape(bool breaks, const ScriptValue* top);
     [[noreturn]] static void outOfSteps();
 
-    static const CallSite& site(const Instr& instr, const Registers& r);
-    Registers callUser(const CallSite& site, Registers r);
-    Registers callBuiltin(const CallSite& site, Registers r);
-    Registers callHost(const CallSite& site, Registers r);
+    void callUser(const CallSite& site, const Instr* next, const ScriptValue* top);
+    ScriptValue* callBuiltin(const CallSite& site, const Instr* next, ScriptValue* top);
+    ScriptValue* callHost(const CallSite& site, ScriptValue* top);
 
     ScriptValue* find(std::int32_t name);
     void load(std::int32_t name, ScriptValue& to);

@@ -147,7 +147,10 @@ void Exec::run() {
                 r.counters[i.b] = 0;
                 break;
             case Op::LoopBack:
-                r.ip = nextRound(i, r);
+                // At its limit a loop just goes on behind it.
+                if (++r.counters[i.b] >= kMaxRounds) break;
+                charge(static_cast<std::size_t>(r.ip - (r.code + i.a)));
+                r.jump(i.a);
                 break;
             case Op::SwitchBegin:
                 r.counters[i.b] = kNoMatch;
@@ -166,13 +169,15 @@ void Exec::run() {
                 break;
             }
             case Op::CallBuiltin:
-                r = callBuiltin(site(i, r), r);
+                r.top = callBuiltin(r.site(i), r.ip, r.top);
+                if (r.top == nullptr) r = registers();
                 break;
             case Op::CallUser:
-                r = callUser(site(i, r), r);
+                callUser(r.site(i), r.ip, r.top);
+                r = registers();
                 break;
             case Op::CallHost:
-                r = callHost(site(i, r), r);
+                r.top = callHost(r.site(i), r.top);
                 break;
             case Op::Return:
                 if (!leave(std::move(*--r.top))) return;
@@ -184,7 +189,8 @@ void Exec::run() {
                 break;
             case Op::EscapeBreak:
             case Op::EscapeContinue:
-                r = escape(i.op == Op::EscapeBreak, r);
+                escape(i.op == Op::EscapeBreak, r.top);
+                r = registers();
                 break;
             case Op::Throw:
                 throw std::runtime_error(r.function->errors[static_cast<std::size_t>(i.a)]);
@@ -267,8 +273,8 @@ void Exec::reset() {
 
 // A break or continue outside any loop of its function goes on in the nearest loop, or for a break
 // switch, whose body called the function, directly or not.
-Exec::Registers Exec::escape(bool breaks, Registers r) {
-    const auto end = static_cast<std::size_t>(r.top - stack_.data());
+void Exec::escape(bool breaks, const ScriptValue* top) {
+    const auto end = static_cast<std::size_t>(top - stack_.data());
     for (popFrame(); !frames_.empty(); popFrame()) {
         Frame& frame = frames_.back();
         const auto from = static_cast<std::int32_t>(frame.next - frame.function->code.data()) - 1;
@@ -278,19 +284,11 @@ Exec::Registers Exec::escape(bool breaks, Registers r) {
             for (std::size_t i = frame.stack; i < end; ++i) release(stack_[i]);
             frame.next = frame.function->code.data() + to;
             frame.top = frame.stack;
-            return registers();
+            return;
         }
     }
     if (breaks) throw BreakSignal();
     throw ContinueSignal();
-}
-
-// Where a loop goes on at the end of a round.
-const Instr* Exec::nextRound(const Instr& instr, Registers r) {
-    if (++r.counters[instr.b] >= kMaxRounds) return r.ip;
-    const Instr* const top = r.code + instr.a;
-    charge(static_cast<std::size_t>(r.ip - top));
-    return top;
 }
 
 void Exec::outOfSteps() {
@@ -299,31 +297,29 @@ void Exec::outOfSteps() {
 
 // --- Calls
 
-const CallSite& Exec::site(const Instr& instr, const Registers& r) {
-    return r.function->sites[static_cast<std::size_t>(instr.a)];
+void Exec::callUser(const CallSite& site, const Instr* next, const ScriptValue* top) {
+    frames_.back().next = next;
+    enter(*site.user, site.count, static_cast<std::size_t>(top - stack_.data()));
 }
 
-Exec::Registers Exec::callUser(const CallSite& site, Registers r) {
-    frames_.back().next = r.ip;
-    enter(*site.user, site.count, static_cast<std::size_t>(r.top - stack_.data()));
-    return registers();
-}
-
-Exec::Registers Exec::callBuiltin(const CallSite& site, Registers r) {
+// The new end of the values; null if it entered a function of the script instead.
+ScriptValue* Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptValue* top) {
     ScriptValue result;
-    ScriptValue* const args = r.top - site.count;
+    ScriptValue* const args = top - site.count;
     BuiltinCall call{*this, *context_, globals_, {args, site.count}, result};
-    if (!site.builtin->run(call)) return site.user ? callUser(site, r) : callHost(site, r);
+    if (!site.builtin->run(call)) {
+        if (site.user == nullptr) return callHost(site, top);
+        callUser(site, next, top);
+        return nullptr;
+    }
     for (ScriptValue& arg : call.args) release(arg);
-    r.top = args + 1;
     take(*args, result);
-    return r;
+    return args + 1;
 }
 
-Exec::Registers Exec::callHost(const CallSite& site, Registers r) {
-    ScriptValue* const args = r.top - site.count;
-    hostArgs_.assign(std::make_move_iterator(args), std::make_move_iterator(r.top));
-    r.top = args + 1;
+ScriptValue* Exec::callHost(const CallSite& site, ScriptValue* top) {
+    ScriptValue* const args = top - site.count;
+    hostArgs_.assign(std::make_move_iterator(args), std::make_move_iterator(top));
     if (host_ != nullptr) {
         ScriptValue result =
             host_->callScriptFunction(site.name, hostArgs_, *context_, *unsupported_);
@@ -337,7 +333,7 @@ Exec::Registers Exec::callHost(const CallSite& site, Registers r) {
         args->emplace<std::monostate>();
     }
     hostArgs_.clear();
-    return r;
+    return args + 1;
 }
 
 // --- Variables of the context
