@@ -127,6 +127,7 @@ class Engine final : public ScriptHost {
     // Players (EnginePlayers.cpp).
     void beginGame();
     void resetPlayer1();
+    void placeCoopPlayer(RuntimeCoopPlayer& player) const;
     void buildCoopPlayers(int lives, int credits);
     void runSpawnScripts();
     void updatePlayer();
@@ -317,7 +318,6 @@ class Engine final : public ScriptHost {
     ScriptContext stageScriptCtx_;
     bool hasUpdateScript_ = false, hasUpdatedScript_ = false;
     // About a tenth of a second: with all its scripts at their worst a game is slow, but answers.
-    // Those of games take less than a hundredth of this.
     static constexpr std::int64_t kTickScriptSteps = 20'000'000;
     std::int64_t tickScriptSteps_ = kTickScriptSteps;
     bool stageFullReported_ = false;

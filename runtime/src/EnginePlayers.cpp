@@ -116,6 +116,15 @@ void Engine::resetPlayer1() {
     startIdle(player_, playerModel_);
 }
 
+void Engine::placeCoopPlayer(RuntimeCoopPlayer& player) const {
+    const StagePlayerSpawn spawn =
+        stagePlayerSpawn(stage_, player.playerSlot, cameraX_, config_.logicalWidth, scrollDir_);
+    player.worldX = spawn.x;
+    player.z = spawn.z;
+    player.altitude = spawn.altitude;
+    player.facing = spawn.facing;
+}
+
 void Engine::buildCoopPlayers(int lives, int credits) {
     coopPlayers_.clear();
     const auto models = selectableModels();
@@ -132,12 +141,7 @@ void Engine::buildCoopPlayers(int lives, int credits) {
         player.guardPoints = std::max(0, player.model->guardPoints);
         player.livesRemaining = lives;
         player.creditsRemaining = credits;
-        const StagePlayerSpawn spawn =
-            stagePlayerSpawn(stage_, slot, cameraX_, config_.logicalWidth, scrollDir_);
-        player.worldX = spawn.x;
-        player.z = spawn.z;
-        player.altitude = spawn.altitude;
-        player.facing = spawn.facing;
+        placeCoopPlayer(player);
         player.gamepadId = gamepadOfSlot(slot);
         player.paletteMap = slot;
         startIdle(player.animation, player.model);
@@ -190,8 +194,6 @@ bool Engine::consumeRespawnResource(int playerSlot) {
 }
 
 void Engine::respawnPlayerSlot(int playerSlot) {
-    const StagePlayerSpawn spawn =
-        stagePlayerSpawn(stage_, playerSlot, cameraX_, config_.logicalWidth, scrollDir_);
     if (playerSlot == 0) {
         if (!playerModel_) return;
         placePlayer1();
@@ -209,10 +211,7 @@ void Engine::respawnPlayerSlot(int playerSlot) {
     }
     RuntimeCoopPlayer* player = coopPlayerOfSlot(playerSlot);
     if (!player) return;
-    player->worldX = spawn.x;
-    player->z = spawn.z;
-    player->altitude = spawn.altitude;
-    player->facing = spawn.facing;
+    placeCoopPlayer(*player);
     player->verticalVelocity = player->scriptVelocityX = player->scriptVelocityZ = 0;
     player->alive = true;
     player->health = std::max(1, player->maxHealth);

@@ -335,12 +335,7 @@ void Engine::enterNextStage(std::size_t target, int chapter) {
     playerAlive_ = alive;
     playerHealth_ = alive ? healed(health, playerMaxHealth_) : 0;
     for (RuntimeCoopPlayer& player : coopPlayers_) {
-        const StagePlayerSpawn spawn =
-            stagePlayerSpawn(stage_, player.playerSlot, cameraX_, config_.logicalWidth, scrollDir_);
-        player.worldX = spawn.x;
-        player.z = spawn.z;
-        player.altitude = spawn.altitude;
-        player.facing = spawn.facing;
+        placeCoopPlayer(player);
         player.health = player.alive ? healed(player.health, player.maxHealth) : 0;
         player.animation.setAnimation(findAnimation(player.model, "idle"));
         player.lastFrame = kNoFrame;
