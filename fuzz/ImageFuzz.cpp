@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <string>
 
+#include "ImageDecoder.hpp"
 #include "Require.hpp"
-#include "platform/ImageDecoder.hpp"
 
 using tindrel::fuzz::require;
 

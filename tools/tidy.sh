@@ -2,5 +2,5 @@
 # tools/tidy.sh <build folder>: clang-tidy over every source that the folder's build compiles.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-git ls-files 'builder/*.cpp' 'runtime/src/*.cpp' ':!*Windows*' ':!*D3D*' |
+git ls-files 'builder/*.cpp' 'runtime/*.cpp' ':!*Windows*' ':!*D3D*' |
     xargs -P "$(nproc)" -n 4 clang-tidy -p "$1" --quiet 2>/dev/null

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "../generated/GeneratedCharacters.hpp"
+#include "GeneratedCharacters.hpp"
 
 namespace port {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "../src/platform/AudioOutput.hpp"
 #include "AudioDecoder.hpp"
+#include "AudioOutput.hpp"
 #include "EffectCache.hpp"
 #include "RuntimeConfig.hpp"
 

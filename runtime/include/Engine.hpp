@@ -14,12 +14,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "../generated/GeneratedCharacters.hpp"
-#include "../generated/GeneratedStages.hpp"
-#include "../src/platform/Devices.hpp"
 #include "Actors.hpp"
 #include "AudioSystem.hpp"
+#include "Devices.hpp"
 #include "FrameCapture.hpp"
+#include "GeneratedCharacters.hpp"
+#include "GeneratedStages.hpp"
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
 #include "SceneQueue.hpp"

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "../generated/GeneratedCharacters.hpp"
-#include "../src/platform/Presentation.hpp"
+#include "GeneratedCharacters.hpp"
+#include "Presentation.hpp"
 #include "RuntimeConfig.hpp"
 #include "SpriteImage.hpp"
 

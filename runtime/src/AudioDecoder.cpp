@@ -13,10 +13,10 @@
 #include <string_view>
 #include <system_error>
 
+#include "CompressedAudio.hpp"
 #include "FileBytes.hpp"
 #include "PathEncoding.hpp"
 #include "TextFields.hpp"
-#include "platform/CompressedAudio.hpp"
 
 namespace port {
 namespace {

@@ -8,13 +8,13 @@
 #include <utility>
 #include <vector>
 
-#include "../generated/GeneratedCharacters.hpp"
-#include "../generated/GeneratedStages.hpp"
+#include "CrashHandler.hpp"
 #include "Engine.hpp"
+#include "GeneratedCharacters.hpp"
+#include "GeneratedStages.hpp"
 #include "PathEncoding.hpp"
+#include "Process.hpp"
 #include "TextFields.hpp"
-#include "platform/CrashHandler.hpp"
-#include "platform/Process.hpp"
 
 namespace port {
 namespace {

@@ -1,5 +1,5 @@
+#include "Entry.hpp"
 #include "Startup.hpp"
-#include "platform/Entry.hpp"
 
 int port::portMain(int argc, char** argv) {
     return runPort(argc, argv);

@@ -17,9 +17,7 @@ function(tindrel_game_port game source)
   set_source_files_properties(${tables} PROPERTIES COMPILE_OPTIONS "-O0;-g0")
   add_library(${game}_tables STATIC ${tables})
 
-  set(runtime ${PROJECT_SOURCE_DIR}/runtime/src)
-  add_executable(${game}_port ${runtime}/main.cpp
-    ${runtime}/platform/$<IF:$<BOOL:${WIN32}>,EntryWindows.cpp,EntryPosix.cpp>)
-  target_link_libraries(${game}_port PRIVATE port_runtime ${game}_tables tindrel_warnings)
+  port_program(${game}_port ${PROJECT_SOURCE_DIR}/runtime)
+  target_link_libraries(${game}_port PRIVATE ${game}_tables tindrel_warnings)
   set(${game}_port_folder ${folder} PARENT_SCOPE)
 endfunction()

@@ -4,8 +4,8 @@
 #include <fstream>
 
 #include "AudioDecoder.hpp"
+#include "CompressedAudio.hpp"
 #include "TempFolder.hpp"
-#include "platform/CompressedAudio.hpp"
 
 namespace port {
 namespace {

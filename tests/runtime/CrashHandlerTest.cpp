@@ -1,4 +1,4 @@
-#include "platform/CrashHandler.hpp"
+#include "CrashHandler.hpp"
 
 #include <gtest/gtest.h>
 #include <signal.h>

@@ -2,7 +2,7 @@
 
 #include "Engine.hpp"
 #include "EngineTrial.hpp"
-#include "platform/Input.hpp"
+#include "Input.hpp"
 
 namespace port {
 namespace {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "ImageDecoder.hpp"
+#include "ImageEncoder.hpp"
 #include "SpritePixels.hpp"
 #include "TempFolder.hpp"
-#include "platform/ImageDecoder.hpp"
-#include "platform/ImageEncoder.hpp"
 
 namespace port {
 namespace {

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "ImageBytes.hpp"
+#include "ImageDecoder.hpp"
 #include "SpriteLoading.hpp"
 #include "SpritePixels.hpp"
 #include "TempFolder.hpp"
-#include "platform/ImageDecoder.hpp"
 
 namespace port {
 namespace {

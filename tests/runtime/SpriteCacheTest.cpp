@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "ImageBytes.hpp"
+#include "ImageDecoder.hpp"
 #include "Renderer.hpp"
 #include "SpritePixels.hpp"
 #include "TempFolder.hpp"
-#include "platform/ImageDecoder.hpp"
 
 namespace port {
 namespace {

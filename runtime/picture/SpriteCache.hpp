@@ -10,7 +10,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "../generated/GeneratedCharacters.hpp"
+#include "GeneratedCharacters.hpp"
 #include "SpriteImage.hpp"
 
 namespace port {

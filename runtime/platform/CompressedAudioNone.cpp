@@ -1,4 +1,4 @@
-#include "platform/CompressedAudio.hpp"
+#include "CompressedAudio.hpp"
 
 namespace port {
 

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "../generated/GeneratedCharacters.hpp"
+#include "GeneratedCharacters.hpp"
 
 namespace port {
 

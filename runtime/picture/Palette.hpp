@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "../generated/GeneratedCharacters.hpp"
+#include "GeneratedCharacters.hpp"
 #include "SpriteImage.hpp"
 
 namespace port {

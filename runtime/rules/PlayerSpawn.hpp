@@ -3,7 +3,7 @@
 // Where a stage puts its players: the stage's own places, or else a row of them at the edge that
 // the stage scrolls from, moved out of walls and holes.
 
-#include "../generated/GeneratedStages.hpp"
+#include "GeneratedStages.hpp"
 
 namespace port {
 

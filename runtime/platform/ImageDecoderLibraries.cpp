@@ -9,7 +9,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/ImageDecoder.hpp"
+#include "ImageDecoder.hpp"
 
 namespace port {
 namespace {

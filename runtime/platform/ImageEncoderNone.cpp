@@ -1,4 +1,4 @@
-#include "platform/ImageEncoder.hpp"
+#include "ImageEncoder.hpp"
 
 namespace port {
 

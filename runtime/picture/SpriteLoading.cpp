@@ -4,7 +4,7 @@
 
 #include "DecodedImage.hpp"
 #include "FileBytes.hpp"
-#include "platform/ImageDecoder.hpp"
+#include "ImageDecoder.hpp"
 
 namespace port {
 namespace {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <type_traits>
 
-#include "platform/CompressedAudio.hpp"
+#include "CompressedAudio.hpp"
 
 namespace port {
 namespace {

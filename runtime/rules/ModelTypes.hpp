@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "../generated/GeneratedCharacters.hpp"
+#include "GeneratedCharacters.hpp"
 
 namespace port {
 

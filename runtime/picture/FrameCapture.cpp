@@ -3,9 +3,9 @@
 #include <string>
 #include <system_error>
 
+#include "ImageEncoder.hpp"
 #include "Log.hpp"
 #include "PathEncoding.hpp"
-#include "platform/ImageEncoder.hpp"
 
 namespace port {
 namespace {

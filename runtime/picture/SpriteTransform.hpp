@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "../generated/GeneratedCharacters.hpp"
+#include "GeneratedCharacters.hpp"
 #include "SpriteImage.hpp"
 
 namespace port {

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/ImageEncoder.hpp"
+#include "ImageEncoder.hpp"
 
 namespace port {
 namespace {

@@ -13,9 +13,9 @@
 #include <string>
 #include <unordered_map>
 
-#include "../generated/GeneratedCharacters.hpp"
-#include "../generated/GeneratedStages.hpp"
 #include "AnimationPlayer.hpp"
+#include "GeneratedCharacters.hpp"
+#include "GeneratedStages.hpp"
 #include "ScriptVM.hpp"
 #include "SpriteCache.hpp"
 

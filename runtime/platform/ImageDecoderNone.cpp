@@ -1,4 +1,4 @@
-#include "platform/ImageDecoder.hpp"
+#include "ImageDecoder.hpp"
 
 namespace port {
 

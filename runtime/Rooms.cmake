@@ -1,0 +1,181 @@
+# The rooms of the runtime, from the lowest to the highest: a library each. A room sees the headers
+# of include/ and of the rooms that it may use, so that an include that reaches higher finds
+# nothing. Units are named without ending: <room>/<unit>.hpp, and <room>/<unit>.cpp or src/<unit>.cpp.
+# This is the only list of them.
+
+# text, paths, files, settings
+set(port_core_units
+  AssetPaths FileBytes Log RuntimeConfig TextFields)
+# the tables that the builder writes
+set(port_generated_units
+  GeneratedCharacters GeneratedStages)
+# pictures as plain values
+set(port_pixels_uses core)
+set(port_pixels_units
+  DecodedImage SpriteImage)
+# the seam to the system and its devices; a unit of several systems has a source for each
+set(port_platform_uses core pixels)
+set(port_platform_units
+  AudioOutput Clock CompressedAudio CrashHandler Devices Entry ImageDecoder ImageEncoder Input
+  Presentation Process)
+# the machine that runs scripts
+set(port_script_uses core)
+set(port_script_units
+  ScriptBuiltins ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
+  ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements ScriptValue ScriptVM)
+# loading, colouring and drawing pictures
+set(port_picture_uses core generated pixels platform)
+set(port_picture_units
+  FrameCapture Palette Renderer SpriteBlit SpriteCache SpriteCompositor SpriteLoading
+  SpriteTransform)
+# decoding and playing sound
+set(port_sound_uses core platform)
+set(port_sound_units
+  AudioDecoder AudioSystem EffectCache)
+# everything that changes while a game is played
+set(port_world_uses generated picture script)
+set(port_world_units
+  Actors AnimationPlayer WorldHash)
+# pure functions over the world's values
+set(port_rules_uses core generated world)
+set(port_rules_units
+  AnimationEnergy AnimationLookup ModelTypes PlayerSpawn)
+# from the world to what is drawn
+set(port_view_uses core generated picture rules world)
+set(port_view_units
+  SceneQueue StageLayer)
+# the game as a whole
+set(port_engine_uses core generated picture platform pixels rules script sound view world)
+set(port_engine_units
+  Engine EngineAudio EngineCombat EngineEntities EngineFrames EngineFrontend EngineHash EngineInput
+  EnginePlayers EngineProjectiles EngineScene EngineScript EngineStage Startup)
+
+set(port_rooms core generated pixels platform script picture sound world rules view engine)
+
+# port_room_files(<variable> <folder of the runtime>): the headers and sources of all rooms, of every
+# system, relative to the folder.
+function(port_room_files variable folder)
+  set(files)
+  foreach(room IN LISTS port_rooms)
+    foreach(unit IN LISTS port_${room}_units)
+      file(GLOB found RELATIVE ${folder}
+        ${folder}/${room}/${unit}.hpp ${folder}/include/${unit}.hpp
+        ${folder}/${room}/${unit}.cpp ${folder}/src/${unit}.cpp)
+      if(room STREQUAL "platform")
+        file(GLOB backends RELATIVE ${folder} ${folder}/platform/${unit}[A-Z]*.cpp)
+        list(APPEND found ${backends})
+      endif()
+      if(NOT found)
+        message(FATAL_ERROR "The unit ${unit} of the room ${room} has no file.")
+      endif()
+      list(APPEND files ${found})
+    endforeach()
+  endforeach()
+  list(REMOVE_DUPLICATES files)
+  set(${variable} ${files} PARENT_SCOPE)
+endfunction()
+
+# port_add_rooms(<folder of the runtime> [<library>...]): a library port_<room> for each, linked with
+# the libraries given. The tables' sources and the entry belong to the program.
+function(port_add_rooms folder)
+  foreach(room IN LISTS port_rooms)
+    set(sources)
+    foreach(unit IN LISTS port_${room}_units)
+      foreach(source IN ITEMS ${folder}/${room}/${unit}.cpp ${folder}/src/${unit}.cpp)
+        if(EXISTS ${source} AND NOT room STREQUAL "generated")
+          list(APPEND sources ${source})
+        endif()
+      endforeach()
+    endforeach()
+    set(uses)
+    foreach(used IN LISTS port_${room}_uses)
+      list(APPEND uses port_${used})
+    endforeach()
+    if(sources OR room STREQUAL "platform")
+      set(scope PUBLIC)
+      add_library(port_${room} STATIC ${sources})
+      target_link_libraries(port_${room} PRIVATE ${ARGN})
+      # Worlds agree across processors only without fused multiplications.
+      if(MSVC)
+        target_compile_options(port_${room} PRIVATE /utf-8 /fp:precise)
+      else()
+        target_compile_options(port_${room} PRIVATE -ffp-contract=off)
+      endif()
+    else()
+      set(scope INTERFACE)
+      add_library(port_${room} INTERFACE)
+    endif()
+    target_include_directories(port_${room} ${scope} ${folder}/include ${folder}/${room})
+    target_link_libraries(port_${room} ${scope} ${uses})
+  endforeach()
+  port_platform_sources(port_platform ${folder}/platform)
+endfunction()
+
+# What a port takes from the system and from libraries where they are found. Without them it still
+# builds: pictures are then white, and compressed music is silent.
+
+function(port_backend target folder unit backend)
+  target_sources(${target} PRIVATE ${folder}/${unit}${backend}.cpp)
+  message(STATUS "${unit}: ${backend}")
+endfunction()
+
+function(port_image_backends target folder)
+  set(decoder None)
+  set(encoder None)
+  if(NOT WIN32)
+    find_package(GIF 5 QUIET)
+    find_package(PNG 1.6 QUIET)
+    if(GIF_FOUND AND PNG_FOUND)
+      set(decoder Libraries)
+      target_include_directories(${target} SYSTEM PRIVATE ${GIF_INCLUDE_DIRS})
+      target_link_libraries(${target} PRIVATE ${GIF_LIBRARIES})
+    endif()
+    if(PNG_FOUND)
+      set(encoder Png)
+      target_link_libraries(${target} PRIVATE PNG::PNG)
+    endif()
+  endif()
+  port_backend(${target} ${folder} ImageDecoder ${decoder})
+  port_backend(${target} ${folder} ImageEncoder ${encoder})
+endfunction()
+
+function(port_sound_backends target folder)
+  set(decoder None)
+  if(NOT WIN32)
+    find_path(SNDFILE_INCLUDE_DIR sndfile.h)
+    find_library(SNDFILE_LIBRARY sndfile)
+    mark_as_advanced(SNDFILE_INCLUDE_DIR SNDFILE_LIBRARY)
+    if(SNDFILE_INCLUDE_DIR AND SNDFILE_LIBRARY)
+      set(decoder Sndfile)
+      target_include_directories(${target} SYSTEM PRIVATE ${SNDFILE_INCLUDE_DIR})
+      target_link_libraries(${target} PRIVATE ${SNDFILE_LIBRARY})
+    endif()
+  endif()
+  port_backend(${target} ${folder} CompressedAudio ${decoder})
+  port_backend(${target} ${folder} AudioOutput None)
+endfunction()
+
+function(port_platform_sources target folder)
+  if(WIN32)
+    set(system Windows)
+  else()
+    set(system Posix)
+  endif()
+  foreach(unit IN ITEMS Clock CrashHandler Process)
+    port_backend(${target} ${folder} ${unit} ${system})
+  endforeach()
+  port_backend(${target} ${folder} Input None)
+  port_backend(${target} ${folder} Presentation None)
+  port_image_backends(${target} ${folder})
+  port_sound_backends(${target} ${folder})
+endfunction()
+
+# port_program(<target> <folder of the runtime>): its entry; the caller brings the tables.
+function(port_program target folder)
+  add_executable(${target} WIN32 ${folder}/src/main.cpp
+    ${folder}/platform/Entry$<IF:$<BOOL:${WIN32}>,Windows,Posix>.cpp)
+  target_link_libraries(${target} PRIVATE port_engine)
+  if(MINGW)
+    target_link_options(${target} PRIVATE -static -static-libgcc -static-libstdc++ -municode)
+  endif()
+endfunction()
