@@ -180,13 +180,15 @@ void Exec::run() {
                 r.top = callHost(r.site(i), r.top);
                 break;
             case Op::Return:
-                if (!leave(std::move(*--r.top))) return;
+                if (!leave(*--r.top)) return;
                 r = registers();
                 break;
-            case Op::ReturnEmpty:
-                if (!leave({})) return;
+            case Op::ReturnEmpty: {
+                ScriptValue none;
+                if (!leave(none)) return;
                 r = registers();
                 break;
+            }
             case Op::EscapeBreak:
             case Op::EscapeContinue:
                 escape(i.op == Op::EscapeBreak, r.top);
@@ -242,10 +244,11 @@ void Exec::enter(Function& function, std::size_t count, std::size_t top) {
     for (std::size_t i = frame.stack; i < top; ++i) release(stack_[i]);
 }
 
-// False once the outermost function has returned.
-bool Exec::leave(ScriptValue&& value) {
+// False once the outermost function has returned. A value that was alone on the stack of its
+// function already stands where the caller expects it.
+bool Exec::leave(ScriptValue& value) {
     const std::size_t place = frames_.back().stack;
-    take(stack_[place], value);
+    if (&value != &stack_[place]) take(stack_[place], value);
     popFrame();
     if (frames_.empty()) {
         release(stack_[place]);

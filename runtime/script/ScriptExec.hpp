@@ -80,7 +80,7 @@ class Exec {
     void run();
     Registers registers();
     void enter(Function& function, std::size_t count, std::size_t top);
-    bool leave(ScriptValue&& value);
+    bool leave(ScriptValue& value);
     void popFrame();
     void reset();
     void escape(bool breaks, const ScriptValue* top);

@@ -2,6 +2,7 @@
 
 // What operators make of values, and assignments for the stacks of the machine.
 
+#include <cassert>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -30,7 +31,9 @@ inline void putTruth(ScriptValue& to, bool value) {
     }
 }
 
+// `from` is another value than `to`: a text that is moved onto itself is lost.
 inline void take(ScriptValue& to, ScriptValue& from) {
+    assert(&to != &from);
     if (const auto* number = std::get_if<double>(&from)) {
         put(to, *number);
     } else {

@@ -105,6 +105,20 @@ TEST(ScriptFunctions, AreFoundByTheirDefinition) {
     expectScripts(rows);
 }
 
+TEST(ScriptFunctions, ReturnEveryKindOfValue) {
+    const ScriptCase rows[] = {
+        {"int f(x) { return x; } void g() { return; } void main() { a = f(array(3)); "
+         "say(f(1.5), f(\"a text that is longer than a short one\"), f(1 == 1), f(null()), a, "
+         "f()); x = f(\"abc\"); y = g(); say(x, y, size(a)); }",
+         "1.5 'a text that is longer than a short one' true @0 [array] nil 'abc' nil 3"},
+        {"string f() { string s = \"a\"; s = s + \"b\"; return s; } "
+         "string g(a, b) { switch (a) { case 1: return b + f(); } return f() + b; }"
+         "void main() { say(\"x\" + g(1, 2) + g(2, f())); if (f()) say(f() == \"ab\"); }",
+         "'x2ababab' true"},
+    };
+    expectScripts(rows);
+}
+
 TEST(ScriptFunctions, RecurseTo64) {
     Trial trial;
     const char* text =
