@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -37,8 +38,9 @@ struct ScriptArray {
 // One actor's variables; its owner keeps it from run to run.
 struct ScriptContext {
     std::unordered_map<std::string, ScriptValue> local;
-    void* entity = nullptr;
-    void* other = nullptr;
+    // Whom the script is for and whom it met: 0 nobody, 1 player 1, 2 to 4 the co-op players, above
+    // that the serial number of an entity.
+    std::uintptr_t entity = 0, other = 0;
     bool player = false;
     int playerIndex = 0;
 };

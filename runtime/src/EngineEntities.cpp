@@ -98,7 +98,7 @@ void Engine::updateEntity(RuntimeEntity& entity) {
     settleAnimationEnergy(entity.energyPending, entity.animation, entity.health, entity.mp);
     entity.invincibleTicks = std::max(0, entity.invincibleTicks - 1);
     if (!entity.visible || !entity.model) return;
-    entity.scriptCtx.entity = &entity;
+    entity.scriptCtx.entity = handleOf(entity);
     entity.scriptCtx.local["self"] = handleOf(entity);
     runModelScript(entity.model->thinkScript, entity.scriptCtx, "entity-think");
     runModelScript(entity.model->updateScript, entity.scriptCtx, "entity-update");
@@ -193,7 +193,7 @@ void Engine::flushChildSpawns() {
     for (const PendingChildSpawn& child : children) {
         if (!child.model || !stageHasRoom()) continue;
         RuntimeEntity& entity = entities_.emplace_back(entityOf(child));
-        entity.scriptCtx.entity = &entity;
+        entity.scriptCtx.entity = handleOf(entity);
         entity.scriptCtx.local["self"] = handleOf(entity);
         entity.scriptCtx.local["parent"] = child.parent;
         entity.scriptCtx.local["spawn_type"] = static_cast<double>(spawnTypeOf(child));
