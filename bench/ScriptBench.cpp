@@ -42,6 +42,7 @@ void runScript(benchmark::State& state, const char* text) {
     vm.setHost(&host);
     ScriptContext context;
     for (auto _ : state) {
+        vm.setSteps(ScriptVM::kStepLimit);
         const port::ScriptRunResult result = vm.runFile("hook.c", context);
         if (!result.ok || !result.unsupported.empty()) state.SkipWithError(result.error.c_str());
     }

@@ -32,6 +32,7 @@ struct Host : port::ScriptHost {
 port::ScriptRunResult runOnce(port::ScriptVM& vm, const std::string& text) {
     port::ScriptContext context;
     vm.globals().clear();
+    vm.setSteps(100'000);
     port::ScriptRunResult result;
     try {
         result = vm.runAnimationCommand("", text, context);
@@ -53,7 +54,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     port::ScriptVM vm;
     vm.setRoot("/nonexistent");
     vm.setHost(&host);
-    vm.setStepLimit(100'000);
     const port::ScriptRunResult first = runOnce(vm, text);
     const port::ScriptRunResult second = runOnce(vm, text);
     require(first.error == second.error, "a run does not depend on those before");

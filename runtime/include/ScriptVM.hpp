@@ -95,11 +95,14 @@ class ScriptVM {
     ScriptRunResult runAnimationCommand(std::string_view helperPath, std::string_view command,
                                         ScriptContext& context);
 
-    // Steps (about an instruction each) that a run may take with all runs inside it, before it
-    // ends with "script step limit exceeded".
-    void setStepLimit(std::int64_t steps) { stepLimit_ = steps; }
-    // Steps that all runs have taken so far.
-    [[nodiscard]] std::int64_t stepsTaken() const { return stepsTaken_; }
+    // Steps (about an instruction each) that all runs from here on may take together, also those
+    // inside each other. Once there are none left a run ends with "script step limit exceeded".
+    void setSteps(std::int64_t steps) { steps_ = steps; }
+    // Below 0 by what the last run wanted and did not get.
+    [[nodiscard]] std::int64_t stepsLeft() const { return steps_; }
+
+    // The numbers that scripts draw: the same for every machine, so that a game replays the same.
+    [[nodiscard]] const std::mt19937& random() const { return random_; }
 
     // Half a second to a second of work: single loops stop by themselves after 100000 rounds, but
     // loops inside each other multiply. The longest hooks of games stay far below a thousandth.
@@ -114,8 +117,8 @@ class ScriptVM {
     std::filesystem::path root_;
     ScriptHost* host_ = nullptr;
     std::unordered_map<std::string, ScriptValue> globals_;
-    std::int64_t stepLimit_ = kStepLimit;
-    std::int64_t stepsTaken_ = 0;
+    std::int64_t steps_ = kStepLimit;
+    std::mt19937 random_{0x0B0B0B};
     std::unique_ptr<Machine> machine_;
 };
 

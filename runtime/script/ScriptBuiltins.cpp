@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <random>
 #include <stdexcept>
 #include <utility>
 
@@ -118,10 +117,8 @@ bool isEmpty(BuiltinCall& call) {
     return true;
 }
 
-// One generator for the whole process, with a fixed seed, so that a game replays the same.
 bool rand(BuiltinCall& call) {
-    static std::mt19937 generator(0x0B0B0B);
-    call.result = static_cast<double>(static_cast<std::int32_t>(generator()));
+    call.result = static_cast<double>(static_cast<std::int32_t>(call.random()));
     return true;
 }
 

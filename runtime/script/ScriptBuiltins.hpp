@@ -3,6 +3,7 @@
 // The functions of the language itself.
 
 #include <cstddef>
+#include <random>
 #include <span>
 #include <string>
 #include <string_view>
@@ -18,6 +19,7 @@ struct BuiltinCall {
     Exec& exec;
     ScriptContext& context;
     std::unordered_map<std::string, ScriptValue>& globals;
+    std::mt19937& random;
     std::span<ScriptValue> args;
     ScriptValue& result;  // empty before the call
 };

@@ -177,7 +177,8 @@ void Exec::run() {
                 r = registers();
                 break;
             case Op::CallHost:
-                r.top = callHost(r.site(i), r.top);
+                r.top = callHost(r.site(i), r.ip, r.top);
+                if (r.top == nullptr) r = registers();
                 break;
             case Op::Return:
                 if (!leave(*--r.top)) return;
@@ -191,7 +192,7 @@ void Exec::run() {
             }
             case Op::EscapeBreak:
             case Op::EscapeContinue:
-                escape(i.op == Op::EscapeBreak, r.top);
+                escape(i.op == Op::EscapeBreak, r.ip, r.top);
                 r = registers();
                 break;
             case Op::Throw:
@@ -274,11 +275,12 @@ void Exec::reset() {
     hostArgs_.clear();
 }
 
-// A break or continue outside any loop of its function goes on in the nearest loop, or for a break
-// switch, whose body called the function, directly or not.
-void Exec::escape(bool breaks, const ScriptValue* top) {
+// A break or continue that no loop of its function holds goes on in the nearest loop, or for a
+// break switch, whose body made the call that it came from, directly or not.
+void Exec::escape(bool breaks, const Instr* next, const ScriptValue* top) {
     const auto end = static_cast<std::size_t>(top - stack_.data());
-    for (popFrame(); !frames_.empty(); popFrame()) {
+    frames_.back().next = next;
+    for (; !frames_.empty(); popFrame()) {
         Frame& frame = frames_.back();
         const auto from = static_cast<std::int32_t>(frame.next - frame.function->code.data()) - 1;
         for (const CatchRange& range : frame.function->ranges) {
@@ -305,13 +307,14 @@ void Exec::callUser(const CallSite& site, const Instr* next, const ScriptValue* 
     enter(*site.user, site.count, static_cast<std::size_t>(top - stack_.data()));
 }
 
-// The new end of the values; null if it entered a function of the script instead.
+// The new end of the values; null if the run goes on elsewhere: in a function of the script, or
+// behind a loop.
 ScriptValue* Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptValue* top) {
     ScriptValue result;
     ScriptValue* const args = top - site.count;
-    BuiltinCall call{*this, *context_, globals_, {args, site.count}, result};
+    BuiltinCall call{*this, *context_, globals_, random_, {args, site.count}, result};
     if (!site.builtin->run(call)) {
-        if (site.user == nullptr) return callHost(site, top);
+        if (site.user == nullptr) return callHost(site, next, top);
         callUser(site, next, top);
         return nullptr;
     }
@@ -320,13 +323,27 @@ ScriptValue* Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptVa
     return args + 1;
 }
 
-ScriptValue* Exec::callHost(const CallSite& site, ScriptValue* top) {
+// A host may run further scripts. A break or continue that leaves such a run passes through the
+// host and concerns the loops around the call.
+ScriptValue* Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* top) {
     ScriptValue* const args = top - site.count;
     hostArgs_.assign(std::make_move_iterator(args), std::make_move_iterator(top));
     if (host_ != nullptr) {
-        ScriptValue result =
-            host_->callScriptFunction(site.name, hostArgs_, *context_, *unsupported_);
-        take(*args, result);
+        const auto leaveBy = [&](bool breaks) {
+            hostArgs_.clear();
+            forgetVariables();
+            escape(breaks, next, top);
+            return nullptr;
+        };
+        try {
+            ScriptValue result =
+                host_->callScriptFunction(site.name, hostArgs_, *context_, *unsupported_);
+            take(*args, result);
+        } catch (const BreakSignal&) {
+            return leaveBy(true);
+        } catch (const ContinueSignal&) {
+            return leaveBy(false);
+        }
         forgetVariables();
     } else {
         auto& names = *unsupported_;

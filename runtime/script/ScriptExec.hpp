@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <random>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -23,8 +24,8 @@ inline constexpr std::size_t kEntrySteps = 16;
 class Exec {
   public:
     Exec(const Names& names, std::unordered_map<std::string, ScriptValue>& globals,
-         std::int64_t& steps)
-        : names_(names), globals_(globals), steps_(steps) {}
+         std::int64_t& steps, std::mt19937& random)
+        : names_(names), globals_(globals), steps_(steps), random_(random) {}
 
     // The world of the calls that follow.
     void begin(ScriptHost* host, ScriptContext& context, std::vector<std::string>& unsupported);
@@ -83,12 +84,12 @@ class Exec {
     bool leave(ScriptValue& value);
     void popFrame();
     void reset();
-    void escape(bool breaks, const ScriptValue* top);
+    void escape(bool breaks, const Instr* next, const ScriptValue* top);
     [[noreturn]] static void outOfSteps();
 
     void callUser(const CallSite& site, const Instr* next, const ScriptValue* top);
     ScriptValue* callBuiltin(const CallSite& site, const Instr* next, ScriptValue* top);
-    ScriptValue* callHost(const CallSite& site, ScriptValue* top);
+    ScriptValue* callHost(const CallSite& site, const Instr* next, ScriptValue* top);
 
     ScriptValue* find(std::int32_t name);
     void load(std::int32_t name, ScriptValue& to);
@@ -104,6 +105,7 @@ class Exec {
     const Names& names_;
     std::unordered_map<std::string, ScriptValue>& globals_;
     std::int64_t& steps_;
+    std::mt19937& random_;
     ScriptHost* host_ = nullptr;
     ScriptContext* context_ = nullptr;
     std::vector<std::string>* unsupported_ = nullptr;

@@ -32,10 +32,9 @@ void Engine::clearScriptDrawing() {}
 
 template <class Run>
 ScriptRunResult Engine::runWithinBudget(Run run) {
-    const std::int64_t before = scriptVm_.stepsTaken();
-    scriptVm_.setStepLimit(scriptSteps_);
+    scriptVm_.setSteps(scriptSteps_);
     ScriptRunResult result = run();
-    scriptSteps_ -= scriptVm_.stepsTaken() - before;
+    scriptSteps_ = scriptVm_.stepsLeft();
     return result;
 }
 

@@ -1,6 +1,5 @@
 #include "ScriptVM.hpp"
 
-#include <algorithm>
 #include <exception>
 #include <stdexcept>
 #include <type_traits>
@@ -27,7 +26,6 @@ struct ScriptVM::Machine {
     script::ScriptLibrary library;
     std::vector<std::unique_ptr<script::Exec>> execs;  // one for each run that is under way
     std::size_t runs = 0;
-    std::int64_t steps = 0;
 };
 
 ScriptVM::ScriptVM() : machine_(std::make_unique<Machine>(root_)) {}
@@ -49,10 +47,9 @@ void ScriptVM::run(ScriptRunResult& result, ScriptContext& context, Work work) {
     const Depth depth(machine.runs);
     try {
         if (machine.runs > kMaxRuns) throw std::runtime_error("script recursion limit exceeded");
-        if (machine.runs == 1) machine.steps = stepLimit_;
         if (machine.execs.size() < machine.runs) {
             machine.execs.push_back(
-                std::make_unique<script::Exec>(machine.library.names(), globals_, machine.steps));
+                std::make_unique<script::Exec>(machine.library.names(), globals_, steps_, random_));
         }
         script::Exec& exec = *machine.execs[machine.runs - 1];
         exec.begin(host_, context, result.unsupported);
@@ -61,7 +58,6 @@ void ScriptVM::run(ScriptRunResult& result, ScriptContext& context, Work work) {
         result.ok = false;
         result.error = error.what();
     }
-    if (machine.runs == 1) stepsTaken_ += stepLimit_ - std::max<std::int64_t>(0, machine.steps);
 }
 
 ScriptRunResult ScriptVM::runFile(std::string_view path, ScriptContext& context,

@@ -47,16 +47,18 @@ TEST(ScriptLoops, StopSilentlyAtTheLimitOfRounds) {
 
 TEST(ScriptLoops, EndARunThatMultipliesThem) {
     Trial trial;
-    trial.vm.setStepLimit(1'000'000);
-    EXPECT_EQ(trial.body("say(1); for (;;) for (;;) for (;;) x++;").error,
-              "script step limit exceeded");
-    EXPECT_EQ(trial.body("text = \"x\"; for (;;) text = text + text;").error,
-              "script text too long");
-    EXPECT_EQ(trial.body("for (;;) array(50000);").error, "script step limit exceeded");
-    EXPECT_EQ(trial.body("set(array(), 99999999, 1);").error, "script array too large");
-    EXPECT_EQ(trial.body("int i; for (;;) { i++; setlocalvar(i, i); }").error,
-              "script step limit exceeded");
-    EXPECT_TRUE(trial.body("for (;;) x++;").ok);  // each run begins anew
+    const auto ends = [&](const char* body) {
+        trial.vm.setSteps(1'000'000);
+        return trial.body(body).error;
+    };
+    const char* const kOut = "script step limit exceeded";
+    EXPECT_EQ(ends("say(1); for (;;) for (;;) for (;;) x++;"), kOut);
+    EXPECT_EQ(trial.body("say(2);").error, kOut);  // nothing is left for the next
+    EXPECT_EQ(ends("text = \"x\"; for (;;) text = text + text;"), "script text too long");
+    EXPECT_EQ(ends("for (;;) array(50000);"), kOut);
+    EXPECT_EQ(ends("set(array(), 99999999, 1);"), "script array too large");
+    EXPECT_EQ(ends("int i; for (;;) { i++; setlocalvar(i, i); }"), kOut);
+    EXPECT_EQ(ends("for (;;) x++;"), "");
     EXPECT_EQ(trial.host.said, "1");
 }
 
@@ -294,6 +296,44 @@ TEST(ScriptRuns, HostsMayRunScriptsAndForgetVariables) {
     EXPECT_TRUE(trial.vm.runFile("again.c", trial.context).ok);
     EXPECT_EQ(host.error, "script recursion limit exceeded");
     EXPECT_EQ(num(trial.context.local["depth"]), 64.0);
+}
+
+// As if the runs that a host makes for a call stood in the place of the call.
+TEST(ScriptRuns, AStrayBreakOfAnInnerRunConcernsTheLoopsAroundTheCall) {
+    Trial trial;
+    Busy host;
+    host.vm = &trial.vm;
+    trial.vm.setHost(&host);
+    trial.folder.write("break.c", "void main() { mixed t = \"held\"; break; }");
+    trial.folder.write("continue.c", "void main() { f(1); } void f(x) { forget(); continue; }");
+    trial.folder.write("outer.c", "void main() { run(\"break.c\"); say(8); }");
+    const ScriptCase rows[] = {
+        {"int i; for (i = 0; i < 3; i++) { say(i); say(7 + run(\"break.c\"), 6); } say(9);", "0 9"},
+        {"int i; for (i = 0; i < 2; i++) { say(i); kept = 5; run(\"continue.c\"); say(7); } "
+         "say(kept);",
+         "0 1 0"},
+        {"int i = 0; while (i < 2) { i++; switch (1) { case 1: run(\"break.c\"); say(7); } say(i); "
+         "switch (1) { case 1: run(\"continue.c\"); say(7); } say(6); }",
+         "1 2"},
+        {"void f(x) { say(x + run(\"outer.c\")); say(7); } void main() { mixed t = \"kept\"; "
+         "do { f(\"x\"); } while (1); say(t); }",
+         "'kept'"},
+    };
+    for (const ScriptCase& row : rows) {
+        SCOPED_TRACE(row.text);
+        const bool whole = std::string_view(row.text).find("main(") != std::string_view::npos;
+        host.said.clear();
+        EXPECT_EQ((whole ? trial.script(row.text) : trial.body(row.text)).error, "");
+        EXPECT_EQ(host.said, row.said);
+    }
+    // Far more often than runs may be inside each other, and each at its cost.
+    const std::int64_t before = trial.vm.stepsLeft();
+    host.said.clear();
+    EXPECT_TRUE(trial.body("int i; for (i = 0; i < 1000; i++) run(\"continue.c\"); say(i);").ok);
+    EXPECT_EQ(host.said, "1000");
+    EXPECT_GT(before - trial.vm.stepsLeft(), 10'000);
+    EXPECT_THROW(trial.body("run(\"outer.c\");"), BreakSignal);
+    EXPECT_THROW(trial.body("switch (1) { case 1: run(\"continue.c\"); }"), ContinueSignal);
 }
 
 }  // namespace
