@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "ScriptLimits.hpp"
 #include "ScriptVM.hpp"
 #ifdef TINDREL_BENCH_LUA
 #include <lua.hpp>
@@ -42,7 +43,7 @@ void runScript(benchmark::State& state, const char* text) {
     vm.setHost(&host);
     ScriptContext context;
     for (auto _ : state) {
-        vm.setSteps(ScriptVM::kStepLimit);
+        vm.setSteps(port::script::kLoadingSteps);
         const port::ScriptRunResult result = vm.runFile("hook.c", context);
         if (!result.ok || !result.unsupported.empty()) state.SkipWithError(result.error.c_str());
     }

@@ -5,6 +5,7 @@
 
 #include "Require.hpp"
 #include "ScriptCode.hpp"
+#include "ScriptLimits.hpp"
 #include "ScriptPreprocessor.hpp"
 
 using tindrel::fuzz::require;

@@ -22,7 +22,8 @@ set(port_platform_units
 set(port_script_uses core)
 set(port_script_units
   ScriptBuiltins ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
-  ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements ScriptValue ScriptVM)
+  ScriptLimits ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
+  ScriptValue ScriptVM Scripts)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units

@@ -23,6 +23,7 @@
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
 #include "SceneQueue.hpp"
+#include "ScriptLimits.hpp"
 #include "ScriptVM.hpp"
 #include "SpriteCache.hpp"
 #include "StageLayer.hpp"
@@ -317,11 +318,9 @@ class Engine final : public ScriptHost {
     ScriptContext playerScriptCtx_;
     ScriptContext stageScriptCtx_;
     bool hasUpdateScript_ = false, hasUpdatedScript_ = false;
-    // About a tenth of a second: with all its scripts at their worst a game is slow, but answers.
-    static constexpr std::int64_t kTickScriptSteps = 20'000'000;
-    std::int64_t tickScriptSteps_ = kTickScriptSteps;
+    std::int64_t tickScriptSteps_ = script::kPassSteps;
     bool stageFullReported_ = false;
-    std::int64_t scriptSteps_ = ScriptVM::kStepLimit;  // left for the scripts of this tick or load
+    std::int64_t scriptSteps_ = script::kLoadingSteps;  // left for the scripts of this tick or load
     std::array<std::unordered_map<std::string, ScriptValue>, 4> playerScriptVars_;
     std::unordered_map<ActorHandle, float> scriptAntigravity_;
     std::unordered_map<ActorHandle, EntityBinding> entityBindings_;

@@ -104,10 +104,6 @@ class ScriptVM {
     // The numbers that scripts draw: the same for every machine, so that a game replays the same.
     [[nodiscard]] const std::mt19937& random() const { return random_; }
 
-    // Half a second to a second of work: single loops stop by themselves after 100000 rounds, but
-    // loops inside each other multiply. The longest hooks of games stay far below a thousandth.
-    static constexpr std::int64_t kStepLimit = 100'000'000;
-
   private:
     struct Machine;
 
@@ -117,7 +113,7 @@ class ScriptVM {
     std::filesystem::path root_;
     ScriptHost* host_ = nullptr;
     std::unordered_map<std::string, ScriptValue> globals_;
-    std::int64_t steps_ = kStepLimit;
+    std::int64_t steps_;
     std::mt19937 random_{0x0B0B0B};
     std::unique_ptr<Machine> machine_;
 };

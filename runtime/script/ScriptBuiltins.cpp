@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ScriptExec.hpp"
+#include "ScriptLimits.hpp"
 #include "ScriptPreprocessor.hpp"
 #include "ScriptValue.hpp"
 
@@ -13,9 +14,6 @@ namespace port::script {
 namespace {
 
 using Variables = std::unordered_map<std::string, ScriptValue>;
-
-// Elements that are moved for one step when one is put in or taken out between them.
-constexpr std::size_t kMovedPerStep = 8;
 
 // Null unless the first argument is an array.
 ScriptArray* arrayOf(const BuiltinCall& call) {

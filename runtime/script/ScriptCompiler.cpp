@@ -3,17 +3,9 @@
 #include <algorithm>
 #include <string>
 
+#include "ScriptLimits.hpp"
+
 namespace port::script {
-namespace {
-
-// Brackets, blocks, statements and prefix operators inside each other: bounds the depth of calls
-// here. Real scripts stay below 30.
-constexpr int kMaxNesting = 200;
-// A hostile switch can be compiled anew from each of its labels; real functions stay below 10,000.
-constexpr std::size_t kMaxCode = std::size_t{1} << 20U;
-constexpr std::size_t kMaxVariables = 4096;
-
-}  // namespace
 
 void compile(Function& function) {
     Compiler(function).run();

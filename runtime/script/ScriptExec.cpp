@@ -6,18 +6,13 @@
 #include <utility>
 
 #include "ScriptBuiltins.hpp"
+#include "ScriptLimits.hpp"
 #include "ScriptOperators.hpp"
 #include "ScriptValue.hpp"
 
 namespace port::script {
 namespace {
 
-// Functions inside each other; the next call ends the run.
-constexpr std::size_t kMaxCalls = 64;
-// A loop that has run so often just stops: a runaway script loses time, and never the game.
-constexpr std::int32_t kMaxRounds = 100000;
-// Bytes of a copied or joined text that cost one step.
-constexpr std::size_t kTextPerStep = 8;
 // The counter of a switch that no label has matched.
 constexpr std::int32_t kNoMatch = -1;
 

@@ -15,12 +15,6 @@
 
 namespace port::script {
 
-// Longest text and largest array that a script can make; real ones stay below 1 KiB and 1,000.
-inline constexpr std::size_t kMaxText = std::size_t{1} << 20U;
-inline constexpr std::size_t kMaxArray = std::size_t{1} << 20U;
-// Steps that one element, named entry or variable costs, so that memory is bounded by the steps.
-inline constexpr std::size_t kEntrySteps = 16;
-
 class Exec {
   public:
     Exec(const Names& names, std::unordered_map<std::string, ScriptValue>& globals,

@@ -2,13 +2,12 @@
 
 #include "ScriptBuiltins.hpp"
 #include "ScriptCompiler.hpp"
+#include "ScriptLimits.hpp"
 #include "ScriptOperators.hpp"
 #include "ScriptValue.hpp"
 
 namespace port::script {
 namespace {
-
-constexpr std::size_t kMaxArguments = 255;
 
 // 1 for the loosest binding; 0 for what is no binary operator.
 constexpr int level(Word word) {

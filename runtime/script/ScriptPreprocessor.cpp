@@ -9,19 +9,12 @@
 
 #include "PathEncoding.hpp"
 #include "ScriptLexer.hpp"
+#include "ScriptLimits.hpp"
 
 namespace port::script {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr int kMaxPasses = 16;
-// What macros may add to one line.
-constexpr std::size_t kMaxLineGrowth = std::size_t{1} << 22U;
-// What a complaint weighs against kMaxConsumedText, so that a storm of them ends as well.
-constexpr std::size_t kReportWeight = 64;
-// A longer include is expanded again each time; so many fit below kMaxExpandedText.
-constexpr std::size_t kMaxRemembered = std::size_t{1} << 20U;
 
 // The letters, digits and '_' that `text` begins with.
 std::string_view leadingName(std::string_view text) {

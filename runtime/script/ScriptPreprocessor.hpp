@@ -65,13 +65,6 @@ struct PreprocessorState {
     bool full = false;                     // a limit was reached: nothing more is added
 };
 
-// Bytes of expanded text of one run, and of source read for it: a script that includes or expands
-// itself without end stops here with "preprocessor-size". Real ones stay below 2 MiB.
-inline constexpr std::size_t kMaxExpandedText = std::size_t{64} << 20U;
-inline constexpr std::size_t kMaxConsumedText = 4 * kMaxExpandedText;
-// Files open at once; beyond it a file's text stands unexpanded with "preprocessor-depth".
-inline constexpr int kMaxIncludeDepth = 24;
-
 // The expanded text of `source`, which stands in `file`. Refuses nothing: complaints go to
 // `state.unsupported`. Texts that follow each other may share one state.
 [[nodiscard]] std::string preprocessScript(ScriptSources& sources,

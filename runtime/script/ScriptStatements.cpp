@@ -4,13 +4,10 @@
 #include <utility>
 
 #include "ScriptCompiler.hpp"
+#include "ScriptLimits.hpp"
 
 namespace port::script {
 namespace {
-
-// Tokens that the searches for labels of a function may pass: a hostile switch can be compiled
-// anew from each of its labels.
-constexpr std::size_t kMaxScanned = 50'000'000;
 
 constexpr bool isAssignment(Word word) {
     return word >= Word::Assign && word <= Word::ShiftRightAssign;

@@ -44,7 +44,7 @@ bool takeRespawnResource(int& lives, int& credits, int base) {
 // A game from `stageIndex_`, `playerModel_`, `joinedPlayers_` and `selectIndexes_`.
 void Engine::beginGame() {
     if (!playerModel_) return;
-    scriptSteps_ = ScriptVM::kStepLimit;
+    scriptSteps_ = script::kLoadingSteps;
     smokeTrace("game: load stage");
     if (!loadStage(stageIndex_, false)) return;
     const int lives = livesRemaining_ = baseLives(stage_);

@@ -10,10 +10,6 @@
 namespace port {
 namespace {
 
-// What one run may write of calls that nothing answers: a script that makes some in every tick
-// must not fill a player's disk.
-constexpr std::size_t kScriptLogBytes = std::size_t{8} << 20U;
-
 std::string singleLine(std::string text) {
     std::ranges::replace(text, '\n', ' ');
     return text;
@@ -76,7 +72,7 @@ void Engine::runAnimationCommand(const ActorView& actor, const generated::Frame&
 }
 
 void Engine::logScriptLine(const std::string& line) {
-    if (scriptLogBytes_ + line.size() > kScriptLogBytes) return;
+    if (scriptLogBytes_ + line.size() > script::kMaxLogBytes) return;
     if (!scriptLog_.is_open()) {
         std::error_code unwritable;  // then nothing is logged, and the game goes on
         std::filesystem::create_directories(root_ / "logs", unwritable);

@@ -323,7 +323,7 @@ void Engine::enterNextStage(std::size_t target, int chapter) {
     const int health = playerHealth_;
     frontendState_ = FrontendState::Loading;
     drawLoadingScreen();
-    scriptSteps_ = ScriptVM::kStepLimit;
+    scriptSteps_ = script::kLoadingSteps;
     devices_.clock.sleep(kLoadingMilliseconds);
     loadStage(target, true);
     const bool sameChapter = stage_->chapter == chapter;

@@ -6,19 +6,13 @@
 
 #include "ScriptExec.hpp"
 #include "ScriptLibrary.hpp"
+#include "ScriptLimits.hpp"
 
 namespace port {
 
 // Scripts tell the kinds of a value apart by the order of the alternatives.
 static_assert(std::is_same_v<std::variant_alternative_t<1, ScriptValue>, double>);
 static_assert(std::is_same_v<std::variant_alternative_t<4, ScriptValue>, std::uintptr_t>);
-
-namespace {
-
-// Runs inside each other, by a host that runs a script while it serves one.
-constexpr std::size_t kMaxRuns = 64;
-
-}  // namespace
 
 struct ScriptVM::Machine {
     explicit Machine(const std::filesystem::path& root) : library(root) {}
@@ -28,7 +22,7 @@ struct ScriptVM::Machine {
     std::size_t runs = 0;
 };
 
-ScriptVM::ScriptVM() : machine_(std::make_unique<Machine>(root_)) {}
+ScriptVM::ScriptVM() : steps_(script::kLoadingSteps), machine_(std::make_unique<Machine>(root_)) {}
 ScriptVM::~ScriptVM() = default;
 
 void ScriptVM::setRoot(const std::filesystem::path& root) {
@@ -46,7 +40,8 @@ void ScriptVM::run(ScriptRunResult& result, ScriptContext& context, Work work) {
     Machine& machine = *machine_;
     const Depth depth(machine.runs);
     try {
-        if (machine.runs > kMaxRuns) throw std::runtime_error("script recursion limit exceeded");
+        if (machine.runs > script::kMaxRuns)
+            throw std::runtime_error("script recursion limit exceeded");
         if (machine.execs.size() < machine.runs) {
             machine.execs.push_back(
                 std::make_unique<script::Exec>(machine.library.names(), globals_, steps_, random_));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "PathEncoding.hpp"
+#include "ScriptLimits.hpp"
 #include "TempFolder.hpp"
 
 namespace port::script {

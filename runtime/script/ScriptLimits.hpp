@@ -1,0 +1,76 @@
+#pragma once
+
+// What scripts may take of the machine that they run on. Scripts come from anywhere: each limit
+// stands far above what real games need, and is reached in bounded time and memory.
+
+#include <cstddef>
+#include <cstdint>
+
+namespace port::script {
+
+// --- Steps: about an instruction each, 5 ns.
+
+// All scripts of one pass of the loop, about a tenth of a second: with all its scripts at their
+// worst a game is slow, but answers. The hooks of real games take below a hundredth of it.
+inline constexpr std::int64_t kPassSteps = 20'000'000;
+// Scripts that run while a stage is loaded: there a pause of half a second is no harm.
+inline constexpr std::int64_t kLoadingSteps = 100'000'000;
+// Bytes of a copied or joined text that cost one step.
+inline constexpr std::size_t kTextPerStep = 8;
+// Steps that one element, named entry or variable costs, so that memory is bounded by the steps.
+inline constexpr std::size_t kEntrySteps = 16;
+// Elements that are moved for one step when one is put in or taken out between them.
+inline constexpr std::size_t kMovedPerStep = 8;
+
+// --- Running
+
+// A loop that has run so often just stops: a runaway script loses time, and never the game.
+inline constexpr std::int32_t kMaxRounds = 100'000;
+// Functions inside each other, as games expect it; the next call ends the run.
+inline constexpr std::size_t kMaxCalls = 64;
+// Runs inside each other, by a host that runs a script while it serves one: each is a dozen calls
+// deep on the stack of the process.
+inline constexpr std::size_t kMaxRuns = 64;
+// Longest text and largest array that a script can make; real ones stay below 1 KiB and 1,000.
+inline constexpr std::size_t kMaxText = std::size_t{1} << 20U;
+inline constexpr std::size_t kMaxArray = std::size_t{1} << 20U;
+
+// --- Compiling a function
+
+// Brackets, blocks, statements and prefix operators inside each other: bounds the depth of calls
+// in the compiler. Real scripts stay below 30.
+inline constexpr int kMaxNesting = 200;
+// A hostile switch can be compiled anew from each of its labels; real functions stay below 10,000
+// instructions.
+inline constexpr std::size_t kMaxCode = std::size_t{1} << 20U;
+// Tokens that the searches for labels may pass, for the same reason.
+inline constexpr std::size_t kMaxScanned = 50'000'000;
+// Declared names: each call has a place for all of them.
+inline constexpr std::size_t kMaxVariables = 4096;
+// Values of one call on the stack; real calls have below 20.
+inline constexpr std::size_t kMaxArguments = 255;
+
+// --- Preprocessing
+
+// Bytes of expanded text of one script, and of source read for it: a script that includes or
+// expands itself without end stops here with "preprocessor-size". Real ones stay below 2 MiB.
+inline constexpr std::size_t kMaxExpandedText = std::size_t{64} << 20U;
+inline constexpr std::size_t kMaxConsumedText = 4 * kMaxExpandedText;
+// Files open at once; beyond it a file's text stands unexpanded with "preprocessor-depth".
+inline constexpr int kMaxIncludeDepth = 24;
+// Passes of macros over one line: one that expands to itself stops here.
+inline constexpr int kMaxPasses = 16;
+// What macros may add to one line; real ones add below 1 KiB.
+inline constexpr std::size_t kMaxLineGrowth = std::size_t{1} << 22U;
+// What a complaint weighs against kMaxConsumedText, so that a storm of them ends as well.
+inline constexpr std::size_t kReportWeight = 64;
+// A longer include is expanded again each time; so many fit below kMaxExpandedText.
+inline constexpr std::size_t kMaxRemembered = std::size_t{1} << 20U;
+
+// --- Logging
+
+// What one run of the port may log of calls that nothing answers: a script that makes some in every
+// tick must not fill a player's disk.
+inline constexpr std::size_t kMaxLogBytes = std::size_t{8} << 20U;
+
+}  // namespace port::script

@@ -1,0 +1,92 @@
+#include "Scripts.hpp"
+
+#include <algorithm>
+#include <system_error>
+
+#include "Log.hpp"
+
+namespace port {
+namespace {
+
+void compose(const Scripts::FrameCommand& command, std::string& text) {
+    text = command.inlineScript;
+    if (*command.command != '\0') text.append(1, '\n').append(command.command);
+}
+
+// The text as messages show it.
+std::string singleLine(const Scripts::FrameCommand& command) {
+    std::string text;
+    compose(command, text);
+    std::ranges::replace(text, '\n', ' ');
+    return text;
+}
+
+// Keeps the memory of the name that stands there.
+void setText(ScriptValue& value, const char* text) {
+    if (auto* known = std::get_if<std::string>(&value)) {
+        *known = text;
+    } else {
+        value.emplace<std::string>(text);
+    }
+}
+
+}  // namespace
+
+void Scripts::open(const std::filesystem::path& portRoot, const std::filesystem::path& dataRoot,
+                   ScriptHost* host) {
+    machine_.setRoot(dataRoot);
+    machine_.setHost(host);
+    log_.close();
+    logFile_ = portRoot / "logs" / "script-vm.log";
+    logRoom_ = script::kMaxLogBytes;
+}
+
+void Scripts::runHook(const char* path, ScriptContext& context, const char* event) {
+    if (*path == '\0') return;
+    if (event == nullptr) event = "hook";
+    const ScriptRunResult result = machine_.runFile(path, context);
+    if (!result.ok) warnLine("Script VM ", event, " error [", path, "]: ", result.error);
+    for (const std::string& name : result.unsupported) {
+        log({event, "\t", path, "\tunsupported=", name});
+    }
+}
+
+void Scripts::runFrameCommand(const FrameCommand& command, ScriptContext& context) {
+    setText(context.local["animhandle"], command.animation);
+    // A host may run another command inside this one: the machine reads the text before it runs.
+    compose(command, text_);
+    if (text_.empty() && *command.helper == '\0') return;
+    const ScriptRunResult result = machine_.runAnimationCommand(command.helper, text_, context);
+    if (result.ok && result.unsupported.empty()) return;
+    const std::string call = singleLine(command);
+    if (!result.ok) {
+        warnLine("Animation ScriptVM ", command.event, " model=", command.model,
+                 " anim=", command.animation, " frame=", command.frame,
+                 " frameSprite=", command.sprite, " helper=", command.helper, " call=", call,
+                 " error: ", result.error);
+    }
+    for (const std::string& name : result.unsupported) {
+        log({command.event, "\tmodel=", command.model, "\thelper=", command.helper, "\tcall=", call,
+             "\tunsupported=", name});
+    }
+}
+
+// One line, at once so that a crash loses none. Where it cannot be written the game goes on.
+void Scripts::log(std::initializer_list<std::string_view> parts) {
+    std::size_t size = 1;
+    for (const std::string_view part : parts) size += part.size();
+    // The first line without room closes the log: it ends where the story has its first gap.
+    if (size > logRoom_) logRoom_ = 0;
+    if (logRoom_ == 0) return;
+    logRoom_ -= size;
+    if (!log_.is_open()) {
+        std::error_code unwritable;
+        std::filesystem::create_directories(logFile_.parent_path(), unwritable);
+        log_.open(logFile_, std::ios::app);
+        if (!log_.is_open()) logRoom_ = 0;
+    }
+    for (const std::string_view part : parts) log_ << part;
+    log_ << '\n' << std::flush;
+}
+
+}  // namespace port
