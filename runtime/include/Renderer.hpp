@@ -29,10 +29,12 @@ class Renderer {
     // Handles what the window was sent; false when that ends the program.
     [[nodiscard]] bool pumpEvents();
 
-    // The presentation in use: "headless" before initialize, "headless-preview" without a window.
-    [[nodiscard]] const std::string& backend() const { return backend_; }
-    // True without a window, and so without a player: the engine then plays by itself for a while.
-    [[nodiscard]] bool headless() const { return backend_.starts_with("headless"); }
+    // The presentation in use at this moment; "headless" before initialize.
+    [[nodiscard]] std::string backend() const {
+        return opened_ ? presentation_.backend() : "headless";
+    }
+    // True when nobody sees the game or plays it: the engine then plays by itself for a while.
+    [[nodiscard]] bool headless() const { return presentation_.headless; }
 
     // Pictures. False when the file is not there or cannot be decoded; the latter is reported.
     [[nodiscard]] bool loadSprite(const std::filesystem::path& path, SpriteImage& out) const;
@@ -63,8 +65,8 @@ class Renderer {
   private:
     platform::Presentation presentation_;
     RuntimeConfig config_;
+    bool opened_ = false;
     bool running_ = false;
-    std::string backend_ = "headless";
     SpriteImage canvas_;
 };
 

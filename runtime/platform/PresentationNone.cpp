@@ -3,7 +3,7 @@
 namespace port::platform {
 
 Presentation systemPresentation() {
-    return {[](const RuntimeConfig&) { return true; }, [] { return "headless-preview"; },
+    return {true, [](const RuntimeConfig&) { return true; }, [] { return "headless-preview"; },
             [] { return true; }, [](const SpriteImage&, const RuntimeConfig&) {}};
 }
 

@@ -41,7 +41,7 @@ bool Renderer::initialize(const RuntimeConfig& config) {
         return false;
     }
     if (!presentation_.open(config_)) return false;
-    backend_ = presentation_.backend();
+    opened_ = true;
     running_ = true;
     canvas_.width = config.logicalWidth;
     canvas_.height = config.logicalHeight;

@@ -8,6 +8,7 @@ namespace port {
 namespace {
 
 using EngineLoop = EngineTrial;
+using EngineLoopInWindow = WindowTrial;
 
 TEST_F(EngineLoop, AHeadlessRunLeavesAfter900PassesAndSaysWhatItCameTo) {
     ASSERT_TRUE(initialize());
@@ -46,8 +47,7 @@ TEST_F(EngineLoop, QuitEndsTheLoopBeforeATick) {
     EXPECT_TRUE(sleeps.empty());
 }
 
-TEST_F(EngineLoop, EscapeAndStartPauseBeforeAnythingOfThePassHappens) {
-    windowed = true;
+TEST_F(EngineLoopInWindow, EscapeAndStartPauseBeforeAnythingOfThePassHappens) {
     ASSERT_TRUE(initialize());
     for (const bool byPad : {false, true}) {
         captured([&] {
@@ -185,8 +185,7 @@ TEST_F(EngineLoop, AnImmediateBranchKeepsEverybodysState) {
     EXPECT_FALSE(probe.stageComplete());
 }
 
-TEST_F(EngineLoop, ACompleteStageGivesWayToTheNextAndTheLastToTheMenu) {
-    windowed = true;
+TEST_F(EngineLoopInWindow, ACompleteStageGivesWayToTheNextAndTheLastToTheMenu) {
     ASSERT_TRUE(initialize());
     captured([&] {
         probe.beginGame();
@@ -237,8 +236,7 @@ TEST_F(EngineLoop, InOneChapterTheLivingRestALittleAndTheDeadStayDead) {
     EXPECT_EQ(probe.stageIndex(), 1U) << "a branch goes before the next of the set";
 }
 
-TEST_F(EngineLoop, TheNaturalEndWantsAnEmptyStageAndAPlayerNearItsEnd) {
-    windowed = true;
+TEST_F(EngineLoopInWindow, TheNaturalEndWantsAnEmptyStageAndAPlayerNearItsEnd) {
     ASSERT_TRUE(initialize());
     captured([&] {
         probe.beginGame();
@@ -291,8 +289,7 @@ TEST_F(EngineLoop, ASmokeGamePlaysItsFramesAndLeavesThePlayersFrameLimit) {
               std::string::npos);
 }
 
-TEST_F(EngineLoop, ASmokeGameThatDoesNotPlaySaysWhy) {
-    windowed = true;
+TEST_F(EngineLoopInWindow, ASmokeGameThatDoesNotPlaySaysWhy) {
     ASSERT_TRUE(initialize());
     passesUntilClosed = 20;
     EXPECT_EQ(smoke(100), 73);

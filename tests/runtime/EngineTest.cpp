@@ -8,6 +8,7 @@ namespace port {
 namespace {
 
 using EngineTest = EngineTrial;
+using EngineTestInWindow = WindowTrial;
 
 TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
     folder.write("config/graphics.ini",
@@ -42,8 +43,7 @@ TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
     EXPECT_EQ(warnings, "");
 }
 
-TEST_F(EngineTest, WithAWindowTheMenuWaitsAndNoGameBegins) {
-    windowed = true;
+TEST_F(EngineTestInWindow, WithAWindowTheMenuWaitsAndNoGameBegins) {
     ASSERT_TRUE(initialize());
     EXPECT_EQ(probe.state(), FrontendState::MainMenu);
     EXPECT_FALSE(log.find("New game") != log.npos) << log;

@@ -24,7 +24,7 @@ struct EngineTrial : testing::Test {
     std::set<int> keysDown;
     std::map<int, platform::PadState> pads;
     int padPolls = 0;
-    bool windowed = false;
+    const bool windowed;
     bool windowOpens = true;
     int passesUntilClosed = 1000;
     int framesShown = 0;
@@ -34,7 +34,7 @@ struct EngineTrial : testing::Test {
     std::string log;
     std::string warnings;
 
-    EngineTrial() {
+    explicit EngineTrial(bool withWindow = false) : windowed(withWindow) {
         folder.write("config/graphics.ini", "");
         std::filesystem::copy(std::filesystem::path(TRIAL_PORT) / "assets",
                               folder.path() / "assets", std::filesystem::copy_options::recursive);
@@ -48,7 +48,7 @@ struct EngineTrial : testing::Test {
                          ++padPolls;
                          return pads[pad];
                      }};
-        all.presentation = {[this](const RuntimeConfig&) { return windowOpens; },
+        all.presentation = {!windowed, [this](const RuntimeConfig&) { return windowOpens; },
                             [this] { return windowed ? "trial-window" : "headless-preview"; },
                             [this] { return passesUntilClosed-- > 0; },
                             [this](const SpriteImage&, const RuntimeConfig&) { ++framesShown; }};
@@ -91,6 +91,11 @@ struct EngineTrial : testing::Test {
         const auto* number = std::get_if<double>(&found->second);
         return text ? *text : number ? std::to_string(static_cast<int>(*number)) : "?";
     }
+};
+
+// The same with somebody at the window.
+struct WindowTrial : EngineTrial {
+    WindowTrial() : EngineTrial(true) {}
 };
 
 }  // namespace port
