@@ -32,7 +32,7 @@ set(port_picture_units
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
-  AudioDecoder AudioSystem EffectCache)
+  AudioDecoder AudioSystem EffectCache MusicPreview SoundEffects VolumeKeys)
 # everything that changes while a game is played
 set(port_world_uses generated picture script)
 set(port_world_units

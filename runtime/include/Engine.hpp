@@ -25,6 +25,7 @@
 #include "SceneQueue.hpp"
 #include "ScriptLimits.hpp"
 #include "ScriptVM.hpp"
+#include "SoundEffects.hpp"
 #include "SpriteCache.hpp"
 #include "StageLayer.hpp"
 
@@ -190,7 +191,6 @@ class Engine final : public ScriptHost {
     void playFrameSound(const generated::Frame& frame);
     void playHitFx(const generated::Animation* animation);
     void playDieSound(const generated::Character* model);
-    void playEffectFile(std::string_view name, std::string_view diagnostic);
     void pollAudioHotkeys();
     void previewMusic();
 
@@ -266,8 +266,7 @@ class Engine final : public ScriptHost {
     ScriptVM scriptVm_;
     std::filesystem::path root_;
     SpriteCache sprites_;
-    // Where the sounds that the tables name were found; empty for those that are not there.
-    std::unordered_map<std::string_view, std::filesystem::path> effectFiles_;
+    SoundEffects soundEffects_;
     FrameCapture capture_;
     std::ofstream scriptLog_;
     std::size_t scriptLogBytes_ = 0;

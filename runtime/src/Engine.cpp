@@ -52,6 +52,7 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
     readLogicalSize();
     attachScripts();
     if (!renderer_.initialize(config_)) return false;
+    soundEffects_.open(dataRoot());
     if (!audio_.initialize(config_)) warnLine("Audio warning: ", audio_.lastError());
     logServices();
     if (generated::kStageCount > 0) stage_ = &generated::kStages[0];
