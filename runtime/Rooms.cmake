@@ -12,7 +12,7 @@ set(port_generated_units
 # pictures as plain values
 set(port_pixels_uses core)
 set(port_pixels_units
-  DecodedImage SpriteImage)
+  BmpImage DecodedImage PcxImage SpriteImage)
 # the seam to the system and its devices; a unit of several systems has a source for each
 set(port_platform_uses core pixels)
 set(port_platform_units

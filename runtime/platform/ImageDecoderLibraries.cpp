@@ -9,7 +9,9 @@
 #include <memory>
 #include <utility>
 
+#include "BmpImage.hpp"
 #include "ImageDecoder.hpp"
+#include "PcxImage.hpp"
 
 namespace port {
 namespace {
