@@ -5,7 +5,8 @@
 
 # text, paths, files, settings
 set(port_core_units
-  AssetPaths FileBytes Log RuntimeConfig TextFields)
+  AssetPaths ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
+  TickInput)
 # the tables that the builder writes
 set(port_generated_units
   GeneratedCharacters GeneratedStages)
@@ -27,31 +28,39 @@ set(port_script_units
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
-  FrameCapture Palette Renderer SpriteBlit SpriteCache SpriteCompositor SpriteLoading
+  DrawList FrameCapture Painter Palette Renderer SpriteBlit SpriteCache SpriteCompositor SpriteLoading
   SpriteTransform)
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
   AudioDecoder AudioSystem EffectCache MusicPreview SoundEffects VolumeKeys)
-# everything that changes while a game is played
-set(port_world_uses generated picture script)
+# everything that changes while a game is played, as data
+set(port_world_uses core generated script)
 set(port_world_units
-  Actors AnimationPlayer WorldHash)
+  Actor AnimationPlayer EntityList Projectile StageRun World WorldHash)
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
-  AnimationEnergy AnimationLookup ModelTypes PlayerSpawn)
+  AnimationEnergy AnimationLookup BindingOrder ModelFacts Pixels PlayerSpawn StageRules)
+# the steps of a tick
+set(port_play_uses core generated rules script world)
+set(port_play_units
+  Entities Frames Players Spawning StageFlow Tick Weapons)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units
-  SceneQueue StageLayer)
-# the game as a whole
-set(port_engine_uses core generated picture platform pixels rules script sound view world)
+  Scenery StageScene)
+# what a run goes through: menus, loading, the pass of play
+set(port_screens_uses core generated picture platform play rules script sound view world)
+set(port_screens_units
+  FrontendScreens Game PlayScreen StageLoading TimedShow)
+# the loop over the screens, and the program around it
+set(port_engine_uses core generated picture platform play rules screens script sound view world)
 set(port_engine_units
-  Engine EngineAudio EngineCombat EngineEntities EngineFrames EngineFrontend EngineHash EngineInput
-  EnginePlayers EngineProjectiles EngineScene EngineScript EngineStage Startup)
+  Engine Startup)
 
-set(port_rooms core generated pixels platform script picture sound world rules view engine)
+set(port_rooms core generated pixels platform script picture sound world rules play view screens
+  engine)
 
 # port_room_files(<variable> <folder of the runtime>): the headers and sources of all rooms, of every
 # system, relative to the folder.

@@ -37,9 +37,6 @@ struct RunSwitches {
 [[nodiscard]] std::string_view preflightFailure(bool hasData, std::size_t characters,
                                                 std::size_t stages);
 
-// Adds a line to the log. A log that cannot be written is not missed.
-void appendStartupLog(const std::filesystem::path& logPath, std::string_view line);
-
 // Tells the player by log, box and error stream; returns 1, the exit code of every failure.
 int failStartup(const std::filesystem::path& logPath, std::string_view message);
 

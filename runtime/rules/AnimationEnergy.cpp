@@ -1,8 +1,9 @@
 #include "AnimationEnergy.hpp"
 
 #include <algorithm>
+#include <utility>
 
-#include "ModelTypes.hpp"
+#include "ModelFacts.hpp"
 
 namespace port {
 namespace {
@@ -45,32 +46,35 @@ void debitAnimationEnergy(int cost, int mode, int& hp, int& mp) {
     }
 }
 
-void finishAnimationEnergy(PendingEnergyCost& pending, int& hp, int& mp) {
-    if (pending.animation && pending.hit) debitAnimationEnergy(pending.cost, pending.mode, hp, mp);
-    pending = {};
+void finishAnimationEnergy(Actor& actor) {
+    const PendingEnergyCost pending = std::exchange(actor.energyPending, {});
+    if (pending.animation && pending.hit) {
+        debitAnimationEnergy(pending.cost, pending.mode, actor.health, actor.mp);
+    }
 }
 
-bool beginEnergyAnimation(AnimationPlayer& player, const generated::Animation* animation,
-                          const generated::Character* model, int& hp, int& mp,
-                          PendingEnergyCost& pending) {
-    if (!hasAnimationEnergy(animation, model, hp, mp)) return false;
-    finishAnimationEnergy(pending, hp, mp);
+bool beginEnergyAnimation(Actor& actor, const generated::Animation* animation) {
+    const auto canPay = [&] {
+        return hasAnimationEnergy(animation, actor.model, actor.health, actor.mp);
+    };
+    if (!canPay()) return false;
+    finishAnimationEnergy(actor);
     // That debit may have spent the means.
-    if (!hasAnimationEnergy(animation, model, hp, mp)) return false;
-    if (model && model->globalNoCost && animation->energyCost > 0) {
-        pending = {animation, animation->energyCost, animation->energyMode, false};
+    if (!canPay()) return false;
+    if (actor.model && actor.model->globalNoCost && animation->energyCost > 0) {
+        actor.energyPending = {animation, animation->energyCost, animation->energyMode, false};
     } else {
-        debitAnimationEnergy(animation->energyCost, animation->energyMode, hp, mp);
+        debitAnimationEnergy(animation->energyCost, animation->energyMode, actor.health, actor.mp);
     }
-    player.setAnimation(animation);
+    actor.animation.setAnimation(animation);
     return true;
 }
 
-void settleAnimationEnergy(PendingEnergyCost& pending, const AnimationPlayer& player, int& hp,
-                           int& mp) {
-    if (!pending.animation) return;
-    if (player.animation() != pending.animation || player.finished()) {
-        finishAnimationEnergy(pending, hp, mp);
+void settleAnimationEnergy(Actor& actor) {
+    const generated::Animation* pending = actor.energyPending.animation;
+    if (!pending) return;
+    if (actor.animation.animation() != pending || actor.animation.finished()) {
+        finishAnimationEnergy(actor);
     }
 }
 

@@ -2,7 +2,7 @@
 
 // What moves cost their user in MP or health, and when it falls due.
 
-#include "Actors.hpp"
+#include "Actor.hpp"
 
 namespace port {
 
@@ -17,16 +17,13 @@ namespace port {
 // Takes the cost; health never falls below 1 by it.
 void debitAnimationEnergy(int cost, int mode, int& hp, int& mp);
 
-// Ends a pending cost: due if the move hit.
-void finishAnimationEnergy(PendingEnergyCost& pending, int& hp, int& mp);
+// Ends the actor's pending cost: due if the move hit.
+void finishAnimationEnergy(Actor& actor);
 
 // Starts a move if its user can pay. Models with `globalNoCost` pay once the move has hit.
-bool beginEnergyAnimation(AnimationPlayer& player, const generated::Animation* animation,
-                          const generated::Character* model, int& hp, int& mp,
-                          PendingEnergyCost& pending);
+bool beginEnergyAnimation(Actor& actor, const generated::Animation* animation);
 
 // Ends the pending cost of a move that runs no longer.
-void settleAnimationEnergy(PendingEnergyCost& pending, const AnimationPlayer& player, int& hp,
-                           int& mp);
+void settleAnimationEnergy(Actor& actor);
 
 }  // namespace port

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "AudioSystem.hpp"
-#include "Input.hpp"
+#include "Keys.hpp"
 
 namespace port {
 
@@ -18,18 +18,12 @@ struct VolumeKey {
 
 inline constexpr float kVolumeStep = 0.05F;
 inline constexpr std::array kVolumeKeys = {
-    VolumeKey{platform::kKeyF2, -kVolumeStep, &AudioSystem::musicVolume,
-              &AudioSystem::setMusicVolume},
-    VolumeKey{platform::kKeyF3, kVolumeStep, &AudioSystem::musicVolume,
-              &AudioSystem::setMusicVolume},
-    VolumeKey{platform::kKeyF4, -kVolumeStep, &AudioSystem::effectsVolume,
-              &AudioSystem::setEffectsVolume},
-    VolumeKey{platform::kKeyF5, kVolumeStep, &AudioSystem::effectsVolume,
-              &AudioSystem::setEffectsVolume},
-    VolumeKey{platform::kKeyF6, -kVolumeStep, &AudioSystem::masterVolume,
-              &AudioSystem::setMasterVolume},
-    VolumeKey{platform::kKeyF7, kVolumeStep, &AudioSystem::masterVolume,
-              &AudioSystem::setMasterVolume}};
+    VolumeKey{kKeyF2, -kVolumeStep, &AudioSystem::musicVolume, &AudioSystem::setMusicVolume},
+    VolumeKey{kKeyF3, kVolumeStep, &AudioSystem::musicVolume, &AudioSystem::setMusicVolume},
+    VolumeKey{kKeyF4, -kVolumeStep, &AudioSystem::effectsVolume, &AudioSystem::setEffectsVolume},
+    VolumeKey{kKeyF5, kVolumeStep, &AudioSystem::effectsVolume, &AudioSystem::setEffectsVolume},
+    VolumeKey{kKeyF6, -kVolumeStep, &AudioSystem::masterVolume, &AudioSystem::setMasterVolume},
+    VolumeKey{kKeyF7, kVolumeStep, &AudioSystem::masterVolume, &AudioSystem::setMasterVolume}};
 
 // Takes the step of a key that was pressed; false for a key that has none.
 bool applyVolumeKey(AudioSystem& audio, int virtualKey);

@@ -14,6 +14,7 @@
 #include "GeneratedStages.hpp"
 #include "PathEncoding.hpp"
 #include "Process.hpp"
+#include "StartupLog.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -129,11 +130,6 @@ std::string_view preflightFailure(bool hasData, std::size_t characters, std::siz
         return "Nenhuma fase foi gerada. O port precisa ser reconvertido pelo Builder.";
     }
     return {};
-}
-
-void appendStartupLog(const std::filesystem::path& logPath, std::string_view line) {
-    std::ofstream log(logPath, std::ios::app);
-    log << line << std::endl;
 }
 
 int failStartup(const std::filesystem::path& logPath, std::string_view message) {

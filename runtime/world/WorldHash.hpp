@@ -1,41 +1,33 @@
 #pragma once
 
-// A number that two runs share if their worlds are the same: FNV-1a of 64 bits over values in a
-// fixed order, whatever the machine's byte order.
+// A run compared with another: by a number that two runs share if their worlds are the same, and by
+// the first field in which they part. Both go over the fields that the records list.
 
-#include <bit>
-#include <concepts>
 #include <cstdint>
-#include <string_view>
+#include <string>
+#include <vector>
+
+#include "ScriptVM.hpp"
+#include "World.hpp"
 
 namespace port {
 
-class WorldHash {
-  public:
-    template <class... Values>
-    void add(const Values&... values) {
-        (addOne(values), ...);
-    }
-    [[nodiscard]] std::uint64_t value() const { return hash_; }
-
-  private:
-    static constexpr std::uint64_t kOffset = 0xCBF29CE484222325U;
-    static constexpr std::uint64_t kPrime = 0x100000001B3U;
-
-    void addByte(std::uint8_t byte) { hash_ = (hash_ ^ byte) * kPrime; }
-    void addOne(std::integral auto number) {
-        auto bits = static_cast<std::uint64_t>(number);
-        for (int i = 0; i < 8; ++i, bits >>= 8U) addByte(static_cast<std::uint8_t>(bits));
-    }
-    void addOne(double number) { addOne(std::bit_cast<std::uint64_t>(number)); }
-    void addOne(float number) { addOne(std::bit_cast<std::uint32_t>(number)); }
-    void addOne(std::string_view text) {
-        addOne(text.size());
-        for (const char c : text) addByte(static_cast<std::uint8_t>(c));
-    }
-    void addOne(const char* text) { addOne(std::string_view(text)); }
-
-    std::uint64_t hash_ = kOffset;
+// What two runs on the same inputs must agree in.
+struct RunState {
+    const World& world;
+    const ScriptVM& scripts;  // shared variables and random numbers
+    int screen = 0;           // the frontend's state
 };
+
+// FNV-1a of 64 bits over all fields in their order, whatever the machine's byte order.
+[[nodiscard]] std::uint64_t worldHash(const RunState& run);
+// As 16 lower-case hexadecimal digits.
+[[nodiscard]] std::string hashDigits(std::uint64_t hash);
+
+// One line a field, such as "world.player1.health=100". Fields that are equal count as such in
+// their text, so numbers stand with all their digits.
+[[nodiscard]] std::vector<std::string> fieldLines(const RunState& run);
+// The first line of `a` that `b` has otherwise, and that of `b`; empty when there is none.
+[[nodiscard]] std::string firstDifference(const RunState& a, const RunState& b);
 
 }  // namespace port

@@ -79,27 +79,28 @@ TEST(AnimationEnergy, MpPaysAtTheCostAndHealthAboveItDownToOne) {
 
 struct Fighter {
     Character model = modelOf("player");
-    AnimationPlayer player;
-    PendingEnergyCost pending;
-    Means means{50, 10};
+    Actor actor;
 
-    bool begin(const Animation& move) {
-        return beginEnergyAnimation(player, &move, &model, means.first, means.second, pending);
+    Fighter() {
+        actor.model = &model;
+        actor.health = 50;
+        actor.mp = 10;
     }
-    void settle() { settleAnimationEnergy(pending, player, means.first, means.second); }
+    bool begin(const Animation& move) { return beginEnergyAnimation(actor, &move); }
+    [[nodiscard]] Means means() const { return {actor.health, actor.mp}; }
 };
 
 TEST(AnimationEnergy, AMoveBeyondTheMeansDoesNotStart) {
     Fighter fighter;
     const Animation punch = moveOf(6, kMpOnly), kick = moveOf(5, kMpOnly), jab = moveOf(4, kMpOnly);
     ASSERT_TRUE(fighter.begin(punch));
-    EXPECT_EQ(fighter.means, Means(50, 4));
-    fighter.pending = {&punch, 3, kMpOnly, true};
+    EXPECT_EQ(fighter.means(), Means(50, 4));
+    fighter.actor.energyPending = {&punch, 3, kMpOnly, true};
     EXPECT_FALSE(fighter.begin(kick));
-    EXPECT_EQ(fighter.means, Means(50, 4)) << "a refused move settles nothing";
+    EXPECT_EQ(fighter.means(), Means(50, 4)) << "a refused move settles nothing";
     EXPECT_FALSE(fighter.begin(jab)) << "the cost that was pending spent the means";
-    EXPECT_EQ(fighter.means, Means(50, 1));
-    EXPECT_EQ(fighter.player.animation(), &punch);
+    EXPECT_EQ(fighter.means(), Means(50, 1));
+    EXPECT_EQ(fighter.actor.animation.animation(), &punch);
     Animation disabled = moveOf(0, kEither);
     disabled.energyDisable = 3;
     EXPECT_FALSE(fighter.begin(disabled));
@@ -114,19 +115,19 @@ TEST(AnimationEnergy, ModelsThatOweForHitsPayOnceTheMoveIsOver) {
     punch.frameCount = 1;
     for (const bool hit : {false, true}) {
         ASSERT_TRUE(fighter.begin(punch));
-        if (hit) fighter.pending.hit = true;
-        fighter.settle();
-        EXPECT_EQ(fighter.means, Means(50, 10)) << "it still runs";
-        fighter.player.update();
-        fighter.settle();
-        fighter.settle();
-        EXPECT_EQ(fighter.means, Means(hit ? 44 : 50, 10));
+        if (hit) fighter.actor.energyPending.hit = true;
+        settleAnimationEnergy(fighter.actor);
+        EXPECT_EQ(fighter.means(), Means(50, 10)) << "it still runs";
+        fighter.actor.animation.update();
+        settleAnimationEnergy(fighter.actor);
+        settleAnimationEnergy(fighter.actor);
+        EXPECT_EQ(fighter.means(), Means(hit ? 44 : 50, 10));
     }
     ASSERT_TRUE(fighter.begin(punch));
-    fighter.pending.hit = true;
-    fighter.player.setAnimation(nullptr);
-    fighter.settle();
-    EXPECT_EQ(fighter.means, Means(38, 10)) << "cut short";
+    fighter.actor.energyPending.hit = true;
+    fighter.actor.animation.setAnimation(nullptr);
+    settleAnimationEnergy(fighter.actor);
+    EXPECT_EQ(fighter.means(), Means(38, 10)) << "cut short";
 }
 
 }  // namespace

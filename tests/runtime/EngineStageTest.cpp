@@ -12,11 +12,11 @@ struct EngineStage : EngineTrial {
     EngineStage() { EXPECT_TRUE(initialize()); }
 
     bool load(std::size_t index) {
-        return captured([&] { return probe.loadStage(index); });
+        return captured([&] { return loadStage(game, index, false); });
     }
     // Red, green, blue.
     std::array<int, 3> pixel(int x, int y) {
-        const SpriteImage& canvas = probe.renderer().canvas();
+        const SpriteImage& canvas = game.renderer.canvas();
         const std::size_t at = pixelOffset(canvas, x, y);
         return {canvas.bgra[at + 2], canvas.bgra[at + 1], canvas.bgra[at]};
     }
@@ -24,46 +24,42 @@ struct EngineStage : EngineTrial {
 
 TEST_F(EngineStage, AStageIsAsLongAsItsPicturesAndWhatWaitsInIt) {
     EXPECT_TRUE(load(0));
-    EXPECT_EQ(probe.stageLength(), 2564) << "the spawn at 2000 stands 500 pixels on";
-    EXPECT_TRUE(probe.noJoin()) << "the gate at the start holds";
-    EXPECT_EQ(probe.stageContext().local.at("level"), ScriptValue(1.0));
+    EXPECT_EQ(world.stage.length, 2564) << "the spawn at 2000 stands 500 pixels on";
+    EXPECT_TRUE(world.stage.noJoin) << "the gate at the start holds";
+    EXPECT_EQ(world.stageScriptCtx.local.at("level"), ScriptValue(1.0));
     EXPECT_TRUE(logged("Stage 1/5: data/levels/street.txt geometry=0 length=2564")) << log;
     EXPECT_TRUE(log.starts_with("Decoded music: wav-pcm16 1ch 22050Hz frames=40\n")) << log;
 
     EXPECT_TRUE(load(1));
-    EXPECT_EQ(probe.stageLength(), 320);
-    EXPECT_FALSE(probe.noJoin());
-    EXPECT_EQ(probe.stageContext().local.size(), 0U) << "a stage's variables end with it";
+    EXPECT_EQ(world.stage.length, 320);
+    EXPECT_FALSE(world.stage.noJoin);
+    EXPECT_EQ(world.stageScriptCtx.local.size(), 0U) << "a stage's variables end with it";
     EXPECT_TRUE(log.find("Preview music: ") != log.npos) << "a stage without music of its own";
     EXPECT_FALSE(load(5));
-    EXPECT_EQ(probe.stageIndex(), 1U);
+    EXPECT_EQ(world.stage.index, 1U);
 }
 
 TEST_F(EngineStage, AStageToTheLeftBeginsAtItsRightEnd) {
-    probe.config().logicalWidth = 200;
+    game.config.logicalWidth = 200;
     EXPECT_TRUE(load(1));
-    EXPECT_EQ(probe.cameraX(), 120);
-    EXPECT_EQ(probe.playerPlace().facing, -1);
-    EXPECT_EQ(probe.playerPlace().x, 60) << "the stage's own place";
-    EXPECT_EQ(probe.playerPlace().altitude, -12);
+    EXPECT_EQ(world.camera.x, 120);
+    EXPECT_EQ(world.player1.place().facing, -1);
+    EXPECT_EQ(world.player1.place().x, 60) << "the stage's own place";
+    EXPECT_EQ(world.player1.place().altitude, -12);
 }
 
 TEST_F(EngineStage, AGameBeginsFreshWithTheStagesWeapon) {
-    probe.entities().emplace_back();
-    probe.stageIndex() = 1;
-    probe.joinedPlayers() = {true, false, true, false};
-    captured([&] {
-        probe.beginGame();
-        return 0;
-    });
-    EXPECT_EQ(probe.entities().size(), 0U);
-    ASSERT_EQ(probe.coop().size(), 1U);
-    EXPECT_EQ(probe.coop()[0].playerSlot, 2);
-    EXPECT_EQ(probe.coop()[0].gamepadId, 2);
-    EXPECT_EQ(probe.coop()[0].paletteMap, 2);
-    EXPECT_EQ(probe.coop()[0].scriptCtx.local.at("self"), ScriptValue(std::uintptr_t{3}));
-    ASSERT_NE(probe.playerWeapon(), nullptr) << "setweap";
-    EXPECT_EQ(probe.coop()[0].equippedWeapon, probe.playerWeapon());
+    world.entities.add({});
+    world.slots[2].joined = true;
+    begin(1);
+    EXPECT_EQ(world.entities.size(), 0U);
+    ASSERT_EQ(world.coop.size(), 1U);
+    EXPECT_EQ(world.coop[0].playerSlot, 2);
+    EXPECT_EQ(world.coop[0].gamepadId, 2);
+    EXPECT_EQ(world.coop[0].paletteMap, 2);
+    EXPECT_EQ(world.coop[0].scriptCtx.local.at("self"), ScriptValue(std::uintptr_t{3}));
+    ASSERT_NE(world.player1.equippedWeapon, nullptr) << "setweap";
+    EXPECT_EQ(world.coop[0].equippedWeapon, world.player1.equippedWeapon);
     EXPECT_TRUE(logged("New game started local_players=2")) << log;
 }
 
@@ -72,25 +68,25 @@ TEST_F(EngineStage, ThePictureShowsSceneryBehindActorsBehindTheForeground) {
     EXPECT_EQ(pixel(310, 230), (std::array<int, 3>{0, 0, 64})) << "the background";
     EXPECT_EQ(pixel(10, 50), (std::array<int, 3>{64, 64, 64})) << "a panel";
     EXPECT_EQ(pixel(10, 120), (std::array<int, 3>{0, 0, 64}));
-    const ActorPlace at = probe.playerPlace();
+    const ActorPlace at = world.player1.place();
     EXPECT_EQ(pixel(static_cast<int>(at.x), static_cast<int>(at.z) - 4),
               (std::array<int, 3>{255, 0, 0}))
         << "the hero";
     EXPECT_EQ(pixel(120, 170), (std::array<int, 3>{0, 64, 0})) << "the bush in front";
 
     // The panels move with the camera, the background half as far.
-    probe.cameraX() = 1590;
+    world.camera.x = 1590;
     ticks(1);
     EXPECT_EQ(pixel(9, 90), (std::array<int, 3>{64, 64, 64}));
     EXPECT_EQ(pixel(10, 90)[0], 24) << "four panels of 400 pixels have ended; nothing is behind";
 }
 
 TEST_F(EngineStage, HostileNumbersDrawNothingAndBreakNothing) {
-    probe.cameraX() = 3e38F;
+    world.camera.x = 3e38F;
     ticks(2);
-    probe.cameraX() = -3e38F;
+    world.camera.x = -3e38F;
     ticks(2);
-    EXPECT_EQ(probe.state(), FrontendState::Playing);
+    EXPECT_EQ(game.frontend.state, FrontendState::Playing);
 }
 
 }  // namespace

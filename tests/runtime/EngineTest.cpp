@@ -18,19 +18,18 @@ TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
                  "logical_width = 480\r\nlogical_height=wide\nlogical_depth=1\nlogical_height\n");
     ASSERT_TRUE(initialize());
 
-    EXPECT_EQ(probe.config().logicalWidth, 480);
-    EXPECT_EQ(probe.config().logicalHeight, 300);
-    EXPECT_STREQ(probe.playerModel()->name, "Hero") << "an enemy stands first in the table";
-    EXPECT_STREQ(probe.player().animation()->name, "Idle");
-    EXPECT_EQ(probe.stage(), &generated::kStages[0]);
-    EXPECT_EQ(probe.state(), FrontendState::Playing) << "nobody can use a menu";
-    EXPECT_EQ(probe.joinedPlayers(), (std::array<bool, 4>{true, true, false, false}));
-    EXPECT_EQ(probe.scripts().root(), folder.path() / "assets" / "openbor-data");
-    EXPECT_EQ(probe.scripts().host(), &engine);
-    EXPECT_EQ(probe.campaignNames(), (std::vector<std::string>{"Story", "Bonus"}))
+    EXPECT_EQ(game.config.logicalWidth, 480);
+    EXPECT_EQ(game.config.logicalHeight, 300);
+    EXPECT_STREQ(world.player1.model->name, "Hero") << "an enemy stands first in the table";
+    EXPECT_STREQ(world.player1.animation.animation()->name, "Idle");
+    EXPECT_EQ(world.stage.row, &generated::kStages[0]);
+    EXPECT_EQ(game.frontend.state, FrontendState::Playing) << "nobody can use a menu";
+    EXPECT_TRUE(world.slots[1].joined);
+    EXPECT_FALSE(world.slots[2].joined);
+    EXPECT_EQ(game.scripts.machine().root(), folder.path() / "assets" / "openbor-data");
+    EXPECT_EQ(game.scripts.machine().host(), &engine);
+    EXPECT_EQ(game.frontend.campaigns, (std::vector<Campaign>{{0, "Story", 0}, {4, "Bonus", 2}}))
         << "STORY is no other set";
-    EXPECT_EQ(probe.campaignFirstStages(), (std::vector<std::size_t>{0, 4}));
-    EXPECT_EQ(probe.campaignRequirements(), (std::vector<int>{0, 2}));
 
     EXPECT_TRUE(log.starts_with(
         "Renderer: headless-preview\n"
@@ -45,7 +44,7 @@ TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
 
 TEST_F(EngineTestInWindow, WithAWindowTheMenuWaitsAndNoGameBegins) {
     ASSERT_TRUE(initialize());
-    EXPECT_EQ(probe.state(), FrontendState::MainMenu);
+    EXPECT_EQ(game.frontend.state, FrontendState::MainMenu);
     EXPECT_FALSE(log.find("New game") != log.npos) << log;
     passesUntilClosed = 1;
     EXPECT_EQ(run(), 70) << "a window that closes at once is a failure";
@@ -58,8 +57,8 @@ TEST_F(EngineTestInWindow, WithAWindowTheMenuWaitsAndNoGameBegins) {
 TEST_F(EngineTest, TheLogicalSizeHasAFloor) {
     folder.write("config/openbor-video.ini", "logical_width=1\nlogical_height=-5\n");
     ASSERT_TRUE(initialize());
-    EXPECT_EQ(probe.config().logicalWidth, 160);
-    EXPECT_EQ(probe.config().logicalHeight, 120);
+    EXPECT_EQ(game.config.logicalWidth, 160);
+    EXPECT_EQ(game.config.logicalHeight, 120);
     folder.write("config/openbor-video.ini", "logical_width=2000000000\n");
     EXPECT_FALSE(initialize()) << "and a ceiling";
     EXPECT_TRUE(warnings.starts_with("Logical size: ")) << warnings;
@@ -81,9 +80,8 @@ TEST_F(EngineTest, LifeBarSizeTakesTheLastUsableLine) {
         Engine other(devices());
         folder.write("assets/openbor-data/lifebar.txt", c.text);
         EXPECT_TRUE(captured([&] { return other.initialize(folder.path()); }));
-        EngineProbe seen{other};
-        EXPECT_EQ(seen.hudBarWidth(), c.width) << c.text;
-        EXPECT_EQ(seen.hudBarHeight(), c.height) << c.text;
+        EXPECT_EQ(other.game().hud.barWidth, c.width) << c.text;
+        EXPECT_EQ(other.game().hud.barHeight, c.height) << c.text;
     }
 }
 
@@ -92,12 +90,12 @@ TEST_F(EngineTest, MenuLabelsAndUnlocksAreReadLeniently) {
                  "RenameKey Attack1  Punch it # at once\nrenamekey\ndisablekey special\n");
     folder.write("saves/unlocks.ini", "completion_count=7\nCompletions = 2\ncompletions=x\n");
     ASSERT_TRUE(initialize());
-    EXPECT_EQ(probe.keyLabels().size(), 1U);
-    EXPECT_EQ(probe.keyLabels().at("attack1"), "Punch it");
-    EXPECT_EQ(probe.completionCount(), 2);
+    EXPECT_EQ(game.frontend.legacyKeyLabels.size(), 1U);
+    EXPECT_EQ(game.frontend.legacyKeyLabels.at("attack1"), "Punch it");
+    EXPECT_EQ(game.frontend.completionCount, 2);
     folder.write("saves/unlocks.ini", "completions=-3\n");
     ASSERT_TRUE(initialize());
-    EXPECT_EQ(probe.completionCount(), 0);
+    EXPECT_EQ(game.frontend.completionCount, 0);
 }
 
 TEST_F(EngineTest, AScriptCallThatNothingAnswersIsNotedOnceARun) {

@@ -6,13 +6,15 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "Engine.hpp"
-#include "EngineProbe.hpp"
+#include "PlayScreen.hpp"
+#include "StageLoading.hpp"
 #include "TempFolder.hpp"
 
 namespace port {
@@ -22,15 +24,17 @@ struct EngineTrial : testing::Test {
     std::uint64_t now = 0;
     std::vector<int> sleeps;
     std::set<int> keysDown;
-    std::map<int, platform::PadState> pads;
+    std::map<int, PadState> pads;
     int padPolls = 0;
     const bool windowed;
     bool windowOpens = true;
     int passesUntilClosed = 1000;
+    std::function<void()> beforePass;
     int framesShown = 0;
 
     Engine engine{devices()};
-    EngineProbe probe{engine};
+    Game& game = engine.game();
+    World& world = game.world;
     std::string log;
     std::string warnings;
 
@@ -50,7 +54,10 @@ struct EngineTrial : testing::Test {
                      }};
         all.presentation = {!windowed, [this](const RuntimeConfig&) { return windowOpens; },
                             [this] { return windowed ? "trial-window" : "headless-preview"; },
-                            [this] { return passesUntilClosed-- > 0; },
+                            [this] {
+                                if (beforePass) beforePass();
+                                return passesUntilClosed-- > 0;
+                            },
                             [this](const SpriteImage&, const RuntimeConfig&) { ++framesShown; }};
         return all;
     }
@@ -74,19 +81,33 @@ struct EngineTrial : testing::Test {
     int smoke(int frames) {
         return captured([&] { return engine.runSmokeGame(frames); });
     }
-    // Gameplay ticks, without the rest of the loop.
-    void ticks(int count) {
+    // Runs what prints, for its text.
+    template <class Call>
+    void quietly(Call call) {
         captured([&] {
-            for (int i = 0; i < count; ++i) probe.gameplayTick();
+            call();
             return 0;
         });
+    }
+    // Gameplay ticks, without the rest of the loop.
+    void ticks(int count) {
+        quietly([&] {
+            for (int i = 0; i < count; ++i) {
+                game.scripts.beginPass();
+                playPass(game);
+            }
+        });
+    }
+    void begin(std::size_t stage) {
+        world.stage.index = stage;
+        quietly([&] { beginGame(game); });
     }
     [[nodiscard]] bool logged(std::string_view line) const {
         return ("\n" + log).find("\n" + std::string(line) + "\n") != std::string::npos;
     }
     std::string global(const std::string& name) {
-        const auto found = probe.scripts().globals().find(name);
-        if (found == probe.scripts().globals().end()) return "";
+        const auto found = game.scripts.machine().globals().find(name);
+        if (found == game.scripts.machine().globals().end()) return "";
         const auto* text = std::get_if<std::string>(&found->second);
         const auto* number = std::get_if<double>(&found->second);
         return text ? *text : number ? std::to_string(static_cast<int>(*number)) : "?";

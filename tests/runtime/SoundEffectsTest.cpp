@@ -88,8 +88,8 @@ TEST(MusicPreviewTest, TakesTheFileThatLooksMostLikeMusic) {
 
 TEST(VolumeKeysTest, EachKeyStepsOneVolume) {
     AudioSystem audio{platform::AudioOutput{}};
-    EXPECT_FALSE(applyVolumeKey(audio, platform::kKeyF2 - 1));
-    EXPECT_FALSE(applyVolumeKey(audio, platform::kKeyF7 + 1));
+    EXPECT_FALSE(applyVolumeKey(audio, kKeyF2 - 1));
+    EXPECT_FALSE(applyVolumeKey(audio, kKeyF7 + 1));
     const auto after = [&](int key) {
         audio.setMusicVolume(0.5F);
         audio.setEffectsVolume(0.5F);
@@ -98,12 +98,12 @@ TEST(VolumeKeysTest, EachKeyStepsOneVolume) {
         return std::vector<float>{audio.musicVolume(), audio.effectsVolume(), audio.masterVolume()};
     };
     using Volumes = std::vector<float>;
-    EXPECT_EQ(after(platform::kKeyF2), (Volumes{0.45F, 0.5F, 0.5F}));
-    EXPECT_EQ(after(platform::kKeyF3), (Volumes{0.55F, 0.5F, 0.5F}));
-    EXPECT_EQ(after(platform::kKeyF4), (Volumes{0.5F, 0.45F, 0.5F}));
-    EXPECT_EQ(after(platform::kKeyF5), (Volumes{0.5F, 0.55F, 0.5F}));
-    EXPECT_EQ(after(platform::kKeyF6), (Volumes{0.5F, 0.5F, 0.45F}));
-    EXPECT_EQ(after(platform::kKeyF7), (Volumes{0.5F, 0.5F, 0.55F}));
+    EXPECT_EQ(after(kKeyF2), (Volumes{0.45F, 0.5F, 0.5F}));
+    EXPECT_EQ(after(kKeyF3), (Volumes{0.55F, 0.5F, 0.5F}));
+    EXPECT_EQ(after(kKeyF4), (Volumes{0.5F, 0.45F, 0.5F}));
+    EXPECT_EQ(after(kKeyF5), (Volumes{0.5F, 0.55F, 0.5F}));
+    EXPECT_EQ(after(kKeyF6), (Volumes{0.5F, 0.5F, 0.45F}));
+    EXPECT_EQ(after(kKeyF7), (Volumes{0.5F, 0.5F, 0.55F}));
 }
 
 }  // namespace

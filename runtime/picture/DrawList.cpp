@@ -1,0 +1,24 @@
+#include "DrawList.hpp"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+namespace port {
+
+void DrawList::clear() {
+    backdrop_.clear();
+    scene_.clear();
+}
+
+void DrawList::add(SceneKind kind, int z, int sortId, DrawShape shape) {
+    scene_.push_back({kind, z, sortId, sequence_++, std::move(shape)});
+}
+
+void DrawList::sort() {
+    std::ranges::sort(scene_, {}, [](const DrawCommand& command) {
+        return std::tuple(command.z, command.sortId, command.sequence);
+    });
+}
+
+}  // namespace port

@@ -1,0 +1,89 @@
+#pragma once
+
+// One drawn frame as plain data: first a backdrop, in its order, then a scene, by depth.
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "GeneratedCharacters.hpp"
+#include "SpriteCache.hpp"
+#include "SpriteImage.hpp"
+
+namespace port {
+
+// The numbers under which scripts and traces know what a scene shows.
+enum class SceneKind {
+    Panel = 1,
+    ForegroundLayer = 2,
+    Shadow = 3,
+    Actor = 4,
+    Projectile = 5,
+    ScriptDrawing = 6,
+    FrontPanel = 7,
+    Hud = 8
+};
+
+// Places are pixels of the canvas; pictures are never null.
+
+// Alpha modes 1 to 6 blend; any other draws source-over.
+struct DrawImage {
+    SpritePtr image;
+    int x = 0, y = 0;
+    int blend = 0;
+    bool operator==(const DrawImage&) const = default;
+};
+
+// The same picture again and again, from the left top to where the canvas ends, at most `columns`
+// by `rows` times. Steps are at least 1.
+struct DrawTiles {
+    SpritePtr image;
+    std::int64_t x = 0, y = 0;
+    std::int64_t stepX = 1, stepY = 1;
+    int columns = 1, rows = 1;
+    int blend = 0;
+    bool operator==(const DrawTiles&) const = default;
+};
+
+// A frame of the tables with its offset on (x, y), by its draw method. `alphaMode` holds where the
+// method names none.
+struct DrawSprite {
+    SpritePtr image;
+    const generated::Frame* frame = nullptr;
+    int x = 0, y = 0;
+    bool flip = false;
+    int alphaMode = 0;
+    bool operator==(const DrawSprite&) const = default;
+};
+
+using DrawShape = std::variant<DrawImage, DrawTiles, DrawSprite>;
+
+struct DrawCommand {
+    SceneKind kind = SceneKind::Panel;
+    int z = 0;
+    int sortId = 0;
+    std::size_t sequence = 0;
+    DrawShape shape;
+};
+
+class DrawList {
+  public:
+    // Forgets all, but keeps its memory. Sequences run on from frame to frame.
+    void clear();
+    void addBackdrop(DrawShape shape) { backdrop_.push_back(std::move(shape)); }
+    void add(SceneKind kind, int z, int sortId, DrawShape shape);
+    // Puts the scene into the order of z, then sortId, then sequence.
+    void sort();
+
+    [[nodiscard]] const std::vector<DrawShape>& backdrop() const { return backdrop_; }
+    [[nodiscard]] const std::vector<DrawCommand>& scene() const { return scene_; }
+
+  private:
+    std::vector<DrawShape> backdrop_;
+    std::vector<DrawCommand> scene_;
+    std::size_t sequence_ = 0;
+};
+
+}  // namespace port

@@ -1,0 +1,57 @@
+#include "Painter.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <variant>
+
+namespace port {
+namespace {
+
+// What lies that far before a canvas is not seen on it.
+int onCanvasScale(std::int64_t position) {
+    constexpr std::int64_t kFarBefore = -(std::int64_t{1} << 24U);
+    return static_cast<int>(std::max(position, kFarBefore));
+}
+
+class Painter {
+  public:
+    Painter(Renderer& renderer, const RuntimeConfig& config)
+        : renderer_(renderer), config_(config) {}
+
+    void operator()(const DrawImage& image) {
+        renderer_.drawImageBlend(*image.image, image.x, image.y, image.blend);
+    }
+
+    void operator()(const DrawTiles& tiles) {
+        const SpriteImage& canvas = renderer_.canvas();
+        std::int64_t y = tiles.y;
+        for (int row = 0; row < tiles.rows && y < canvas.height; ++row, y += tiles.stepY) {
+            std::int64_t x = tiles.x;
+            for (int column = 0; column < tiles.columns && x < canvas.width;
+                 ++column, x += tiles.stepX) {
+                renderer_.drawImageBlend(*tiles.image, onCanvasScale(x), onCanvasScale(y),
+                                         tiles.blend);
+            }
+        }
+    }
+
+    void operator()(const DrawSprite& sprite) {
+        renderer_.drawFrame(*sprite.image, *sprite.frame, sprite.x, sprite.y, config_, sprite.flip,
+                            sprite.alphaMode);
+    }
+
+  private:
+    Renderer& renderer_;
+    const RuntimeConfig& config_;
+};
+
+}  // namespace
+
+void paint(const DrawList& list, Renderer& renderer, const RuntimeConfig& config) {
+    renderer.beginFrame();
+    Painter painter(renderer, config);
+    for (const DrawShape& shape : list.backdrop()) std::visit(painter, shape);
+    for (const DrawCommand& command : list.scene()) std::visit(painter, command.shape);
+}
+
+}  // namespace port

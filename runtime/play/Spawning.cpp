@@ -1,0 +1,134 @@
+#include "Spawning.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+#include "AnimationLookup.hpp"
+#include "Log.hpp"
+
+namespace port {
+namespace {
+
+int lifespanTicks(const generated::Character& model) {
+    if (!(model.lifespanSeconds > 0)) return -1;
+    const double ticks = std::round(static_cast<double>(model.lifespanSeconds) * kTicksPerSecond);
+    return static_cast<int>(std::clamp(ticks, 1.0, 2147483647.0));
+}
+
+RuntimeEntity entityOf(const PendingChildSpawn& child) {
+    const generated::Character& model = *child.model;
+    RuntimeEntity entity;
+    entity.animationEffect = child.animationEffect;
+    entity.effectSpawnType = child.effectSpawnType;
+    entity.model = &model;
+    entity.subjectToScreen = model.subjectToScreen;
+    entity.weaponDropsRemaining = std::max(0, model.weaponDropCounter);
+    entity.worldX = child.worldX;
+    entity.z = child.z;
+    entity.altitude = child.altitude;
+    entity.facing = child.facing;
+    entity.parentHandle = child.parent;
+    entity.summonedChild = child.summon;
+    entity.health = entity.maxHealth = std::max(1, model.health);
+    entity.mp = entity.maxMp = std::max(0, model.mp);
+    entity.lifeTicks = lifespanTicks(model);
+    entity.juggleRemaining = std::max(1, model.jugglePoints);
+    entity.guardPoints = model.guardPoints;
+    for (const char* name : {"spawn", "idle", "walk"}) {
+        entity.animation.setAnimation(findAnimation(&model, name));
+        if (entity.animation.frame()) break;
+    }
+    return entity;
+}
+
+int spawnTypeOf(const PendingChildSpawn& child) {
+    if (child.animationEffect) return child.effectSpawnType;
+    return child.summon ? kSummonSpawn : kChildSpawn;
+}
+
+bool hasSummonedChild(const World& world, ActorHandle parent) {
+    return std::ranges::any_of(world.entities,
+                               [parent](const RuntimeEntity& entity) {
+                                   return entity.alive && entity.summonedChild &&
+                                          entity.parentHandle == parent;
+                               }) ||
+           std::ranges::any_of(world.pendingChildSpawns, [parent](const PendingChildSpawn& child) {
+               return child.summon && child.parent == parent;
+           });
+}
+
+}  // namespace
+
+void queueChildSpawn(World& world, const generated::Character* owner,
+                     const generated::Animation& animation, std::size_t frameIndex,
+                     const ActorPlace& place, ActorHandle parent) {
+    if (animation.spawnFrame < 0 || static_cast<std::size_t>(animation.spawnFrame) != frameIndex) {
+        return;
+    }
+    if (animation.summonFrame && hasSummonedChild(world, parent)) return;
+    std::string_view name = animation.custEntity;
+    if (name.empty() && owner) name = owner->subEntityModel;
+    if (name.empty()) return;
+    PendingChildSpawn child;
+    child.model = findCharacter(name.data());
+    if (!child.model) {
+        warnLine("Child model missing: ", name);
+        return;
+    }
+    const float side = static_cast<float>(place.facing);
+    child.worldX = animation.spawnScreenRelative ? world.camera.x + animation.spawnOffsetX
+                                                 : place.x + animation.spawnOffsetX * side;
+    child.z = place.z + animation.spawnOffsetZ;
+    child.altitude = place.altitude - animation.spawnOffsetA;
+    child.facing = place.facing;
+    child.parent = parent;
+    child.summon = animation.summonFrame;
+    world.pendingChildSpawns.push_back(child);
+}
+
+void queueEffect(World& world, const char* modelName, SpawnType type, const ActorPlace& place,
+                 ActorHandle parent) {
+    const generated::Character* model = *modelName == '\0' ? nullptr : findCharacter(modelName);
+    if (!model) return;
+    PendingChildSpawn effect;
+    effect.animationEffect = true;
+    effect.effectSpawnType = type;
+    effect.model = model;
+    effect.worldX = place.x;
+    effect.z = place.z;
+    effect.facing = place.facing;
+    effect.parent = parent;
+    world.pendingChildSpawns.push_back(effect);
+}
+
+void flushChildSpawns(Tick& tick) {
+    const auto children = std::exchange(tick.world.pendingChildSpawns, {});
+    for (const PendingChildSpawn& child : children) {
+        if (!child.model) continue;
+        RuntimeEntity* entity = tick.world.entities.add(entityOf(child));
+        if (!entity) continue;
+        entity->scriptCtx.local["parent"] = child.parent;
+        entity->scriptCtx.local["spawn_type"] = static_cast<double>(spawnTypeOf(child));
+        tick.scripts.runHook(child.model->onSpawnScript, entity->scriptCtx, "child-onspawn");
+        logLine("Child spawn model=", child.model->name, " parent=", child.parent,
+                " summon=", child.summon);
+    }
+}
+
+void unsummonChildren(Tick& tick, ActorHandle parent, bool allChildren) {
+    tick.world.entities.visit([&](RuntimeEntity& entity) {
+        if (!entity.alive || entity.parentHandle != parent) return;
+        if (!allChildren && !entity.summonedChild) return;
+        entity.alive = false;
+        entity.deathTicks = 0;
+        entity.scriptCtx.local["trigger"] = 1.0;
+        if (entity.model) {
+            tick.scripts.runHook(entity.model->onKillScript, entity.scriptCtx, "child-unsummon");
+        }
+        entity.visible = false;
+    });
+}
+
+}  // namespace port

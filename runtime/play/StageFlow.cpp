@@ -1,0 +1,107 @@
+#include "StageFlow.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "AssetPaths.hpp"
+#include "Entities.hpp"
+#include "Log.hpp"
+#include "PathEncoding.hpp"
+#include "StageRules.hpp"
+
+namespace port {
+namespace {
+
+constexpr int kHealthBonus = 5;
+constexpr float kEndOfView = 0.8F;
+
+bool spawnsArePending(const StageRun& stage) {
+    const generated::Stage& row = *stage.row;
+    if (row.instructionCount > 0) return stage.nextInstruction < row.instructionCount;
+    for (std::size_t i = 0; i < row.spawnCount; ++i) {
+        if (row.spawns[i].id >= 0 && stage.spawnState[i] == FireState::NotFired) return true;
+    }
+    return false;
+}
+
+std::string comparablePath(std::string_view name) {
+    return PathEncoding::utf8(normalizeDataPath(name));
+}
+
+std::size_t sequentialCampaignTarget(const StageRun& stage) {
+    const std::size_t next = stage.index + 1;
+    if (stage.row->campaignEnd || next >= generated::kStageCount) return kNoStage;
+    return generated::kStages[next].setOrder == stage.row->setOrder ? next : kNoStage;
+}
+
+}  // namespace
+
+void applyReachedJoinGates(World& world, int logicalWidth) {
+    StageRun& stage = world.stage;
+    const float position = stageScrollPosition(stage, world.camera, logicalWidth);
+    for (std::size_t i = 0; i < stage.row->eventCount; ++i) {
+        const generated::StageEvent& event = stage.row->events[i];
+        if (!reachedStagePosition(event.at, event.hasAt, position)) continue;
+        if (stage.eventKinds[i] == StageEventKind::NoJoin) stage.noJoin = event.value != 0;
+        if (stage.eventKinds[i] == StageEventKind::CanJoin) stage.noJoin = false;
+    }
+}
+
+bool stageEndReached(const World& world, int logicalWidth) {
+    if (spawnsArePending(world.stage) || activeEnemies(world) > 0) return false;
+    if (world.stage.verticalScroll) return true;
+    float leading = world.player1.alive ? world.player1.worldX : 0;
+    for (const RuntimeCoopPlayer& player : world.coop) {
+        if (player.alive) leading = std::max(leading, player.worldX);
+    }
+    const float end =
+        static_cast<float>(world.stage.length) - static_cast<float>(logicalWidth) * kEndOfView;
+    return leading >= std::max(0.0F, end);
+}
+
+NextStage takeNextStage(World& world) {
+    const std::size_t branch = std::exchange(world.branch, {}).target;
+    if (branch < generated::kStageCount) return {branch, false};
+    const char* named = world.stage.row->nextStage;
+    if (*named == '\0') return {sequentialCampaignTarget(world.stage), false};
+    const std::string wanted = comparablePath(named);
+    for (std::size_t i = 0; i < generated::kStageCount && !wanted.empty(); ++i) {
+        if (comparablePath(generated::kStages[i].sourceFile).ends_with(wanted)) return {i, false};
+    }
+    warnLine("Stage next target not found: ", named);
+    return {kNoStage, true};
+}
+
+Vitals::Vitals(const World& world) : player1_{world.player1.alive, world.player1.health} {
+    for (const RuntimeCoopPlayer& player : world.coop) {
+        coop_.push_back({player.alive, player.health});
+    }
+}
+
+void Vitals::restore(World& world) const {
+    const auto keep = [](const One& before, PlayerActor& player) {
+        player.alive = before.alive;
+        player.health =
+            before.alive ? std::clamp(before.health, 1, std::max(1, player.maxHealth)) : 0;
+    };
+    keep(player1_, world.player1);
+    for (std::size_t i = 0; i < coop_.size(); ++i) keep(coop_[i], world.coop[i]);
+}
+
+void Vitals::restoreRested(World& world, bool sameChapter) const {
+    const auto rest = [sameChapter](const One& before, PlayerActor& player) {
+        const int most = std::max(1, player.maxHealth);
+        const std::int64_t more = std::int64_t{std::max(1, before.health)} + kHealthBonus;
+        const int rested =
+            sameChapter ? static_cast<int>(std::min<std::int64_t>(most, more)) : most;
+        player.alive = before.alive;
+        player.health = before.alive ? rested : 0;
+    };
+    rest(player1_, world.player1);
+    for (std::size_t i = 0; i < coop_.size(); ++i) rest(coop_[i], world.coop[i]);
+}
+
+}  // namespace port

@@ -1,0 +1,43 @@
+#pragma once
+
+// How a stage opens, ends, and which comes next.
+
+#include "Tick.hpp"
+
+namespace port {
+
+// Gates that stand at the start hold from the start, and are met again by the queue of events.
+void applyReachedJoinGates(World& world, int logicalWidth);
+
+// Everything the stage had to send has come and gone, and the foremost player is near its end.
+[[nodiscard]] bool stageEndReached(const World& world, int logicalWidth);
+
+// What comes after a stage that has ended.
+struct NextStage {
+    std::size_t target = kNoStage;
+    bool broken = false;  // the stage names a successor that is not there
+};
+
+// A branch that was taken, else the stage's own successor, else the next of the set. Uses the
+// branch up.
+[[nodiscard]] NextStage takeNextStage(World& world);
+
+// Who lives how well, to be carried over the loading of a stage.
+class Vitals {
+  public:
+    explicit Vitals(const World& world);
+    // As they were.
+    void restore(World& world) const;
+    // Rested a little in the same chapter, wholly in another; the dead stay dead.
+    void restoreRested(World& world, bool sameChapter) const;
+
+  private:
+    struct One {
+        bool alive;
+        int health;
+    };
+    One player1_;
+    std::vector<One> coop_;
+};
+
+}  // namespace port

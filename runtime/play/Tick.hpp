@@ -1,0 +1,34 @@
+#pragma once
+
+// What a step of a tick works with. A step changes the world, runs hooks, and leaves word of what
+// is to be heard; it asks no device and no clock.
+
+#include <string_view>
+#include <vector>
+
+#include "RuntimeConfig.hpp"
+#include "Scripts.hpp"
+#include "TickInput.hpp"
+#include "World.hpp"
+
+namespace port {
+
+// A sound file as a table names it, and how the message begins if it cannot be played.
+struct SoundCue {
+    std::string_view name;  // lasts as long as the tables
+    const char* diagnostic;
+};
+
+struct Events {
+    std::vector<SoundCue> sounds;
+};
+
+struct Tick {
+    World& world;
+    const TickInput& input;
+    const RuntimeConfig& config;
+    Scripts& scripts;
+    Events& events;
+};
+
+}  // namespace port

@@ -1,0 +1,100 @@
+#include "StageRules.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "TextFields.hpp"
+
+namespace port {
+namespace {
+
+constexpr int kLeastView = 160;
+constexpr int kLeastLength = 320;
+constexpr int kSpawnMargin = 64;
+constexpr std::int64_t kMostLength = std::int64_t{1} << 24U;
+
+StageEventKind kindOf(std::string_view text) {
+    struct Named {
+        std::string_view name;
+        StageEventKind kind;
+    };
+    constexpr Named kKinds[] = {{"wait", StageEventKind::Wait},
+                                {"group", StageEventKind::Group},
+                                {"blockade", StageEventKind::Blockade},
+                                {"nojoin", StageEventKind::NoJoin},
+                                {"canjoin", StageEventKind::CanJoin}};
+    const auto* known = std::ranges::find_if(
+        kKinds, [text](const Named& kind) { return equalsFolded(text, kind.name); });
+    return known == std::end(kKinds) ? StageEventKind::Other : known->kind;
+}
+
+float lastCameraX(const StageRun& stage, int logicalWidth) {
+    return static_cast<float>(std::max(0, stage.length - stageView(logicalWidth)));
+}
+
+}  // namespace
+
+int stageView(int logicalWidth) {
+    return std::max(kLeastView, logicalWidth);
+}
+
+StageRun freshStageRun(std::size_t index) {
+    const generated::Stage& row = generated::kStages[index];
+    StageRun stage;
+    stage.row = &row;
+    stage.index = index;
+    for (const generated::StageEvent& event : std::span(row.events, row.eventCount)) {
+        stage.eventKinds.push_back(kindOf(event.kind));
+    }
+    const auto is = [&row](std::string_view direction) {
+        return equalsFolded(row.direction, direction);
+    };
+    stage.scrollDir = is("left") || is("in") || is("bothleft") ? -1 : 1;
+    stage.allowBacktrack = is("both");
+    stage.verticalScroll = is("up") || is("down");
+    stage.verticalScrollSign = is("down") ? -1 : 1;
+    stage.spawnState.assign(row.spawnCount, FireState::NotFired);
+    stage.eventState.assign(row.eventCount, FireState::NotFired);
+    return stage;
+}
+
+Camera freshCamera(const StageRun& stage) {
+    Camera camera;
+    camera.fixed = stage.row->cameraType != 0 || stage.verticalScroll;
+    return camera;
+}
+
+float cameraStart(const StageRun& stage, int logicalWidth) {
+    return stage.scrollDir < 0 && !stage.verticalScroll ? lastCameraX(stage, logicalWidth) : 0;
+}
+
+int stageLength(const generated::Stage& stage, const SceneryExtent& scenery, int logicalWidth) {
+    const std::int64_t view = stageView(logicalWidth);
+    std::int64_t length =
+        std::max<std::int64_t>({kLeastLength, scenery.panels, scenery.background, scenery.layers});
+    for (const generated::Spawn& spawn : std::span(stage.spawns, stage.spawnCount)) {
+        const std::int64_t at = spawn.hasAt ? spawn.at : 0;
+        if (at > 0) length = std::max(length, at + view);
+        length = std::max(length, at + std::max(0, spawn.x) + kSpawnMargin);
+    }
+    for (const generated::StageEvent& event : std::span(stage.events, stage.eventCount)) {
+        if (event.at > 0) length = std::max(length, event.at + view);
+    }
+    return static_cast<int>(std::min(length, kMostLength));
+}
+
+float stageScrollPosition(const StageRun& stage, const Camera& camera, int logicalWidth) {
+    if (!stage.row) return 0;
+    if (stage.verticalScroll) return std::max(0.0F, stage.verticalStageScroll);
+    const float last = lastCameraX(stage, logicalWidth);
+    const float x = std::clamp(camera.x, 0.0F, last);
+    return stage.scrollDir < 0 ? last - x : x;
+}
+
+bool reachedStagePosition(int at, bool hasAt, float scrollPosition) {
+    return !hasAt || at <= 0 || scrollPosition + 0.001F >= static_cast<float>(at);
+}
+
+}  // namespace port

@@ -1,0 +1,24 @@
+#include "Game.hpp"
+
+#include "Painter.hpp"
+#include "StartupLog.hpp"
+
+namespace port {
+
+void Game::show() {
+    drawing.sort();
+    paint(drawing, renderer, config);
+    renderer.endFrame();
+}
+
+void Game::playSounds() {
+    for (const SoundCue& cue : events.sounds) effects.play(audio, cue.name, cue.diagnostic);
+    events.sounds.clear();
+}
+
+void Game::trace(std::string_view message) const {
+    if (!smoke.active) return;
+    appendStartupLog(root / "runtime-startup.log", "SMOKE TRACE " + std::string(message));
+}
+
+}  // namespace port

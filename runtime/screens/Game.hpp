@@ -1,0 +1,114 @@
+#pragma once
+
+// What the screens of a running game share: devices and settings, pictures, sounds and scripts, the
+// world, and how this run goes.
+
+#include <filesystem>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "AudioSystem.hpp"
+#include "Devices.hpp"
+#include "DrawList.hpp"
+#include "FrameCapture.hpp"
+#include "Renderer.hpp"
+#include "RuntimeConfig.hpp"
+#include "Scenery.hpp"
+#include "Scripts.hpp"
+#include "SoundEffects.hpp"
+#include "SpriteCache.hpp"
+#include "Tick.hpp"
+#include "TickInput.hpp"
+#include "World.hpp"
+
+namespace port {
+
+enum class FrontendState {
+    MainMenu,
+    LevelSetSelect,
+    CharacterSelect,
+    Loading,
+    Options,
+    GraphicsOptions,
+    Controls,
+    Playing,
+    Paused,
+    GameOver,
+    Quit
+};
+
+// A set of stages that is played from its first one on.
+struct Campaign {
+    std::size_t firstStage = 0;
+    std::string name;
+    int requirement = 0;  // games to be finished before it opens
+    bool operator==(const Campaign&) const = default;
+};
+
+struct Frontend {
+    FrontendState state = FrontendState::MainMenu;
+    int menuIndex = 0, pauseIndex = 0;
+    std::vector<Campaign> campaigns;
+    int completionCount = 0;  // games finished
+    std::unordered_map<std::string, std::string> legacyKeyLabels;
+    std::set<std::string> legacyDisabledKeys;
+    SpritePtr titleBackground, selectBackground;  // null where there is none
+};
+
+// The life bars of the HUD, in pixels.
+struct HudSize {
+    int barWidth = 70, barHeight = 7;
+};
+
+// A run that checks itself.
+struct SmokeRun {
+    bool active = false;
+    int frameLimit = 0, framesRun = 0, totalFrames = 0;
+};
+
+struct Game {
+    explicit Game(platform::Devices given)
+        : devices(std::move(given)), renderer(devices.presentation), audio(devices.audio) {}
+    // Scripts hold addresses of what stands here.
+    Game(const Game&) = delete;
+    Game& operator=(const Game&) = delete;
+
+    platform::Devices devices;
+    std::filesystem::path root, dataRoot;
+    RuntimeConfig config;
+    Renderer renderer;
+    AudioSystem audio;
+    SoundEffects effects;
+    Scripts scripts;
+    bool hasUpdateScript = false, hasUpdatedScript = false;
+    SpriteCache sprites;
+    Scenery scenery;
+    DrawList drawing;
+    FrameCapture capture;
+
+    TickInput input;  // of this pass
+    World world;
+    Events events;
+
+    Frontend frontend;
+    HudSize hud;
+    SmokeRun smoke;
+
+    [[nodiscard]] Tick tick() { return {world, input, config, scripts, events}; }
+
+    // Whether nobody is there to see and to wait: no time is spent on being looked at.
+    [[nodiscard]] bool playsByItself() const { return smoke.active || renderer.headless(); }
+
+    // Paints the list and brings it to the window.
+    void show();
+    // Plays what the steps have left word of.
+    void playSounds();
+    // A line of the start-up log, in a run that checks itself.
+    void trace(std::string_view message) const;
+};
+
+}  // namespace port

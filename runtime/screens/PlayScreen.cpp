@@ -1,0 +1,83 @@
+#include "PlayScreen.hpp"
+
+#include "Entities.hpp"
+#include "Frames.hpp"
+#include "Log.hpp"
+#include "Players.hpp"
+#include "Spawning.hpp"
+#include "StageFlow.hpp"
+#include "StageLoading.hpp"
+#include "StageScene.hpp"
+#include "VolumeKeys.hpp"
+
+namespace port {
+namespace {
+
+void pollAudioHotkeys(Game& game) {
+    bool changed = false;
+    for (const VolumeKey& key : kVolumeKeys) {
+        if (game.input.keyPressed(key.key)) changed |= applyVolumeKey(game.audio, key.key);
+    }
+    if (!changed) return;
+    logLine("Audio settings: master=", game.audio.masterVolume(),
+            " music=", game.audio.musicVolume(), " effects=", game.audio.effectsVolume());
+}
+
+// Frames take effect between the scenery, which stays as the logic left it, and the actors, who are
+// drawn where their frames have put them.
+void drawStage(Game& game) {
+    Tick tick = game.tick();
+    shakeScreen(game.world);
+    game.drawing.clear();
+    StageScene scene(game.world, game.scenery, game.config, game.drawing);
+    scene.addScenery();
+    enterFrames(tick);
+    game.playSounds();
+    scene.addActors({game.sprites, game.renderer, game.dataRoot});
+    game.show();
+    game.capture.pass(game.renderer.canvas());
+    flushChildSpawns(tick);
+}
+
+bool closeTick(Game& game) {
+    World& world = game.world;
+    if (!anyPlayerAlive(world)) {
+        game.frontend.state = FrontendState::GameOver;
+        return false;
+    }
+    if (!world.stage.row) return false;
+    if (world.stage.complete && !world.branch.immediate) {
+        advanceStage(game);
+        return true;
+    }
+    if (stageEndReached(world, game.config.logicalWidth)) advanceStage(game);
+    return false;
+}
+
+}  // namespace
+
+// The order is what games are made for: movement, then hits, then the stage, then the picture.
+bool playPass(Game& game) {
+    World& world = game.world;
+    Tick tick = game.tick();
+    ++world.tick;
+    pollAudioHotkeys(game);
+    if (game.hasUpdateScript) {
+        game.scripts.runHook(kUpdateScript, world.stageScriptCtx, "global-update");
+    }
+    updatePlayer(tick);
+    updateCoopPlayers(tick);
+    updateEntities(tick);
+    if (game.hasUpdatedScript) {
+        game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
+    }
+    regenerateGuard(world);
+    takeImmediateBranch(game);
+    drawStage(game);
+    respawnDeadPlayers(tick);
+    const bool advanced = closeTick(game);
+    game.playSounds();
+    return advanced;
+}
+
+}  // namespace port

@@ -1,0 +1,180 @@
+#include "StageLoading.hpp"
+
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "AnimationLookup.hpp"
+#include "AssetPaths.hpp"
+#include "Log.hpp"
+#include "MusicPreview.hpp"
+#include "PathEncoding.hpp"
+#include "Players.hpp"
+#include "StageFlow.hpp"
+#include "StageRules.hpp"
+#include "TimedShow.hpp"
+#include "Weapons.hpp"
+
+namespace port {
+namespace {
+
+constexpr int kLoadingMilliseconds = 250;
+
+// Whatever stood on the last stage or was about to. Players keep their places and scripts.
+void clearStage(World& world) {
+    world.entities.clear();
+    world.projectiles.clear();
+    world.pendingChildSpawns.clear();
+    world.pendingWeaponDrops.clear();
+    world.player1.grabbedEntity = kNobody;
+    const auto free = [](PlayerActor& player) {
+        player.binding = {};
+        player.hasScriptAntigravity = false;
+        player.scriptAntigravity = 0;
+    };
+    free(world.player1);
+    for (RuntimeCoopPlayer& player : world.coop) free(player);
+}
+
+void previewMusic(Game& game) {
+    const std::filesystem::path file =
+        previewMusicFile(game.dataRoot, game.config.preferredMusicFormat);
+    if (file.empty()) return;
+    const std::string name = PathEncoding::utf8(file);
+    if (game.audio.playMusic(file, true)) {
+        logLine("Preview music: ", name);
+    } else {
+        logLine("Music diagnostic: ", name, " -> ", game.audio.lastError());
+    }
+}
+
+void playStageMusic(Game& game, const std::filesystem::path& path) {
+    const generated::Stage& stage = *game.world.stage.row;
+    game.audio.stopMusic();
+    if (*stage.music == '\0') {
+        if (game.config.autoPreviewMusic) previewMusic(game);
+    } else if (!game.audio.playMusic(path, stage.musicLoop)) {
+        warnLine("Stage music diagnostic: ", game.audio.lastError());
+    }
+}
+
+void showLoadingScreen(Game& game) {
+    SpriteImage image;
+    game.drawing.clear();
+    if (game.renderer.loadSprite(resolveSpriteAsset(game.dataRoot, "bgs/loading"), image)) {
+        game.drawing.addBackdrop(DrawImage{std::make_shared<const SpriteImage>(std::move(image))});
+    }
+    showFor(game, kLoadingMilliseconds);
+}
+
+void enterNextStage(Game& game, std::size_t target, int chapter) {
+    World& world = game.world;
+    const Vitals vitals(world);
+    game.frontend.state = FrontendState::Loading;
+    showLoadingScreen(game);
+    loadStage(game, target, true);
+    vitals.restoreRested(world, world.stage.row->chapter == chapter);
+    for (RuntimeCoopPlayer& player : world.coop) {
+        placeCoopPlayer(world, player, game.config.logicalWidth);
+        player.animation.setAnimation(findAnimation(player.model, "idle"));
+        player.lastFrame = kNoFrame;
+    }
+    world.stage.nextSpawn = world.stage.nextInstruction = 0;
+    game.frontend.state = FrontendState::Playing;
+}
+
+// A run that checks itself leaves the player's own progress alone.
+void finishCampaign(Game& game) {
+    if (!game.smoke.active) {
+        ++game.frontend.completionCount;
+        std::error_code absent;
+        std::filesystem::remove(game.root / "saves" / "slot1.sav", absent);
+    }
+    enterMainMenu(game);
+}
+
+}  // namespace
+
+bool loadStage(Game& game, std::size_t index, bool keepHealth) {
+    if (index >= generated::kStageCount) return false;
+    const Scripts::Loading steps(game.scripts);
+    World& world = game.world;
+    const generated::Stage& row = generated::kStages[index];
+    const int width = game.config.logicalWidth;
+    game.trace("stage: reset");
+    clearStage(world);
+    world.stage = freshStageRun(index);
+    world.camera = freshCamera(world.stage);
+    game.trace("stage: images");
+    game.scenery = loadScenery(row, game.renderer, game.dataRoot);
+    world.stage.length = stageLength(row, game.scenery.extent(), width);
+    world.camera.x = cameraStart(world.stage, width);
+    game.trace("stage: players");
+    placePlayer1(world, width);
+    setPlayerVitals(world.player1, keepHealth);
+    game.trace("stage: level script");
+    world.stageScriptCtx = {};
+    game.scripts.runHook(row.levelScript, world.stageScriptCtx, "levelscript");
+    game.trace("stage: music");
+    playStageMusic(game, resolveAudioAsset(game.dataRoot, row.music));
+    applyReachedJoinGates(world, width);
+    logLine("Stage ", index + 1, "/", generated::kStageCount, ": ", row.sourceFile,
+            " geometry=", row.geometryCount, " length=", world.stage.length);
+    game.trace("stage: loaded");
+    return true;
+}
+
+void beginGame(Game& game, bool keepLooks) {
+    World& world = game.world;
+    if (!world.player1.model) return;
+    game.trace("game: load stage");
+    if (!loadStage(game, world.stage.index, false)) return;
+    // What the level script has spawned goes too; its place in the instructions stays.
+    game.trace("game: clear the stage");
+    clearStage(world);
+    world.stage.nextSpawn = 0;
+    world.camera.combatLocked = false;
+    world.tick = 0;
+    game.trace("game: place the players");
+    Tick tick = game.tick();
+    startPlayers(tick, keepLooks);
+    game.trace("game: start the music");
+    const char* music = world.stage.row->music;
+    playStageMusic(game, runtimeCasePath(game.dataRoot / normalizeDataPath(music)));
+    game.frontend.state = FrontendState::Playing;
+    game.trace("game: run the spawn scripts");
+    runPlayerSpawnScripts(tick);
+    logLine("New game started local_players=", 1 + world.coop.size());
+    game.trace("game: started");
+}
+
+void takeImmediateBranch(Game& game) {
+    World& world = game.world;
+    if (!world.branch.immediate || world.branch.target >= generated::kStageCount) return;
+    const std::size_t target = std::exchange(world.branch, {}).target;
+    const Vitals vitals(world);
+    loadStage(game, target, true);
+    vitals.restore(world);
+}
+
+void advanceStage(Game& game) {
+    Tick tick = game.tick();
+    loseWeapons(tick);
+    const int chapter = game.world.stage.row->chapter;
+    const NextStage next = takeNextStage(game.world);
+    if (next.target < generated::kStageCount) {
+        enterNextStage(game, next.target, chapter);
+    } else if (next.broken) {
+        enterMainMenu(game);
+    } else {
+        finishCampaign(game);
+    }
+}
+
+void enterMainMenu(Game& game) {
+    game.frontend.state = FrontendState::MainMenu;
+    game.frontend.menuIndex = 0;
+    game.audio.stopMusic();
+}
+
+}  // namespace port

@@ -1,0 +1,42 @@
+#include "EntityList.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "Log.hpp"
+
+namespace port {
+
+bool EntityList::hasRoom() const {
+    return entities_.size() < kMostEntities && next_ < kEndOfEntityHandles &&
+           static_cast<std::size_t>(std::ranges::count_if(entities_, &RuntimeEntity::visible)) <
+               kMostVisible;
+}
+
+// Models that spawn each other must not fill the memory.
+RuntimeEntity* EntityList::add(RuntimeEntity entity) {
+    if (!hasRoom()) {
+        if (!std::exchange(fullReported_, true)) warnLine("Spawn refused: the stage is full");
+        return nullptr;
+    }
+    entity.handle = next_++;
+    entity.scriptCtx.entity = entity.handle;
+    entity.scriptCtx.local["self"] = entity.handle;
+    return &entities_.emplace_back(std::move(entity));
+}
+
+void EntityList::clear() {
+    entities_.clear();
+    first_ = next_;
+    fullReported_ = false;
+}
+
+const RuntimeEntity* EntityList::find(ActorHandle handle) const {
+    return handle >= first_ && handle < next_ ? &entities_[indexOf(handle)] : nullptr;
+}
+
+RuntimeEntity* EntityList::find(ActorHandle handle) {
+    return handle >= first_ && handle < next_ ? &entities_[indexOf(handle)] : nullptr;
+}
+
+}  // namespace port

@@ -1,0 +1,89 @@
+#pragma once
+
+// Everything that a game has become by playing it, as plain data. Two runs on the same inputs have
+// the same world; pictures, sounds and settings are no part of it.
+
+#include <array>
+#include <cstdint>
+#include <random>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "Actor.hpp"
+#include "EntityList.hpp"
+#include "Projectile.hpp"
+#include "StageRun.hpp"
+
+namespace port {
+
+constexpr int kMostPlayers = 4;
+
+// An entity that a frame or a landing asked for; it enters the stage at the end of the draw pass.
+struct PendingChildSpawn {
+    bool animationEffect = false;
+    int effectSpawnType = kLandDust;
+    const generated::Character* model = nullptr;
+    float worldX = 0, z = 200, altitude = 0;
+    int facing = 1;
+    ActorHandle parent = kNobody;
+    bool summon = false;
+
+    PORT_FIELDS(animationEffect, effectSpawnType, model, worldX, z, altitude, facing, parent,
+                summon)
+};
+
+// A weapon item that an actor lost; it enters the stage after combat.
+struct PendingWeaponDrop {
+    const generated::Character* itemModel = nullptr;
+    float worldX = 0, z = 200, altitude = 0;
+    int facing = 1;
+    int remainingDrops = -1;
+
+    PORT_FIELDS(itemModel, worldX, z, altitude, facing, remainingDrops)
+};
+
+// One of the four places for a human, taken or not.
+struct PlayerSlot {
+    bool joined = false;
+    int selectIndex = 0;  // among the models that can be selected
+    std::unordered_map<std::string, ScriptValue> scriptVars;
+
+    PORT_FIELDS(joined, selectIndex, scriptVars)
+};
+
+struct World {
+    std::uint64_t tick = 0;
+    Player1 player1;
+    std::vector<RuntimeCoopPlayer> coop;  // in the order of their slots
+    EntityList entities;
+    std::vector<RuntimeProjectile> projectiles;
+    std::vector<PendingChildSpawn> pendingChildSpawns;
+    std::vector<PendingWeaponDrop> pendingWeaponDrops;
+    std::array<PlayerSlot, kMostPlayers> slots;
+    StageRun stage;
+    Camera camera;
+    PendingBranch branch;
+    Shake shake;
+    ScriptContext stageScriptCtx;  // of global and level scripts
+    std::mt19937 blockRandom{0xB10C2026};
+
+    // Null for a handle that names nobody.
+    [[nodiscard]] const Actor* find(ActorHandle handle) const;
+    [[nodiscard]] Actor* find(ActorHandle handle);
+    // Null for a slot without a co-op player.
+    [[nodiscard]] RuntimeCoopPlayer* coopOfSlot(int playerSlot);
+
+    // Player 1, the co-op players, then the entities, also those that the visits add.
+    template <class Visit>
+    void visitActors(Visit visit) {
+        visit(player1);
+        for (RuntimeCoopPlayer& player : coop) visit(player);
+        entities.visit(visit);
+    }
+
+    PORT_FIELDS(tick, player1, coop, entities, projectiles, pendingChildSpawns, pendingWeaponDrops,
+                slots, stage, camera, branch, shake, stageScriptCtx, blockRandom)
+};
+
+}  // namespace port

@@ -1,0 +1,220 @@
+#include "WorldHash.hpp"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <charconv>
+#include <concepts>
+#include <cstdio>
+#include <deque>
+#include <ranges>
+#include <string_view>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+#include <variant>
+
+namespace port {
+namespace {
+
+// Takes values as bytes; the names of their fields do not count.
+class HashSink {
+  public:
+    template <class Name>
+    void enter(const Name&) {}
+    void leave() {}
+    void number(std::int64_t value) { add(static_cast<std::uint64_t>(value)); }
+    void fraction(double value) { add(std::bit_cast<std::uint64_t>(value)); }
+    void text(std::string_view value) {
+        add(value.size());
+        for (const char c : value) addByte(static_cast<std::uint8_t>(c));
+    }
+    [[nodiscard]] std::uint64_t value() const { return hash_; }
+
+  private:
+    static constexpr std::uint64_t kOffset = 0xCBF29CE484222325U;
+    static constexpr std::uint64_t kPrime = 0x100000001B3U;
+
+    void addByte(std::uint8_t byte) { hash_ = (hash_ ^ byte) * kPrime; }
+    void add(std::uint64_t bits) {
+        for (int i = 0; i < 8; ++i, bits >>= 8U) addByte(static_cast<std::uint8_t>(bits));
+    }
+
+    std::uint64_t hash_ = kOffset;
+};
+
+// Takes values as lines "path=value".
+class LineSink {
+  public:
+    void enter(std::string_view name) {
+        lengths_.push_back(path_.size());
+        if (!path_.empty() && !name.starts_with('[')) path_ += '.';
+        path_ += name;
+    }
+    void enter(std::size_t index) { enter("[" + std::to_string(index) + "]"); }
+    void leave() {
+        path_.resize(lengths_.back());
+        lengths_.pop_back();
+    }
+    void number(std::int64_t value) { text(std::to_string(value)); }
+    void fraction(double value) {
+        std::array<char, 32> digits{};
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+        text({digits.data(), end.ptr});
+    }
+    void text(std::string_view value) { lines_.push_back(path_ + "=" + std::string(value)); }
+    [[nodiscard]] std::vector<std::string> take() { return std::move(lines_); }
+
+  private:
+    std::string path_;
+    std::vector<std::size_t> lengths_;
+    std::vector<std::string> lines_;
+};
+
+// Goes over all fields of a run. Pointers into the tables count by what they name there.
+template <class Sink>
+class FieldWalk {
+  public:
+    explicit FieldWalk(Sink& sink) : sink_(sink) {}
+
+    void run(const RunState& run) {
+        field("screen", run.screen);
+        field("globals", run.scripts.globals());
+        field("random", run.scripts.random());
+        field("world", run.world);
+        // Arrays may hold each other, and themselves: each counts once, where it was met first.
+        for (std::size_t next = 0; next < arrays_.size(); ++next) array(next, *arrays_[next]);
+    }
+
+  private:
+    using Variables = std::unordered_map<std::string, ScriptValue>;
+
+    template <class Name, class Value>
+    void field(const Name& name, const Value& value) {
+        sink_.enter(name);
+        walk(value);
+        sink_.leave();
+    }
+
+    template <HasFields Record>
+    void walk(const Record& record) {
+        static_assert(listsAllFields<Record>(), "a field is missing in the record's list");
+        Record::visitFields(record,
+                            [this](const char* name, const auto& value) { field(name, value); });
+    }
+
+    void walk(std::integral auto value) { sink_.number(static_cast<std::int64_t>(value)); }
+    void walk(std::floating_point auto value) { sink_.fraction(static_cast<double>(value)); }
+    template <class Enum>
+    requires std::is_enum_v<Enum>
+    void walk(Enum value) { sink_.number(static_cast<std::int64_t>(value)); }
+    void walk(const std::string& value) { sink_.text(value); }
+
+    void walk(const generated::Character* model) { sink_.text(model ? model->name : ""); }
+    void walk(const generated::Animation* animation) {
+        sink_.text(animation ? animation->name : "");
+    }
+    void walk(const generated::Frame* frame) { sink_.text(frame ? frame->sprite : ""); }
+    void walk(const generated::Spawn* spawn) { sink_.number(spawn ? spawn->id : -1); }
+    void walk(const generated::Stage* stage) { sink_.text(stage ? stage->sourceFile : ""); }
+
+    template <std::ranges::range Values>
+    void walk(const Values& values) {
+        walk(std::ranges::distance(values));
+        std::size_t index = 0;
+        for (const auto& value : values) field(index++, value);
+    }
+    void walk(const EntityList& entities) {
+        field("nextHandle", entities.nextHandle());
+        walk(std::ranges::subrange(entities.begin(), entities.end()));
+    }
+    void walk(const AnimationPlayer& player) {
+        field("name", player.animation());
+        field("frame", player.frameIndex());
+        field("tick", player.tick());
+        field("finished", player.finished());
+    }
+    // Two states that give the same next numbers are taken for the same.
+    void walk(std::mt19937 random) {
+        walk(random());
+        walk(random());
+    }
+
+    void walk(const ScriptContext& context) {
+        static_assert(fields::count<ScriptContext>() == 5, "a variable is missing below");
+        field("local", context.local);
+        field("entity", context.entity);
+        field("other", context.other);
+        field("player", context.player);
+        field("playerIndex", context.playerIndex);
+    }
+    void walk(const Variables& variables) {
+        std::vector<const Variables::value_type*> sorted;
+        for (const auto& variable : variables) sorted.push_back(&variable);
+        std::ranges::sort(sorted, {}, [](const auto* variable) { return variable->first; });
+        walk(sorted.size());
+        for (const auto* variable : sorted) {
+            walk(variable->first);
+            field(variable->first, variable->second);
+        }
+    }
+    void walk(const ScriptValue& value) {
+        walk(value.index());
+        std::visit([this](const auto& held) { walk(held); }, value);
+    }
+    void walk(std::monostate) {}
+    void walk(const ScriptArrayPtr& array) {
+        if (!array) return walk(-1);
+        const auto [known, isNew] = numbers_.try_emplace(array.get(), arrays_.size());
+        if (isNew) arrays_.push_back(array.get());
+        walk(known->second);
+    }
+    void array(std::size_t number, const ScriptArray& array) {
+        sink_.enter("arrays");
+        sink_.enter(number);
+        field("indexed", array.indexed);
+        field("named", array.named);
+        field("namedOrder", array.namedOrder);
+        field("cursor", array.cursor);
+        sink_.leave();
+        sink_.leave();
+    }
+
+    Sink& sink_;
+    std::unordered_map<const ScriptArray*, std::size_t> numbers_;
+    std::deque<const ScriptArray*> arrays_;
+};
+
+template <class Sink>
+Sink walked(const RunState& run) {
+    Sink sink;
+    FieldWalk(sink).run(run);
+    return sink;
+}
+
+}  // namespace
+
+std::uint64_t worldHash(const RunState& run) {
+    return walked<HashSink>(run).value();
+}
+
+std::string hashDigits(std::uint64_t hash) {
+    std::array<char, 17> digits{};
+    std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash));
+    return digits.data();
+}
+
+std::vector<std::string> fieldLines(const RunState& run) {
+    return walked<LineSink>(run).take();
+}
+
+std::string firstDifference(const RunState& a, const RunState& b) {
+    const std::vector<std::string> first = fieldLines(a);
+    const std::vector<std::string> second = fieldLines(b);
+    const auto [at, other] = std::ranges::mismatch(first, second);
+    if (at == first.end() && other == second.end()) return {};
+    const std::string none = "(nothing)";
+    return (at == first.end() ? none : *at) + " and " + (other == second.end() ? none : *other);
+}
+
+}  // namespace port
