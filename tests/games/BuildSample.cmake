@@ -1,12 +1,34 @@
-# The sample becomes a port that compiles and passes its own diagnosis.
+# The sample becomes a port that compiles, passes its own diagnosis and plays the same game as the
+# tests' build of it, although it compiles a room at a time and optimises.
 include(${CMAKE_CURRENT_LIST_DIR}/Run.cmake)
 file(REMOVE_RECURSE ${WORK})
+# The port finds its own.
+unset(ENV{CMAKE_CXX_COMPILER_LAUNCHER})
 run(0 ${BUILDER} build ${SAMPLE} ${WORK}/port)
 if(NOT output MATCHES "NATIVE BUILD SUCCESS")
   message(FATAL_ERROR "No success line in\n${output}")
 endif()
+find_program(ccache ccache)
+file(READ ${WORK}/port/runtime/build/CMakeFiles/rules.ninja rules)
+string(FIND "${rules}" "CCACHE_BASEDIR=${WORK}/port/" launcher)
+if(ccache AND launcher EQUAL -1)
+  message(FATAL_ERROR "${ccache} is not used")
+endif()
+
 run(0 ${WORK}/port/OpenBOR-Port --diagnose)
 file(READ ${WORK}/port/runtime-startup.log log)
 if(NOT log MATCHES "DIAGNOSE OK")
   message(FATAL_ERROR "No diagnosis in\n${log}")
+endif()
+
+foreach(program ${WORK}/port/OpenBOR-Port "${PORT};${WORK}/port")
+  run(0 ${program} --smoke-game)
+  if(NOT output MATCHES "SMOKE GAME HASH ([0-9a-f]+)\n")
+    message(FATAL_ERROR "No hash in\n${output}")
+  endif()
+  list(APPEND hashes ${CMAKE_MATCH_1})
+endforeach()
+list(REMOVE_DUPLICATES hashes)
+if(NOT hashes MATCHES "^[0-9a-f]+$")
+  message(FATAL_ERROR "The builds play different games: ${hashes}")
 endif()

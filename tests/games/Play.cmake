@@ -1,5 +1,5 @@
 # A game without a window plays itself, for SMOKE frames if there are that many and else for the 900
-# passes of a run, shows what it did, and does the same again.
+# passes of a run, shows what it did, and does the same again. Something moves in 900.
 include(${CMAKE_CURRENT_LIST_DIR}/Run.cmake)
 file(REMOVE_RECURSE ${WORK})
 file(COPY ${GAME}/assets ${GAME}/config DESTINATION ${WORK})
@@ -26,9 +26,18 @@ if(NOT first_hash STREQUAL second_hash)
   message(FATAL_ERROR "The worlds differ: ${first_hash} and ${second_hash}")
 endif()
 list(LENGTH first_frames count)
-if(NOT count EQUAL frames)
-  message(FATAL_ERROR "${count} frames, not ${frames}, were captured")
+if(NOT count EQUAL frames OR NOT first_frames STREQUAL second_frames)
+  message(FATAL_ERROR "${frames} frames each were to be captured, not ${first_frames} and "
+    "${second_frames}")
 endif()
+set(pictures)
 foreach(frame IN LISTS first_frames)
   expect_same(${WORK}/first/${frame} ${WORK}/second/${frame})
+  file(SHA256 ${WORK}/first/${frame} picture)
+  list(APPEND pictures ${picture})
 endforeach()
+list(REMOVE_DUPLICATES pictures)
+list(LENGTH pictures count)
+if(count EQUAL 1 AND NOT SMOKE)
+  message(FATAL_ERROR "Nothing moves")
+endif()
