@@ -26,8 +26,8 @@ need_packages() {
         apt-get -qq install -y --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# What it takes to build the builder and a port.
-build_packages=(g++ cmake ninja-build libgif-dev libpng-dev libsndfile1-dev)
+# What it takes to build the builder and a port; with ccache the next port takes seconds.
+build_packages=(g++ cmake ninja-build ccache libgif-dev libpng-dev libsndfile1-dev)
 # What the builder itself calls to unpack archives.
 archive_packages=(unzip libarchive-tools p7zip-full)
 # What the checks need beyond that.
