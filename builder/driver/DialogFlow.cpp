@@ -10,12 +10,12 @@
 #include <utility>
 
 #include "analysis/ProjectAnalysis.hpp"
-#include "driver/ExitCodes.hpp"
 #include "driver/OutputNames.hpp"
 #include "driver/ReportFolder.hpp"
 #include "driver/Version.hpp"
 #include "generator/PortTree.hpp"
 #include "input/PreparedInput.hpp"
+#include "platform/ExitCodes.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/HostSystem.hpp"
 #include "platform/OutputFile.hpp"
@@ -85,17 +85,17 @@ struct FailureReason {
 };
 
 constexpr FailureReason kReasons[] = {
-    {20, "CMake not found"},
-    {21, "CMake configure/toolchain failed"},
-    {22, "runtime compilation failed"},
-    {23, "runtime EXE not found after build"},
+    {kNoCmake, "CMake not found"},
+    {kNotConfigured, "CMake configure/toolchain failed"},
+    {kNotCompiled, "runtime compilation failed"},
+    {kNoExecutable, "runtime EXE not found after build"},
 };
 
 void writeStatus(const fs::path& output, int code) {
     OutputFile file(output / "BUILD-PACKAGE-STATUS.txt");
     file << "Tindrel Builder v" << kVersion << "\nconversion=SUCCESS\npackage_code=" << code
          << '\n';
-    if (code != 0) {
+    if (code != kSuccess) {
         const auto* const row =
             std::find_if(std::begin(kReasons), std::end(kReasons),
                          [&](const FailureReason& reason) { return reason.code == code; });
@@ -109,7 +109,7 @@ std::string closingText(const fs::path& output, int code) {
     const std::string_view platform = packagePlatform(kHostSystem);
     std::ostringstream text;
     text << "CONVERSAO CONCLUIDA.\n\nPort gerado em:\n" << displayPath(output) << "\n\n";
-    if (code != 0) {
+    if (code != kSuccess) {
         text << "A CONVERSAO FOI SALVA, mas a compilacao/empacotamento " << platform
              << " parou com codigo " << code << ".\n"
              << "Veja BUILD-PACKAGE-STATUS.txt dentro da pasta do port. O projeto convertido NAO "
@@ -158,7 +158,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
     const int code = packagePort(output, console);
     writeStatus(output, code);
     if (dialogs.askYesNo("Port concluido", closingText(output, code), DialogStyle::kInformation)) {
-        dialogs.openFolder(code == 0 ? output.parent_path() : output);
+        dialogs.openFolder(code == kSuccess ? output.parent_path() : output);
     }
     return kSuccess;
 }

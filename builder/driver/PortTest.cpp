@@ -8,6 +8,7 @@
 
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ConsoleSummaries.hpp"
+#include "platform/ExitCodes.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 #include "toolchain/PortBuild.hpp"
@@ -17,7 +18,6 @@ namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
-constexpr int kChecksFailed = 40;
 constexpr std::string_view kVideoConfig = "config/openbor-video.ini";
 constexpr std::string_view kRequired[] = {
     "assets/openbor-data",

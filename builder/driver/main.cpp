@@ -1,9 +1,9 @@
 #include <iostream>
 
 #include "driver/Dispatch.hpp"
-#include "driver/ExitCodes.hpp"
 #include "platform/Console.hpp"
 #include "platform/Dialogs.hpp"
+#include "platform/ExitCodes.hpp"
 
 int main(int argc, char** argv) {
     // Thousands of summary lines are written in large pieces; child processes are waited for with

@@ -3,6 +3,7 @@
 #include <ostream>
 #include <system_error>
 
+#include "platform/ExitCodes.hpp"
 #include "platform/FileReplace.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/Process.hpp"
@@ -13,15 +14,6 @@
 namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
-
-enum BuildCode {
-    kBuilt = 0,
-    kNoCmake = 20,
-    kNotConfigured,
-    kNotCompiled,
-    kNoExecutable,
-    kNotCopied
-};
 
 // Without a trace of an earlier try: its cache would hold on to that try's generator.
 int configureFresh(const Console& console, const fs::path& buildFolder,
@@ -114,10 +106,10 @@ int buildPort(const fs::path& portFolder, const Console& console) {
     copyFileOver(built, finished, error);
     if (error) {
         console.err << "Erro copiando runtime final: " << error.message() << '\n';
-        return kNotCopied;
+        return kExecutableNotCopied;
     }
     console.out << "NATIVE BUILD SUCCESS: " << displayPath(tindrel::absolute(finished)) << '\n';
-    return kBuilt;
+    return kSuccess;
 }
 
 }  // namespace tindrel

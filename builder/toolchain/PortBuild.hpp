@@ -30,8 +30,8 @@ struct ExecutableNames {
 [[nodiscard]] int runCommandEcho(const Console& console, const std::vector<std::string>& command);
 
 // Configures and compiles `<port>/runtime` and puts the finished file at the port's top.
-// 0 built, 20 no project file or no CMake, 21 configure failed, 22 compilation failed, 23 no
-// executable, 24 copying it failed. Throws ("create_directories", "exists", "absolute").
+// An ExitCode: kSuccess, or one from kNoCmake to kExecutableNotCopied. Throws
+// ("create_directories", "exists", "absolute").
 [[nodiscard]] int buildPort(const std::filesystem::path& portFolder, const Console& console);
 
 }  // namespace tindrel

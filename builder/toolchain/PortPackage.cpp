@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "PathEncoding.hpp"
+#include "platform/ExitCodes.hpp"
 #include "platform/FileReplace.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/OutputFile.hpp"
@@ -16,8 +17,6 @@
 namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
-
-enum PackageCode { kPackaged = 0, kNoPort = 30, kFoldersNotCopied, kExecutableNotCopied, kNoZip };
 
 constexpr std::string_view kPortFolders[] = {"assets", "config", "reports"};
 constexpr std::string_view kReadme = "README-PORT.txt";
@@ -140,7 +139,7 @@ int fillStage(const fs::path& port, const fs::path& stage, const Console& consol
             copyFolder(port / folder, stage / folder, progress, error);
             if (!error) continue;
             console.err << "Erro empacotando " << folder << ": " << error.message() << '\n';
-            return kFoldersNotCopied;
+            return kFoldersNotPacked;
         }
     }
     if (tindrel::exists(port / kReadme)) {
@@ -151,7 +150,7 @@ int fillStage(const fs::path& port, const fs::path& stage, const Console& consol
     copyFileOver(port / executable, stage / executable, error);
     if (error) {
         console.err << "Erro copiando executavel portatil: " << error.message() << '\n';
-        return kExecutableNotCopied;
+        return kExecutableNotPacked;
     }
     for (const PackageText& text : packageTexts(kHostSystem)) {
         OutputFile file(stage / text.name);
@@ -163,7 +162,7 @@ int fillStage(const fs::path& port, const fs::path& stage, const Console& consol
             fs::permissions(stage / text.name, kExecute, fs::perm_options::add);
         }
     }
-    return kPackaged;
+    return kSuccess;
 }
 
 int makeZip(const PackagePaths& paths, const Console& console) {
@@ -179,7 +178,7 @@ int makeZip(const PackagePaths& paths, const Console& console) {
     const int code = runCommandEcho(
         console, {programArgument(cmake), "-E", "tar", "cf", programArgument(paths.zip),
                   "--format=zip", programArgument(paths.stage.filename())});
-    return code == 0 ? kPackaged : kNoZip;
+    return code == 0 ? kSuccess : kNoZip;
 }
 
 }  // namespace
@@ -208,17 +207,17 @@ int packagePort(const fs::path& portFolder, const Console& console) {
         console.err << "Erro: a pasta nao parece ser um port gerado valido.\n";
         return kNoPort;
     }
-    if (const int code = buildPort(port, console); code != 0) return code;
+    if (const int code = buildPort(port, console); code != kSuccess) return code;
 
     const PackagePaths paths = packagePaths(port);
     std::error_code error;
     removeAll(paths.stage, error);
     if (error) throw fs::filesystem_error("remove_all", paths.stage, error);
     createDirectories(paths.stage);
-    if (const int code = fillStage(port, paths.stage, console); code != 0) return code;
-    if (const int code = makeZip(paths, console); code != 0) return code;
+    if (const int code = fillStage(port, paths.stage, console); code != kSuccess) return code;
+    if (const int code = makeZip(paths, console); code != kSuccess) return code;
     console.out << "PACKAGE SUCCESS: " << displayPath(paths.zip) << '\n';
-    return kPackaged;
+    return kSuccess;
 }
 
 void checkExists(const fs::path& root, int& failures, std::string_view relative,

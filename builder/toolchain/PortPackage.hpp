@@ -35,9 +35,9 @@ struct PackagePaths {
 
 [[nodiscard]] PackagePaths packagePaths(const std::filesystem::path& portFolder);
 
-// Builds the port and gathers what a player needs into a folder and a ZIP beside it. The codes of
-// buildPort, 30 no valid port, 31 copying failed, 32 copying the executable failed, 33 ZIP failed.
-// Throws ("absolute", "current_path(const path&)", and the disk's own failures by name).
+// Builds the port and gathers what a player needs into a folder and a ZIP beside it. The codes
+// of buildPort, or an ExitCode from kNoPort to kNoZip. Throws ("absolute", "current_path(const
+// path&)", and the disk's own failures by name).
 [[nodiscard]] int packagePort(const std::filesystem::path& portFolder, const Console& console);
 
 // Prints "[PASS] <relative>" on `out`, or "[FAIL] missing <relative>" on `err` and adds 1 to
