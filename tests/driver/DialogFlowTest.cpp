@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "FakeTools.hpp"
 #include "driver/Dispatch.hpp"
 #include "driver/SmallGame.hpp"
-#include "toolchain/FakeTools.hpp"
 
 namespace tindrel {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "FakeTools.hpp"
 #include "PakWriter.hpp"
 #include "driver/SmallGame.hpp"
-#include "toolchain/FakeTools.hpp"
 
 namespace tindrel {
 namespace {

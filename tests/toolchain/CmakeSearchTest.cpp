@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "toolchain/FakeTools.hpp"
+#include "FakeTools.hpp"
 
 namespace tindrel {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "toolchain/FakeTools.hpp"
+#include "FakeTools.hpp"
 
 namespace tindrel {
 namespace {

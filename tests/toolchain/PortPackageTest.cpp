@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "FakeTools.hpp"
 #include "platform/Process.hpp"
 #include "platform/ProcessPosix.hpp"
-#include "toolchain/FakeTools.hpp"
 
 namespace tindrel {
 namespace {
@@ -33,7 +33,7 @@ class PortPackageTest : public testing::Test {
 
     // With the real program behind the fake where files are really to be packed.
     void packForReal() {
-        const test::EnvironmentValue path("PATH", systemPath_);
+        const test::Environment path("PATH", systemPath_);
         const std::string real = searchProgram("cmake").string();
         ASSERT_FALSE(real.empty());
         tools_.addProgram("packer", "#!/bin/sh\nexec " + real + " \"$@\"\n");
@@ -149,13 +149,13 @@ TEST_F(PortPackageTest, ArchiveKeepsNamesAndExecutableBits) {
     folder_.write("game/assets/openbor-data/m\xC3\xBAsica/tema.txt", "utf-8");
     // A name of a legacy code page beside one in UTF-8.
     folder_.write("game/assets/openbor-data/m\xC3\xBAsica/a\xE7\xE3o.txt", "legacy");
-    const test::EnvironmentValue locale("LC_ALL", "C");
+    const test::Environment locale("LC_ALL", "C");
     ASSERT_EQ(package(), 0) << err_.str();
     EXPECT_STREQ(std::getenv("LC_ALL"), "C");
 
-    const test::EnvironmentValue path("PATH", systemPath_);
+    const test::Environment path("PATH", systemPath_);
     if (searchProgram("unzip").empty()) GTEST_SKIP() << "unzip is not there";
-    const test::EnvironmentValue utf8("LC_ALL", "C.UTF-8");
+    const test::Environment utf8("LC_ALL", "C.UTF-8");
     ASSERT_EQ(runCommand({"unzip", "-q", zip_.string(), "-d", (folder_.path() / "un").string()}),
               0);
     const std::string top = "un/game-Portable-Linux64/";
@@ -171,7 +171,7 @@ TEST_F(PortPackageTest, ArchiveKeepsNamesAndExecutableBits) {
 TEST_F(PortPackageTest, LaunchersStartTheGameBesideThem) {
     ASSERT_EQ(package(), 0) << err_.str();
     folder_.write("game-Portable-Linux64/runtime-crash.log", "the crash\n");
-    const test::EnvironmentValue path("PATH", systemPath_);
+    const test::Environment path("PATH", systemPath_);
     int code = 0;
     const std::string shown = runCommandOutput(
         {"sh", "-c", "\"$1\" < /dev/null", "sh", (stage_ / "INICIAR-JOGO.sh")}, code);

@@ -2,37 +2,14 @@
 
 // A search path of a test's own, with a `cmake` that only does what the test asks of it.
 
-#include <cstdlib>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
+#include "Environment.hpp"
 #include "TempFolder.hpp"
 
 namespace tindrel::test {
-
-class EnvironmentValue {
-  public:
-    EnvironmentValue(std::string name, const std::string& value) : name_(std::move(name)) {
-        if (const char* before = std::getenv(name_.c_str()); before != nullptr) before_ = before;
-        ::setenv(name_.c_str(), value.c_str(), 1);
-    }
-    EnvironmentValue(const EnvironmentValue&) = delete;
-    EnvironmentValue& operator=(const EnvironmentValue&) = delete;
-    ~EnvironmentValue() {
-        if (before_) {
-            ::setenv(name_.c_str(), before_->c_str(), 1);
-        } else {
-            ::unsetenv(name_.c_str());
-        }
-    }
-
-  private:
-    std::string name_;
-    std::optional<std::string> before_;
-};
 
 inline constexpr std::string_view kFakeCmake = R"sh(#!/bin/sh
 here="${0%/*}"
@@ -94,7 +71,7 @@ class FakeTools {
 
   private:
     TempFolder folder_;
-    EnvironmentValue path_;
+    Environment path_;
 };
 
 // A port as the build and the package look at it, with what a package leaves behind.

@@ -6,14 +6,14 @@
 #include <filesystem>
 #include <iostream>
 
+#include "Environment.hpp"
 #include "TempFolder.hpp"
 #include "platform/CommandLine.hpp"
-#include "toolchain/FakeTools.hpp"
 
 namespace tindrel {
 namespace {
 namespace fs = std::filesystem;
-using test::EnvironmentValue;
+using test::Environment;
 using test::TempFolder;
 
 TEST(RunCommand, ReturnsTheChildsCode) {
@@ -59,8 +59,8 @@ TEST(SearchProgram, TakesTheFirstExecutableFileOnThePath) {
                         fs::perm_options::add);
     }
     const std::string top = folder.path().string();
-    const EnvironmentValue path("PATH", top + "/missing:" + top + "/folders:" + top +
-                                            "/plain:" + top + "/first:" + top + "/second");
+    const Environment path("PATH", top + "/missing:" + top + "/folders:" + top + "/plain:" + top +
+                                       "/first:" + top + "/second");
     EXPECT_EQ(searchProgram("tool"), folder.path() / "first" / "tool");
     EXPECT_EQ(searchProgram("other"), folder.path() / "second" / "other");
     EXPECT_EQ(searchProgram("absent"), fs::path());
@@ -73,7 +73,7 @@ TEST(SearchProgram, AnswersForAnyLaterWorkingFolder) {
                     fs::perm_options::add);
     const fs::path before = fs::current_path();
     fs::current_path(folder.path());
-    const EnvironmentValue path("PATH", "bin");
+    const Environment path("PATH", "bin");
     const fs::path found = searchProgram("tool");
     fs::current_path(before);
     EXPECT_EQ(found, folder.path() / "bin" / "tool");

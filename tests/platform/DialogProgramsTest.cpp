@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FakeTools.hpp"
 #include "platform/Dialogs.hpp"
-#include "toolchain/FakeTools.hpp"
 
 namespace tindrel {
 namespace {
@@ -24,7 +24,7 @@ class DialogProgramsTest : public testing::Test {
         tools_.write("code", std::to_string(code) + '\n');
     }
 
-    test::EnvironmentValue display_{"DISPLAY", ":99"};
+    test::Environment display_{"DISPLAY", ":99"};
     test::FakeTools tools_;
 };
 
@@ -32,8 +32,8 @@ TEST_F(DialogProgramsTest, NeedADisplayAndAProgram) {
     EXPECT_FALSE(systemDialogs().has_value());
     tools_.addProgram("kdialog", kScript);
     EXPECT_TRUE(systemDialogs().has_value());
-    const test::EnvironmentValue noDisplay("DISPLAY", "");
-    const test::EnvironmentValue noWayland("WAYLAND_DISPLAY", "");
+    const test::Environment noDisplay("DISPLAY", "");
+    const test::Environment noWayland("WAYLAND_DISPLAY", "");
     EXPECT_FALSE(systemDialogs().has_value());
 }
 
@@ -73,7 +73,7 @@ TEST_F(DialogProgramsTest, KdialogAnswersByCode) {
         EXPECT_EQ(dialogs.askYesNo("T", "?", DialogStyle::kWarning), code == 0);
     }
     EXPECT_EQ(tools_.log(), "--title\nT\n--warningyesno\n?\n");
-    const test::EnvironmentValue home("HOME", "/home/me");
+    const test::Environment home("HOME", "/home/me");
     const FileFilter filters[] = {{"All", "*.zip;*.pak"}, {"ZIP", "*.zip"}};
     answer("/games/a.zip\n", 0);
     EXPECT_EQ(dialogs.pickFile("T", filters), fs::path("/games/a.zip"));
