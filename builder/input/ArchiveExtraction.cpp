@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <string_view>
+#include <string>
 #include <system_error>
 
 #include "platform/FileStatus.hpp"
@@ -24,7 +24,7 @@ class Tally {
     explicit Tally(const ExtractionLimits& limits) : limits_(limits) {}
 
     // Empty while all is well, else the text for the user.
-    [[nodiscard]] std::string_view add(const TreeEntry& entry) {
+    [[nodiscard]] std::string add(const TreeEntry& entry) {
         if (entry.directory) {
             ++folders_;
         } else {
@@ -34,13 +34,20 @@ class Tally {
             if (!error) bytes_ += size;
         }
         if (files_ > limits_.files || folders_ > limits_.files) {
-            return "arquivo excede limite defensivo de arquivos";
+            return "arquivo excede limite defensivo de arquivos" +
+                   above(std::max(files_, folders_), limits_.files);
         }
-        if (bytes_ > limits_.bytes) return "arquivo excede limite defensivo de extracao";
+        if (bytes_ > limits_.bytes) {
+            return "arquivo excede limite defensivo de extracao" + above(bytes_, limits_.bytes);
+        }
         return {};
     }
 
   private:
+    static std::string above(std::uint64_t value, std::uint64_t limit) {
+        return " (" + std::to_string(value) + " acima de " + std::to_string(limit) + ')';
+    }
+
     ExtractionLimits limits_;
     std::uint64_t files_ = 0;
     std::uint64_t folders_ = 0;
@@ -106,6 +113,9 @@ std::string makeSafe(const fs::path& folder, const ExtractionLimits& limits, Int
             } else {
                 makeReadable(entry);
                 problem = tally.add(entry);
+                if (!problem.empty()) {
+                    problem += " em " + displayPath(entry.path().lexically_relative(folder));
+                }
             }
             return problem.empty() ? WalkStep::Enter : WalkStep::Stop;
         },

@@ -39,10 +39,12 @@ void require(bool condition, std::string_view message, std::string_view detail =
 }
 
 struct Record {
+    std::uint64_t index = 0;  // its number in the index
+    std::uint64_t at = 0;     // where it stands in the file
     std::uint64_t length = 0;
     std::uint64_t offset = 0;
     std::uint64_t size = 0;
-    std::string name;  // in UTF-8, with forward slashes
+    std::string name{};  // in UTF-8, with forward slashes; empty until it is read
 };
 
 std::string cleanName(std::string_view field) {
@@ -124,23 +126,20 @@ class PakReader {
         require(!failure, "falha criando pasta para PAK: ", failure.message());
 
         OutputFolders folders(output, limits_.files);
-        std::uint64_t files = 0;
-        std::uint64_t bytes = 0;
         Record record;
-        for (std::uint64_t at = indexOffset_; readRecord(at, record); at += record.length) {
-            hold_.letIn();
-            const std::string& name = record.name;
-            if (name.empty()) continue;
-            require(isSafeRelativePath(PathEncoding::path(name)),
-                    "caminho inseguro dentro do PAK: ", name);
-            require(record.offset + record.size <= indexOffset_,
-                    "arquivo PAK aponta para fora da area de dados: ", name);
-            require(++files <= limits_.files, kTooManyFiles);
-            bytes += record.size;
-            require(bytes <= limits_.bytes, "PAK excede limite defensivo de extracao");
-            write(record, target(output, name, folders));
+        record.at = indexOffset_;
+        try {
+            for (; readRecord(record); record.at += record.length, ++record.index) {
+                hold_.letIn();
+                if (record.name.empty()) continue;
+                admit(record);
+                write(record, target(output, record.name, folders));
+            }
+        } catch (PakError& error) {
+            error.message += place(record);
+            throw;
         }
-        require(files > 0, "nenhum arquivo valido encontrado no PAK");
+        require(files_ > 0, "nenhum arquivo valido encontrado no PAK");
     }
 
   private:
@@ -155,25 +154,47 @@ class PakReader {
         limit_ = static_cast<std::uint64_t>(size) - kFooterBytes;
         require(read(limit_, kFooterBytes), "rodape PAK truncado");
         indexOffset_ = number(0);
-        require(indexOffset_ >= kHeaderBytes && indexOffset_ < limit_,
-                "offset do indice PAK invalido");
+        require(
+            indexOffset_ >= kHeaderBytes && indexOffset_ < limit_, "offset do indice PAK invalido",
+            "\n  byte " + std::to_string(limit_) + ": indexOffset=" + std::to_string(indexOffset_));
     }
 
-    // False at the end of the index.
-    bool readRecord(std::uint64_t at, Record& record) {
-        if (at + kRecordBytes > limit_) return false;
-        require(read(at, kRecordBytes), "indice PAK truncado");
+    // False at the end of the index. `record` says where it stands.
+    bool readRecord(Record& record) {
+        record = {record.index, record.at};
+        if (record.at + kRecordBytes > limit_) return false;
+        require(read(record.at, kRecordBytes), "indice PAK truncado");
         record.length = number(0);
         record.offset = number(4);
         record.size = number(8);
         // An end marker, not a fault.
         if (record.length <= kRecordBytes) return false;
-        require(at + record.length <= limit_, "registro PAK ultrapassa o indice");
+        require(record.at + record.length <= limit_, "registro PAK ultrapassa o indice");
         const std::uint64_t nameBytes = record.length - kRecordBytes;
         require(nameBytes <= kBufferBytes, "nome PAK excessivamente grande");
-        require(read(at + kRecordBytes, nameBytes), "nome PAK truncado");
+        require(read(record.at + kRecordBytes, nameBytes), "nome PAK truncado");
         record.name = cleanName(view(nameBytes));
         return true;
+    }
+
+    void admit(const Record& record) {
+        require(isSafeRelativePath(PathEncoding::path(record.name)),
+                "caminho inseguro dentro do PAK: ", record.name);
+        require(record.offset + record.size <= indexOffset_,
+                "arquivo PAK aponta para fora da area de dados: ", record.name);
+        require(++files_ <= limits_.files, kTooManyFiles);
+        bytes_ += record.size;
+        require(bytes_ <= limits_.bytes, "PAK excede limite defensivo de extracao");
+    }
+
+    // A line for whoever repairs the PAK: what the record says and what that was held against.
+    [[nodiscard]] std::string place(const Record& record) const {
+        return "\n  registro " + std::to_string(record.index) + " \"" + record.name +
+               "\" no byte " + std::to_string(record.at) +
+               ": recordLength=" + std::to_string(record.length) +
+               " fileOffset=" + std::to_string(record.offset) +
+               " fileSize=" + std::to_string(record.size) + "; indice do byte " +
+               std::to_string(indexOffset_) + " ao byte " + std::to_string(limit_);
     }
 
     // The path to write, its folder made.
@@ -236,6 +257,8 @@ class PakReader {
     std::uint64_t position_ = UINT64_MAX;  // where the stream stands
     std::uint64_t limit_ = 0;              // end of the index, start of the footer
     std::uint64_t indexOffset_ = 0;
+    std::uint64_t files_ = 0;
+    std::uint64_t bytes_ = 0;
 };
 
 }  // namespace

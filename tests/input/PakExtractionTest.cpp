@@ -18,13 +18,15 @@ using test::PakEntry;
 
 class PakExtractionTest : public ::testing::Test {
   protected:
-    // The message; empty for success.
+    // The message, without the line that says where; empty for success.
     std::string extract(const std::string& bytes, const ExtractionLimits& limits = {}) {
         const fs::path pak = folder_.write("game.pak", bytes);
         std::string error;
         const bool done = extractPak(pak, output(), &error, limits);
         EXPECT_EQ(done, error.empty()) << error;
-        return error;
+        const std::size_t end = error.find('\n');
+        place_ = end == std::string::npos ? "" : error.substr(end + 1);
+        return error.substr(0, end);
     }
 
     // What lies below the output, one line a file: its path, "=" and its content.
@@ -42,6 +44,7 @@ class PakExtractionTest : public ::testing::Test {
     fs::path output() { return folder_.path() / "out"; }
 
     test::TempFolder folder_;
+    std::string place_;
 };
 
 TEST_F(PakExtractionTest, PutsEveryNameBelowData) {
@@ -88,6 +91,7 @@ TEST_F(PakExtractionTest, RefusesBrokenFrames) {
         return pak;  // 16 bytes
     };
     EXPECT_EQ(extract(footer(12)), "offset do indice PAK invalido");
+    EXPECT_EQ(place_, "  byte 12: indexOffset=12");
     EXPECT_EQ(extract(footer(11)), "nenhum arquivo valido encontrado no PAK");
     std::string error;
     EXPECT_FALSE(extractPak(folder_.path() / "absent.pak", output(), &error));
@@ -112,6 +116,14 @@ TEST_F(PakExtractionTest, RefusesLyingRecords) {
               "arquivo PAK aponta para fora da area de dados: beyond");
     EXPECT_EQ(extract(pakBytes({{"wrap", "x", {}, 0xFFFFFFFF, 2}})),
               "arquivo PAK aponta para fora da area de dados: wrap");
+    EXPECT_EQ(place_,
+              "  registro 0 \"wrap\" no byte 9: recordLength=17 fileOffset=4294967295 fileSize=2; "
+              "indice do byte 9 ao byte 26");
+    // The name of a record that is too long is not read.
+    EXPECT_EQ(extract(pakBytes({{"a", "x"}, {"b", "", 99}})), "registro PAK ultrapassa o indice");
+    EXPECT_EQ(place_,
+              "  registro 1 \"\" no byte 23: recordLength=99 fileOffset=9 fileSize=0; "
+              "indice do byte 9 ao byte 37");
     // 65,536 bytes of name field are read; most of it is padding behind a NUL.
     const std::string padded = "p.txt" + std::string(65'536 - 6, '\0');
     EXPECT_EQ(extract(pakBytes({{padded, "padded"}})), "");
