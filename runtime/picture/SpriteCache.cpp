@@ -1,6 +1,7 @@
 #include "SpriteCache.hpp"
 
-#include <algorithm>
+#include <functional>
+#include <iterator>
 
 #include "AssetPaths.hpp"
 #include "Palette.hpp"
@@ -11,11 +12,7 @@ namespace port {
 namespace {
 
 // What an entry takes beside its pixels and its name, about.
-constexpr std::size_t kEntryBytes = 160;
-
-std::size_t costOf(std::string_view name, const SpritePtr& sprite) {
-    return kEntryBytes + name.size() + (sprite ? sprite->bgra.size() : 0);
-}
+constexpr std::size_t kEntryBytes = 256;
 
 SpritePtr loadAnew(const Renderer& renderer, const std::filesystem::path& dataRoot,
                    std::string_view name, const generated::Character* model, int mapIndex) {
@@ -29,10 +26,14 @@ SpritePtr loadAnew(const Renderer& renderer, const std::filesystem::path& dataRo
 
 }  // namespace
 
-std::size_t SpriteCache::Hash::operator()(const KeyView& key) const {
+std::size_t SpriteCache::Hash::operator()(const Key& key) const {
     const std::size_t name = std::hash<std::string_view>()(key.name);
     const std::size_t model = std::hash<const void*>()(key.model);
     return (name * 31 + model) * 31 + static_cast<std::size_t>(key.mapIndex);
+}
+
+std::size_t SpriteCache::Entry::bytes() const {
+    return kEntryBytes + name.size() + (sprite ? sprite->bgra.size() : 0);
 }
 
 SpritePtr SpriteCache::load(const Renderer& renderer, const std::filesystem::path& dataRoot,
@@ -40,33 +41,39 @@ SpritePtr SpriteCache::load(const Renderer& renderer, const std::filesystem::pat
                             int mapIndex) {
     if (name.empty() || equalsFolded(name, "none")) return nullptr;
     const bool recolored = model && hasCharacterPalette(*model, mapIndex);
-    const KeyView key = {name, recolored ? model : nullptr, recolored ? mapIndex : 0};
-    const auto found = sprites_.find(key);
-    if (found != sprites_.end()) return found->second;
-
+    const Key key = {name, recolored ? model : nullptr, recolored ? mapIndex : 0};
+    if (const auto known = byKey_.find(key); known != byKey_.end()) {
+        entries_.splice(entries_.begin(), entries_, known->second);
+        return known->second->sprite;
+    }
     SpritePtr sprite = loadAnew(renderer, dataRoot, name, key.model, key.mapIndex);
-    sprites_.emplace(Key{std::string(name), key.model, key.mapIndex}, sprite);
-    bytes_ += costOf(name, sprite);
-    if (bytes_ > sweepAt_) forgetUnheld();
+    entries_.push_front({std::string(name), key.model, key.mapIndex, sprite});
+    byKey_.emplace(entries_.front().key(), entries_.begin());
+    bytes_ += entries_.front().bytes();
+    if (bytes_ > sweepAt_) forgetOldest();
     return sprite;
 }
 
 void SpriteCache::clear() {
-    sprites_.clear();
+    byKey_.clear();
+    entries_.clear();
     bytes_ = 0;
     sweepAt_ = limit_;
 }
 
-void SpriteCache::forgetUnheld() {
-    for (auto entry = sprites_.begin(); entry != sprites_.end();) {
-        if (entry->second.use_count() > 1) {
-            ++entry;
+void SpriteCache::forgetOldest() {
+    for (std::size_t left = entries_.size(); left > 0 && bytes_ > limit_; --left) {
+        const auto oldest = std::prev(entries_.end());
+        if (oldest->sprite.use_count() > 1) {
+            // In use, and out of the way of the walks to come.
+            entries_.splice(entries_.begin(), entries_, oldest);
             continue;
         }
-        bytes_ -= costOf(entry->first.name, entry->second);
-        entry = sprites_.erase(entry);
+        bytes_ -= oldest->bytes();
+        byKey_.erase(oldest->key());
+        entries_.erase(oldest);
     }
-    sweepAt_ = std::max(limit_, 2 * bytes_);
+    sweepAt_ = bytes_ > limit_ ? bytes_ + limit_ / 2 : limit_;
 }
 
 }  // namespace port

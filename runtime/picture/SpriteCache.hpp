@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <functional>
+#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,13 +21,17 @@ using SpritePtr = std::shared_ptr<const SpriteImage>;
 
 class SpriteCache {
   public:
-    // Beyond `limit` bytes it forgets all that nobody else holds.
+    // Beyond `limit` bytes it forgets what was not asked for longest, but nothing that is held
+    // elsewhere.
     explicit SpriteCache(std::size_t limit = std::size_t{256} << 20U)
         : limit_(limit), sweepAt_(limit) {}
+    SpriteCache(const SpriteCache&) = delete;
+    SpriteCache& operator=(const SpriteCache&) = delete;
 
     // The picture that `name` means under the data root, in the model's palette `mapIndex` when
     // there is a model. Null for an empty name, "none" in any case, and a picture that cannot be
-    // loaded, which is not tried again. The model must outlive the cache.
+    // loaded, which is not tried again while it is remembered. The model must outlive the cache.
+    // One look-up and no allocation for what is known: cheap enough for each actor in each frame.
     [[nodiscard]] SpritePtr load(const Renderer& renderer, const std::filesystem::path& dataRoot,
                                  std::string_view name, const generated::Character* model,
                                  int mapIndex);
@@ -37,35 +41,34 @@ class SpriteCache {
 
   private:
     // `model` is null and `mapIndex` 0 for a picture in its own colours.
-    struct KeyView {
+    struct Key {
         std::string_view name;
         const generated::Character* model;
         int mapIndex;
+        bool operator==(const Key&) const = default;
     };
-    struct Key {
+    struct Hash {
+        std::size_t operator()(const Key& key) const;
+    };
+    struct Entry {
         std::string name;
         const generated::Character* model;
         int mapIndex;
-        operator KeyView() const { return {name, model, mapIndex}; }
-    };
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(const KeyView& key) const;
-    };
-    struct Equal {
-        using is_transparent = void;
-        bool operator()(const KeyView& a, const KeyView& b) const {
-            return a.model == b.model && a.mapIndex == b.mapIndex && a.name == b.name;
-        }
-    };
+        SpritePtr sprite;  // null for one that cannot be loaded
 
-    void forgetUnheld();
+        [[nodiscard]] Key key() const { return {name, model, mapIndex}; }
+        [[nodiscard]] std::size_t bytes() const;
+    };
+    using Entries = std::list<Entry>;
 
-    std::unordered_map<Key, SpritePtr, Hash, Equal> sprites_;
+    void forgetOldest();
+
+    Entries entries_;                                         // the one asked for last stands first
+    std::unordered_map<Key, Entries::iterator, Hash> byKey_;  // keys view their entries' names
     std::size_t limit_;
     std::size_t bytes_ = 0;
-    // Where the next sweep is due: twice what others hold when that alone is near the limit, so
-    // that a sweep always has something to find.
+    // Where forgetting is due: beyond the limit when what others hold alone reaches it, so that a
+    // walk over all of it is not made for every picture.
     std::size_t sweepAt_;
 };
 

@@ -83,21 +83,50 @@ TEST_F(SpriteCacheTest, PalettesMakeSpritesOfTheirOwn) {
     EXPECT_EQ(load("a.png", &model, 2), own) << "the model has no second palette";
 }
 
-TEST_F(SpriteCacheTest, ForgetsWhatNobodyHolds) {
-    SpriteCache small(2048);
+TEST_F(SpriteCacheTest, ForgetsWhatWasNotAskedForLongest) {
+    SpriteCache small(8192);
     const auto from = [&](const std::string& name) {
         return small.load(renderer, folder.path(), name, nullptr, 0);
     };
-    folder.write("held.png", pixelFile("\1\2\3"));
-    folder.write("free.png", pixelFile("\1\2\3"));
+    for (const char* name : {"held.png", "old.png", "asked.png"}) {
+        folder.write(name, pixelFile("\1\2\3"));
+    }
     const SpritePtr held = from("held.png");
     ASSERT_TRUE(held);
-    const std::weak_ptr<const SpriteImage> free = from("free.png");
-    EXPECT_FALSE(free.expired());
-    for (int i = 0; i < 100; ++i) EXPECT_FALSE(from("missing" + std::to_string(i)));
-    EXPECT_TRUE(free.expired()) << "failures count too";
+    const std::weak_ptr<const SpriteImage> asked = from("asked.png");
+    const std::weak_ptr<const SpriteImage> old = from("old.png");
+    EXPECT_FALSE(old.expired());
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_FALSE(from("missing" + std::to_string(i)));
+        EXPECT_TRUE(from("asked.png"));
+    }
+    EXPECT_TRUE(old.expired()) << "failures count too";
+    EXPECT_FALSE(asked.expired());
+    folder.write("missing0.png", pixelFile("\1\2\3"));
+    folder.write("missing999.png", pixelFile("\1\2\3"));
+    EXPECT_FALSE(from("missing999")) << "still remembered";
+    EXPECT_TRUE(from("missing0")) << "forgotten";
     std::filesystem::remove(folder.path() / "held.png");
     EXPECT_EQ(from("held.png"), held);
+}
+
+TEST_F(SpriteCacheTest, WhatOthersHoldStaysHoweverMuchItIs) {
+    SpriteCache none(1);
+    std::vector<SpritePtr> held;
+    for (int i = 0; i < 50; ++i) {
+        const std::string name = std::to_string(i) + ".png";
+        folder.write(name, pixelFile("\1\2\3"));
+        held.push_back(none.load(renderer, folder.path(), name, nullptr, 0));
+        ASSERT_TRUE(held.back());
+    }
+    for (int i = 0; i < 50; ++i) {
+        const std::string name = std::to_string(i) + ".png";
+        EXPECT_EQ(none.load(renderer, folder.path(), name, nullptr, 0), held[i]) << i;
+    }
+    const std::weak_ptr<const SpriteImage> first = held[0];
+    held.clear();
+    EXPECT_FALSE(none.load(renderer, folder.path(), "missing", nullptr, 0));
+    EXPECT_TRUE(first.expired());
 }
 
 }  // namespace
