@@ -23,6 +23,7 @@ struct DecodedAudio {
 
 // The most that one file may decode to: 1 GiB, over an hour and a half of stereo at 48,000 Hz.
 constexpr std::size_t kMaxDecodedSamples = (std::size_t{1} << 30U) / sizeof(std::int16_t);
+// How the message begins that refuses more; what it is of follows.
 constexpr const char* kAudioTooLarge = "decoded audio would be larger than 1 GiB";
 
 // Each call fills `out` and returns true, or sets `error` and returns false. No bad file throws.

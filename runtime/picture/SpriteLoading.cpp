@@ -16,7 +16,7 @@ std::optional<std::vector<std::uint8_t>> readPicture(const std::filesystem::path
                                                      std::string& error) {
     auto bytes = readFileBytes(path, kMaxImageFile);
     if (bytes && bytes->size() > kMaxImageFile) {
-        error = "picture file is too large";
+        error = "picture file is larger than " + std::to_string(kMaxImageFile) + " bytes";
         bytes.reset();
     }
     return bytes;

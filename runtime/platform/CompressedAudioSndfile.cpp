@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
 #include <type_traits>
+#include <utility>
 
 #include "CompressedAudio.hpp"
 
@@ -14,10 +16,14 @@ struct FileCloser {
 };
 using File = std::unique_ptr<SNDFILE, FileCloser>;
 
-bool fail(DecodedAudio& out, std::string& error, const char* text) {
+bool fail(DecodedAudio& out, std::string& error, std::string text) {
     out = {};
-    error = text;
+    error = std::move(text);
     return false;
+}
+
+std::string frames(sf_count_t count, int channels) {
+    return std::to_string(count) + " frames of " + std::to_string(channels) + " channels";
 }
 
 // What the file claims, as far as that is believed before anything is decoded.
@@ -36,17 +42,22 @@ bool decodeCompressedAudio(const std::filesystem::path& path, std::string_view e
     const File file(sf_open(path.c_str(), SFM_READ, &info));
     if (!file) {
         return fail(out, error,
-                    "libsndfile could not open compressed audio (codec may be unavailable)");
+                    std::string("libsndfile could not open compressed audio (codec may be "
+                                "unavailable): ") +
+                        sf_strerror(nullptr));
     }
     if (info.channels < 1 || info.channels > 2 || info.samplerate < 1) {
         return fail(out, error,
-                    "libsndfile PCM output is not supported (expected mono/stereo 16-bit)");
+                    "libsndfile PCM output is not supported (expected mono/stereo 16-bit): " +
+                        std::to_string(info.channels) + " channels at " +
+                        std::to_string(info.samplerate) + " Hz");
     }
     const auto channels = static_cast<std::size_t>(info.channels);
     // A length that is not known stands as the greatest number of frames.
     const bool lengthKnown = info.frames < SF_COUNT_MAX;
     if (lengthKnown && info.frames > static_cast<sf_count_t>(kMaxDecodedSamples / channels)) {
-        return fail(out, error, kAudioTooLarge);
+        return fail(out, error,
+                    std::string(kAudioTooLarge) + ": " + frames(info.frames, info.channels));
     }
 
     out = {};
@@ -61,14 +72,15 @@ bool decodeCompressedAudio(const std::filesystem::path& path, std::string_view e
     for (;;) {
         const std::size_t before = out.pcm.size();
         if (before / channels + kBlockFrames > kMaxDecodedSamples / channels) {
-            return fail(out, error, kAudioTooLarge);
+            return fail(out, error,
+                        std::string(kAudioTooLarge) + ": more than " +
+                            frames(static_cast<sf_count_t>(before / channels), info.channels));
         }
         out.pcm.resize(before + kBlockFrames * channels);
-        const sf_count_t frames =
+        const sf_count_t read =
             sf_readf_short(file.get(), out.pcm.data() + before, sf_count_t{kBlockFrames});
-        out.pcm.resize(before +
-                       static_cast<std::size_t>(std::max<sf_count_t>(0, frames)) * channels);
-        if (frames <= 0) break;
+        out.pcm.resize(before + static_cast<std::size_t>(std::max<sf_count_t>(0, read)) * channels);
+        if (read <= 0) break;
     }
     if (out.pcm.empty()) {
         return fail(out, error, "decoded compressed audio contained no PCM samples");

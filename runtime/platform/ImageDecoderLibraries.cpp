@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <csetjmp>
 #include <cstring>
+#include <ios>
 #include <memory>
 #include <utility>
 
@@ -48,12 +49,15 @@ struct GifCloser {
 // The frames of a GIF one by one.
 class GifFrames {
   public:
-    explicit GifFrames(Bytes file) : reader_{file}, gif_(DGifOpen(&reader_, &readGif, nullptr)) {}
+    explicit GifFrames(Bytes file)
+        : reader_{file}, gif_(DGifOpen(&reader_, &readGif, &openFault_)) {}
 
     enum class Step { kFrame, kEnd, kFailed };
 
-    [[nodiscard]] bool opened() const { return gif_ != nullptr; }
-    // Reads up to and with the next frame's pixels; on kFailed `error` says why.
+    // False with `error` set for a header that is none.
+    bool opened(std::string& error) const;
+    // Reads up to and with the next frame's pixels. On kFailed `error` says why, and on kEnd when
+    // there was no frame at all.
     Step next(std::string& error);
 
     [[nodiscard]] std::size_t screenWidth() const { return unsignedSide(gif_->SWidth); }
@@ -79,13 +83,32 @@ class GifFrames {
     }
     bool readExtension();
     bool readPixels();
+    Step failed(std::string& error, const char* what, std::size_t at) const;
 
     Reader reader_;
+    int openFault_ = D_GIF_SUCCEEDED;
     std::unique_ptr<GifFileType, GifCloser> gif_;
     GraphicsControlBlock control_{};
     bool hasControl_ = false;
     std::vector<std::uint8_t> indexes_;
+    std::size_t count_ = 0;  // of the frames read
 };
+
+const char* gifFault(int code) {
+    const char* text = GifErrorString(code);
+    return text ? text : "damaged";
+}
+
+bool GifFrames::opened(std::string& error) const {
+    return gif_ || failImage(error, "invalid GIF header up to byte ", reader_.at, ": ",
+                             gifFault(openFault_));
+}
+
+GifFrames::Step GifFrames::failed(std::string& error, const char* what, std::size_t at) const {
+    failImage(error, "GIF frame ", count_ + 1, ": ", what, " at byte ", at, ": ",
+              gifFault(gif_->Error));
+    return Step::kFailed;
+}
 
 bool GifFrames::readExtension() {
     int code = 0;
@@ -125,22 +148,29 @@ bool GifFrames::readPixels() {
 GifFrames::Step GifFrames::next(std::string& error) {
     control_ = {DISPOSAL_UNSPECIFIED, false, 0, NO_TRANSPARENT_COLOR};
     hasControl_ = false;
-    const auto failed = [&error](const char* text) {
-        error = text;
-        return Step::kFailed;
-    };
     for (;;) {
+        const std::size_t at = reader_.at;
         GifRecordType record = UNDEFINED_RECORD_TYPE;
-        if (DGifGetRecordType(gif_.get(), &record) == GIF_ERROR) return failed("GIF is cut short");
-        if (record == TERMINATE_RECORD_TYPE) return Step::kEnd;
+        if (DGifGetRecordType(gif_.get(), &record) == GIF_ERROR) {
+            return failed(error, "record", at);
+        }
+        if (record == TERMINATE_RECORD_TYPE) {
+            if (count_ == 0) failImage(error, "GIF ends at byte ", at, " without a frame");
+            return Step::kEnd;
+        }
         if (record == EXTENSION_RECORD_TYPE) {
-            if (!readExtension()) return failed("GIF is cut short");
+            if (!readExtension()) return failed(error, "extension", at);
             continue;
         }
-        if (DGifGetImageDesc(gif_.get()) == GIF_ERROR) return failed("invalid GIF frame");
+        if (DGifGetImageDesc(gif_.get()) == GIF_ERROR) return failed(error, "descriptor", at);
         if (!checkImageSize(width(), height(), error)) return Step::kFailed;
-        if (!colors()) return failed("GIF has no palette");
-        if (!readPixels()) return failed("GIF pixels are cut short");
+        if (!colors()) {
+            failImage(error, "GIF frame ", count_ + 1, " at byte ", at, " has no palette");
+            return Step::kFailed;
+        }
+        const std::size_t pixels = reader_.at;
+        if (!readPixels()) return failed(error, "pixels", pixels);
+        ++count_;
         return Step::kFrame;
     }
 }
@@ -174,16 +204,9 @@ DecodedImage GifFrames::picture() const {
 
 bool decodeGif(Bytes file, DecodedImage& out, std::string& error) {
     GifFrames frames(file);
-    if (!frames.opened()) return failImage(error, "invalid GIF header");
-    switch (frames.next(error)) {
-        case GifFrames::Step::kFrame:
-            out = frames.picture();
-            return true;
-        case GifFrames::Step::kEnd:
-            return failImage(error, "GIF has no frame");
-        default:
-            return false;
-    }
+    if (!frames.opened(error) || frames.next(error) != GifFrames::Step::kFrame) return false;
+    out = frames.picture();
+    return true;
 }
 
 // Calls `change(screenPixel, framePixel)` for every pixel of the frame that lies on the screen.
@@ -203,13 +226,11 @@ void overFrame(DecodedImage& screen, const GifFrames& at, const DecodedImage& fr
 
 bool decodeGifAnimation(Bytes file, DecodedAnimation& out, std::string& error) {
     GifFrames frames(file);
-    if (!frames.opened()) return failImage(error, "invalid GIF header");
+    if (!frames.opened(error)) return false;
     DecodedImage screen;
     std::size_t pixels = 0;
     for (;;) {
-        const GifFrames::Step step = frames.next(error);
-        if (step == GifFrames::Step::kEnd && out.frames.empty()) error = "GIF has no frame";
-        if (step != GifFrames::Step::kFrame) break;
+        if (frames.next(error) != GifFrames::Step::kFrame) break;
         if (screen.bgra.empty()) {
             // Some files state no screen, or one that their first frame does not fit.
             const std::size_t width =
@@ -221,7 +242,8 @@ bool decodeGifAnimation(Bytes file, DecodedAnimation& out, std::string& error) {
         }
         pixels += screen.bgra.size() / kPixelBytes;
         if (pixels > kMaxImagePixels) {
-            error = "the frames of the GIF are too large together";
+            failImage(error, "GIF frame ", out.frames.size() + 1, ": ", pixels,
+                      " pixels in all frames are too many");
             break;
         }
         const DecodedImage frame = frames.picture();
@@ -258,7 +280,8 @@ struct PngState {
 };
 
 void failPng(png_structp png, png_const_charp text) {
-    *static_cast<PngState*>(png_get_error_ptr(png))->error = std::string("PNG: ") + text;
+    const auto* state = static_cast<PngState*>(png_get_error_ptr(png));
+    failImage(*state->error, "PNG up to byte ", state->reader.at, ": ", text);
     png_longjmp(png, 1);
 }
 
@@ -338,7 +361,8 @@ bool decodeImage(std::span<const std::uint8_t> file, DecodedImage& out, std::str
     if (startsWith(file, "\x89PNG")) return decodePng(file, out, error);
     if (startsWith(file, "BM")) return decodeBmp(file, out, error);
     if (startsWith(file, "\x0A")) return decodePcx(file, out, error);
-    return failImage(error, "picture format is not supported");
+    return failImage(error, "picture format 0x", std::hex, littleEndianAt(file, 0, 4),
+                     " at byte 0 is not supported");
 }
 
 bool decodeAnimation(std::span<const std::uint8_t> file, DecodedAnimation& out,

@@ -29,17 +29,23 @@ bool fail(std::string& error, std::string_view text) {
     return false;
 }
 
+bool failTooLarge(std::string& error, std::string_view what, std::uintmax_t bytes) {
+    error = std::string(kAudioTooLarge) + ": " + std::string(what) + " of " +
+            std::to_string(bytes) + " bytes";
+    return false;
+}
+
 constexpr std::size_t kBorHeader = 160;
 // The longest files that can decode to the limit: two samples a byte behind the header of a .bor,
 // and a WAV of four bytes a sample with room for its other chunks.
 constexpr std::uintmax_t kMaxBorFile = kBorHeader + kMaxDecodedSamples / 2;
 constexpr std::uintmax_t kMaxWavFile = kMaxDecodedSamples * std::uintmax_t{4} + (1U << 20U);
 
-// Asked before anything of the file is read.
-bool isLarger(const std::filesystem::path& path, std::uintmax_t limit) {
+// Asked before anything of the file is read; 0 when nothing answers.
+std::uintmax_t sizeOf(const std::filesystem::path& path) {
     std::error_code failed;
     const std::uintmax_t size = std::filesystem::file_size(path, failed);
-    return !failed && size > limit;
+    return failed ? 0 : size;
 }
 
 constexpr std::array<int, 89> kImaSteps = {
@@ -303,7 +309,7 @@ bool readSamples(const Source& file, const WavChunks& wav, Samples& pcm) {
 constexpr std::string_view kCannotOpenWav = "cannot open WAV";
 
 bool decodeWavSource(const Source& file, DecodedAudio& out, std::string& error) {
-    if (file.size > kMaxWavFile) return fail(error, kAudioTooLarge);
+    if (file.size > kMaxWavFile) return failTooLarge(error, "WAV file", file.size);
     Window window(file);
     const Bytes head = window.view(0, 12);
     if (file.size < 44 || head.size() < 12 || !hasTag(head, 0, "RIFF") ||
@@ -314,14 +320,20 @@ bool decodeWavSource(const Source& file, DecodedAudio& out, std::string& error) 
     if (const std::string_view refusal = wavRefusal(wav); !refusal.empty()) {
         return fail(error, refusal);
     }
-    if (wav.dataSize / (wav.bits / 8) > kMaxDecodedSamples) return fail(error, kAudioTooLarge);
+    if (wav.dataSize / (wav.bits / 8) > kMaxDecodedSamples) {
+        return failTooLarge(error, "WAV data at byte " + std::to_string(wav.dataStart),
+                            wav.dataSize);
+    }
 
     out = {};
     // A rate beyond the range of int is as good as none.
     out.sampleRate = static_cast<int>(std::min<std::uint32_t>(wav.rate, 0x7FFFFFFFU));
     out.channels = static_cast<int>(wav.channels);
     out.format = wav.codec == kCodecFloat ? "wav-float32" : "wav-pcm" + std::to_string(wav.bits);
-    if (!readSamples(file, wav, out.pcm)) return fail(error, kCannotOpenWav);
+    if (!readSamples(file, wav, out.pcm)) {
+        return fail(error, "cannot read the WAV data of " + std::to_string(wav.dataSize) +
+                               " bytes at byte " + std::to_string(wav.dataStart));
+    }
     if (wav.hasLoop) {
         out.hasLoop = true;
         out.loopStartFrames = wav.loopStart;
@@ -348,7 +360,9 @@ bool AudioDecoder::decodeFile(const std::filesystem::path& path, DecodedAudio& o
 
 bool AudioDecoder::decodeOpenBorBor(const std::filesystem::path& path, DecodedAudio& out,
                                     std::string& error) {
-    if (isLarger(path, kMaxBorFile)) return fail(error, kAudioTooLarge);
+    if (const auto size = sizeOf(path); size > kMaxBorFile) {
+        return failTooLarge(error, ".bor file", size);
+    }
     const auto file = readFileBytes(path, kMaxBorFile);
     return file ? decodeOpenBorBor(*file, out, error) : fail(error, "cannot open .bor music");
 }
@@ -358,7 +372,7 @@ bool AudioDecoder::decodeOpenBorBor(std::span<const std::uint8_t> file, DecodedA
     if (file.size() <= kBorHeader) {
         return fail(error, "invalid OpenBOR .bor: file is smaller than 160-byte header");
     }
-    if (file.size() > kMaxBorFile) return fail(error, kAudioTooLarge);
+    if (file.size() > kMaxBorFile) return failTooLarge(error, ".bor file", file.size());
     out = {};
     out.format = "openbor-bor-ima-adpcm-mono";
     const Bytes payload = file.subspan(kBorHeader);

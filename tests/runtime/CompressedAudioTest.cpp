@@ -57,9 +57,10 @@ TEST_F(CompressedAudioTest, DamageIsAMessageAndNoSamples) {
         ASSERT_TRUE(audio.pcm.empty()) << size;
     }
     for (const char* name : {"a.mp3", "a.FLAC", "a.ogg", "a.oga"}) {
-        EXPECT_EQ(decode(name, "x"),
-                  "libsndfile could not open compressed audio (codec may be unavailable)")
-            << name;
+        const std::string answer = decode(name, "x");
+        EXPECT_TRUE(answer.starts_with(
+            "libsndfile could not open compressed audio (codec may be unavailable): "))
+            << name << ": " << answer;
     }
 }
 
@@ -67,7 +68,8 @@ TEST_F(CompressedAudioTest, ALengthBeyondTheLimitIsRefusedBeforeDecoding) {
     std::string flac(std::begin(kFlac), std::end(kFlac));
     // The 36 bits of the frame count end at byte 26 of the file.
     flac[22] = '\x7F';
-    EXPECT_EQ(decode("a.flac", flac), kAudioTooLarge);
+    EXPECT_EQ(decode("a.flac", flac),
+              "decoded audio would be larger than 1 GiB: 2130706496 frames of 2 channels");
 }
 
 }  // namespace
