@@ -42,7 +42,7 @@ constexpr std::uintmax_t kMaxBorFile = kBorHeader + kMaxDecodedSamples / 2;
 constexpr std::uintmax_t kMaxWavFile = kMaxDecodedSamples * std::uintmax_t{4} + (1U << 20U);
 
 // Asked before anything of the file is read; 0 when nothing answers.
-std::uintmax_t sizeOf(const std::filesystem::path& path) {
+std::uintmax_t fileSize(const std::filesystem::path& path) {
     std::error_code failed;
     const std::uintmax_t size = std::filesystem::file_size(path, failed);
     return failed ? 0 : size;
@@ -360,7 +360,7 @@ bool AudioDecoder::decodeFile(const std::filesystem::path& path, DecodedAudio& o
 
 bool AudioDecoder::decodeOpenBorBor(const std::filesystem::path& path, DecodedAudio& out,
                                     std::string& error) {
-    if (const auto size = sizeOf(path); size > kMaxBorFile) {
+    if (const auto size = fileSize(path); size > kMaxBorFile) {
         return failTooLarge(error, ".bor file", size);
     }
     const auto file = readFileBytes(path, kMaxBorFile);
