@@ -1,12 +1,14 @@
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string>
-#include <vector>
 
 #include "Require.hpp"
-#include "ScriptVM.hpp"
+#include "ScriptProgramMaker.hpp"
+#include "ScriptReferee.hpp"
 
 using tindrel::fuzz::require;
+using namespace port::script;
 
 // Arrays that hold each other are never freed, as scripts may make them.
 extern "C" const char* __asan_default_options();
@@ -16,47 +18,28 @@ extern "C" const char* __asan_default_options() {
 
 namespace {
 
-// Forgets and keeps variables, so that nothing may be remembered across a call.
-struct Host : port::ScriptHost {
-    port::ScriptValue callScriptFunction(const std::string& name,
-                                         const std::vector<port::ScriptValue>& args,
-                                         port::ScriptContext& context,
-                                         std::vector<std::string>& unsupported) override {
-        if (name == "forget") context.local.clear();
-        if (!args.empty()) return args.back();
-        if (unsupported.size() < 100) unsupported.push_back(name);
-        return {};
+void compare(const std::string& text) {
+    port::ScriptVM vm;
+    vm.setRoot("/nonexistent");
+    const Outcome first = byMachine(vm, text);
+    if (text.find("rand") == text.npos) {  // a second run would draw other numbers
+        require(first == byMachine(vm, text), "a run does not depend on those before");
     }
-};
-
-port::ScriptRunResult runOnce(port::ScriptVM& vm, const std::string& text) {
-    port::ScriptContext context;
-    vm.globals().clear();
-    vm.setSteps(100'000);
-    port::ScriptRunResult result;
-    try {
-        result = vm.runAnimationCommand("", text, context);
-    } catch (const port::BreakSignal&) {
-        result.error = "break";
-    } catch (const port::ContinueSignal&) {
-        result.error = "continue";
-    }
-    return result;
+    if (!first.decided) return;
+    const Outcome expected = byReferee(text);
+    if (!expected.decided || first == expected) return;
+    std::fprintf(stderr, "%s\n-- machine: %s\n%s-- referee: %s\n%s", text.c_str(),
+                 first.error.c_str(), first.story.c_str(), expected.error.c_str(),
+                 expected.story.c_str());
+    require(false, "the machine does what a walk over the tokens does");
 }
 
 }  // namespace
 
-// The text as the body of a function, which it may end to define others.
+// The bytes as the text of a script, and as the choices that make up one without errors.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string text(reinterpret_cast<const char*>(data), size);
-    if (text.find("rand") != text.npos) return 0;  // a second run would draw other numbers
-    Host host;
-    port::ScriptVM vm;
-    vm.setRoot("/nonexistent");
-    vm.setHost(&host);
-    const port::ScriptRunResult first = runOnce(vm, text);
-    const port::ScriptRunResult second = runOnce(vm, text);
-    require(first.error == second.error, "a run does not depend on those before");
-    require(first.unsupported == second.unsupported, "nor does what it reports");
+    compare(std::string(reinterpret_cast<const char*>(data), size));
+    std::size_t next = 0;
+    compare(madeProgram([&] { return next < size ? data[next++] : 0U; }));
     return 0;
 }
