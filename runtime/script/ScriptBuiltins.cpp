@@ -66,8 +66,13 @@ bool setGlobalVar(BuiltinCall& call) {
     return true;
 }
 
+// Takes the table's memory as well, which clearing it would walk again each time.
+void forgetAll(Variables& variables) {
+    Variables().swap(variables);
+}
+
 bool clearGlobalVar(BuiltinCall& call) {
-    call.globals.clear();
+    forgetAll(call.globals);
     call.result = 1.0;
     return true;
 }
@@ -83,7 +88,7 @@ bool setLocalVar(BuiltinCall& call) {
 }
 
 bool clearLocalVar(BuiltinCall& call) {
-    call.context.local.clear();
+    forgetAll(call.context.local);
     call.exec.forgetVariables();
     call.result = 1.0;
     return true;
@@ -105,6 +110,7 @@ bool setIndexedVar(BuiltinCall& call) {
 }
 
 bool clearIndexedVar(BuiltinCall& call) {
+    call.exec.charge(call.globals.size());
     std::erase_if(call.globals, [](const auto& entry) { return entry.first.starts_with('#'); });
     call.result = 1.0;
     return true;
@@ -188,7 +194,7 @@ bool add(BuiltinCall& call) {
     const bool fits = within(index, size + 1);
     if (fits) {
         grow(call, size, size + 1);
-        call.exec.charge((size - static_cast<std::size_t>(index)) / kMovedPerStep);
+        call.exec.charge(size - static_cast<std::size_t>(index));
         array->indexed.insert(array->indexed.begin() + index, std::move(call.args[2]));
     }
     call.result = fits ? 1.0 : 0.0;
@@ -212,9 +218,15 @@ bool removeIndexed(ScriptArray& array, std::int64_t index) {
 bool erase(BuiltinCall& call) {
     ScriptArray* array = arrayOf(call);
     if (array == nullptr) return true;
-    call.exec.charge((array->indexed.size() + array->namedOrder.size()) / kMovedPerStep);
-    const std::string* name = textKey(call);
-    const bool was = name ? removeNamed(*array, *name) : removeIndexed(*array, indexKey(call));
+    bool was = false;
+    if (const std::string* name = textKey(call)) {
+        // Names of one length may differ in their last letter only.
+        call.exec.charge(array->namedOrder.size() * (1 + name->size() / kTextPerStep));
+        was = removeNamed(*array, *name);
+    } else {
+        call.exec.charge(array->indexed.size());
+        was = removeIndexed(*array, indexKey(call));
+    }
     call.result = was ? 1.0 : 0.0;
     return true;
 }
@@ -246,7 +258,7 @@ bool reset(BuiltinCall& call) {
 bool key(BuiltinCall& call) {
     const ScriptArray* array = arrayOf(call);
     if (array != nullptr && array->cursor < array->namedOrder.size()) {
-        call.result = array->namedOrder[array->cursor];
+        call.exec.copy(call.result, std::string_view(array->namedOrder[array->cursor]));
     }
     return true;
 }

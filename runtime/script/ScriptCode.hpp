@@ -73,7 +73,7 @@ struct Function;
 struct CallSite {
     const Builtin* builtin = nullptr;
     Function* user = nullptr;
-    std::string name;  // as the script spells it
+    const std::string* name = nullptr;  // as the script spells it, one of Names
     std::size_t count = 0;
 };
 
@@ -98,7 +98,7 @@ struct Function {
 
     bool compiled = false;
     std::vector<Instr> code;
-    std::vector<std::string> texts;
+    std::vector<std::string_view> texts;  // of the program's tokens
     std::vector<std::string> errors;
     std::vector<CallSite> sites;
     std::vector<SwitchTable> switches;
@@ -144,7 +144,8 @@ struct Program {
 };
 
 // Compiles a function in place. What is no valid statement becomes an instruction that throws
-// where a walk over the tokens would meet it; compiling itself never fails.
-void compile(Function& function);
+// where a walk over the tokens would meet it; compiling itself never fails. Gives the tokens that
+// it passed, about.
+std::size_t compile(Function& function);
 
 }  // namespace port::script

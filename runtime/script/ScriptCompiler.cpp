@@ -6,12 +6,17 @@
 #include "ScriptLimits.hpp"
 
 namespace port::script {
+namespace {
 
-void compile(Function& function) {
-    Compiler(function).run();
+constexpr const char* kTooLarge = "script function too large";
+
+}  // namespace
+
+std::size_t compile(Function& function) {
+    return Compiler(function).run();
 }
 
-void Compiler::run() {
+std::size_t Compiler::run() {
     pos_ = fn_.body;
     const Mark start = mark();
     try {
@@ -25,6 +30,7 @@ void Compiler::run() {
     fn_.code.push_back({Op::ReturnEmpty});
     settleNames();
     fn_.compiled = true;
+    return scanned_ + fn_.code.size();
 }
 
 Compiler::Nested::Nested(Compiler& owner) : compiler(owner) {
@@ -65,7 +71,8 @@ void Compiler::land(std::int32_t jump) {
 // The rest of what was begun since `from` cannot be had: all that leads there throws instead.
 void Compiler::breakOff(const Mark& from, const std::string& message) {
     const auto error = static_cast<std::int32_t>(fn_.errors.size());
-    fn_.errors.push_back(message);
+    errorBytes_ += message.size();
+    fn_.errors.push_back(errorBytes_ <= kMaxText ? message : kTooLarge);
     const std::int32_t thrower = label();
     fn_.code.push_back({Op::Throw, Word::None, false, error});
     for (; open_.size() > from.open; open_.pop_back()) instr(open_.back()).a = thrower;
@@ -82,7 +89,7 @@ void Compiler::breakOff(const Mark& from, const std::string& message) {
 
 void Compiler::tooLarge() {
     exhausted_ = true;
-    throw SyntaxError("script function too large");
+    throw SyntaxError(kTooLarge);
 }
 
 // --- Variables

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "ScriptCode.hpp"
+#include "ScriptLimits.hpp"
 
 namespace port::script {
 
@@ -26,7 +27,7 @@ class Compiler {
     explicit Compiler(Function& function)
         : fn_(function), program_(*function.program), tokens_(program_.tokens.list) {}
 
-    void run();
+    std::size_t run();
 
   private:
     // A loop or switch whose body is being compiled, with the jumps out of it.
@@ -70,6 +71,11 @@ class Compiler {
         return true;
     }
     void need(Word word, const char* spelling);
+    // Counts the work on a token, which grows with its length.
+    void pass(const Tok& token) {
+        scanned_ += 1 + token.s.size() / kTextPerStep;
+        if (scanned_ > kMaxScanned) tooLarge();
+    }
 
     // --- Code
 
@@ -163,6 +169,7 @@ class Compiler {
     std::int32_t lastLabel_ = 0;
     bool exhausted_ = false;
     std::size_t scanned_ = 0;
+    std::size_t errorBytes_ = 0;
     std::vector<std::int32_t> open_;  // forward jumps that have not landed
     // Where the loops around this place begin to need their body.
     std::vector<std::int32_t> entries_;

@@ -211,8 +211,8 @@ Exec::Registers Exec::registers() {
 // The arguments are the `count` values below stack place `top`; spare ones are dropped.
 void Exec::enter(Function& function, std::size_t count, std::size_t top) {
     if (frames_.size() == kMaxCalls) throw std::runtime_error("script recursion limit exceeded");
-    if (!function.compiled) compile(function);
-    charge(function.code.size());
+    if (!function.compiled) charge(library_.compile(function));
+    charge(function.code.size() + function.slots);
     Frame frame{&function, function.code.data(), 0, 0, top - count, top - count};
     if (!frames_.empty()) {
         const Frame& caller = frames_.back();
@@ -332,7 +332,7 @@ ScriptValue* Exec::callHost(const CallSite& site, const Instr* next, ScriptValue
         };
         try {
             ScriptValue result =
-                host_->callScriptFunction(site.name, hostArgs_, *context_, *unsupported_);
+                host_->callScriptFunction(*site.name, hostArgs_, *context_, *unsupported_);
             take(*args, result);
         } catch (const BreakSignal&) {
             return leaveBy(true);
@@ -340,10 +340,11 @@ ScriptValue* Exec::callHost(const CallSite& site, const Instr* next, ScriptValue
             return leaveBy(false);
         }
         forgetVariables();
+        charge(unsupported_->size() / kReportsPerStep);
     } else {
         auto& names = *unsupported_;
-        if (std::find(names.begin(), names.end(), site.name) == names.end()) {
-            names.push_back(site.name);
+        if (std::find(names.begin(), names.end(), *site.name) == names.end()) {
+            names.push_back(*site.name);
         }
         args->emplace<std::monostate>();
     }
@@ -403,13 +404,18 @@ void Exec::updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right) 
 
 void Exec::copy(ScriptValue& to, const ScriptValue& from) {
     if (const auto* number = std::get_if<double>(&from)) return put(to, *number);
-    if (const auto* text = std::get_if<std::string>(&from)) return copy(to, *text);
+    if (const auto* text = std::get_if<std::string>(&from))
+        return copy(to, std::string_view(*text));
     to = from;
 }
 
-void Exec::copy(ScriptValue& to, const std::string& from) {
+void Exec::copy(ScriptValue& to, std::string_view from) {
     charge(from.size() / kTextPerStep);
-    to = from;
+    if (auto* text = std::get_if<std::string>(&to)) {
+        *text = from;
+    } else {
+        to.emplace<std::string>(from);
+    }
 }
 
 void Exec::binaryNumber(const Instr& instr, ScriptValue& left) {

@@ -7,19 +7,25 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "ScriptCode.hpp"
+#include "ScriptLibrary.hpp"
 #include "ScriptVM.hpp"
 
 namespace port::script {
 
 class Exec {
   public:
-    Exec(const Names& names, std::unordered_map<std::string, ScriptValue>& globals,
+    Exec(ScriptLibrary& library, std::unordered_map<std::string, ScriptValue>& globals,
          std::int64_t& steps, std::mt19937& random)
-        : names_(names), globals_(globals), steps_(steps), random_(random) {}
+        : library_(library),
+          names_(library.names()),
+          globals_(globals),
+          steps_(steps),
+          random_(random) {}
 
     // The world of the calls that follow.
     void begin(ScriptHost* host, ScriptContext& context, std::vector<std::string>& unsupported);
@@ -34,6 +40,7 @@ class Exec {
     }
     // A second holder of a value. Long texts cost steps.
     void copy(ScriptValue& to, const ScriptValue& from);
+    void copy(ScriptValue& to, std::string_view from);
     // Variables of the context were erased: where they stood is no longer known.
     void forgetVariables() { ++epoch_; }
 
@@ -91,11 +98,11 @@ class Exec {
     void updateName(const Instr& instr, const ScriptValue& right);
     void updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right);
 
-    void copy(ScriptValue& to, const std::string& from);
     void binaryNumber(const Instr& instr, ScriptValue& left);
     void binary(Word op, ScriptValue& left, const ScriptValue& right);
     void join(ScriptValue& left, const ScriptValue& right);
 
+    ScriptLibrary& library_;
     const Names& names_;
     std::unordered_map<std::string, ScriptValue>& globals_;
     std::int64_t& steps_;

@@ -116,6 +116,7 @@ void Compiler::unary() {
 
 void Compiler::primary() {
     const Tok& first = token();
+    pass(first);
     if (first.k == TK::Id) return name();
     if (first.k == TK::Num) {
         emit({Op::Number, Word::None, false, 0, 0, literalNumber(std::string(first.s))}, 1);
@@ -161,7 +162,7 @@ void Compiler::call(std::string_view name) {
                                      : Op::CallHost;
     emit({op, Word::None, false, static_cast<std::int32_t>(fn_.sites.size())},
          1 - static_cast<int>(count));
-    fn_.sites.push_back({builtin, user, std::string(name), count});
+    fn_.sites.push_back({builtin, user, &program_.names.text(program_.names.id(name)), count});
 }
 
 }  // namespace port::script

@@ -1,6 +1,7 @@
 #include "ScriptLibrary.hpp"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "PathEncoding.hpp"
@@ -10,6 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* kFull = "script library limit exceeded";
 constexpr std::string_view kFrameFunction = "__tindrel_animation_frame";
 // Exists only as the place that the includes of a command without helper are relative to.
 constexpr std::string_view kFrameFile = "__generated_animation_command.c";
@@ -32,6 +34,27 @@ fs::path ScriptLibrary::find(std::string_view raw, const fs::path& relative) {
     return unique.empty() ? path : unique;
 }
 
+std::unique_ptr<Program> ScriptLibrary::program(std::string text, Program* base) {
+    kept_ += text.size();
+    cost_ += text.size() / kExpandedPerStep;
+    auto made = std::make_unique<Program>(lex(std::move(text)), names_, base);
+    kept_ += made->tokens.list.size() * sizeof(Tok);
+    return made;
+}
+
+// For what preprocessing took from `before` to `state`, and for the copy of what stood before.
+void ScriptLibrary::pay(const PreprocessorState& state, const PreprocessorState& before) {
+    cost_ += (state.consumed - before.consumed) / kSourcePerStep + before.macros.size() +
+             before.funcMacros.size() + before.imported.size();
+}
+
+std::size_t ScriptLibrary::compile(Function& function) {
+    if (full()) throw std::runtime_error(kFull);
+    const std::size_t work = script::compile(function);
+    kept_ += function.code.size() * sizeof(Instr);
+    return work / kCompiledPerStep;
+}
+
 const Script& ScriptLibrary::load(const fs::path& path) {
     std::unique_ptr<Script>& known = scripts_[PathEncoding::utf8(path)];
     if (known) return *known;
@@ -41,11 +64,16 @@ const Script& ScriptLibrary::load(const fs::path& path) {
         known->error = "script not found: " + PathEncoding::utf8(path);
         return *known;
     }
+    if (full()) {
+        known->error = kFull;
+        return *known;
+    }
     PreprocessorState state;
     state.imported.insert(PathEncoding::utf8(path));
     std::string expanded = preprocessScript(sources_, path, *text, state);
+    pay(state, {});
     known->unsupported = std::move(state.unsupported);
-    known->program = std::make_unique<Program>(lex(std::move(expanded)), names_);
+    known->program = program(std::move(expanded));
     return *known;
 }
 
@@ -74,6 +102,7 @@ const ScriptLibrary::Helper& ScriptLibrary::helper(const fs::path& path) {
     if (!script.program) return helper;
     // Once more for the macros and conditions that it leaves behind.
     (void)preprocessScript(sources_, path, *sources_.text(path), helper.state);
+    pay(helper.state, {});
     const std::vector<Tok>& tokens = script.program->tokens.list;
     helper.closed = script.program->tokens.closed && script.program->balanced &&
                     std::none_of(tokens.begin(), tokens.end(), [](const Tok& token) {
@@ -87,15 +116,18 @@ const ScriptLibrary::Helper& ScriptLibrary::helper(const fs::path& path) {
 void ScriptLibrary::build(Command& command, const Helper& helper, const fs::path& path,
                           std::string_view text) {
     Script& script = command.script;
+    if (full()) {
+        script.error = kFull;
+        return;
+    }
     PreprocessorState state = helper.state;
     std::string expanded = preprocessScript(sources_, path, frameText(text), state);
+    pay(state, helper.state);
     script.unsupported = std::move(state.unsupported);
     Program* const base = helper.script ? helper.script->program.get() : nullptr;
-    script.program = std::make_unique<Program>(lex(expanded), names_, base);
+    script.program = program(expanded, base);
     const bool stands = base == nullptr || (helper.closed && script.program->functions.size() == 1);
-    if (!stands) {
-        script.program = std::make_unique<Program>(lex(*base->tokens.source + expanded), names_);
-    }
+    if (!stands) script.program = program(*base->tokens.source + expanded);
     if (helper.script != nullptr) command.helperMain = script.program->find("main");
     command.frame = script.program->find(kFrameFunction);
 }

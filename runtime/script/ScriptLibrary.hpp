@@ -7,9 +7,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ScriptCode.hpp"
+#include "ScriptLimits.hpp"
 #include "ScriptPreprocessor.hpp"
 
 namespace port::script {
@@ -35,6 +37,12 @@ class ScriptLibrary {
     const Script& file(std::string_view raw);
     const Command& command(std::string_view rawHelper, std::string_view text);
 
+    // Compiles a function of a script; gives the steps that it cost. Throws std::runtime_error once
+    // the library is full.
+    std::size_t compile(Function& function);
+
+    // The steps that new scripts have cost since the last call.
+    [[nodiscard]] std::size_t takeCost() { return std::exchange(cost_, 0); }
     [[nodiscard]] const Names& names() const { return names_; }
 
   private:
@@ -48,6 +56,9 @@ class ScriptLibrary {
     std::filesystem::path find(std::string_view raw, const std::filesystem::path& relative);
     const Script& load(const std::filesystem::path& path);
     const Helper& helper(const std::filesystem::path& path);
+    [[nodiscard]] bool full() const { return kept_ > kMaxLibrary; }
+    std::unique_ptr<Program> program(std::string text, Program* base = nullptr);
+    void pay(const PreprocessorState& state, const PreprocessorState& before);
     void build(Command& command, const Helper& helper, const std::filesystem::path& path,
                std::string_view text);
 
@@ -59,6 +70,8 @@ class ScriptLibrary {
     TextMap<Helper> helpers_;                   // by UTF-8 path
     TextMap<Command> commands_;                 // by helper and text
     std::string key_;
+    std::size_t kept_ = 0;  // bytes
+    std::size_t cost_ = 0;
 };
 
 }  // namespace port::script

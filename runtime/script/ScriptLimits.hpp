@@ -15,12 +15,17 @@ namespace port::script {
 inline constexpr std::int64_t kPassSteps = 20'000'000;
 // Scripts that run while a stage is loaded: there a pause of half a second is no harm.
 inline constexpr std::int64_t kLoadingSteps = 100'000'000;
-// Bytes of a copied or joined text that cost one step.
+// Bytes of a copied, joined or compared text that cost one step.
 inline constexpr std::size_t kTextPerStep = 8;
+// Bytes of source read and of expanded text kept, and tokens compiled, that cost one step. Below
+// their true price, which is paid once for each script: its first run must not fail for it.
+inline constexpr std::size_t kSourcePerStep = 32;
+inline constexpr std::size_t kExpandedPerStep = 4;
+inline constexpr std::size_t kCompiledPerStep = 4;
 // Steps that one element, named entry or variable costs, so that memory is bounded by the steps.
 inline constexpr std::size_t kEntrySteps = 16;
-// Elements that are moved for one step when one is put in or taken out between them.
-inline constexpr std::size_t kMovedPerStep = 8;
+// Entries of the list of unanswered calls that a host passes for one step.
+inline constexpr std::size_t kReportsPerStep = 4;
 
 // --- Running
 
@@ -42,9 +47,9 @@ inline constexpr std::size_t kMaxArray = std::size_t{1} << 20U;
 inline constexpr int kMaxNesting = 200;
 // A hostile switch can be compiled anew from each of its labels; real functions stay below 10,000
 // instructions.
-inline constexpr std::size_t kMaxCode = std::size_t{1} << 20U;
+inline constexpr std::size_t kMaxCode = std::size_t{1} << 18U;
 // Tokens that the searches for labels may pass, for the same reason.
-inline constexpr std::size_t kMaxScanned = 50'000'000;
+inline constexpr std::size_t kMaxScanned = 10'000'000;
 // Declared names: each call has a place for all of them.
 inline constexpr std::size_t kMaxVariables = 4096;
 // Values of one call on the stack; real calls have below 20.
@@ -54,18 +59,28 @@ inline constexpr std::size_t kMaxArguments = 255;
 
 // Bytes of expanded text of one script, and of source read for it: a script that includes or
 // expands itself without end stops here with "preprocessor-size". Real ones stay below 2 MiB.
-inline constexpr std::size_t kMaxExpandedText = std::size_t{64} << 20U;
-inline constexpr std::size_t kMaxConsumedText = 4 * kMaxExpandedText;
+inline constexpr std::size_t kMaxExpandedText = std::size_t{16} << 20U;
+inline constexpr std::size_t kMaxConsumedText = 16 * kMaxExpandedText;
+// A longer file is no script.
+inline constexpr std::size_t kMaxSourceFile = kMaxExpandedText;
 // Files open at once; beyond it a file's text stands unexpanded with "preprocessor-depth".
 inline constexpr int kMaxIncludeDepth = 24;
 // Passes of macros over one line: one that expands to itself stops here.
 inline constexpr int kMaxPasses = 16;
 // What macros may add to one line; real ones add below 1 KiB.
 inline constexpr std::size_t kMaxLineGrowth = std::size_t{1} << 22U;
-// What a complaint weighs against kMaxConsumedText, so that a storm of them ends as well.
-inline constexpr std::size_t kReportWeight = 64;
+// What the look-up of an include weighs against kMaxConsumedText, about its time.
+inline constexpr std::size_t kIncludeWeight = 256;
+// Complaints that are listed; every run of the script copies and logs them.
+inline constexpr std::size_t kMaxReports = 1000;
 // A longer include is expanded again each time; so many fit below kMaxExpandedText.
 inline constexpr std::size_t kMaxRemembered = std::size_t{1} << 20U;
+
+// --- Keeping
+
+// Bytes of tokens, texts and code of all scripts of a game, about; what comes later does not run.
+// A token of text weighs some 40 bytes, and the largest games have below 20 MiB of text.
+inline constexpr std::size_t kMaxLibrary = std::size_t{2} << 30U;
 
 // --- Logging
 

@@ -40,14 +40,20 @@ bool ScriptPaths::safeScriptPath(const fs::path& current, std::string_view raw, 
     const Folded& below = folded(root_ / relative);
     out = below.path;
     if (below.exists) return true;
-    const Folded& beside = folded(current.parent_path() / relative);
+    Folded& beside = folded(current.parent_path() / relative);
     if (!beside.exists) return true;
+    if (!beside.judged) judge(beside);
+    if (!beside.inside.empty()) out = beside.inside;
+    return true;
+}
+
+void ScriptPaths::judge(Folded& known) const {
+    known.judged = true;
     std::error_code failed;
-    const fs::path inner = fs::weakly_canonical(beside.path, failed);
+    const fs::path inner = fs::weakly_canonical(known.path, failed);
     const fs::path outer = fs::weakly_canonical(root_, failed);
     const fs::path between = inner.lexically_relative(outer);
-    if (!failed && !between.empty() && !climbs(between)) out = inner;
-    return true;
+    if (!failed && !between.empty() && !climbs(between)) known.inside = inner;
 }
 
 fs::path ScriptPaths::scriptCasePath(const fs::path& path) {
@@ -63,11 +69,12 @@ fs::path ScriptPaths::scriptUniqueBasename(std::string_view wanted) {
     return found == basenames_.end() ? fs::path() : found->second;
 }
 
-const ScriptPaths::Folded& ScriptPaths::folded(const fs::path& path) {
+ScriptPaths::Folded& ScriptPaths::folded(const fs::path& path) {
     const auto [slot, added] = folded_.try_emplace(PathEncoding::utf8(path));
     Folded& known = slot->second;
     if (!added) return known;
-    known = {path, onDisk(path)};
+    known.path = path;
+    known.exists = onDisk(path);
     if (known.exists) return known;
     fs::path built = path.root_path();
     for (const fs::path& part : path.relative_path()) {
@@ -79,7 +86,8 @@ const ScriptPaths::Folded& ScriptPaths::folded(const fs::path& path) {
         }
         built /= name;
     }
-    known = {built, onDisk(built)};
+    known.exists = onDisk(built);
+    known.path = std::move(built);
     return known;
 }
 

@@ -43,11 +43,14 @@ class ScriptPaths {
     struct Folded {
         std::filesystem::path path;
         bool exists = false;
+        std::filesystem::path inside{};  // canonical, if that lies below the root
+        bool judged = false;
     };
     // Lower-cased name to the first entry with it.
     using Listing = std::unordered_map<std::string, std::filesystem::path>;
 
-    const Folded& folded(const std::filesystem::path& path);
+    Folded& folded(const std::filesystem::path& path);
+    void judge(Folded& known) const;
     const Listing& listing(const std::filesystem::path& folder);
     void indexBasenames();
 

@@ -252,6 +252,7 @@ class Preprocessor {
                                (raw.front() == '<' && raw.back() == '>'))) {
             raw = raw.substr(1, raw.size() - 2);
         }
+        consume(kIncludeWeight);
         fs::path path;
         if (!sources_.paths.safeScriptPath(place.file, raw, path)) {
             return report("unsafe-" + name + ":" + std::string(raw));
@@ -318,9 +319,8 @@ class Preprocessor {
     }
 
     void report(std::string complaint) {
-        if (state_.full) return;
+        if (state_.full || state_.unsupported.size() >= kMaxReports) return;
         state_.unsupported.push_back(std::move(complaint));
-        consume(kReportWeight);
     }
 
     void consume(std::size_t bytes) {
@@ -347,7 +347,9 @@ const std::string* ScriptSources::text(const fs::path& path) {
     if (added) {
         std::error_code ignored;
         std::ifstream in;
-        if (fs::is_regular_file(path, ignored)) in.open(path, std::ios::binary);
+        const bool fits =
+            fs::is_regular_file(path, ignored) && fs::file_size(path, ignored) <= kMaxSourceFile;
+        if (fits) in.open(path, std::ios::binary);
         source.readable = in.is_open();
         if (in) source.text.assign(std::istreambuf_iterator<char>(in), {});
     }

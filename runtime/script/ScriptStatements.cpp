@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "ScriptCompiler.hpp"
-#include "ScriptLimits.hpp"
 
 namespace port::script {
 namespace {
@@ -244,6 +243,7 @@ void Compiler::returnStatement() {
 void Compiler::simpleStatement() {
     const bool declared = token().k == TK::Id && accept(Word::TypeName);
     const Tok name = token();
+    pass(name);
     const Word next = token(1).k == TK::Sym ? token(1).word : Word::None;
     if (name.k != TK::Id) return dropped();
     if (isAssignment(next)) {
@@ -293,7 +293,7 @@ void Compiler::switchStatement() {
 Compiler::Labels Compiler::scanLabels(std::int32_t counter) {
     Labels labels;
     for (int depth = 1;; ++pos_) {
-        if (++scanned_ > kMaxScanned) tooLarge();
+        pass(token());
         if (token().k == TK::End) need(Word::RightBrace, "}");
         if (token().word == Word::LeftBrace) ++depth;
         if (token().word == Word::RightBrace && --depth == 0) break;

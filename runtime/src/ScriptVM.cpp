@@ -44,7 +44,7 @@ void ScriptVM::run(ScriptRunResult& result, ScriptContext& context, Work work) {
             throw std::runtime_error("script recursion limit exceeded");
         if (machine.execs.size() < machine.runs) {
             machine.execs.push_back(
-                std::make_unique<script::Exec>(machine.library.names(), globals_, steps_, random_));
+                std::make_unique<script::Exec>(machine.library, globals_, steps_, random_));
         }
         script::Exec& exec = *machine.execs[machine.runs - 1];
         exec.begin(host_, context, result.unsupported);
@@ -61,6 +61,7 @@ ScriptRunResult ScriptVM::runFile(std::string_view path, ScriptContext& context,
     if (path.empty()) return result;
     run(result, context, [&](script::Exec& exec) {
         const script::Script& script = machine_->library.file(path);
+        exec.charge(machine_->library.takeCost() + script.unsupported.size());
         result.unsupported = script.unsupported;
         if (!script.program) throw std::runtime_error(script.error);
         script::Function* wanted = script.program->find(function);
@@ -77,6 +78,7 @@ ScriptRunResult ScriptVM::runAnimationCommand(std::string_view helperPath, std::
     if (helperPath.empty() && command.empty()) return result;
     run(result, context, [&](script::Exec& exec) {
         const script::Command& known = machine_->library.command(helperPath, command);
+        exec.charge(machine_->library.takeCost() + known.script.unsupported.size());
         result.unsupported = known.script.unsupported;
         result.ok = known.script.error.empty();
         result.error = known.script.error;

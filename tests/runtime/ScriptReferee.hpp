@@ -38,7 +38,7 @@ class Referee {
           context_(context),
           globals_(globals),
           unsupported_(unsupported),
-          sink_(names_, globals, steps_, random_) {}
+          sink_(library_, globals, steps_, random_) {}
 
     // Nothing if there is no such function.
     std::optional<ScriptValue> call(std::string_view name, std::vector<ScriptValue> args) {
@@ -482,9 +482,9 @@ class Referee {
     std::size_t pos_ = 0;
     std::vector<Values> scopes_;
     int depth_ = 0;
-    int fuel_ = 200'000;
+    int fuel_ = 50'000;
     // What the language's own functions take their steps from.
-    Names names_;
+    ScriptLibrary library_{"/nonexistent"};
     std::int64_t steps_ = 1'000'000;
     std::mt19937 random_{0x0B0B0B};
     Exec sink_;
@@ -557,7 +557,7 @@ inline Outcome byMachine(ScriptVM& vm, const std::string& text) {
     referee::Witness host;
     vm.setHost(&host);
     vm.globals().clear();
-    vm.setSteps(200'000);
+    vm.setSteps(50'000);
     Outcome outcome = referee::observed(
         host, vm.globals(), [&](ScriptContext& context, std::vector<std::string>& unsupported) {
             ScriptRunResult result = vm.runAnimationCommand("", text, context);

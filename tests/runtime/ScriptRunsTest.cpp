@@ -58,6 +58,23 @@ TEST(ScriptLoops, EndARunThatMultipliesThem) {
     EXPECT_EQ(ends("for (;;) array(50000);"), kOut);
     EXPECT_EQ(ends("set(array(), 99999999, 1);"), "script array too large");
     EXPECT_EQ(ends("int i; for (;;) { i++; setlocalvar(i, i); }"), kOut);
+    // What costs time without being an instruction.
+    for (const char* body : {
+             "int i; for (i = 0; i < 9000; i++) setglobalvar(i, i); for (;;) clearindexedvar();",
+             "mixed a = array(9000); for (;;) { add(a, 0, 1); delete(a, 0); }",
+             "mixed a = array(); mixed t = \"x\"; int i; for (i = 0; i < 9; i++) t = t + t;"
+             "for (i = 0; i < 99; i++) set(a, t + i, 1); for (;;) delete(a, t + 99);",
+             "mixed a = array(); mixed t = \"x\"; int i; for (i = 0; i < 15; i++) t = t + t;"
+             "set(a, t, 1); t = 0; for (;;) key(a);",
+         }) {
+        EXPECT_EQ(ends(body), kOut) << body;
+        EXPECT_LT(trial.vm.stepsLeft(), 0);
+        trial.vm.globals().clear();
+    }
+    std::string wide = "void main() { for (;;) f(); } void f(";
+    for (int i = 0; i < 4000; ++i) wide += "int p" + std::to_string(i) + ", ";
+    trial.vm.setSteps(1'000'000);
+    EXPECT_EQ(trial.script(wide + "int q) {}").error, kOut);
     EXPECT_EQ(ends("for (;;) x++;"), "");
     EXPECT_EQ(trial.host.said, "1");
 }
@@ -169,6 +186,12 @@ TEST(ScriptRuns, HostileNestingIsAnError) {
         text = "switch (x) { case 1: if (1) y = 1 ? case + 2 : 3; else { " + text + " } }";
     }
     EXPECT_EQ(trial.body(text).error, "script function too large");
+    std::string large =
+        "x = \"" + std::string(100'000, 'a') + "\"; " + std::string(50'000, 'b') + "();";
+    for (int i = 0; i < 60; ++i) {
+        large = "switch (x) { case 1: if (1) y = 1 ? case + 2 : 3; else { " + large + " } }";
+    }
+    EXPECT_EQ(trial.body(large).error, "script function too large");
 }
 
 TEST(ScriptRuns, ReportWhatNobodyKnows) {
