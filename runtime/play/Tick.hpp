@@ -23,8 +23,13 @@ struct Events {
     std::vector<SoundCue> sounds;
 };
 
+// Who moves the players: what the devices hold, also where a recording or a bot stands in for them;
+// nobody, who walks on; or the script of a run that checks itself.
+enum class PlayerDrive { Devices, Nobody, SelfCheck };
+
 struct Tick {
     World& world;
+    PlayerDrive drive;
     const TickInput& input;
     const RuntimeConfig& config;
     Scripts& scripts;

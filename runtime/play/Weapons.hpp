@@ -10,6 +10,17 @@ namespace port {
 // weapon changes nothing.
 void setWeaponIndex(Tick& tick, Actor& actor, int index);
 
+// Takes up the nearest in the order of entities that lies within reach: ammunition for the weapon
+// in hand, a weapon of the model's list, or a thing to throw.
+void tryPickupWeapon(Tick& tick, PlayerActor& player);
+
+// The actor is left with what the loss of the weapon in hand leaves. Unless a stage ends, its item
+// falls to the ground while it has drops left.
+void dropWeapon(Tick& tick, Actor& actor, bool stageLoss);
+
+// Lets the items that fell enter the stage.
+void flushWeaponDrops(Tick& tick);
+
 // At the end of a stage: everybody is left with what the loss of the weapon in hand leaves, and
 // nothing falls to the ground.
 void loseWeapons(Tick& tick);

@@ -98,7 +98,11 @@ struct Game {
     HudSize hud;
     SmokeRun smoke;
 
-    [[nodiscard]] Tick tick() { return {world, input, config, scripts, events}; }
+    [[nodiscard]] Tick tick() { return {world, drive(), input, config, scripts, events}; }
+    [[nodiscard]] PlayerDrive drive() const {
+        if (smoke.active) return PlayerDrive::SelfCheck;
+        return renderer.headless() ? PlayerDrive::Nobody : PlayerDrive::Devices;
+    }
 
     // Whether nobody is there to see and to wait: no time is spent on being looked at.
     [[nodiscard]] bool playsByItself() const { return smoke.active || renderer.headless(); }

@@ -22,7 +22,7 @@ struct WorldTrial : testing::Test {
     RuntimeConfig config;
     Scripts scripts;
     Events events;
-    Tick tick{world, input, config, scripts, events};
+    Tick tick{world, PlayerDrive::Devices, input, config, scripts, events};
     Player1& player = world.player1;
     std::string log, warnings;
 
