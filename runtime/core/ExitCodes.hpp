@@ -10,8 +10,7 @@ enum ExitCode {
     kSmokeNotStarted = 72,  // a game that checks itself could not begin,
     kSmokeEndedEarly = 73,  // ended before its frames were played,
     kSmokeStuck = 74,       // or left gameplay for good
-    kReplayDiffers = 77,    // a recording came to another world
-    kRecordingUnusable = 78
+    kReplayDiffers = 77     // a recording came to another world
 };
 
 }  // namespace port

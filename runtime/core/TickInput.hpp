@@ -37,6 +37,7 @@ struct TickInput {
     }
     // For a screen that the presses of this pass have brought up: they are not meant for it.
     [[nodiscard]] TickInput withoutPresses() const { return {held, {}, {}}; }
+    bool operator==(const TickInput&) const = default;
 };
 
 // The next pass's input, from what is held then and the input of the pass before.

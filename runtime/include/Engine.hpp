@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,11 +23,19 @@ class Engine final : public ScriptHost {
     // missing sound only warns. Without a window a game begins at once.
     [[nodiscard]] bool initialize(const std::filesystem::path& portRoot);
 
+    // Before initialize(). Writes the run into the file; false when it cannot be written.
+    [[nodiscard]] bool record(const std::filesystem::path& file) {
+        return game_.recorder.open(file);
+    }
+    // Before initialize(). The run then plays the recording, ends with it and leaves no trace.
+    void setReplay(Recording recording) { replay_.emplace(std::move(recording)); }
+
     // Keeps pictures of the gameplay passes to come.
     void setCapture(FrameCapture capture) { game_.capture = std::move(capture); }
 
     // The loop, one tick and one drawn frame a pass. 0, or 70 when a window closed within three
-    // passes. Without a window it ends by itself after 900 passes.
+    // passes. Without a window it ends by itself after 900 passes. A replay gives 77 when it came
+    // to another world than its recording.
     int run();
 
     // Plays by itself for 60 to 3600 frames. 0, or 72 when a game could not start, 73 when it ended
@@ -48,9 +57,12 @@ class Engine final : public ScriptHost {
     void logServices() const;
     void choosePlayerModel();
     void enterFirstState();
+    bool enterReplay();
 
     // The loop.
     [[nodiscard]] HeldInput heldInput() const;
+    [[nodiscard]] TickInput passInput();
+    [[nodiscard]] bool replayAgrees();
     bool runPass();
     void runFrontendPass();
     [[nodiscard]] bool smokeRunIsOver() const;
@@ -58,11 +70,14 @@ class Engine final : public ScriptHost {
     void logHeadlessProgress() const;
     void pace() const;
     int endRun(int passes);
+    int endReplay(std::uint64_t hash) const;
     void saveSettings();
 
     Game game_;
     FrontendState screenState_ = FrontendState::Playing;  // whose screen_ is up
     std::unique_ptr<Screen> screen_;
+    std::optional<Replay> replay_;
+    bool replayDiffers_ = false;
 };
 
 }  // namespace port

@@ -3,6 +3,7 @@
 // All settings of a port, kept in config/graphics.ini.
 
 #include <filesystem>
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <string_view>
@@ -114,6 +115,11 @@ struct RuntimeSetting {
 
 // The defaults, changed by whatever the file says that can be read. Never fails.
 [[nodiscard]] RuntimeConfig loadRuntimeConfig(const std::filesystem::path& iniPath);
+
+// The same for a stream: changes what its lines say.
+void readRuntimeConfig(std::istream& in, RuntimeConfig& config);
+// The lines of one section, with its head; numbers with the digits that the stream is set to.
+void writeRuntimeSection(std::ostream& out, const RuntimeConfig& config, std::string_view section);
 
 // Replaces the file whole. False when it cannot be written; the old file then stands.
 [[nodiscard]] bool saveRuntimeConfig(const std::filesystem::path& iniPath,

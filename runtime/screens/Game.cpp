@@ -2,6 +2,7 @@
 
 #include "Painter.hpp"
 #include "StartupLog.hpp"
+#include "WorldHash.hpp"
 
 namespace port {
 
@@ -9,6 +10,10 @@ void Game::show() {
     drawing.sort();
     paint(drawing, renderer, config);
     renderer.endFrame();
+}
+
+std::uint64_t Game::hash() const {
+    return worldHash({world, scripts.machine(), static_cast<int>(frontend.state)});
 }
 
 void Game::playSounds() {

@@ -15,6 +15,7 @@
 #include "Devices.hpp"
 #include "DrawList.hpp"
 #include "FrameCapture.hpp"
+#include "Recording.hpp"
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
 #include "Scenery.hpp"
@@ -64,7 +65,7 @@ struct HudSize {
     int barWidth = 70, barHeight = 7;
 };
 
-// A run that checks itself.
+// A run that checks itself, until its frames are played.
 struct SmokeRun {
     bool active = false;
     int frameLimit = 0, framesRun = 0, totalFrames = 0;
@@ -98,14 +99,18 @@ struct Game {
     HudSize hud;
     SmokeRun smoke;
 
-    [[nodiscard]] Tick tick() { return {world, drive(), input, config, scripts, events}; }
-    [[nodiscard]] PlayerDrive drive() const {
-        if (smoke.active) return PlayerDrive::SelfCheck;
-        return renderer.headless() ? PlayerDrive::Nobody : PlayerDrive::Devices;
-    }
+    PlayerDrive drive = PlayerDrive::Devices;
+    Recorder recorder;
+
+    [[nodiscard]] Tick tick() { return {world, drive, input, config, scripts, events}; }
+    [[nodiscard]] std::uint64_t hash() const;
 
     // Whether nobody is there to see and to wait: no time is spent on being looked at.
-    [[nodiscard]] bool playsByItself() const { return smoke.active || renderer.headless(); }
+    [[nodiscard]] bool playsByItself() const {
+        return drive == PlayerDrive::SelfCheck || renderer.headless();
+    }
+    // Whether what is reached in this run is the player's own, to be kept and to be lost.
+    bool ownProgress = false;
 
     // Paints the list and brings it to the window.
     void show();

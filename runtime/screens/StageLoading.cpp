@@ -83,14 +83,26 @@ void enterNextStage(Game& game, std::size_t target, int chapter) {
     game.frontend.state = FrontendState::Playing;
 }
 
-// A run that checks itself leaves the player's own progress alone.
 void finishCampaign(Game& game) {
-    if (!game.smoke.active) {
+    if (game.ownProgress) {
         ++game.frontend.completionCount;
         std::error_code absent;
         std::filesystem::remove(game.root / "saves" / "slot1.sav", absent);
     }
     enterMainMenu(game);
+}
+
+RecordedStart startOf(const Game& game, bool keepLooks) {
+    RecordedStart start;
+    start.stage = game.world.stage.index;
+    for (std::size_t slot = 0; slot < game.world.slots.size(); ++slot) {
+        start.joined[slot] = game.world.slots[slot].joined;
+        start.select[slot] = game.world.slots[slot].selectIndex;
+    }
+    start.model = game.world.player1.model->name;
+    start.drive = game.drive;
+    start.keepLooks = keepLooks;
+    return start;
 }
 
 }  // namespace
@@ -127,6 +139,7 @@ bool loadStage(Game& game, std::size_t index, bool keepHealth) {
 void beginGame(Game& game, bool keepLooks) {
     World& world = game.world;
     if (!world.player1.model) return;
+    game.recorder.begin(startOf(game, keepLooks), game.config);
     game.trace("game: load stage");
     if (!loadStage(game, world.stage.index, false)) return;
     // What the level script has spawned goes too; its place in the instructions stays.

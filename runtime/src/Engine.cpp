@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <span>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -35,6 +36,10 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
     game_.config = loadRuntimeConfig(portRoot / "config" / "graphics.ini");
     readLifeBarSize();
     readLogicalSize();
+    if (replay_) {
+        std::istringstream settings(replay_->recording().settings);
+        readRuntimeConfig(settings, game_.config);
+    }
     attachScripts();
     game_.effects.open(game_.dataRoot);
     if (!game_.renderer.initialize(game_.config)) return false;
@@ -45,6 +50,7 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
     if (generated::kStageCount > 0) game_.world.stage.row = &generated::kStages[0];
     loadFrontend(game_);
     choosePlayerModel();
+    if (replay_) return enterReplay();
     enterFirstState();
     return true;
 }
@@ -111,17 +117,39 @@ void Engine::choosePlayerModel() {
 
 void Engine::enterFirstState() {
     if (!game_.renderer.headless()) {
+        game_.ownProgress = true;
         game_.world.slots[0].joined = true;
         enterMainMenu(game_);
         return;
     }
     // Nobody is there to choose in a menu.
+    game_.drive = PlayerDrive::Nobody;
     game_.frontend.state = FrontendState::Playing;
     for (int slot = 0; slot < kMostPlayers; ++slot) {
         game_.world.slots[static_cast<std::size_t>(slot)].joined =
             slot < game_.config.activePlayers;
     }
     beginGame(game_);
+}
+
+// False for a recording of another game.
+bool Engine::enterReplay() {
+    World& world = game_.world;
+    for (const RecordedStart& start : replay_->recording().starts) {
+        world.player1.model = findCharacter(start.model.c_str());
+        if (!world.player1.model || start.stage >= generated::kStageCount) {
+            warnLine("REPLAY FAIL: the game has no player ", start.model, " or no stage ",
+                     start.stage);
+            return false;
+        }
+        for (std::size_t slot = 0; slot < world.slots.size(); ++slot) {
+            world.slots[slot] = {start.joined[slot], start.select[slot], {}};
+        }
+        world.stage.index = start.stage;
+        game_.drive = start.drive;
+        beginGame(game_, start.keepLooks);
+    }
+    return true;
 }
 
 int Engine::run() {
@@ -134,7 +162,10 @@ int Engine::run() {
         if (game_.frontend.state == FrontendState::Quit) break;
         const bool played = game_.frontend.state == FrontendState::Playing;
         const bool advanced = runPass();
-        const bool lastHeadlessPass = game_.renderer.headless() && passes >= kHeadlessPasses;
+        if (played) game_.recorder.played(game_.world.tick, [this] { return game_.hash(); });
+        if (replay_ && !replayAgrees()) break;
+        const bool lastHeadlessPass =
+            replay_ ? replay_->over() : game_.renderer.headless() && passes >= kHeadlessPasses;
         // A stage that has ended gives way to the next at once. Stages that all end at once must
         // not keep a run that nobody can close from its end.
         const bool over = lastHeadlessPass || smokeRunIsOver() || smokeRunIsStuck();
@@ -145,7 +176,7 @@ int Engine::run() {
             break;
         }
         pace();
-        if (played && !advanced) logHeadlessProgress();
+        if (played && !advanced && !replay_) logHeadlessProgress();
         if (lastHeadlessPass) break;
     }
     return endRun(passes);
@@ -163,10 +194,22 @@ HeldInput Engine::heldInput() const {
     return held;
 }
 
+TickInput Engine::passInput() {
+    return replay_ ? replay_->next() : nextInput(game_.input, heldInput());
+}
+
+bool Engine::replayAgrees() {
+    if (!replay_->expectsHash() || replay_->agrees(game_.hash())) return true;
+    warnLine("REPLAY DIFFERS tick=", game_.world.tick, " hash=", hashDigits(game_.hash()));
+    replayDiffers_ = true;
+    return false;
+}
+
 // True when a stage gave way to the next.
 bool Engine::runPass() {
     game_.scripts.beginPass();
-    game_.input = nextInput(game_.input, heldInput());
+    game_.input = passInput();
+    game_.recorder.pass(game_.input);
     if (game_.frontend.state == FrontendState::Playing) {
         const bool paused = game_.input.keyPressed(kKeyEscape) ||
                             game_.input.buttonPressed(game_.config.player1Gamepad, kPadStart);
@@ -217,14 +260,27 @@ void Engine::pace() const {
 }
 
 int Engine::endRun(int passes) {
+    const std::uint64_t hash = game_.hash();
+    game_.recorder.end(hash);
+    if (replay_) return endReplay(hash);
     saveSettings();
-    if (game_.playsByItself()) {
-        const RunState run{game_.world, game_.scripts.machine(),
-                           static_cast<int>(game_.frontend.state)};
-        logLine("SMOKE GAME HASH ", hashDigits(worldHash(run)));
-    }
+    if (game_.playsByItself()) logLine("SMOKE GAME HASH ", hashDigits(hash));
     if (!smokeRunIsOver() && smokeRunIsStuck()) return kSmokeStuck;
     return !game_.renderer.headless() && passes < kLeastPasses ? kWindowLost : kRanWell;
+}
+
+int Engine::endReplay(std::uint64_t hash) const {
+    if (replayDiffers_) return kReplayDiffers;
+    if (!replay_->over()) {
+        warnLine("REPLAY FAIL: ended before its recording");
+        return kReplayDiffers;
+    }
+    if (!replay_->endAgrees(hash)) {
+        warnLine("REPLAY DIFFERS at its end hash=", hashDigits(hash));
+        return kReplayDiffers;
+    }
+    logLine("REPLAY OK passes=", replay_->recording().passes, " hash=", hashDigits(hash));
+    return kRanWell;
 }
 
 void Engine::saveSettings() {
@@ -242,6 +298,8 @@ int Engine::runSmokeGame(int frames) {
     SmokeRun& smoke = game_.smoke;
     World& world = game_.world;
     smoke = {true, std::clamp(frames, 60, 3600), 0, 0};
+    game_.drive = PlayerDrive::SelfCheck;
+    game_.ownProgress = false;
     for (PlayerSlot& slot : world.slots) slot = {};
     world.slots[0].joined = true;
     game_.config.activePlayers = 1;

@@ -149,16 +149,8 @@ const RuntimeSetting* findSetting(std::string_view section, std::string_view key
 }
 
 void writeConfig(std::ostream& out, const RuntimeConfig& config) {
-    out.imbue(std::locale::classic());
-    out << std::boolalpha;
     for (const std::string_view section : kSavedSections) {
-        out << '[' << section << "]\n";
-        for (const RuntimeSetting& row : kSettings) {
-            if (row.section != section) continue;
-            out << row.key << '=';
-            std::visit([&](auto member) { out << config.*member; }, row.member);
-            out << '\n';
-        }
+        writeRuntimeSection(out, config, section);
         out << '\n';
     }
     out << kEffectsSection;
@@ -212,9 +204,7 @@ std::span<const RuntimeSetting> runtimeSettings() {
     return kSettings;
 }
 
-RuntimeConfig loadRuntimeConfig(const std::filesystem::path& iniPath) {
-    RuntimeConfig config;
-    std::ifstream in(iniPath, std::ios::binary);
+void readRuntimeConfig(std::istream& in, RuntimeConfig& config) {
     std::string section;
     std::string line;
     for (bool first = true; std::getline(in, line); first = false) {
@@ -235,7 +225,24 @@ RuntimeConfig loadRuntimeConfig(const std::filesystem::path& iniPath) {
         const std::string_view value = trimmed(text.substr(equals + 1));
         std::visit([&](auto member) { readValue(config.*member, value, *row); }, row->member);
     }
+}
+
+RuntimeConfig loadRuntimeConfig(const std::filesystem::path& iniPath) {
+    RuntimeConfig config;
+    std::ifstream in(iniPath, std::ios::binary);
+    readRuntimeConfig(in, config);
     return config;
+}
+
+void writeRuntimeSection(std::ostream& out, const RuntimeConfig& config, std::string_view section) {
+    out.imbue(std::locale::classic());
+    out << std::boolalpha << '[' << section << "]\n";
+    for (const RuntimeSetting& row : kSettings) {
+        if (row.section != section) continue;
+        out << row.key << '=';
+        std::visit([&](auto member) { out << config.*member; }, row.member);
+        out << '\n';
+    }
 }
 
 bool saveRuntimeConfig(const std::filesystem::path& iniPath, const RuntimeConfig& config) {

@@ -23,6 +23,8 @@ namespace {
 constexpr int kDefaultSmokeFrames = 600;
 constexpr std::string_view kSmokeFramesOption = "--smoke-frames=";
 constexpr std::string_view kCaptureOption = "--capture=";
+constexpr std::string_view kRecordOption = "--record=";
+constexpr std::string_view kReplayOption = "--replay=";
 constexpr std::string_view kCaptureEveryOption = "--capture-every=";
 
 bool isDirectory(const std::filesystem::path& path) {
@@ -30,9 +32,27 @@ bool isDirectory(const std::filesystem::path& path) {
     return std::filesystem::is_directory(path, unreadable);
 }
 
+// What the command line names, in full, since the working directory is about to move.
+struct GivenFiles {
+    FrameCapture capture;
+    std::filesystem::path record, replay;  // empty for none
+};
+
+GivenFiles filesOf(const RunSwitches& switches) {
+    const auto full = [](const std::optional<std::string>& given) -> std::filesystem::path {
+        if (!given || given->empty()) return {};
+        std::error_code unreachable;
+        return std::filesystem::absolute(platform::pathFromArgument(*given), unreachable);
+    };
+    GivenFiles files{{}, full(switches.record), full(switches.replay)};
+    const std::filesystem::path capture = full(switches.capture);
+    if (!capture.empty()) files.capture = FrameCapture(capture, switches.captureEvery);
+    return files;
+}
+
 // Checks, engine and game; the exit code of the process.
 int startPort(const std::filesystem::path& root, const std::filesystem::path& logPath,
-              const RunSwitches& switches, FrameCapture capture) {
+              const RunSwitches& switches, GivenFiles files) {
     const bool hasData = isDirectory(root / "assets" / "openbor-data");
     appendStartupLog(logPath, std::string("PREFLIGHT assets=") + (hasData ? "ok" : "missing") +
                                   " characters=" + std::to_string(generated::kCharacterCount) +
@@ -46,14 +66,27 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
     }
 
     Engine engine;
-    engine.setCapture(std::move(capture));
+    engine.setCapture(std::move(files.capture));
+    if (!files.record.empty() && !engine.record(files.record)) {
+        return failStartup(logPath, "Cannot write " + PathEncoding::utf8(files.record));
+    }
+    if (!files.replay.empty()) {
+        Recording recording;
+        std::string error;
+        std::ifstream in(files.replay);
+        if (!readRecording(in, recording, error)) {
+            return failStartup(logPath, PathEncoding::utf8(files.replay) + ": " + error);
+        }
+        engine.setReplay(std::move(recording));
+    }
     if (!engine.initialize(root)) {
         return failStartup(logPath,
                            "Falha ao inicializar renderer/runtime. Veja runtime-startup.log.");
     }
     appendStartupLog(logPath, "INITIALIZED OK");
-    const int code = switches.smoke ? engine.runSmokeGame(switches.smokeFrames) : engine.run();
-    if (switches.smoke && code == 0) {
+    const bool smoke = switches.smoke && files.replay.empty();
+    const int code = smoke ? engine.runSmokeGame(switches.smokeFrames) : engine.run();
+    if (smoke && code == 0) {
         appendStartupLog(logPath, "SMOKE GAME OK frames=" + std::to_string(switches.smokeFrames));
     }
     appendStartupLog(logPath, "EXIT code=" + std::to_string(code));
@@ -82,6 +115,10 @@ RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase
                 leadingInt(option.substr(kSmokeFramesOption.size())).value_or(kDefaultSmokeFrames);
         } else if (option.starts_with(kCaptureOption)) {
             switches.capture = argument.substr(kCaptureOption.size());
+        } else if (option.starts_with(kRecordOption)) {
+            switches.record = argument.substr(kRecordOption.size());
+        } else if (option.starts_with(kReplayOption)) {
+            switches.replay = argument.substr(kReplayOption.size());
         } else if (option.starts_with(kCaptureEveryOption)) {
             switches.captureEvery = leadingInt(option.substr(kCaptureEveryOption.size()))
                                         .value_or(FrameCapture::kDefaultEvery);
@@ -152,15 +189,8 @@ int runPort(int argc, const char* const* argv) {
     const std::filesystem::path start =
         switches.start ? platform::pathFromArgument(*switches.start) : exe;
     const std::filesystem::path root = findPortRoot(start, exe);
-    platform::gAutomatedRun = switches.diagnose || switches.smoke;
-    FrameCapture capture;
-    if (switches.capture && !switches.capture->empty()) {
-        const std::filesystem::path folder = platform::pathFromArgument(*switches.capture);
-        // Before the working directory moves.
-        std::error_code unreachable;
-        capture =
-            FrameCapture(std::filesystem::absolute(folder, unreachable), switches.captureEvery);
-    }
+    platform::gAutomatedRun = switches.diagnose || switches.smoke || switches.replay;
+    const GivenFiles files = filesOf(switches);
 
     const std::filesystem::path logPath = root / "runtime-startup.log";
     platform::installCrashHandler(root / "runtime-crash.log");
@@ -169,7 +199,7 @@ int runPort(int argc, const char* const* argv) {
     appendStartupLog(logPath,
                      "START exe=" + PathEncoding::utf8(exe) + " root=" + PathEncoding::utf8(root));
     try {
-        return startPort(root, logPath, switches, std::move(capture));
+        return startPort(root, logPath, switches, files);
     } catch (const std::exception& exception) {
         return failStartup(logPath, std::string("Excecao: ") + exception.what());
     } catch (...) {

@@ -1,0 +1,120 @@
+#pragma once
+
+// A run as its beginning and what the players did in each pass, so that it can be played again, on
+// another machine too, and must come to the same world. A text file:
+//
+//     [recording]                     the version of the format
+//     [gameplay], [combat], [input]   the settings that a world depends on
+//     [begin]                         a game's start, once for each before the first pass
+//     [passes]                        "<pass> input ..." where the input changes,
+//                                     "<pass> hash <tick> <digits>" every 60 ticks,
+//                                     "<pass> end <digits>" behind the last pass
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "RuntimeConfig.hpp"
+#include "Tick.hpp"
+
+namespace port {
+
+// Ticks between two hashes of a recording.
+constexpr std::uint64_t kRecordedHashTicks = 60;
+
+// What a game begins from.
+struct RecordedStart {
+    std::size_t stage = 0;
+    std::array<bool, kMostPlayers> joined{};
+    std::array<int, kMostPlayers> select{};
+    std::string model;  // of player 1
+    PlayerDrive drive = PlayerDrive::Devices;
+    bool keepLooks = false;
+    bool operator==(const RecordedStart&) const = default;
+};
+
+struct Recording {
+    struct Change {
+        std::uint64_t pass = 0;  // from 1 on
+        TickInput input;         // from this pass on
+    };
+    struct Hash {
+        std::uint64_t pass = 0;
+        std::uint64_t tick = 0;
+        std::uint64_t hash = 0;
+    };
+
+    std::string settings;  // lines of a settings file
+    std::vector<RecordedStart> starts;
+    std::vector<Change> changes;
+    std::vector<Hash> hashes;
+    std::uint64_t passes = 0;   // as far as the file tells
+    bool ended = false;         // false for a run that broke off
+    std::uint64_t endHash = 0;  // of the world at the end
+
+    // A day and a night at 60 passes a second; no recording is longer.
+    static constexpr std::uint64_t kMostPasses = 60 * 60 * 60 * 24;
+};
+
+// False, with the line that is wrong in `error`, for what is no recording.
+[[nodiscard]] bool readRecording(std::istream& in, Recording& out, std::string& error);
+
+// Writes a run as it goes on. Without a file it does nothing.
+class Recorder {
+  public:
+    Recorder() = default;
+    // Replaces the file. False when it cannot be written.
+    [[nodiscard]] bool open(const std::filesystem::path& file);
+
+    // Before a game begins. Games that begin after the first pass follow from the input.
+    void begin(const RecordedStart& start, const RuntimeConfig& config);
+    // At the top of a pass.
+    void pass(const TickInput& input);
+    // After a pass of play. The hash is asked for every 60 ticks.
+    template <class Hash>
+    void played(std::uint64_t tick, Hash hash) {
+        if (passes_ > 0 && tick % kRecordedHashTicks == 0) addHash(tick, hash());
+    }
+    void end(std::uint64_t hash);
+
+  private:
+    void addHash(std::uint64_t tick, std::uint64_t hash);
+
+    std::ofstream out_;
+    std::uint64_t passes_ = 0;
+    TickInput last_;
+    bool hasStart_ = false;
+};
+
+// Plays a recording: gives each pass its input and holds the run against the hashes.
+class Replay {
+  public:
+    explicit Replay(Recording recording) : recording_(std::move(recording)) {}
+
+    [[nodiscard]] const Recording& recording() const { return recording_; }
+    [[nodiscard]] bool over() const { return pass_ >= recording_.passes; }
+    // The input of the next pass.
+    const TickInput& next();
+    // After a pass. False when the recording had another world there.
+    [[nodiscard]] bool agrees(std::uint64_t hash);
+    // At the end. True for a recording that broke off.
+    [[nodiscard]] bool endAgrees(std::uint64_t hash) const {
+        return !recording_.ended || recording_.endHash == hash;
+    }
+    // Whether agrees() has something to compare after this pass.
+    [[nodiscard]] bool expectsHash() const {
+        return nextHash_ < recording_.hashes.size() && recording_.hashes[nextHash_].pass == pass_;
+    }
+
+  private:
+    Recording recording_;
+    std::uint64_t pass_ = 0;
+    std::size_t nextChange_ = 0, nextHash_ = 0;
+    TickInput input_;
+};
+
+}  // namespace port

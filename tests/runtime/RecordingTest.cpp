@@ -1,0 +1,122 @@
+// Runs that are written down and played again.
+
+#include "Recording.hpp"
+
+#include <sstream>
+
+#include "EngineTrial.hpp"
+
+namespace port {
+namespace {
+
+Recording readBack(const std::string& text) {
+    Recording recording;
+    std::string error;
+    std::istringstream in(text);
+    EXPECT_TRUE(readRecording(in, recording, error)) << error;
+    return recording;
+}
+
+std::string refusal(const std::string& text) {
+    Recording recording;
+    std::string error;
+    std::istringstream in(text);
+    return readRecording(in, recording, error) ? "good" : error;
+}
+
+struct Recorded : WindowTrial {
+    const std::filesystem::path file = folder.path() / "run.rec";
+
+    // 130 passes of a game on the second stage, with keys and a pad in some of them.
+    std::string record() {
+        passesUntilClosed = 130;
+        beforePass = [this] {
+            const int pass = 130 - passesUntilClosed;
+            keysDown = pass % 7 == 3 ? std::set<int>{kKeyF2, 65} : std::set<int>{};
+            pads[1] = {pass > 40, static_cast<std::uint16_t>(pass % 3), -300, 7, 90};
+        };
+        Engine first(devices());
+        quietly([&] {
+            EXPECT_TRUE(first.record(file));
+            EXPECT_TRUE(first.initialize(folder.path()));
+            first.game().config.gravity = 0.123456789F;
+            first.game().world.slots[1].joined = true;
+            first.game().world.stage.index = 1;
+            beginGame(first.game());
+            EXPECT_EQ(first.run(), 0);
+        });
+        beforePass = nullptr;
+        keysDown.clear();
+        pads.clear();
+        passesUntilClosed = 1000;
+        return folder.read("run.rec");
+    }
+    int replay(const std::string& text) {
+        Engine other(devices());
+        other.setReplay(readBack(text));
+        return captured([&] { return other.initialize(folder.path()) ? other.run() : -1; });
+    }
+};
+
+TEST_F(Recorded, ARunPlayedAgainComesToTheSameWorld) {
+    const std::string text = record();
+    const Recording recording = readBack(text);
+    EXPECT_EQ(recording.passes, 130U);
+    EXPECT_TRUE(recording.ended);
+    ASSERT_EQ(recording.hashes.size(), 2U);
+    EXPECT_EQ(recording.hashes[1].tick, 120U);
+    ASSERT_EQ(recording.starts.size(), 1U);
+    EXPECT_EQ(recording.starts[0].stage, 1U);
+    EXPECT_EQ(recording.starts[0].model, "Hero");
+    EXPECT_TRUE(recording.starts[0].joined[1]);
+    EXPECT_NE(text.find("gravity=0.123456791\n"), text.npos) << "every digit of a setting counts";
+    EXPECT_LT(text.size(), 16U << 10U);
+
+    folder.write("config/graphics.ini", "[gameplay]\ngravity=2\n[video]\nfps_limit=7\n");
+    const std::string settings = folder.read("config/graphics.ini");
+    EXPECT_EQ(replay(text), 0) << warnings;
+    EXPECT_TRUE(log.find("REPLAY OK passes=130 hash=") != log.npos) << log;
+    EXPECT_EQ(folder.read("config/graphics.ini"), settings) << "a replay leaves no trace";
+    EXPECT_EQ(passesUntilClosed, 1000 - 130) << "it ends with its recording";
+}
+
+TEST_F(Recorded, ARunThatPartsFromItsRecordingSaysWhere) {
+    std::string text = record();
+    const std::size_t hash = text.find(" hash 120 ") + 10;
+    std::string other = text;
+    other[hash] = other[hash] == '0' ? '1' : '0';
+    EXPECT_EQ(replay(other), 77);
+    EXPECT_TRUE(warnings.starts_with("REPLAY DIFFERS tick=120 hash=")) << warnings;
+    other = text;
+    const std::size_t end = text.find(" end ") + 5;
+    other[end] = other[end] == '0' ? '1' : '0';
+    EXPECT_EQ(replay(other), 77);
+    EXPECT_TRUE(warnings.starts_with("REPLAY DIFFERS at its end")) << warnings;
+    // One that broke off is played as far as it goes.
+    EXPECT_EQ(replay(text.substr(0, text.find(" hash 120 ") + 27)), 0) << warnings;
+    other = text;
+    other.replace(other.find("model=Hero"), 10, "model=None");
+    EXPECT_EQ(replay(other), -1);
+    EXPECT_TRUE(warnings.find("has no player None") != warnings.npos) << warnings;
+}
+
+TEST(Recording, WhatIsNoRecordingIsRefusedByItsLine) {
+    const std::string head = "[recording]\nversion=1\n[begin]\nstage=0\nplayers=0 -1 -1 -1\n";
+    EXPECT_EQ(refusal(head + "[passes]\n3 input k 41 n 41 p 1 1000 -5 5 9 1000\n9 end ff\n"),
+              "good");
+    EXPECT_EQ(refusal(""), "no recording");
+    EXPECT_EQ(refusal("[recording]\nversion=2\n"), "line 2: version=2");
+    EXPECT_EQ(refusal("stage=0\n"), "line 1: stage=0");
+    EXPECT_EQ(refusal("[recording]\nversion=1\n[passes]\n"), "no recording") << "without a start";
+    for (const char* line :
+         {"[begin]\nstage=-1", "[begin]\ndrive=3", "[begin]\nplayers=0", "[begin]\nlives=9",
+          "[passes]\n0 input k 1", "[passes]\n1 input k 100", "[passes]\n1 input 41",
+          "[passes]\n1 input p 4 0 0 0 0 0", "[passes]\n1 input p 0 0 40000 0 0 0",
+          "[passes]\n2 hash 60", "[passes]\n2 dance", "[passes]\n99999999999 end 1",
+          "[passes]\n5 end 1\n5 end 1", "[passes]\n5 hash 60 1\n4 hash 120 1"}) {
+        EXPECT_TRUE(refusal(head + line + "\n").starts_with("line ")) << line;
+    }
+}
+
+}  // namespace
+}  // namespace port
