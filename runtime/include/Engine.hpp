@@ -5,12 +5,12 @@
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "FrontendScreens.hpp"
 #include "Game.hpp"
+#include "Pilot.hpp"
 #include "ScriptVM.hpp"
 
 namespace port {
@@ -27,15 +27,16 @@ class Engine final : public ScriptHost {
     [[nodiscard]] bool record(const std::filesystem::path& file) {
         return game_.recorder.open(file);
     }
-    // Before initialize(). The run then plays the recording, ends with it and leaves no trace.
-    void setReplay(Recording recording) { replay_.emplace(std::move(recording)); }
+    // Before initialize(). A game then begins at once, is played by the pilot and ends when the
+    // pilot says so; the settings are not saved.
+    void setPilot(std::unique_ptr<Pilot> pilot) { pilot_ = std::move(pilot); }
 
     // Keeps pictures of the gameplay passes to come.
     void setCapture(FrameCapture capture) { game_.capture = std::move(capture); }
 
     // The loop, one tick and one drawn frame a pass. 0, or 70 when a window closed within three
-    // passes. Without a window it ends by itself after 900 passes. A replay gives 77 when it came
-    // to another world than its recording.
+    // passes. Without a window it ends by itself after 900 passes. With a pilot, the pilot's
+    // result.
     int run();
 
     // Plays by itself for 60 to 3600 frames. 0, or 72 when a game could not start, 73 when it ended
@@ -57,12 +58,9 @@ class Engine final : public ScriptHost {
     void logServices() const;
     void choosePlayerModel();
     void enterFirstState();
-    bool enterReplay();
 
     // The loop.
     [[nodiscard]] HeldInput heldInput() const;
-    [[nodiscard]] TickInput passInput();
-    [[nodiscard]] bool replayAgrees();
     bool runPass();
     void runFrontendPass();
     [[nodiscard]] bool smokeRunIsOver() const;
@@ -70,14 +68,12 @@ class Engine final : public ScriptHost {
     void logHeadlessProgress() const;
     void pace() const;
     int endRun(int passes);
-    int endReplay(std::uint64_t hash) const;
     void saveSettings();
 
     Game game_;
     FrontendState screenState_ = FrontendState::Playing;  // whose screen_ is up
     std::unique_ptr<Screen> screen_;
-    std::optional<Replay> replay_;
-    bool replayDiffers_ = false;
+    std::unique_ptr<Pilot> pilot_;  // null where devices play
 };
 
 }  // namespace port

@@ -216,19 +216,6 @@ void Recorder::addHash(std::uint64_t tick, std::uint64_t hash) {
     out_ << passes_ << " hash " << tick << ' ' << hashDigits(hash) << '\n' << std::flush;
 }
 
-const TickInput& Replay::next() {
-    ++pass_;
-    const auto& changes = recording_.changes;
-    for (; nextChange_ < changes.size() && changes[nextChange_].pass <= pass_; ++nextChange_) {
-        input_ = changes[nextChange_].input;
-    }
-    return input_;
-}
-
-bool Replay::agrees(std::uint64_t hash) {
-    return recording_.hashes[nextHash_++].hash == hash;
-}
-
 void Recorder::end(std::uint64_t hash) {
     if (passes_ == 0) return;
     out_ << passes_ << " end " << hashDigits(hash) << '\n' << std::flush;

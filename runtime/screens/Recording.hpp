@@ -90,31 +90,4 @@ class Recorder {
     bool hasStart_ = false;
 };
 
-// Plays a recording: gives each pass its input and holds the run against the hashes.
-class Replay {
-  public:
-    explicit Replay(Recording recording) : recording_(std::move(recording)) {}
-
-    [[nodiscard]] const Recording& recording() const { return recording_; }
-    [[nodiscard]] bool over() const { return pass_ >= recording_.passes; }
-    // The input of the next pass.
-    const TickInput& next();
-    // After a pass. False when the recording had another world there.
-    [[nodiscard]] bool agrees(std::uint64_t hash);
-    // At the end. True for a recording that broke off.
-    [[nodiscard]] bool endAgrees(std::uint64_t hash) const {
-        return !recording_.ended || recording_.endHash == hash;
-    }
-    // Whether agrees() has something to compare after this pass.
-    [[nodiscard]] bool expectsHash() const {
-        return nextHash_ < recording_.hashes.size() && recording_.hashes[nextHash_].pass == pass_;
-    }
-
-  private:
-    Recording recording_;
-    std::uint64_t pass_ = 0;
-    std::size_t nextChange_ = 0, nextHash_ = 0;
-    TickInput input_;
-};
-
 }  // namespace port

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <fstream>
 #include <span>
-#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -36,10 +35,7 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
     game_.config = loadRuntimeConfig(portRoot / "config" / "graphics.ini");
     readLifeBarSize();
     readLogicalSize();
-    if (replay_) {
-        std::istringstream settings(replay_->recording().settings);
-        readRuntimeConfig(settings, game_.config);
-    }
+    if (pilot_) pilot_->configure(game_.config);
     attachScripts();
     game_.effects.open(game_.dataRoot);
     if (!game_.renderer.initialize(game_.config)) return false;
@@ -50,7 +46,7 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
     if (generated::kStageCount > 0) game_.world.stage.row = &generated::kStages[0];
     loadFrontend(game_);
     choosePlayerModel();
-    if (replay_) return enterReplay();
+    if (pilot_) return pilot_->start(game_);
     enterFirstState();
     return true;
 }
@@ -132,26 +128,6 @@ void Engine::enterFirstState() {
     beginGame(game_);
 }
 
-// False for a recording of another game.
-bool Engine::enterReplay() {
-    World& world = game_.world;
-    for (const RecordedStart& start : replay_->recording().starts) {
-        world.player1.model = findCharacter(start.model.c_str());
-        if (!world.player1.model || start.stage >= generated::kStageCount) {
-            warnLine("REPLAY FAIL: the game has no player ", start.model, " or no stage ",
-                     start.stage);
-            return false;
-        }
-        for (std::size_t slot = 0; slot < world.slots.size(); ++slot) {
-            world.slots[slot] = {start.joined[slot], start.select[slot], {}};
-        }
-        world.stage.index = start.stage;
-        game_.drive = start.drive;
-        beginGame(game_, start.keepLooks);
-    }
-    return true;
-}
-
 int Engine::run() {
     int passes = 0;
     SmokeRun& smoke = game_.smoke;
@@ -163,12 +139,11 @@ int Engine::run() {
         const bool played = game_.frontend.state == FrontendState::Playing;
         const bool advanced = runPass();
         if (played) game_.recorder.played(game_.world.tick, [this] { return game_.hash(); });
-        if (replay_ && !replayAgrees()) break;
-        const bool lastHeadlessPass =
-            replay_ ? replay_->over() : game_.renderer.headless() && passes >= kHeadlessPasses;
+        const bool lastPass = pilot_ ? !pilot_->goesOn(game_)
+                                     : game_.renderer.headless() && passes >= kHeadlessPasses;
         // A stage that has ended gives way to the next at once. Stages that all end at once must
         // not keep a run that nobody can close from its end.
-        const bool over = lastHeadlessPass || smokeRunIsOver() || smokeRunIsStuck();
+        const bool over = lastPass || smokeRunIsOver() || smokeRunIsStuck();
         if (advanced && !over) continue;
         if (smokeRunIsOver()) break;
         if (smokeRunIsStuck()) {
@@ -176,8 +151,8 @@ int Engine::run() {
             break;
         }
         pace();
-        if (played && !advanced && !replay_) logHeadlessProgress();
-        if (lastHeadlessPass) break;
+        if (played && !advanced && !pilot_) logHeadlessProgress();
+        if (lastPass) break;
     }
     return endRun(passes);
 }
@@ -194,21 +169,10 @@ HeldInput Engine::heldInput() const {
     return held;
 }
 
-TickInput Engine::passInput() {
-    return replay_ ? replay_->next() : nextInput(game_.input, heldInput());
-}
-
-bool Engine::replayAgrees() {
-    if (!replay_->expectsHash() || replay_->agrees(game_.hash())) return true;
-    warnLine("REPLAY DIFFERS tick=", game_.world.tick, " hash=", hashDigits(game_.hash()));
-    replayDiffers_ = true;
-    return false;
-}
-
 // True when a stage gave way to the next.
 bool Engine::runPass() {
     game_.scripts.beginPass();
-    game_.input = passInput();
+    game_.input = pilot_ ? pilot_->next(game_) : nextInput(game_.input, heldInput());
     game_.recorder.pass(game_.input);
     if (game_.frontend.state == FrontendState::Playing) {
         const bool paused = game_.input.keyPressed(kKeyEscape) ||
@@ -252,9 +216,10 @@ void Engine::logHeadlessProgress() const {
 }
 
 // A fixed delay behind each frame, not a deadline: the limit sets the speed of the game itself. A
-// smoke game has no limit, and so leaves the player's one alone.
+// smoke game has no limit, and so leaves the player's one alone; nor has a pilot whom nobody sees.
 void Engine::pace() const {
-    if (game_.config.fpsLimit > 0 && !game_.smoke.active) {
+    const bool unseen = game_.smoke.active || (pilot_ && game_.renderer.headless());
+    if (game_.config.fpsLimit > 0 && !unseen) {
         game_.devices.clock.sleep(std::max(1, 1000 / game_.config.fpsLimit));
     }
 }
@@ -262,25 +227,11 @@ void Engine::pace() const {
 int Engine::endRun(int passes) {
     const std::uint64_t hash = game_.hash();
     game_.recorder.end(hash);
-    if (replay_) return endReplay(hash);
+    if (pilot_) return pilot_->result(game_);
     saveSettings();
     if (game_.playsByItself()) logLine("SMOKE GAME HASH ", hashDigits(hash));
     if (!smokeRunIsOver() && smokeRunIsStuck()) return kSmokeStuck;
     return !game_.renderer.headless() && passes < kLeastPasses ? kWindowLost : kRanWell;
-}
-
-int Engine::endReplay(std::uint64_t hash) const {
-    if (replayDiffers_) return kReplayDiffers;
-    if (!replay_->over()) {
-        warnLine("REPLAY FAIL: ended before its recording");
-        return kReplayDiffers;
-    }
-    if (!replay_->endAgrees(hash)) {
-        warnLine("REPLAY DIFFERS at its end hash=", hashDigits(hash));
-        return kReplayDiffers;
-    }
-    logLine("REPLAY OK passes=", replay_->recording().passes, " hash=", hashDigits(hash));
-    return kRanWell;
 }
 
 void Engine::saveSettings() {

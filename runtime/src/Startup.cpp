@@ -4,6 +4,7 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "GeneratedStages.hpp"
 #include "PathEncoding.hpp"
 #include "Process.hpp"
+#include "Replay.hpp"
 #include "StartupLog.hpp"
 #include "TextFields.hpp"
 
@@ -77,7 +79,7 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
         if (!readRecording(in, recording, error)) {
             return failStartup(logPath, PathEncoding::utf8(files.replay) + ": " + error);
         }
-        engine.setReplay(std::move(recording));
+        engine.setPilot(std::make_unique<Replay>(std::move(recording)));
     }
     if (!engine.initialize(root)) {
         return failStartup(logPath,

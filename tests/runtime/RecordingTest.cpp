@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "EngineTrial.hpp"
+#include "Replay.hpp"
 
 namespace port {
 namespace {
@@ -53,7 +54,7 @@ struct Recorded : WindowTrial {
     }
     int replay(const std::string& text) {
         Engine other(devices());
-        other.setReplay(readBack(text));
+        other.setPilot(std::make_unique<Replay>(readBack(text)));
         return captured([&] { return other.initialize(folder.path()) ? other.run() : -1; });
     }
 };
