@@ -41,7 +41,7 @@ set(port_world_units
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
-  AnimationEnergy AnimationLookup BindingOrder Defence Factions Ground ModelFacts Movement Pixels
+  AnimationEnergy AnimationLookup BindingOrder Defence Factions Ground Knockdown ModelFacts Movement Pixels
   PlayerSpawn StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
