@@ -1,5 +1,6 @@
 #include "PlayScreen.hpp"
 
+#include "Combat.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
 #include "Log.hpp"
@@ -68,6 +69,7 @@ bool playPass(Game& game) {
     updatePlayer(tick);
     updateCoopPlayers(tick);
     updateEntities(tick);
+    resolveCombat(tick);
     if (game.hasUpdatedScript) {
         game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
     }
