@@ -55,7 +55,7 @@ set(port_view_units
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated picture platform play rules script sound view world)
 set(port_screens_units
-  FrontendScreens Game Pilot PlayScreen Recording Replay StageLoading TimedShow)
+  Autoplay Bot FrontendScreens Game Pilot PlayScreen Recording Replay StageLoading TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses core generated picture platform play rules screens script sound view world)
 set(port_engine_units

@@ -21,6 +21,9 @@ struct RunSwitches {
     int captureEvery = FrameCapture::kDefaultEvery;
     std::optional<std::string> record;  // the file to record the run into
     std::optional<std::string> replay;  // the recording to play
+    bool autoplay = false;              // let a bot play
+    int autoplayStages = 0;             // so many stages; 0 for all
+    int autoplayLives = 0;              // with so many more lives
     std::optional<std::string> start;   // where to look for the port, as it was given
 };
 

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "Autoplay.hpp"
 #include "CrashHandler.hpp"
 #include "Engine.hpp"
 #include "GeneratedCharacters.hpp"
@@ -27,6 +28,8 @@ constexpr std::string_view kSmokeFramesOption = "--smoke-frames=";
 constexpr std::string_view kCaptureOption = "--capture=";
 constexpr std::string_view kRecordOption = "--record=";
 constexpr std::string_view kReplayOption = "--replay=";
+constexpr std::string_view kAutoplayOption = "--autoplay";
+constexpr std::string_view kAutoplayLivesOption = "--autoplay-lives=";
 constexpr std::string_view kCaptureEveryOption = "--capture-every=";
 
 bool isDirectory(const std::filesystem::path& path) {
@@ -80,19 +83,25 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
             return failStartup(logPath, PathEncoding::utf8(files.replay) + ": " + error);
         }
         engine.setPilot(std::make_unique<Replay>(std::move(recording)));
+    } else if (switches.autoplay) {
+        engine.setPilot(std::make_unique<Autoplay>(
+            AutoplaySwitches{switches.autoplayStages, switches.autoplayLives}));
     }
     if (!engine.initialize(root)) {
         return failStartup(logPath,
                            "Falha ao inicializar renderer/runtime. Veja runtime-startup.log.");
     }
     appendStartupLog(logPath, "INITIALIZED OK");
-    const bool smoke = switches.smoke && files.replay.empty();
+    const bool piloted = !files.replay.empty() || switches.autoplay;
+    const bool smoke = switches.smoke && !piloted;
     const int code = smoke ? engine.runSmokeGame(switches.smokeFrames) : engine.run();
     if (smoke && code == 0) {
         appendStartupLog(logPath, "SMOKE GAME OK frames=" + std::to_string(switches.smokeFrames));
     }
     appendStartupLog(logPath, "EXIT code=" + std::to_string(code));
     if (code == 0) return 0;
+    // Whoever starts these reads the code.
+    if (piloted) return code;
     return failStartup(
         logPath, "O runtime encerrou de forma anormal (codigo " + std::to_string(code) + ").");
 }
@@ -121,6 +130,15 @@ RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase
             switches.record = argument.substr(kRecordOption.size());
         } else if (option.starts_with(kReplayOption)) {
             switches.replay = argument.substr(kReplayOption.size());
+        } else if (option.starts_with(kAutoplayLivesOption)) {
+            switches.autoplayLives =
+                std::max(0, leadingInt(option.substr(kAutoplayLivesOption.size())).value_or(0));
+        } else if (option == kAutoplayOption ||
+                   option.starts_with(std::string(kAutoplayOption) + "=")) {
+            switches.autoplay = true;
+            const std::string stages = option.substr(kAutoplayOption.size());
+            switches.autoplayStages =
+                stages.empty() ? 0 : std::max(0, leadingInt(stages.substr(1)).value_or(0));
         } else if (option.starts_with(kCaptureEveryOption)) {
             switches.captureEvery = leadingInt(option.substr(kCaptureEveryOption.size()))
                                         .value_or(FrameCapture::kDefaultEvery);
@@ -191,7 +209,8 @@ int runPort(int argc, const char* const* argv) {
     const std::filesystem::path start =
         switches.start ? platform::pathFromArgument(*switches.start) : exe;
     const std::filesystem::path root = findPortRoot(start, exe);
-    platform::gAutomatedRun = switches.diagnose || switches.smoke || switches.replay;
+    platform::gAutomatedRun =
+        switches.diagnose || switches.smoke || switches.replay || switches.autoplay;
     const GivenFiles files = filesOf(switches);
 
     const std::filesystem::path logPath = root / "runtime-startup.log";

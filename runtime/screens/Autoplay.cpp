@@ -1,0 +1,109 @@
+#include "Autoplay.hpp"
+
+#include <algorithm>
+
+#include "ExitCodes.hpp"
+#include "Log.hpp"
+#include "StageLoading.hpp"
+#include "WorldHash.hpp"
+
+namespace port {
+namespace {
+
+// Ten minutes without the camera moving on or anybody falling.
+constexpr std::uint64_t kMostIdleTicks = 10 * 60 * kTicksPerSecond;
+
+int meansOf(const World& world) {
+    std::int64_t means =
+        std::int64_t{world.player1.livesRemaining} + world.player1.creditsRemaining;
+    for (const RuntimeCoopPlayer& player : world.coop) {
+        means += std::int64_t{player.livesRemaining} + player.creditsRemaining;
+    }
+    return static_cast<int>(std::clamp<std::int64_t>(means, 0, INT32_MAX));
+}
+
+}  // namespace
+
+bool Autoplay::start(Game& game) {
+    for (int slot = 0; slot < kMostPlayers; ++slot) {
+        game.world.slots[static_cast<std::size_t>(slot)].joined =
+            slot == 0 || slot < game.config.activePlayers;
+    }
+    game.world.stage.index = 0;
+    beginGame(game);
+    if (!game.world.stage.row || game.frontend.state != FrontendState::Playing) {
+        warnLine("AUTOPLAY FAIL: could not start gameplay");
+        return false;
+    }
+    const auto grant = [this](PlayerActor& player) {
+        player.livesRemaining = static_cast<int>(std::min<std::int64_t>(
+            INT32_MAX, std::int64_t{player.livesRemaining} + switches_.lives));
+    };
+    grant(game.world.player1);
+    for (RuntimeCoopPlayer& player : game.world.coop) grant(player);
+    openStage(game);
+    return true;
+}
+
+TickInput Autoplay::next(const Game& game) {
+    return nextInput(game.input, bot_.play(game.world, game.config));
+}
+
+Autoplay::Progress Autoplay::progressOf(const World& world) {
+    const auto dead = std::ranges::count_if(world.entities, [](const RuntimeEntity& entity) {
+        return !entity.alive && !entity.animationEffect;
+    });
+    return {world.camera.maxX, world.stage.verticalStageScroll, world.stage.nextInstruction,
+            static_cast<std::size_t>(dead)};
+}
+
+void Autoplay::openStage(const Game& game) {
+    stage_ = game.world.stage.row;
+    ticks_ = idle_ = 0;
+    deaths_ = 0;
+    means_ = meansOf(game.world);
+    progress_ = progressOf(game.world);
+}
+
+void Autoplay::closeStage(const char* result) {
+    logLine("AUTOPLAY stage=", stage_->sourceFile, " ticks=", ticks_, " deaths=", deaths_,
+            " result=", result);
+}
+
+bool Autoplay::goesOn(const Game& game) {
+    const World& world = game.world;
+    ++ticks_;
+    const int means = meansOf(world);
+    deaths_ += std::max(0, means_ - means);
+    means_ = means;
+    const FrontendState state = game.frontend.state;
+    const auto end = [this](const char* result, int code) {
+        closeStage(result);
+        code_ = code;
+        over_ = true;
+        return false;
+    };
+    if (state == FrontendState::GameOver) {
+        ++deaths_;
+        return end("gameover", kAutoplayGameOver);
+    }
+    const bool finished = state != FrontendState::Playing;
+    if (finished || world.stage.row != stage_) {
+        ++cleared_;
+        if (finished || cleared_ == switches_.stages) return end("cleared", kRanWell);
+        closeStage("cleared");
+        openStage(game);
+        return true;
+    }
+    const Progress progress = progressOf(world);
+    idle_ = progress == progress_ ? idle_ + 1 : 0;
+    progress_ = progress;
+    return idle_ < kMostIdleTicks || end("stuck", kAutoplayStuck);
+}
+
+int Autoplay::result(const Game& game) {
+    logLine("AUTOPLAY HASH ", hashDigits(game.hash()));
+    return over_ ? code_ : kWindowLost;
+}
+
+}  // namespace port
