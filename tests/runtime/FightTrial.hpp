@@ -107,8 +107,8 @@ struct FightTrial : WorldTrial {
     // A script that writes what `what`, an expression, gives at the end of the global "heard".
     const char* hear(const char* file, const std::string& what) {
         folder.write(std::string("data/scripts/") + file,
-                     "void main(){ setglobalvar(\"heard\", getglobalvar(\"heard\") + " + what +
-                         " + \" \"); }");
+                     "void main(){ setglobalvar(\"heard\", getglobalvar(\"heard\") + (" + what +
+                         ") + \" \"); }");
         return paths.emplace_back(std::string("scripts/") + file).c_str();
     }
     std::deque<std::string> paths;
