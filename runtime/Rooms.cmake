@@ -41,12 +41,13 @@ set(port_world_units
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
-  AnimationEnergy AnimationLookup BindingOrder Defence Factions ModelFacts Movement Pixels
-  PlayerSpawn StageRules)
+  AnimationEnergy AnimationLookup BindingOrder CameraRules Defence Factions ModelFacts Movement
+  Pixels PlayerSpawn StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units
-  Damage Entities Frames Players Projectiles Spawning StageFlow Terrain Tick Weapons)
+  Damage Entities Frames Players Projectiles Spawning StageCamera StageFlow StageQueue StageSpawns
+  Terrain Tick Weapons)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units
@@ -54,7 +55,7 @@ set(port_view_units
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated picture platform play rules script sound view world)
 set(port_screens_units
-  FrontendScreens Game PlayScreen StageLoading TimedShow)
+  FrontendScreens Game PlayScreen StageLoading StageShows TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses core generated picture platform play rules screens script sound view world)
 set(port_engine_units
