@@ -32,6 +32,11 @@ StageEventKind kindOf(std::string_view text) {
     return known == std::end(kKinds) ? StageEventKind::Other : known->kind;
 }
 
+GeometryKind kindOf(const generated::Geometry& area) {
+    if (equalsFolded(area.kind, "wall")) return GeometryKind::Wall;
+    return equalsFolded(area.kind, "hole") ? GeometryKind::Hole : GeometryKind::Other;
+}
+
 // By their ids, the first of each.
 template <class Row>
 std::unordered_map<int, std::size_t> placesById(std::span<const Row> rows) {
@@ -72,6 +77,9 @@ StageRun freshStageRun(const generated::Stage& row) {
         stage.spawnModels.push_back(findCharacter(spawn.model));
     }
     stage.instructionTargets = instructionTargets(row);
+    for (const generated::Geometry& area : std::span(row.geometry, row.geometryCount)) {
+        stage.geometryKinds.push_back(kindOf(area));
+    }
     const auto is = [&row](std::string_view direction) {
         return equalsFolded(row.direction, direction);
     };

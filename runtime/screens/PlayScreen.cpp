@@ -1,5 +1,6 @@
 #include "PlayScreen.hpp"
 
+#include "Combat.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
 #include "Log.hpp"
@@ -74,6 +75,7 @@ bool playPass(Game& game) {
     updateEntities(tick);
     updateEndLevelTriggers(tick);
     updateProjectiles(tick);
+    resolveCombat(tick);
     flushWeaponDrops(tick);
     updateCombatLock(tick);
     processStageInstructions(tick);

@@ -20,12 +20,16 @@ enum class FireState : std::uint8_t { NotFired, Firing, Done };
 // The kinds of events that do something; all others are Other.
 enum class StageEventKind : std::uint8_t { Wait, Group, Blockade, NoJoin, CanJoin, Other };
 
+// What an area of the ground does to whoever is on it.
+enum class GeometryKind : std::uint8_t { Wall, Hole, Other };
+
 struct StageRun {
     static constexpr int kOpenGroup = 100;
 
     const generated::Stage* row = nullptr;
     std::size_t index = 0;
     std::vector<StageEventKind> eventKinds;                // of row->events
+    std::vector<GeometryKind> geometryKinds;               // of row->geometry
     std::vector<const generated::Character*> spawnModels;  // of row->spawns; null for unknown names
     // Which of row->spawns or row->events each of row->instructions means, or kNoTarget.
     static constexpr std::size_t kNoTarget = static_cast<std::size_t>(-1);
@@ -47,10 +51,10 @@ struct StageRun {
     bool complete = false;
     bool bossMusicStarted = false;
 
-    PORT_FIELDS(row, index, eventKinds, spawnModels, instructionTargets, length, scrollDir,
-                allowBacktrack, verticalScroll, verticalScrollSign, verticalStageScroll, spawnState,
-                eventState, nextSpawn, nextInstruction, groupMin, groupMax, groupRefillActive,
-                scrollBlocked, noJoin, complete, bossMusicStarted)
+    PORT_FIELDS(row, index, eventKinds, geometryKinds, spawnModels, instructionTargets, length,
+                scrollDir, allowBacktrack, verticalScroll, verticalScrollSign, verticalStageScroll,
+                spawnState, eventState, nextSpawn, nextInstruction, groupMin, groupMax,
+                groupRefillActive, scrollBlocked, noJoin, complete, bossMusicStarted)
 };
 
 struct Camera {
