@@ -41,13 +41,14 @@ set(port_world_units
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
-  AnimationEnergy AnimationLookup BindingOrder Boxes Chip Counter Defence Factions Ground Knockdown
-  ModelFacts Movement Pixels PlayerSpawn StageRules)
+  AnimationEnergy AnimationLookup BindingOrder Boxes CameraRules Chip Counter Defence Factions Ground
+  Knockdown ModelFacts Movement Pixels PlayerSpawn StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units
   Blocking Combat CombatStages Crowd Damage Entities EntityStrikes FallingActors Flash Frames Players
-  PlayerStrikes ProjectileHits Projectiles Roster Spawning StageFlow Strikes Terrain Tick Weapons)
+  PlayerStrikes ProjectileHits Projectiles Roster Spawning StageCamera StageFlow StageQueue StageSpawns
+  Strikes Terrain Tick Weapons)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units
@@ -55,7 +56,8 @@ set(port_view_units
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated picture platform play rules script sound view world)
 set(port_screens_units
-  Autoplay Bot FrontendScreens Game Pilot PlayScreen Recording Replay StageLoading TimedShow)
+  Autoplay Bot FrontendScreens Game Pilot PlayScreen Recording Replay StageLoading StageShows
+  TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses core generated picture platform play rules screens script sound view world)
 set(port_engine_units

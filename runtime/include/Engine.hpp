@@ -60,7 +60,7 @@ class Engine final : public ScriptHost {
     void enterFirstState();
 
     // The loop.
-    [[nodiscard]] HeldInput heldInput() const;
+    [[nodiscard]] TickInput deviceInput();
     bool runPass();
     void runFrontendPass();
     [[nodiscard]] bool smokeRunIsOver() const;

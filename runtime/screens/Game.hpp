@@ -92,6 +92,8 @@ struct Game {
     FrameCapture capture;
 
     TickInput input;  // of this pass
+    // Something was shown meanwhile that took the presses: the next pass begins without.
+    bool pressesAreForShow = false;
     World world;
     Events events;
 
@@ -104,6 +106,9 @@ struct Game {
 
     [[nodiscard]] Tick tick() { return {world, drive, input, config, scripts, events}; }
     [[nodiscard]] std::uint64_t hash() const;
+
+    // What the devices hold now; no pads where the settings want none.
+    [[nodiscard]] HeldInput heldInput() const;
 
     // Whether nobody is there to see and to wait: no time is spent on being looked at.
     [[nodiscard]] bool playsByItself() const {

@@ -5,11 +5,15 @@
 #include "Frames.hpp"
 #include "Log.hpp"
 #include "Players.hpp"
+#include "Projectiles.hpp"
 #include "Spawning.hpp"
+#include "StageCamera.hpp"
 #include "StageFlow.hpp"
 #include "StageLoading.hpp"
+#include "StageQueue.hpp"
 #include "StageScene.hpp"
 #include "VolumeKeys.hpp"
+#include "Weapons.hpp"
 
 namespace port {
 namespace {
@@ -69,7 +73,14 @@ bool playPass(Game& game) {
     updatePlayer(tick);
     updateCoopPlayers(tick);
     updateEntities(tick);
+    updateEndLevelTriggers(tick);
+    updateProjectiles(tick);
     resolveCombat(tick);
+    flushWeaponDrops(tick);
+    updateCombatLock(tick);
+    processStageInstructions(tick);
+    updateCamera(tick);
+    updateCombatLock(tick);
     if (game.hasUpdatedScript) {
         game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
     }
