@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "AnimationLookup.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -32,12 +31,26 @@ bool hasPlatform(const generated::Character& model) {
         });
 }
 
+const std::vector<const generated::Character*>& modelsWithPlatforms() {
+    static const std::vector<const generated::Character*> kAll = [] {
+        std::vector<const generated::Character*> all;
+        for (const generated::Character& row :
+             std::span(generated::kCharacters, generated::kCharacterCount)) {
+            if (hasPlatform(row)) all.push_back(&row);
+        }
+        return all;
+    }();
+    return kAll;
+}
+
 bool mayCarryPlatform(const generated::Character& model) {
-    return hasPlatform(model) ||
-           std::ranges::any_of(std::span(model.weapons, model.weaponCount), [](const char* name) {
-               const auto* weapon = findCharacter(name);
-               return weapon && hasPlatform(*weapon);
-           });
+    const auto isWeapon = [&model](const generated::Character* row) {
+        return std::ranges::any_of(
+            std::span(model.weapons, model.weaponCount), [row](const char* name) {
+                return equalsFolded(row->modelName, name) || equalsFolded(row->name, name);
+            });
+    };
+    return hasPlatform(model) || std::ranges::any_of(modelsWithPlatforms(), isWeapon);
 }
 
 ModelFacts workOut(const generated::Character& model) {
@@ -48,13 +61,22 @@ ModelFacts workOut(const generated::Character& model) {
     constexpr int kAuxiliaryTypes = kTypeNone | kTypeProjectile | kTypeShot;
     facts.auxiliary = *model.type == '\0' || (facts.typeBit & kAuxiliaryTypes) != 0;
     facts.followsParent = containsFolded(model.subtype, "follow");
-    facts.isWeaponItem = facts.typeBit == kTypeItem || containsFolded(model.subtype, "weapon") ||
-                         containsFolded(model.subtype, "projectile");
+    facts.isWeaponItem = model.weaponNumber > 0 &&
+                         (facts.typeBit == kTypeItem || containsFolded(model.subtype, "weapon") ||
+                          containsFolded(model.subtype, "projectile"));
     facts.mayCarryPlatform = mayCarryPlatform(model);
     return facts;
 }
 
 }  // namespace
+
+std::size_t rowOf(const generated::Character& model) {
+    const std::less<> before;
+    const bool inTable = !before(&model, generated::kCharacters) &&
+                         before(&model, generated::kCharacters + generated::kCharacterCount);
+    return inTable ? static_cast<std::size_t>(&model - generated::kCharacters)
+                   : generated::kCharacterCount;
+}
 
 ModelFacts factsOf(const generated::Character& model) {
     static const std::vector<ModelFacts> kOfTable = [] {
@@ -65,11 +87,8 @@ ModelFacts factsOf(const generated::Character& model) {
         }
         return all;
     }();
-    const std::less<> before;
-    const bool inTable = !before(&model, generated::kCharacters) &&
-                         before(&model, generated::kCharacters + generated::kCharacterCount);
-    return inTable ? kOfTable[static_cast<std::size_t>(&model - generated::kCharacters)]
-                   : workOut(model);
+    const std::size_t row = rowOf(model);
+    return row < kOfTable.size() ? kOfTable[row] : workOut(model);
 }
 
 int openborTypeBit(const generated::Character* model) {
