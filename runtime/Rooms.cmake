@@ -46,8 +46,8 @@ set(port_rules_units
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units
-  Damage Entities Frames PlayerInput Players Projectiles Roster Spawning StageFlow Terrain Tick
-  Weapons)
+  CoopPlayers Damage Entities Frames Grabs Joins Player1 Player1Moves PlayerInput PlayerMotion
+  Players Projectiles Roster Spawning StageFlow Terrain Tick Weapons)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units

@@ -1,8 +1,11 @@
 #include "PlayScreen.hpp"
 
+#include "CoopPlayers.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
+#include "Joins.hpp"
 #include "Log.hpp"
+#include "Player1.hpp"
 #include "Players.hpp"
 #include "Spawning.hpp"
 #include "StageFlow.hpp"
@@ -66,6 +69,9 @@ bool playPass(Game& game) {
         game.scripts.runHook(kUpdateScript, world.stageScriptCtx, "global-update");
     }
     updatePlayer(tick);
+    if (updateInProgressJoins(tick)) {
+        game.config.activePlayers = 1 + static_cast<int>(world.coop.size());
+    }
     updateCoopPlayers(tick);
     updateEntities(tick);
     if (game.hasUpdatedScript) {
