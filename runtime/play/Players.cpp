@@ -36,12 +36,6 @@ void fillVitals(PlayerActor& player) {
     player.guardPoints = std::max(0, player.model->guardPoints);
 }
 
-int gamepadOfSlot(const RuntimeConfig& config, int slot) {
-    const std::array<int, kMostPlayers> pads = {config.player1Gamepad, config.player2Gamepad,
-                                                config.player3Gamepad, config.player4Gamepad};
-    return pads[static_cast<std::size_t>(slot)];
-}
-
 // What player 1's scripts have stored outlasts a game.
 void startPlayer1(World& world, const RuntimeConfig& config, bool keepLooks) {
     Player1 player = freshPlayer<Player1>(0, kPlayer1Handle);
@@ -65,16 +59,8 @@ void buildCoopPlayers(World& world, const RuntimeConfig& config) {
     for (int slot = 1; slot < std::min(kMostPlayers, config.maxPlayers); ++slot) {
         const PlayerSlot& place = world.slots[static_cast<std::size_t>(slot)];
         if (!place.joined) continue;
-        auto player = freshPlayer<RuntimeCoopPlayer>(slot, kFirstCoopHandle + world.coop.size());
         const auto chosen = static_cast<std::size_t>(std::max(0, place.selectIndex));
-        player.model = models[chosen % models.size()];
-        player.playerSlot = slot;
-        player.gamepadId = gamepadOfSlot(config, slot);
-        player.paletteMap = slot;
-        fillVitals(player);
-        startIdle(player);
-        placeCoopPlayer(world, player, config.logicalWidth);
-        world.coop.push_back(std::move(player));
+        addCoopPlayer(world, config, slot, *models[chosen % models.size()]);
     }
 }
 
@@ -151,18 +137,38 @@ void setPlayerVitals(Player1& player, bool keepHealth) {
     }
 }
 
+int gamepadOfSlot(const RuntimeConfig& config, int slot) {
+    const std::array<int, kMostPlayers> pads = {config.player1Gamepad, config.player2Gamepad,
+                                                config.player3Gamepad, config.player4Gamepad};
+    return pads[static_cast<std::size_t>(slot)];
+}
+
+RuntimeCoopPlayer& addCoopPlayer(World& world, const RuntimeConfig& config, int slot,
+                                 const generated::Character& model) {
+    auto player = freshPlayer<RuntimeCoopPlayer>(slot, kFirstCoopHandle + world.coop.size());
+    player.model = &model;
+    player.playerSlot = slot;
+    player.gamepadId = gamepadOfSlot(config, slot);
+    player.paletteMap = slot;
+    fillVitals(player);
+    startIdle(player);
+    placeCoopPlayer(world, player, config.logicalWidth);
+    return world.coop.emplace_back(std::move(player));
+}
+
+void furnishPlayer(Tick& tick, PlayerActor& player) {
+    const generated::Stage& stage = *tick.world.stage.row;
+    player.livesRemaining = baseLives(stage);
+    player.creditsRemaining = std::max(0, stage.credits);
+    if (stage.setWeapon > 0) setWeaponIndex(tick, player, stage.setWeapon);
+}
+
 void startPlayers(Tick& tick, bool keepLooks) {
     World& world = tick.world;
-    const generated::Stage& stage = *world.stage.row;
     startPlayer1(world, tick.config, keepLooks);
     buildCoopPlayers(world, tick.config);
-    const auto furnish = [&](PlayerActor& player) {
-        player.livesRemaining = baseLives(stage);
-        player.creditsRemaining = std::max(0, stage.credits);
-        if (stage.setWeapon > 0) setWeaponIndex(tick, player, stage.setWeapon);
-    };
-    furnish(world.player1);
-    for (RuntimeCoopPlayer& player : world.coop) furnish(player);
+    furnishPlayer(tick, world.player1);
+    for (RuntimeCoopPlayer& player : world.coop) furnishPlayer(tick, player);
 }
 
 void runPlayerSpawnScripts(Tick& tick) {
@@ -170,23 +176,6 @@ void runPlayerSpawnScripts(Tick& tick) {
     tick.scripts.runHook(player1.model->onSpawnScript, player1.scriptCtx, "player-onspawn");
     for (RuntimeCoopPlayer& player : tick.world.coop) {
         tick.scripts.runHook(player.model->onSpawnScript, player.scriptCtx, "coop-onspawn");
-    }
-}
-
-// A player whom nobody drives: the animation goes on.
-void updatePlayer(Tick& tick) {
-    Player1& player = tick.world.player1;
-    settleAnimationEnergy(player);
-    player.invincibleTicks = std::max(0, player.invincibleTicks - 1);
-    if (!player.model || !player.alive) return;
-    player.animation.update(1);
-}
-
-void updateCoopPlayers(Tick& tick) {
-    for (RuntimeCoopPlayer& player : tick.world.coop) {
-        settleAnimationEnergy(player);
-        player.invincibleTicks = std::max(0, player.invincibleTicks - 1);
-        if (player.model) player.animation.update(1);
     }
 }
 

@@ -2,9 +2,12 @@
 
 #include "Bindings.hpp"
 #include "Combat.hpp"
+#include "CoopPlayers.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
+#include "Joins.hpp"
 #include "Log.hpp"
+#include "Player1.hpp"
 #include "Players.hpp"
 #include "Projectiles.hpp"
 #include "Spawning.hpp"
@@ -72,6 +75,9 @@ bool playPass(Game& game) {
         game.scripts.runHook(kUpdateScript, world.stageScriptCtx, "global-update");
     }
     updatePlayer(tick);
+    if (updateInProgressJoins(tick)) {
+        game.config.activePlayers = 1 + static_cast<int>(world.coop.size());
+    }
     updateCoopPlayers(tick);
     updateEntities(tick);
     // Once more: who turns toward the target it is bound to now knows where it stands itself.

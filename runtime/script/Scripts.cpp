@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "AssetPaths.hpp"
 #include "Log.hpp"
 
 namespace port {
@@ -36,9 +37,18 @@ void Scripts::open(const std::filesystem::path& portRoot, const std::filesystem:
                    ScriptHost* host) {
     machine_.setRoot(dataRoot);
     machine_.setHost(host);
+    known_.clear();
     log_.close();
     logFile_ = portRoot / "logs" / "script-vm.log";
     logRoom_ = script::kMaxLogBytes;
+}
+
+bool Scripts::has(std::string_view path) {
+    const auto known = known_.find(path);
+    if (known != known_.end()) return known->second;
+    std::error_code absent;
+    const bool found = std::filesystem::exists(runtimeCasePath(machine_.root() / path), absent);
+    return known_.emplace(path, found).first->second;
 }
 
 void Scripts::runHook(const char* path, ScriptContext& context, const char* event) {

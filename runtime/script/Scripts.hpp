@@ -8,7 +8,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <initializer_list>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -49,6 +51,9 @@ class Scripts {
         std::int64_t left_;
     };
 
+    // Whether the data root holds the script. Each path is asked for on disk once.
+    [[nodiscard]] bool has(std::string_view path);
+
     // Runs the "main" of a hook's script; nothing for an empty path. A null event reads "hook".
     // Like the machine, lets a break or continue out that no loop holds.
     void runHook(const char* path, ScriptContext& context, const char* event);
@@ -71,6 +76,7 @@ class Scripts {
 
     ScriptVM machine_;
     std::int64_t passSteps_ = script::kPassSteps;
+    std::map<std::string, bool, std::less<>> known_;  // what has() has found
     std::filesystem::path logFile_;
     std::ofstream log_;
     std::size_t logRoom_ = 0;

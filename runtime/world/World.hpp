@@ -4,6 +4,7 @@
 // the same world; pictures, sounds and settings are no part of it.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -43,13 +44,28 @@ struct PendingWeaponDrop {
     PORT_FIELDS(itemModel, worldX, z, altitude, facing, remainingDrops)
 };
 
-// One of the four places for a human, taken or not.
+// What the game logic saw of a player's keys in one tick, as bits of ScriptKeyBits.
+struct InputHistoryEntry {
+    unsigned held = 0, newKeys = 0, released = 0;
+
+    PORT_FIELDS(held, newKeys, released)
+};
+
+// One of the four places for a human, taken or not. Keys are bits of ScriptKeyBits.
 struct PlayerSlot {
+    static constexpr std::size_t kLongestHistory = 128;
+
     bool joined = false;
     int selectIndex = 0;  // among the models that can be selected
+    unsigned keys = 0;    // held now
+    unsigned newKeys = 0, releasedKeys = 0;
+    unsigned playKeys = 0;                        // what the game logic may see of those held
+    unsigned disabledKeys = 0;                    // masked out before everything else
+    std::vector<InputHistoryEntry> inputHistory;  // the oldest first, kLongestHistory at most
     std::unordered_map<std::string, ScriptValue> scriptVars;
 
-    PORT_FIELDS(joined, selectIndex, scriptVars)
+    PORT_FIELDS(joined, selectIndex, keys, newKeys, releasedKeys, playKeys, disabledKeys,
+                inputHistory, scriptVars)
 };
 
 // Who stood on the stage when entities last took their turns, so that nobody walks over the dead of

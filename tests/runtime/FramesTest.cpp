@@ -13,8 +13,8 @@ struct Frames : WorldTrial {
     // The animations go on by a tick, and the frames that are current then take effect.
     void pass() {
         ++world.tick;
-        updatePlayer(tick);
-        updateCoopPlayers(tick);
+        player.animation.update();
+        for (RuntimeCoopPlayer& mate : world.coop) mate.animation.update();
         updateEntities(tick);
         enter();
     }
