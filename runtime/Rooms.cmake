@@ -29,7 +29,7 @@ set(port_script_units
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
   DrawList FrameCapture Painter Palette Renderer SpriteBlit SpriteCache SpriteCompositor SpriteLoading
-  SpriteTransform)
+  SpriteTransform WaterSurface)
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units

@@ -155,6 +155,7 @@ void StageScene::addSprite(SceneKind kind, int sortId, const generated::Characte
     list_.add(kind, z, sortId,
               DrawSprite{.image = std::move(image),
                          .frame = shown.frame,
+                         .draw = shown.frame->draw,
                          .x = pixel(place.x - renderCameraX()) + world_.shake.rockX,
                          .y = pixel(place.z + place.altitude) + offsetY(),
                          .flip = place.facing < 0,

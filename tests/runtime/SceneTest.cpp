@@ -31,7 +31,7 @@ TEST(DrawList, SortsByDepthThenSortThenWhenItCame) {
     list.sort();
     std::string drawn;
     for (const DrawCommand& command : list.scene()) {
-        drawn += static_cast<char>(std::get<DrawImage>(command.shape).x);
+        drawn += static_cast<char>(std::get<DrawImage>(list.shape(command)).x);
     }
     EXPECT_EQ(drawn, "abcdefgh");
     const std::size_t last = list.scene().back().sequence;
@@ -79,7 +79,7 @@ TEST_F(Scene, PanelsActorsAndTheForegroundStandInTheirOrder) {
     // The panels move with the camera, the background half as far.
     world.camera.x = 100;
     draw();
-    EXPECT_EQ(std::get<DrawImage>(list.scene()[0].shape).x, -100);
+    EXPECT_EQ(std::get<DrawImage>(list.shape(list.scene()[0])).x, -100);
     EXPECT_EQ(std::get<DrawImage>(list.backdrop()[0]).x, -50);
 }
 
@@ -87,7 +87,7 @@ TEST_F(Scene, ActorsAreDrawnWhereTheyAreWhenAllFramesHaveTakenEffect) {
     play(player, "follow1");
     const float x = player.worldX;
     draw();
-    const auto sprite = [&] { return std::get<DrawSprite>(list.scene()[1].shape); };
+    const auto sprite = [&] { return std::get<DrawSprite>(list.shape(list.scene()[1])); };
     EXPECT_EQ(sprite().x, static_cast<int>(x + 5));
     EXPECT_EQ(sprite().frame, player.animation.frame());
     EXPECT_FALSE(sprite().flip);
