@@ -42,7 +42,7 @@ set(port_world_units
 set(port_rules_uses core generated world)
 set(port_rules_units
   AnimationEnergy AnimationLookup BindingOrder Defence Factions ModelFacts Movement Pixels
-  PlayerSpawn StageRules)
+  Platforms PlayerSpawn Shadows StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units
