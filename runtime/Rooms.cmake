@@ -28,8 +28,8 @@ set(port_script_units
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
-  DrawList FrameCapture Painter Palette Renderer SpriteBlit SpriteCache SpriteCompositor SpriteLoading
-  SpriteTransform)
+  DrawList FrameCapture Painter Palette Renderer SpriteBlit SpriteCache SpriteCompositor
+  SpriteLoading SpriteTransform WaterSurface)
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
@@ -43,7 +43,7 @@ set(port_rules_uses core generated world)
 set(port_rules_units
   AnimationEnergy AnimationLookup AttackChains BindingOrder Boxes CameraRules Chip Commands Counter
   Defence EntityRules Factions Ground Knockdown KnownAnimations ModelFacts Movement Pixels
-  PlayerSpawn StageRules)
+  PlayerSpawn Shadows StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units

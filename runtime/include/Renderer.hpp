@@ -2,6 +2,7 @@
 
 // What the game draws with and the window that shows it. Without a window it runs headless.
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "Presentation.hpp"
 #include "RuntimeConfig.hpp"
 #include "SpriteImage.hpp"
+#include "WaterSurface.hpp"
 
 namespace port {
 
@@ -58,7 +60,16 @@ class Renderer {
     // The image by its frame's draw method, the frame's offset on the origin, and the debug boxes
     // that the configuration asks for. `modelAlphaMode` holds where the frame names no alpha mode.
     void drawFrame(const SpriteImage& image, const generated::Frame& frame, int originX,
-                   int originY, const RuntimeConfig& config, bool flipX, int modelAlphaMode);
+                   int originY, const RuntimeConfig& config, bool flipX, int modelAlphaMode) {
+        drawFrame(image, frame, frame.draw, originX, originY, config, flipX, modelAlphaMode);
+    }
+    // The same with another draw method in place of the frame's.
+    void drawFrame(const SpriteImage& image, const generated::Frame& frame,
+                   const generated::DrawMethod& draw, int originX, int originY,
+                   const RuntimeConfig& config, bool flipX, int modelAlphaMode);
+    // Side by side from (x, y) to where the canvas ends.
+    void drawWater(const SpriteImage& image, const WaterSurface& surface, std::int64_t x,
+                   std::int64_t y);
 
     [[nodiscard]] const SpriteImage& canvas() const { return canvas_; }
 

@@ -9,10 +9,12 @@ namespace port {
 void DrawList::clear() {
     backdrop_.clear();
     scene_.clear();
+    shapes_.clear();
 }
 
 void DrawList::add(SceneKind kind, int z, int sortId, DrawShape shape) {
-    scene_.push_back({kind, z, sortId, sequence_++, std::move(shape)});
+    scene_.push_back({kind, z, sortId, sequence_++, shapes_.size()});
+    shapes_.push_back(std::move(shape));
 }
 
 void DrawList::sort() {

@@ -11,6 +11,7 @@
 #include "GeneratedCharacters.hpp"
 #include "SpriteCache.hpp"
 #include "SpriteImage.hpp"
+#include "WaterSurface.hpp"
 
 namespace port {
 
@@ -47,25 +48,39 @@ struct DrawTiles {
     bool operator==(const DrawTiles&) const = default;
 };
 
-// A frame of the tables with its offset on (x, y), by its draw method. `alphaMode` holds where the
-// method names none.
+// A picture of water, side by side from (x, y) to where the canvas ends.
+struct DrawWater {
+    SpritePtr image;
+    std::int64_t x = 0, y = 0;
+    WaterSurface surface;
+};
+
+// A frame of the tables with its offset on (x, y). `draw` is the frame's own method, or what takes
+// its place: a shadow's, or a script's. `alphaMode` holds where the method names none.
 struct DrawSprite {
     SpritePtr image;
     const generated::Frame* frame = nullptr;
+    generated::DrawMethod draw{};
     int x = 0, y = 0;
     bool flip = false;
     int alphaMode = 0;
-    bool operator==(const DrawSprite&) const = default;
 };
 
-using DrawShape = std::variant<DrawImage, DrawTiles, DrawSprite>;
+struct DrawRectangle {
+    int x = 0, y = 0, width = 0, height = 0;
+    ColorKey color = 0;
+    bool operator==(const DrawRectangle&) const = default;
+};
 
+using DrawShape = std::variant<DrawImage, DrawTiles, DrawWater, DrawSprite, DrawRectangle>;
+
+// Where a shape of the scene stands in its order. Small, because sorting moves it about.
 struct DrawCommand {
     SceneKind kind = SceneKind::Panel;
     int z = 0;
     int sortId = 0;
     std::size_t sequence = 0;
-    DrawShape shape;
+    std::size_t shape = 0;  // for DrawList::shape()
 };
 
 class DrawList {
@@ -79,9 +94,12 @@ class DrawList {
 
     [[nodiscard]] const std::vector<DrawShape>& backdrop() const { return backdrop_; }
     [[nodiscard]] const std::vector<DrawCommand>& scene() const { return scene_; }
+    [[nodiscard]] const DrawShape& shape(const DrawCommand& command) const {
+        return shapes_[command.shape];
+    }
 
   private:
-    std::vector<DrawShape> backdrop_;
+    std::vector<DrawShape> backdrop_, shapes_;
     std::vector<DrawCommand> scene_;
     std::size_t sequence_ = 0;
 };

@@ -35,9 +35,21 @@ class Painter {
         }
     }
 
+    void operator()(const DrawWater& water) {
+        renderer_.drawWater(*water.image, water.surface, water.x, water.y);
+    }
+
     void operator()(const DrawSprite& sprite) {
-        renderer_.drawFrame(*sprite.image, *sprite.frame, sprite.x, sprite.y, config_, sprite.flip,
-                            sprite.alphaMode);
+        renderer_.drawFrame(*sprite.image, *sprite.frame, sprite.draw, sprite.x, sprite.y, config_,
+                            sprite.flip, sprite.alphaMode);
+    }
+
+    void operator()(const DrawRectangle& rectangle) {
+        const auto channel = [&](unsigned c) {
+            return static_cast<int>(colorChannel(rectangle.color, c));
+        };
+        renderer_.drawSolidRect(rectangle.x, rectangle.y, rectangle.width, rectangle.height,
+                                channel(2), channel(1), channel(0));
     }
 
   private:
@@ -51,7 +63,7 @@ void paint(const DrawList& list, Renderer& renderer, const RuntimeConfig& config
     renderer.beginFrame();
     Painter painter(renderer, config);
     for (const DrawShape& shape : list.backdrop()) std::visit(painter, shape);
-    for (const DrawCommand& command : list.scene()) std::visit(painter, command.shape);
+    for (const DrawCommand& command : list.scene()) std::visit(painter, list.shape(command));
 }
 
 }  // namespace port

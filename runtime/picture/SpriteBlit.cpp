@@ -39,8 +39,18 @@ __m128i blended(__m128i canvas, __m128i source) {
     return _mm_adds_epu8(source, rest);
 }
 
+// The four pixels from `index` of the row on.
+template <bool kMirrored>
+__m128i loadFour(const std::uint8_t* row, int index, int count) {
+    const int from = kMirrored ? count - 4 - index : index;
+    const __m128i four = _mm_loadu_si128(
+        reinterpret_cast<const __m128i*>(row + static_cast<std::size_t>(from) * kPixelBytes));
+    return kMirrored ? _mm_shuffle_epi32(four, _MM_SHUFFLE(0, 1, 2, 3)) : four;
+}
+
 // Eight pixels at a time, then four; returns how many were drawn. Sprites are mostly clear and
 // opaque runs.
+template <bool kMirrored>
 int blendWide(std::uint8_t* canvas, const std::uint8_t* source, int count) {
     constexpr int kAllBytes = 0xFFFF;
     constexpr int kAlphaBytes = 0x8888;
@@ -53,9 +63,9 @@ int blendWide(std::uint8_t* canvas, const std::uint8_t* source, int count) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i full = _mm_set1_epi32(-1);
     int done = 0;
-    for (; count - done >= 8; done += 8, canvas += 32, source += 32) {
-        const __m128i s = load(source);
-        const __m128i next = load(source + 16);
+    for (; count - done >= 8; done += 8, canvas += 32) {
+        const __m128i s = loadFour<kMirrored>(source, done, count);
+        const __m128i next = loadFour<kMirrored>(source, done + 4, count);
         const int opaque = _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_and_si128(s, next), full));
         if ((opaque & kAlphaBytes) == kAlphaBytes) {
             store(canvas, s);
@@ -66,7 +76,7 @@ int blendWide(std::uint8_t* canvas, const std::uint8_t* source, int count) {
         }
     }
     if (count - done >= 4) {
-        store(canvas, blended(load(canvas), load(source)));
+        store(canvas, blended(load(canvas), loadFour<kMirrored>(source, done, count)));
         done += 4;
     }
     return done;
@@ -74,16 +84,46 @@ int blendWide(std::uint8_t* canvas, const std::uint8_t* source, int count) {
 
 #else
 
+template <bool kMirrored>
 int blendWide(std::uint8_t*, const std::uint8_t*, int) {
     return 0;
 }
 
 #endif
 
-std::array<std::uint8_t, kPixelBytes> opaquePixel(ColorKey color) {
+// `source` is where the run begins in memory; mirrored, that is its last pixel.
+template <bool kMirrored>
+void blendPixels(std::uint8_t* canvas, const std::uint8_t* source, int count) {
+    for (int i = blendWide<kMirrored>(canvas, source, count); i < count; ++i) {
+        const int from = kMirrored ? count - 1 - i : i;
+        blendPixel(canvas + static_cast<std::size_t>(i) * kPixelBytes,
+                   source + static_cast<std::size_t>(from) * kPixelBytes);
+    }
+}
+
+template <bool kMirrored>
+void blendImage(SpriteImage& canvas, const SpriteImage& image, std::int64_t x, std::int64_t y) {
+    const VisibleArea area = visibleArea(canvas, x, y, image.width, image.height);
+    const int left = kMirrored ? image.width - area.sourceX - area.width : area.sourceX;
+    for (int row = 0; row < area.height; ++row) {
+        blendPixels<kMirrored>(
+            canvas.bgra.data() + pixelOffset(canvas, area.canvasX, area.canvasY + row),
+            image.bgra.data() + pixelOffset(image, left, area.sourceY + row), area.width);
+    }
+}
+
+using Pixel = std::array<std::uint8_t, kPixelBytes>;
+
+Pixel opaquePixel(ColorKey color) {
     return {static_cast<std::uint8_t>(colorChannel(color, 0)),
             static_cast<std::uint8_t>(colorChannel(color, 1)),
             static_cast<std::uint8_t>(colorChannel(color, 2)), 255};
+}
+
+void fillPixels(std::uint8_t* at, std::size_t count, Pixel pixel) {
+    for (std::size_t i = 0; i < count; ++i) {
+        std::memcpy(at + i * kPixelBytes, pixel.data(), kPixelBytes);
+    }
 }
 
 unsigned limited(int channel) {
@@ -93,26 +133,20 @@ unsigned limited(int channel) {
 }  // namespace
 
 void blendRow(std::uint8_t* canvas, const std::uint8_t* source, int count) {
-    for (int i = blendWide(canvas, source, count); i < count; ++i) {
-        const auto at = static_cast<std::size_t>(i) * kPixelBytes;
-        blendPixel(canvas + at, source + at);
-    }
+    blendPixels<false>(canvas, source, count);
 }
 
 void drawImage(SpriteImage& canvas, const SpriteImage& image, std::int64_t x, std::int64_t y) {
-    const VisibleArea area = visibleArea(canvas, x, y, image.width, image.height);
-    for (int row = 0; row < area.height; ++row) {
-        blendRow(canvas.bgra.data() + pixelOffset(canvas, area.canvasX, area.canvasY + row),
-                 image.bgra.data() + pixelOffset(image, area.sourceX, area.sourceY + row),
-                 area.width);
-    }
+    blendImage<false>(canvas, image, x, y);
+}
+
+void drawImageMirrored(SpriteImage& canvas, const SpriteImage& image, std::int64_t x,
+                       std::int64_t y) {
+    blendImage<true>(canvas, image, x, y);
 }
 
 void fillCanvas(SpriteImage& canvas, ColorKey color) {
-    const auto pixel = opaquePixel(color);
-    for (std::size_t at = 0; at < canvas.bgra.size(); at += kPixelBytes) {
-        std::memcpy(canvas.bgra.data() + at, pixel.data(), kPixelBytes);
-    }
+    fillPixels(canvas.bgra.data(), canvas.bgra.size() / kPixelBytes, opaquePixel(color));
 }
 
 void drawSolidRect(SpriteImage& canvas, std::int64_t x, std::int64_t y, int width, int height,
@@ -121,11 +155,8 @@ void drawSolidRect(SpriteImage& canvas, std::int64_t x, std::int64_t y, int widt
     const auto pixel = opaquePixel(colorKey(limited(red), limited(green), limited(blue)));
     const VisibleArea area = visibleArea(canvas, x, y, width, height);
     for (int row = 0; row < area.height; ++row) {
-        std::uint8_t* at =
-            canvas.bgra.data() + pixelOffset(canvas, area.canvasX, area.canvasY + row);
-        for (int i = 0; i < area.width; ++i, at += kPixelBytes) {
-            std::memcpy(at, pixel.data(), kPixelBytes);
-        }
+        fillPixels(canvas.bgra.data() + pixelOffset(canvas, area.canvasX, area.canvasY + row),
+                   static_cast<std::size_t>(area.width), pixel);
     }
 }
 

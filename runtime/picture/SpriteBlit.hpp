@@ -11,6 +11,9 @@ namespace port {
 void blendRow(std::uint8_t* canvas, const std::uint8_t* source, int count);
 
 void drawImage(SpriteImage& canvas, const SpriteImage& image, std::int64_t x, std::int64_t y);
+// With its right side on the left.
+void drawImageMirrored(SpriteImage& canvas, const SpriteImage& image, std::int64_t x,
+                       std::int64_t y);
 
 void fillCanvas(SpriteImage& canvas, ColorKey color);
 // Nothing for a width or height of 0 or less. Channels are limited to 0 to 255.

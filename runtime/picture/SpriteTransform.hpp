@@ -25,8 +25,9 @@ class SpriteTransform {
     SpriteTransform(int sourceWidth, int sourceHeight, const generated::DrawMethod& draw,
                     bool entityFlip);
 
-    // True when every pixel of the result is that of the source.
-    [[nodiscard]] bool isIdentity() const;
+    // True when the result has the rows of the source as they are, or all of them mirrored().
+    [[nodiscard]] bool keepsRows() const;
+    [[nodiscard]] bool mirrored() const { return mirrorX_; }
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
     // Where the source's point (x, y) lies in the result.

@@ -38,11 +38,12 @@ void drawStage(Game& game) {
     Tick tick = game.tick();
     shakeScreen(game.world);
     game.drawing.clear();
-    StageScene scene(game.world, game.scenery, game.config, game.drawing);
+    StageScene scene(game.world, game.scenery, game.config,
+                     {game.sprites, game.renderer, game.dataRoot}, game.drawing);
     scene.addScenery();
     enterFrames(tick);
     game.playSounds();
-    scene.addActors({game.sprites, game.renderer, game.dataRoot});
+    scene.addActors();
     game.show();
     game.capture.pass(game.renderer.canvas());
     flushChildSpawns(tick);

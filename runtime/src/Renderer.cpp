@@ -103,11 +103,12 @@ void Renderer::drawLine(int x1, int y1, int x2, int y2, ColorKey rgb) {
     port::drawLine(canvas_, x1, y1, x2, y2, rgb);
 }
 
-void Renderer::drawFrame(const SpriteImage& image, const generated::Frame& frame, int originX,
-                         int originY, const RuntimeConfig& config, bool flipX, int modelAlphaMode) {
-    const SpriteTransform transform(image.width, image.height, frame.draw, flipX);
+void Renderer::drawFrame(const SpriteImage& image, const generated::Frame& frame,
+                         const generated::DrawMethod& draw, int originX, int originY,
+                         const RuntimeConfig& config, bool flipX, int modelAlphaMode) {
+    const SpriteTransform transform(image.width, image.height, draw, flipX);
     const SpriteAnchor anchor = transform.anchor(frame.offsetX, frame.offsetY);
-    const int mode = isBlendMode(frame.draw.alphaMode) ? frame.draw.alphaMode : modelAlphaMode;
+    const int mode = isBlendMode(draw.alphaMode) ? draw.alphaMode : modelAlphaMode;
     drawTransformed(canvas_, image, transform, originX - anchor.x, originY - anchor.y, mode);
 
     const std::int64_t offsetX =
@@ -122,6 +123,11 @@ void Renderer::drawFrame(const SpriteImage& image, const generated::Frame& frame
         const generated::AttackBox& box = frame.attack;
         outline.draw(canvas_, box.x, box.y, box.w, box.h, 255, 60, 60);
     }
+}
+
+void Renderer::drawWater(const SpriteImage& image, const WaterSurface& surface, std::int64_t x,
+                         std::int64_t y) {
+    port::drawWater(canvas_, image, surface, x, y);
 }
 
 }  // namespace port

@@ -7,6 +7,7 @@
 
 #include "BindingOrder.hpp"
 #include "Pixels.hpp"
+#include "Shadows.hpp"
 
 namespace port {
 namespace {
@@ -16,7 +17,10 @@ constexpr int kDefaultZMin = 160;
 constexpr int kDefaultZMax = 232;
 // What the scenery keeps between itself and the depths that actors walk in.
 constexpr int kPanelsBehind = 50;
+constexpr int kShadowsBehind = 47;
 constexpr int kFrontPanelsAhead = 50;
+constexpr int kFloatingStage = 1;  // of the rock modes
+constexpr int kMostWarp = 15;
 constexpr int kMostColumns = 256;
 constexpr int kMostRows = 64;
 
@@ -29,6 +33,14 @@ int tileCount(int repeat, int without, int most) {
     return repeat > 0 ? std::min(repeat, most) : without;
 }
 
+// Without a picture, a patch of the ground.
+constexpr int kPatchWidth = 16;
+constexpr int kPatchHeight = 3;
+constexpr int kPatchAbove = 2;
+constexpr ColorKey kPatchColor = colorKey(35, 35, 35);
+constexpr const char* kShadowSprites[] = {"sprites/shadow1", "sprites/shadow2", "sprites/shadow3",
+                                          "sprites/shadow4", "sprites/shadow5", "sprites/shadow6"};
+
 }  // namespace
 
 SpritePtr SpriteSource::load(const ShownFrame& shown) const {
@@ -36,32 +48,40 @@ SpritePtr SpriteSource::load(const ShownFrame& shown) const {
     return cache.load(renderer, dataRoot, shown.frame->sprite, shown.model, shown.palette);
 }
 
-int StageScene::zMin() const {
-    return world_.stage.row ? pixel(world_.stage.row->zMin) : kDefaultZMin;
+SpritePtr SpriteSource::load(const char* name) const {
+    return cache.load(renderer, dataRoot, name, nullptr, 0);
 }
 
-int StageScene::zMax() const {
-    return world_.stage.row ? pixel(world_.stage.row->zMax) : kDefaultZMax;
-}
-
-float StageScene::renderCameraX() const {
-    return world_.camera.x +
-           static_cast<float>(world_.stage.row ? world_.stage.row->cameraOffsetX : 0);
-}
-
-// Of the ground, by the stage's camera and the shake of the pass.
-int StageScene::offsetY() const {
-    return pixel(world_.stage.row ? world_.stage.row->cameraOffsetY : 0) + world_.shake.rockY;
-}
+StageScene::StageScene(const World& world, const Scenery& scenery, const RuntimeConfig& config,
+                       const SpriteSource& sprites, DrawList& list)
+    : world_(world),
+      scenery_(scenery),
+      config_(config),
+      sprites_(sprites),
+      list_(list),
+      row_(world.stage.row),
+      zMin_(row_ ? pixel(row_->zMin) : kDefaultZMin),
+      zMax_(row_ ? pixel(row_->zMax) : kDefaultZMax),
+      cameraX_(world.camera.x + static_cast<float>(row_ ? row_->cameraOffsetX : 0)),
+      cameraY_(row_ ? pixel(row_->cameraOffsetY) : 0),
+      groundY_(cameraY_ + world.shake.rockY) {}
 
 void StageScene::addScenery() {
     addBackground();
     for (const RuntimeStageLayer& layer : scenery_.backgroundLayers) {
         if (layer.kind == LayerKind::Background) list_.addBackdrop(layerTiles(layer));
     }
+    addWater();
     addPanels();
     for (const auto* layers : {&scenery_.backgroundLayers, &scenery_.foregroundLayers}) {
         for (const RuntimeStageLayer& layer : *layers) addLayer(layer);
+    }
+    if (world_.player1.alive) addShadow(world_.player1);
+    for (const RuntimeCoopPlayer& player : world_.coop) {
+        if (player.alive) addShadow(player);
+    }
+    for (const RuntimeEntity& entity : world_.entities) {
+        if (entity.alive && entity.visible) addShadow(entity);
     }
 }
 
@@ -69,10 +89,10 @@ void StageScene::addBackground() {
     const SpritePtr& image = scenery_.background;
     if (!image) return;
     const int left = pixel(scenery_.backgroundOffsetX) + world_.shake.rockX;
-    const int top = pixel(scenery_.backgroundOffsetY) + offsetY();
+    const int top = pixel(scenery_.backgroundOffsetY) + groundY_;
     const StageRun& stage = world_.stage;
     if (!stage.verticalScroll) {
-        const int moved = pixel(renderCameraX() * scenery_.backgroundRatioX);
+        const int moved = pixel(cameraX_ * scenery_.backgroundRatioX);
         list_.addBackdrop(DrawImage{image, left - moved, top});
         return;
     }
@@ -87,6 +107,18 @@ void StageScene::addBackground() {
     list_.addBackdrop(std::move(tiles));
 }
 
+// Where the background ends. It heaves under a floating stage, which is all that such a stage's
+// shake is; any other leaves it level.
+void StageScene::addWater() {
+    const SpritePtr& image = scenery_.water;
+    if (!image || !row_) return;
+    int y = pixel(row_->backgroundHeight) + cameraY_;
+    if (row_->rockMode == kFloatingStage) y += world_.shake.rockY;
+    const int warp = std::clamp(row_->waterWarp, 0, kMostWarp);
+    list_.addBackdrop(DrawWater{image, world_.shake.rockX - image->width, y,
+                                legacyWaterSurface(warp, row_->rockMode, world_.tick)});
+}
+
 DrawTiles StageScene::layerTiles(const RuntimeStageLayer& layer) const {
     const generated::Layer& row = *layer.row;
     const double drift = static_cast<double>(world_.tick) * row.bgSpeedRatio / kTicksPerSecond;
@@ -95,10 +127,10 @@ DrawTiles StageScene::layerTiles(const RuntimeStageLayer& layer) const {
     tiles.stepY = std::max<std::int64_t>(1, std::int64_t{layer.image->height} + row.zSpacing);
     tiles.columns = tileCount(row.xRepeat, kMostColumns, kMostColumns);
     tiles.rows = tileCount(row.zRepeat, 1, kMostRows);
-    tiles.x = tileStart(std::int64_t{row.xOffset} - pixel(renderCameraX() * row.xRatio) +
+    tiles.x = tileStart(std::int64_t{row.xOffset} - pixel(cameraX_ * row.xRatio) +
                             roundedPixel(drift) + world_.shake.rockX,
                         tiles.stepX);
-    tiles.y = std::int64_t{row.zOffset} + offsetY();
+    tiles.y = std::int64_t{row.zOffset} + groundY_;
     if (tiles.rows > 1) tiles.y = tileStart(tiles.y, tiles.stepY);
     tiles.blend = row.alpha;
     return tiles;
@@ -107,58 +139,93 @@ DrawTiles StageScene::layerTiles(const RuntimeStageLayer& layer) const {
 void StageScene::addLayer(const RuntimeStageLayer& layer) {
     if (layer.kind == LayerKind::Background) return;
     if (layer.kind == LayerKind::FrontPanel) {
-        list_.add(SceneKind::FrontPanel, zMax() + kFrontPanelsAhead, 0, layerTiles(layer));
+        list_.add(SceneKind::FrontPanel, zMax_ + kFrontPanelsAhead, 0, layerTiles(layer));
     } else {
         list_.add(SceneKind::ForegroundLayer, layer.row->zOrder, 0, layerTiles(layer));
     }
 }
 
 void StageScene::addPanels() {
-    std::int64_t x = std::int64_t{world_.shake.rockX} - pixel(renderCameraX());
+    std::int64_t x = std::int64_t{world_.shake.rockX} - pixel(cameraX_);
     for (const SpritePtr& panel : scenery_.panels) {
         if (!panel) continue;
         if (x < config_.logicalWidth && x + panel->width > 0) {
-            list_.add(SceneKind::Panel, zMin() - kPanelsBehind, 0,
-                      DrawImage{panel, static_cast<int>(x), offsetY()});
+            list_.add(SceneKind::Panel, zMin_ - kPanelsBehind, 0,
+                      DrawImage{panel, static_cast<int>(x), groundY_});
         }
         x += panel->width;
     }
 }
 
-void StageScene::addActors(const SpriteSource& sprites) {
-    const auto add = [&](const Actor& actor) {
-        if (!actor.animation.frame()) return;
-        addSprite(SceneKind::Actor, bindingSortId(world_, actor), actor.model, actor.place(),
-                  actor.shown, sprites);
-    };
-    add(world_.player1);
-    for (const RuntimeCoopPlayer& player : world_.coop) {
-        if (player.model) add(player);
-    }
-    for (const RuntimeEntity& entity : world_.entities) {
-        if (entity.visible && entity.model) add(entity);
-    }
-    for (const RuntimeProjectile& projectile : world_.projectiles) {
-        if (!projectile.alive || !projectile.animation.frame()) continue;
-        addSprite(SceneKind::Projectile, 0, projectile.model, projectile.place(), projectile.shown,
-                  sprites);
+void StageScene::addShadow(const Actor& actor) {
+    const int size = shadowSprite(actor.model, actor.altitude);
+    if (size == 0) return;
+    // A shake leaves it where it is.
+    const int x = pixel(actor.worldX - cameraX_);
+    const int y = pixel(actor.z) + cameraY_;
+    const int z = zMin_ - kShadowsBehind;
+    const int sortId = bindingSortId(world_, actor);
+    if (SpritePtr image = sprites_.load(kShadowSprites[size - 1])) {
+        const int left = x - image->width / 2;
+        const int top = y - image->height / 2;
+        list_.add(SceneKind::Shadow, z, sortId, DrawImage{std::move(image), left, top});
+    } else {
+        list_.add(SceneKind::Shadow, z, sortId,
+                  DrawRectangle{x - kPatchWidth / 2, y - kPatchAbove, kPatchWidth, kPatchHeight,
+                                kPatchColor});
     }
 }
 
-void StageScene::addSprite(SceneKind kind, int sortId, const generated::Character* model,
-                           const ActorPlace& place, const ShownFrame& shown,
-                           const SpriteSource& sprites) {
-    SpritePtr image = sprites.load(shown);
+void StageScene::addActors() {
+    addActor(world_.player1);
+    for (const RuntimeCoopPlayer& player : world_.coop) {
+        if (player.model) addActor(player);
+    }
+    for (const RuntimeEntity& entity : world_.entities) {
+        if (entity.visible && entity.model) addActor(entity);
+    }
+    for (const RuntimeProjectile& projectile : world_.projectiles) {
+        if (projectile.alive) addProjectile(projectile);
+    }
+}
+
+void StageScene::addActor(const Actor& actor) {
+    if (!actor.animation.frame()) return;
+    SpritePtr image = sprites_.load(actor.shown);
     if (!image) return;
+    const int sortId = bindingSortId(world_, actor);
+    DrawSprite shown = sprite(std::move(image), actor.shown, actor.model, actor.place());
+    if (castsProjectedShadow(actor.model, row_)) {
+        DrawSprite shadow = shown;
+        shadow.draw = projectedShadowMethod(shown.frame->draw, row_);
+        shadow.y = pixel(projectedShadowRow(world_, actor)) + groundY_;
+        list_.add(SceneKind::Shadow, zMin_ - kShadowsBehind, sortId, std::move(shadow));
+    }
+    list_.add(SceneKind::Actor, depth(actor.model, actor.z), sortId, std::move(shown));
+}
+
+void StageScene::addProjectile(const RuntimeProjectile& projectile) {
+    if (!projectile.animation.frame()) return;
+    SpritePtr image = sprites_.load(projectile.shown);
+    if (!image) return;
+    list_.add(SceneKind::Projectile, depth(projectile.model, projectile.z), 0,
+              sprite(std::move(image), projectile.shown, projectile.model, projectile.place()));
+}
+
+DrawSprite StageScene::sprite(SpritePtr image, const ShownFrame& shown,
+                              const generated::Character* model, const ActorPlace& place) const {
+    return {.image = std::move(image),
+            .frame = shown.frame,
+            .draw = shown.frame->draw,
+            .x = pixel(place.x - cameraX_) + world_.shake.rockX,
+            .y = pixel(place.z + place.altitude) + groundY_,
+            .flip = place.facing < 0,
+            .alphaMode = model ? model->alphaMode : 0};
+}
+
+int StageScene::depth(const generated::Character* model, float z) const {
     const int layer = model ? model->setLayer : 0;
-    const int z = layer != 0 ? zMin() + pixel(layer) : roundedPixel(place.z);
-    list_.add(kind, z, sortId,
-              DrawSprite{.image = std::move(image),
-                         .frame = shown.frame,
-                         .x = pixel(place.x - renderCameraX()) + world_.shake.rockX,
-                         .y = pixel(place.z + place.altitude) + offsetY(),
-                         .flip = place.facing < 0,
-                         .alphaMode = model ? model->alphaMode : 0});
+    return layer != 0 ? zMin_ + pixel(layer) : roundedPixel(z);
 }
 
 }  // namespace port

@@ -22,35 +22,46 @@ struct SpriteSource {
 
     // Null for a frame that shows nothing.
     [[nodiscard]] SpritePtr load(const ShownFrame& shown) const;
+    // In its own colours; null for what cannot be loaded.
+    [[nodiscard]] SpritePtr load(const char* name) const;
 };
 
 class StageScene {
   public:
+    // The camera of this moment counts for all that is added.
     StageScene(const World& world, const Scenery& scenery, const RuntimeConfig& config,
-               DrawList& list)
-        : world_(world), scenery_(scenery), config_(config), list_(list) {}
+               const SpriteSource& sprites, DrawList& list);
 
-    // What stands still, before frames take effect: the camera of this moment counts.
+    // What stands still, and the shadows on the ground, before frames take effect.
     void addScenery();
     // Everybody where they are, when all frames of the pass have taken effect.
-    void addActors(const SpriteSource& sprites);
+    void addActors();
 
   private:
     void addBackground();
-    void addLayer(const RuntimeStageLayer& layer);
+    void addWater();
     void addPanels();
-    void addSprite(SceneKind kind, int sortId, const generated::Character* model,
-                   const ActorPlace& place, const ShownFrame& shown, const SpriteSource& sprites);
+    void addLayer(const RuntimeStageLayer& layer);
     [[nodiscard]] DrawTiles layerTiles(const RuntimeStageLayer& layer) const;
-    [[nodiscard]] int zMin() const;
-    [[nodiscard]] int zMax() const;
-    [[nodiscard]] float renderCameraX() const;
-    [[nodiscard]] int offsetY() const;
+    void addShadow(const Actor& actor);
+    void addActor(const Actor& actor);
+    void addProjectile(const RuntimeProjectile& projectile);
+    [[nodiscard]] DrawSprite sprite(SpritePtr image, const ShownFrame& shown,
+                                    const generated::Character* model,
+                                    const ActorPlace& place) const;
+    [[nodiscard]] int depth(const generated::Character* model, float z) const;
 
     const World& world_;
     const Scenery& scenery_;
     const RuntimeConfig& config_;
+    const SpriteSource sprites_;
     DrawList& list_;
+
+    const generated::Stage* row_;
+    int zMin_, zMax_;
+    float cameraX_;    // with the stage's offset
+    int cameraY_;      // the stage's offset
+    int groundY_ = 0;  // the same, with the shake of the pass
 };
 
 }  // namespace port

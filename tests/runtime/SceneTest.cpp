@@ -1,5 +1,6 @@
 // What a pass draws, as a list.
 
+#include <algorithm>
 #include <climits>
 #include <string>
 #include <tuple>
@@ -7,6 +8,7 @@
 
 #include "BindingOrder.hpp"
 #include "Frames.hpp"
+#include "Shadows.hpp"
 #include "StageScene.hpp"
 #include "WorldTrial.hpp"
 
@@ -31,7 +33,7 @@ TEST(DrawList, SortsByDepthThenSortThenWhenItCame) {
     list.sort();
     std::string drawn;
     for (const DrawCommand& command : list.scene()) {
-        drawn += static_cast<char>(std::get<DrawImage>(command.shape).x);
+        drawn += static_cast<char>(std::get<DrawImage>(list.shape(command)).x);
     }
     EXPECT_EQ(drawn, "abcdefgh");
     const std::size_t last = list.scene().back().sequence;
@@ -48,46 +50,67 @@ struct Scene : WorldTrial {
     SpriteCache cache;
     Scenery scenery;
     DrawList list;
+    // What a test changes in the tables.
+    generated::Stage stage = *world.stage.row;
+    generated::Character model = *player.model;
 
     Scene() {
         quietly([&] { EXPECT_TRUE(renderer.initialize(config)); });
         scenery = loadScenery(*world.stage.row, renderer, dataRoot);
+        world.stage.row = &stage;
     }
-    const std::vector<DrawCommand>& draw() {
+    void draw() {
         list.clear();
-        StageScene scene(world, scenery, config, list);
+        StageScene scene(world, scenery, config, {cache, renderer, dataRoot}, list);
         scene.addScenery();
         quietly([&] { enterFrames(tick); });
-        scene.addActors({cache, renderer, dataRoot});
+        scene.addActors();
         list.sort();
-        return list.scene();
+    }
+    // The first shape of the kind; fails when it has another form.
+    template <class Shape>
+    const Shape& first(SceneKind kind) {
+        static const Shape kNothing{};
+        const auto found = std::ranges::find(list.scene(), kind, &DrawCommand::kind);
+        const Shape* shape =
+            found == list.scene().end() ? nullptr : std::get_if<Shape>(&list.shape(*found));
+        EXPECT_NE(shape, nullptr) << "kind " << static_cast<int>(kind);
+        return shape ? *shape : kNothing;
+    }
+    int count(SceneKind kind) {
+        return static_cast<int>(std::ranges::count(list.scene(), kind, &DrawCommand::kind));
     }
 };
 
-TEST_F(Scene, PanelsActorsAndTheForegroundStandInTheirOrder) {
-    std::vector<std::tuple<SceneKind, int, int>> places;
-    for (const DrawCommand& c : draw()) places.emplace_back(c.kind, c.z, c.sortId);
-    EXPECT_EQ(places,
-              (std::vector<std::tuple<SceneKind, int, int>>{{SceneKind::Panel, 110, 0},
-                                                            {SceneKind::Actor, 165, 100},
-                                                            {SceneKind::ForegroundLayer, 300, 0}}));
-    ASSERT_EQ(list.backdrop().size(), 2U) << "the background and the haze";
-    const auto& haze = std::get<DrawTiles>(list.backdrop()[1]);
-    EXPECT_EQ(haze.y, 20);
-    EXPECT_LE(haze.x, 0);
-
-    // The panels move with the camera, the background half as far.
-    world.camera.x = 100;
+TEST_F(Scene, EachKindStandsInItsOrder) {
+    using Place = std::tuple<SceneKind, int, int>;
     draw();
-    EXPECT_EQ(std::get<DrawImage>(list.scene()[0].shape).x, -100);
-    EXPECT_EQ(std::get<DrawImage>(list.backdrop()[0]).x, -50);
+    std::vector<Place> places;
+    for (const DrawCommand& c : list.scene()) places.emplace_back(c.kind, c.z, c.sortId);
+    EXPECT_EQ(places, (std::vector<Place>{{SceneKind::Panel, 110, 0},
+                                          {SceneKind::Shadow, 113, 100},
+                                          {SceneKind::Actor, 165, 100},
+                                          {SceneKind::ForegroundLayer, 300, 0}}));
+
+    // A model may choose its depth, whatever its z.
+    model.setLayer = -5;
+    player.model = &model;
+    draw();
+    EXPECT_EQ(list.scene()[2].z, 155);
+
+    // The panels move with the camera, the background half as far, and all with a shake.
+    world.camera.x = 100;
+    world.shake.rockX = 3;
+    draw();
+    EXPECT_EQ(first<DrawImage>(SceneKind::Panel).x, -97);
+    EXPECT_EQ(std::get<DrawImage>(list.backdrop()[0]).x, -47);
 }
 
 TEST_F(Scene, ActorsAreDrawnWhereTheyAreWhenAllFramesHaveTakenEffect) {
     play(player, "follow1");
     const float x = player.worldX;
     draw();
-    const auto sprite = [&] { return std::get<DrawSprite>(list.scene()[1].shape); };
+    const auto sprite = [&] { return first<DrawSprite>(SceneKind::Actor); };
     EXPECT_EQ(sprite().x, static_cast<int>(x + 5));
     EXPECT_EQ(sprite().frame, player.animation.frame());
     EXPECT_FALSE(sprite().flip);
@@ -101,6 +124,201 @@ TEST_F(Scene, ActorsAreDrawnWhereTheyAreWhenAllFramesHaveTakenEffect) {
     EXPECT_EQ(player.lastFrame, 0U);
     draw();
     EXPECT_STREQ(sprite().frame->sprite, "data/chars/red.gif");
+}
+
+TEST_F(Scene, AShadowOnTheGroundStaysWhereItsActorWasBeforeTheFrames) {
+    play(player, "follow1");
+    world.shake = {.rockX = 4, .rockY = 4};
+    stage.cameraOffsetX = 10;
+    stage.cameraOffsetY = 20;
+    player.worldX = 100.7F;
+    draw();
+    EXPECT_EQ(first<DrawSprite>(SceneKind::Actor).x, 99) << "moved 5 by its frame, and shaken";
+    EXPECT_EQ(first<DrawRectangle>(SceneKind::Shadow),
+              (DrawRectangle{82, 183, 16, 3, colorKey(35, 35, 35)}));
+
+    // Where the game has a picture, that is centred there.
+    std::filesystem::create_directories(folder.path() / "sprites");
+    std::filesystem::copy(dataRoot / "chars/red.gif", folder.path() / "sprites/Shadow6.gif");
+    dataRoot = folder.path();
+    model.shadow = 9;
+    player.model = &model;
+    cache.clear();
+    draw();
+    const auto& shadow = first<DrawImage>(SceneKind::Shadow);
+    EXPECT_EQ(shadow.x + shadow.image->width / 2, 95);
+    EXPECT_EQ(shadow.y + shadow.image->height / 2, 188);
+}
+
+TEST_F(Scene, OnlyTheLivingOnOrAboveTheGroundCastAShadow) {
+    RuntimeEntity& robot = addEntity("robot");
+    RuntimeCoopPlayer& mate = joinCoop("mate");
+    draw();
+    EXPECT_EQ(count(SceneKind::Shadow), 3);
+    player.altitude = 1;
+    mate.alive = false;
+    draw();
+    EXPECT_EQ(count(SceneKind::Shadow), 1) << "not of who falls into a hole";
+    EXPECT_EQ(count(SceneKind::Actor), 3);
+    robot.visible = false;
+    draw();
+    EXPECT_EQ(count(SceneKind::Shadow), 0);
+    model.shadow = 0;
+    player.altitude = -50;
+    player.model = &model;
+    draw();
+    EXPECT_EQ(count(SceneKind::Shadow), 0);
+}
+
+TEST_F(Scene, AProjectedShadowIsTheFrameThrownOnTheGround) {
+    model.gfxShadow = 1;
+    model.subjectToPlatform = true;
+    player.model = &model;
+    player.altitude = -30;
+    stage.shadowColor = 0;
+    stage.shadowAlpha = 2;
+    stage.stageLightX = 110;
+    stage.stageLightY = -90;
+    draw();
+    ASSERT_EQ(count(SceneKind::Shadow), 1) << "instead of the one on the ground";
+    const DrawSprite* shadow = &first<DrawSprite>(SceneKind::Shadow);
+    const DrawSprite& actor = first<DrawSprite>(SceneKind::Actor);
+    EXPECT_EQ(shadow->x, actor.x);
+    EXPECT_EQ(shadow->y, actor.y + 30);
+    EXPECT_EQ(shadow->frame, actor.frame);
+    EXPECT_FLOAT_EQ(shadow->draw.scaleY, -0.5F);
+    EXPECT_FLOAT_EQ(shadow->draw.shiftX, 0.5F);
+    EXPECT_EQ(shadow->draw.alphaMode, 2);
+    EXPECT_EQ(shadow->draw.fillColor, 0);
+
+    // A platform below casts it higher up, unless the model chooses otherwise.
+    RuntimeEntity& crate = addEntity("robot");
+    generated::Frame top = *crate.animation.frame();
+    top.hasPlatform = true;
+    top.platform = {0, 0, -20, -20, 20, 20, 10, 16};
+    generated::Animation still = *crate.animation.animation();
+    still.frames = &top;
+    still.frameCount = 1;
+    crate.animation.setAnimation(&still);
+    crate.worldX = player.worldX + 5;
+    crate.z = player.z + 4;
+    const auto rowWithBase = [&](int base) {
+        model.gfxShadowBase = base;
+        draw();
+        return first<DrawSprite>(SceneKind::Shadow).y;
+    };
+    EXPECT_EQ(rowWithBase(0), 165 - 16);
+    EXPECT_EQ(rowWithBase(1), 165);
+    EXPECT_EQ(rowWithBase(2), 165 - 30);
+    EXPECT_EQ(rowWithBase(9), 165 - 30);
+
+    stage.shadowColor = -1;
+    draw();
+    EXPECT_EQ(count(SceneKind::Shadow), 1) << "the crate's";
+}
+
+TEST(ProjectedShadow, KeepsOfTheFramesMethodWhatIsNotTheShadowsOwn) {
+    generated::DrawMethod own{};
+    own.scaleX = own.scaleY = own.shiftX = 7;
+    own.flipX = true;
+    generated::DrawMethod shadow = projectedShadowMethod(own, nullptr);
+    EXPECT_TRUE(shadow.enabled);
+    EXPECT_FALSE(shadow.flipX) << "a method that is off says nothing";
+    EXPECT_EQ(shadow.scaleX, 1);
+    EXPECT_FLOAT_EQ(shadow.scaleY, -80.0F / 180.0F);
+    EXPECT_EQ(shadow.alphaMode, 1);
+    EXPECT_EQ(shadow.fillColor, 0x202020);
+
+    own = {true, -2, -3, true, false, 1, 4, 5, 999, 6, 7, 90, true};
+    generated::Stage stage{};
+    stage.shadowColor = 1;
+    shadow = projectedShadowMethod(own, &stage);
+    EXPECT_EQ(shadow.scaleX, -2);
+    EXPECT_TRUE(shadow.flipX);
+    EXPECT_FLOAT_EQ(shadow.scaleY, -0.18F * 3) << "no light is too flat";
+    EXPECT_EQ(shadow.shiftX, 1);
+    EXPECT_EQ(shadow.remap + shadow.tintMode + shadow.tintColor + shadow.rotate, 0);
+    EXPECT_EQ(shadow.fillColor, 0x101010);
+}
+
+TEST_F(Scene, WaterLiesBelowTheBackgroundAndOnlyAFloatingStageHeaves) {
+    scenery.water = scenery.background;
+    stage.backgroundHeight = 90;
+    stage.cameraOffsetY = 5;
+    stage.waterWarp = 40;
+    world.camera.x = 77;
+    world.tick = 50;
+    const auto waterAt = [&](int rockMode) {
+        stage.rockMode = rockMode;
+        world.shake = {.quakeTicks = 1, .quakeIntensity = 9};
+        shakeScreen(world);
+        draw();
+        const auto* water = std::get_if<DrawWater>(&list.backdrop().back());
+        EXPECT_NE(water, nullptr);
+        return water ? *water : DrawWater{};
+    };
+    DrawWater water = waterAt(0);
+    EXPECT_EQ(water.y, 95);
+    EXPECT_NE(world.shake.rockX, 0);
+    EXPECT_EQ(water.x, world.shake.rockX - scenery.water->width) << "the camera leaves it";
+    EXPECT_EQ(water.surface, (WaterSurface{WaterSurface::Motion::Waves, 50 / 60.0 * 15 * 1.65}));
+    water = waterAt(1);
+    EXPECT_EQ(water.y, 95 + 2);
+    EXPECT_EQ(water.surface, (WaterSurface{WaterSurface::Motion::Flow, 50 / 60.0 * 15 * 2}));
+    EXPECT_EQ(waterAt(3).surface, WaterSurface{});
+}
+
+TEST_F(Scene, ABackgroundThatScrollsDownTheScreenCoversIt) {
+    const int height = scenery.background->height;
+    world.stage.verticalScroll = true;
+    scenery.backgroundOffsetY = 3;
+    world.shake.rockX = 2;
+    for (const int sign : {1, -1}) {
+        world.stage.verticalScrollSign = sign;
+        for (const float scroll : {0.0F, 2.5F, static_cast<float>(height) * 7 + 1, 1e30F}) {
+            world.stage.verticalStageScroll = scroll;
+            draw();
+            const auto& tiles = std::get<DrawTiles>(list.backdrop()[0]);
+            EXPECT_EQ(tiles.x, 2);
+            EXPECT_LE(tiles.y, 0);
+            EXPECT_GT(tiles.y, -height);
+            EXPECT_GE(tiles.y + tiles.rows * tiles.stepY, config.logicalHeight);
+            if (scroll > 1e9F) continue;
+            const auto shifted = tiles.y - 3 + sign * static_cast<int>(scroll);
+            EXPECT_EQ(shifted % height, 0) << scroll;
+        }
+    }
+}
+
+TEST_F(Scene, LayersRepeatWithinTheirLimitsFromTheLeft) {
+    generated::Layer row{};
+    const int width = scenery.background->width;
+    const auto tiles = [&] {
+        scenery.foregroundLayers = {{scenery.background, LayerKind::FrontPanel, &row}};
+        draw();
+        return first<DrawTiles>(SceneKind::FrontPanel);
+    };
+    row.xOffset = 3 * width + 1;
+    row.zOffset = 40;
+    EXPECT_EQ(tiles(), (DrawTiles{scenery.background, 1 - width, 40, width,
+                                  scenery.background->height, 256, 1, 0}));
+    row.xRatio = 0.5F;
+    row.bgSpeedRatio = -30;
+    row.xSpacing = -100'000;
+    row.zSpacing = 6;
+    row.xRepeat = 2;
+    row.zRepeat = 1000;
+    row.alpha = 6;
+    world.camera.x = 101;
+    world.tick = 61;
+    const int stepY = scenery.background->height + 6;
+    const DrawTiles drawn = tiles();
+    EXPECT_EQ(drawn.x, std::min(0, row.xOffset - 50 - 31)) << "half of a pixel goes away from 0";
+    EXPECT_EQ(drawn.y, 40 - (40 + stepY - 1) / stepY * stepY);
+    EXPECT_EQ(std::tuple(drawn.stepX, drawn.stepY, drawn.columns, drawn.rows, drawn.blend),
+              std::tuple(1, stepY, 2, 64, 6));
+    const auto front = std::ranges::find(list.scene(), SceneKind::FrontPanel, &DrawCommand::kind);
+    EXPECT_EQ(front->z, 232 + 50);
 }
 
 TEST_F(Scene, WhoIsBoundStandsBesideItsTarget) {

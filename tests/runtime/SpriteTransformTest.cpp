@@ -185,5 +185,23 @@ TEST(SpriteTransform, DrawingInRunsEqualsDrawingTheWhole) {
     }
 }
 
+TEST(SpriteTransform, WhatIsOnlyMirroredIsDrawnAsItsMirrorImage) {
+    SpriteImage source = plain(37, 3, 0);
+    for (std::size_t i = 0; i < source.bgra.size(); i += kPixelBytes) {
+        const std::size_t alpha = i / 40 % 3 * 127;  // runs of clear, translucent and nearly opaque
+        for (std::size_t c = 0; c < kPixelBytes; ++c) {
+            source.bgra[i + c] = static_cast<std::uint8_t>(c == 3 ? alpha : i * 7 % (alpha + 1));
+        }
+    }
+    const SpriteImage mirrored = transformOpenBORSprite(source, method(), true);
+    for (int x = -40; x < 60; ++x) {
+        SpriteImage expected = plain(50, 4, 0xFF303030);
+        SpriteImage drawn = expected;
+        drawImage(expected, mirrored, x, 2);
+        drawTransformed(drawn, source, SpriteTransform(37, 3, method(), true), x, 2, 0);
+        EXPECT_EQ(drawn.bgra, expected.bgra) << x;
+    }
+}
+
 }  // namespace
 }  // namespace port
