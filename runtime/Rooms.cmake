@@ -41,13 +41,14 @@ set(port_world_units
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
-  AnimationEnergy AnimationLookup BindingOrder Boxes Chip Counter Defence Factions Ground Knockdown
-  ModelFacts Movement Pixels PlayerSpawn StageRules)
+  AnimationEnergy AnimationLookup BindingOrder Boxes Chip Counter Defence EntityRules Factions Ground
+  Knockdown KnownAnimations ModelFacts Movement Pixels PlayerSpawn StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units
-  Blocking Combat CombatStages Crowd Damage Entities EntityStrikes FallingActors Flash Frames Players
-  PlayerStrikes ProjectileHits Projectiles Roster Spawning StageFlow Strikes Terrain Tick Weapons)
+  Bindings Blocking ChildFollowing Combat CombatStages Crowd Damage Entities EntityAttack EntityEnd
+  EntityFall EntityMind EntityStrikes FallingActors Flash Frames Players PlayerStrikes
+  ProjectileHits Projectiles Roster Spawning StageFlow Strikes Terrain Tick Weapons)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units

@@ -1,5 +1,6 @@
 #include "PlayScreen.hpp"
 
+#include "Bindings.hpp"
 #include "Combat.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
@@ -69,6 +70,8 @@ bool playPass(Game& game) {
     updatePlayer(tick);
     updateCoopPlayers(tick);
     updateEntities(tick);
+    // Once more: who turns toward the target it is bound to now knows where it stands itself.
+    applyEntityBindings(world);
     resolveCombat(tick);
     if (game.hasUpdatedScript) {
         game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
