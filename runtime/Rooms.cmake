@@ -41,13 +41,14 @@ set(port_world_units
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
-  AnimationEnergy AnimationLookup AttackChains BindingOrder Commands Defence Factions Ground
-  Knockdown ModelFacts Movement Pixels PlayerSpawn StageRules)
+  AnimationEnergy AnimationLookup AttackChains BindingOrder Commands Defence EntityRules Factions
+  Ground Knockdown KnownAnimations ModelFacts Movement Pixels PlayerSpawn StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units
-  CoopPlayers Damage Entities Frames Grabs Joins Player1 Player1Moves PlayerInput PlayerMotion
-  Players Projectiles Roster Spawning StageFlow Terrain Tick Weapons)
+  Bindings ChildFollowing CoopPlayers Damage Entities EntityAttack EntityEnd EntityFall EntityMind
+  Frames Grabs Joins Player1 Player1Moves PlayerInput PlayerMotion Players Projectiles Roster
+  Spawning StageFlow Terrain Tick Weapons)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units

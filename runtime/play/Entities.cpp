@@ -1,60 +1,147 @@
 #include "Entities.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 #include "AnimationEnergy.hpp"
-#include "AnimationLookup.hpp"
+#include "Bindings.hpp"
+#include "ChildFollowing.hpp"
+#include "EntityEnd.hpp"
+#include "EntityFall.hpp"
+#include "EntityMind.hpp"
+#include "EntityRules.hpp"
+#include "KnownAnimations.hpp"
 #include "ModelFacts.hpp"
+#include "Movement.hpp"
+#include "Projectiles.hpp"
+#include "Roster.hpp"
+#include "Terrain.hpp"
 
 namespace port {
 namespace {
 
-constexpr int kStayDead = 3;
-
-void updateDeadEntity(Tick& tick, RuntimeEntity& entity) {
-    if (entity.deathTicks > 0) {
-        --entity.deathTicks;
-        entity.animation.update(1);
-    } else if (entity.deathFollowDeath) {
-        entity.deathFollowDeath = false;
-        const auto* death = exactAnimation(entity.model, "death");
-        if (death) {
-            setEntityAnimation(entity, death);
-            entity.deathTicks = deathDuration(*entity.model, death);
-        } else {
-            entity.visible = false;
-        }
-    } else if (entity.model->noDieBlink != kStayDead) {
-        entity.scriptCtx.local["trigger"] = 0.0;
-        tick.scripts.runHook(entity.model->onKillScript, entity.scriptCtx, "entity-onkill");
-        entity.visible = false;
-    }
-}
-
-// Entities think by script and play their animations; effects and the dead leave when they are
-// done.
-void updateEntity(Tick& tick, RuntimeEntity& entity) {
-    settleAnimationEnergy(entity);
-    entity.invincibleTicks = std::max(0, entity.invincibleTicks - 1);
-    if (!entity.visible || !entity.model) return;
+void runThinkHooks(Tick& tick, RuntimeEntity& entity) {
     entity.scriptCtx.entity = entity.handle;
     entity.scriptCtx.local["self"] = entity.handle;
     tick.scripts.runHook(entity.model->thinkScript, entity.scriptCtx, "entity-think");
     tick.scripts.runHook(entity.model->updateScript, entity.scriptCtx, "entity-update");
-    if (!entity.alive) {
-        updateDeadEntity(tick, entity);
-        return;
-    }
+}
+
+void drift(RuntimeEntity& entity) {
+    constexpr float kStill = 0.0001F;
+    if (std::abs(entity.scriptVelocityX) > kStill) entity.worldX += entity.scriptVelocityX;
+    if (std::abs(entity.scriptVelocityZ) > kStill) entity.z += entity.scriptVelocityZ;
+}
+
+void recoverFromHit(RuntimeEntity& entity) {
     entity.animation.update(1);
-    if (!entity.animationEffect || !entity.animation.finished()) return;
-    entity.alive = entity.visible = false;
-    tick.scripts.runHook(entity.model->onKillScript, entity.scriptCtx, "landing-effect-onkill");
+    if (--entity.hitStun > 0) return;
+    setEntityAnimation(entity, findAnimation(entity.model, KnownAnimation::Idle));
+}
+
+// Whoever fights for the players shoots for them.
+void attackOn(Tick& tick, RuntimeEntity& entity) {
+    const int type = openborTypeBit(entity.model);
+    maybeSpawnProjectile(tick, entity, type == kTypePlayer || type == kTypeNpc);
+    loseSpentWeapon(tick, entity);
+    entity.animation.update(1);
+    if (--entity.attackTicks > 0) return;
+    setEntityAnimation(
+        entity, findActionAnimation(entity.model, entity.equippedWeapon, KnownAnimation::Idle));
+}
+
+// False when the turn ends here.
+bool act(Tick& tick, RuntimeEntity& entity) {
+    const float ground =
+        -dynamicPlatformHeight(tick.world, entity.worldX, entity.z, entity.handle, entity.model);
+    if (isInAir(entity, ground)) return fall(tick, entity, ground);
+    if (entity.recoveryTicks > 0) {
+        rise(entity);
+    } else if (entity.hitStun > 0) {
+        recoverFromHit(entity);
+    } else if (entity.attackTicks > 0) {
+        attackOn(tick, entity);
+    } else {
+        think(tick, entity);
+    }
+    return true;
+}
+
+void keepOnScreen(const Tick& tick, RuntimeEntity& entity) {
+    constexpr float kMargin = 4;
+    if (!entity.subjectToScreen) return;
+    const float left = tick.world.camera.x + kMargin;
+    const float right =
+        std::min(static_cast<float>(tick.world.stage.length) - 1,
+                 tick.world.camera.x + static_cast<float>(tick.config.logicalWidth) - kMargin);
+    entity.worldX = std::clamp(entity.worldX, left, std::max(left, right));
+}
+
+void keepInDepth(Tick& tick, RuntimeEntity& entity) {
+    const generated::Stage* stage = tick.world.stage.row;
+    if (!stage) return;
+    const float before = entity.z;
+    if (entity.model->subjectToMinZ) {
+        entity.z = std::max(entity.z, static_cast<float>(stage->zMin));
+    }
+    if (entity.model->subjectToMaxZ) {
+        entity.z = std::min(entity.z, static_cast<float>(stage->zMax));
+    }
+    if (entity.z == before || *entity.model->onBlockZScript == '\0') return;
+    entity.scriptCtx.local["plane"] = 1.0;
+    tick.scripts.runHook(entity.model->onBlockZScript, entity.scriptCtx, "entity-onblockz");
+}
+
+// A hole never harms an entity: it turns away, or passes over it.
+void keepOnGround(Tick& tick, RuntimeEntity& entity, GroundStep from) {
+    if (!applyActorTerrain(tick, entity, from.x, from.z)) return;
+    const generated::Character& model = *entity.model;
+    if (aiMoves(model, kAiIgnoreHoles)) return;
+    entity.worldX = from.x;
+    entity.z = from.z;
+    if (!model.noFlip && model.facingAdjust == 0) entity.facing = -entity.facing;
+}
+
+void runMoveHook(Tick& tick, RuntimeEntity& entity, const char* script, const char* local,
+                 float distance, const char* event) {
+    constexpr float kStill = 0.001F;
+    if (*script == '\0' || !(std::abs(distance) > kStill)) return;
+    entity.scriptCtx.local[local] = static_cast<double>(distance);
+    tick.scripts.runHook(script, entity.scriptCtx, event);
+}
+
+void runMoveHooks(Tick& tick, RuntimeEntity& entity, GroundStep from) {
+    const generated::Character& model = *entity.model;
+    const GroundStep way = {entity.worldX - from.x, entity.z - from.z};
+    runMoveHook(tick, entity, model.onMoveXScript, "movex", way.x, "entity-onmovex");
+    runMoveHook(tick, entity, model.onMoveZScript, "movez", way.z, "entity-onmovez");
+}
+
+void takeTurn(Tick& tick, RuntimeEntity& entity) {
+    settleAnimationEnergy(entity);
+    entity.invincibleTicks = std::max(0, entity.invincibleTicks - 1);
+    if (!entity.visible || !entity.model) return;
+    runThinkHooks(tick, entity);
+    // A script may have taken it off the stage.
+    if (!entity.visible || passesTurn(tick, entity)) return;
+    updateChildFollowing(tick.world, entity);
+    const GroundStep from = {entity.worldX, entity.z};
+    drift(entity);
+    entity.attackCooldown = std::max(0, entity.attackCooldown - 1);
+    if (!act(tick, entity)) return;
+    keepOnScreen(tick, entity);
+    keepInDepth(tick, entity);
+    keepOnGround(tick, entity, from);
+    entity.facing = modelFacingValue(entity.model, entity.facing, tick.world.stage.scrollDir);
+    runMoveHooks(tick, entity, from);
 }
 
 }  // namespace
 
 void updateEntities(Tick& tick) {
-    tick.world.entities.visit([&](RuntimeEntity& entity) { updateEntity(tick, entity); });
+    updateRoster(tick.world);
+    tick.world.entities.visit([&](RuntimeEntity& entity) { takeTurn(tick, entity); });
+    applyEntityBindings(tick.world);
 }
 
 void setEntityAnimation(RuntimeEntity& entity, const generated::Animation* animation) {

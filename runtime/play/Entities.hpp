@@ -1,6 +1,6 @@
 #pragma once
 
-// What entities do in a tick, and how they go.
+// What entities do in a tick.
 
 #include "Tick.hpp"
 

@@ -11,17 +11,19 @@ void updateRoster(World& world) {
         const RuntimeEntity* entity = entities.find(handle);
         return !entity || !entity->visible;
     };
-    std::erase_if(roster.present, isGone);
-    std::erase_if(roster.carriers, isGone);
+    for (auto* list : {&roster.present, &roster.carriers, &roster.weapons}) {
+        std::erase_if(*list, isGone);
+    }
     std::size_t index = entities.size();
     while (index > 0 && entities[index - 1].handle >= roster.next) --index;
     for (; index < entities.size(); ++index) {
         const RuntimeEntity& entity = entities[index];
         if (!entity.visible) continue;
         roster.present.push_back(entity.handle);
-        if (entity.model && factsOf(*entity.model).mayCarryPlatform) {
-            roster.carriers.push_back(entity.handle);
-        }
+        if (!entity.model) continue;
+        const ModelFacts facts = factsOf(*entity.model);
+        if (facts.mayCarryPlatform) roster.carriers.push_back(entity.handle);
+        if (facts.isWeaponItem) roster.weapons.push_back(entity.handle);
     }
     roster.next = entities.nextHandle();
 }

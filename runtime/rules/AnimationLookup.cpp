@@ -55,12 +55,16 @@ const generated::Animation* findAnimation(const generated::Character* model,
 const generated::Animation* findActionAnimation(const generated::Character* base,
                                                 const generated::Character* weapon,
                                                 std::string_view preferred) {
-    constexpr unsigned kOwnAnimationsOnly = 1;
     if (weapon) {
         if (const auto* own = exactAnimation(weapon, preferred)) return own;
-        if (static_cast<unsigned>(weapon->modelCopyFlags) & kOwnAnimationsOnly) return nullptr;
+        if (keepsBaseAnimationsOut(*weapon)) return nullptr;
     }
     return findAnimation(base, preferred);
+}
+
+bool keepsBaseAnimationsOut(const generated::Character& weapon) {
+    constexpr unsigned kOwnAnimationsOnly = 1;
+    return (static_cast<unsigned>(weapon.modelCopyFlags) & kOwnAnimationsOnly) != 0;
 }
 
 const generated::Animation* followAnimationFor(const generated::Character* model,

@@ -27,6 +27,7 @@ namespace port {
 [[nodiscard]] const generated::Animation* findActionAnimation(const generated::Character* base,
                                                               const generated::Character* weapon,
                                                               std::string_view preferred);
+[[nodiscard]] bool keepsBaseAnimationsOut(const generated::Character& weapon);
 
 // The animation "follow" + `followAnim` that `source` names; null if it names none.
 [[nodiscard]] const generated::Animation* followAnimationFor(const generated::Character* model,

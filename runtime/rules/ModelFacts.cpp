@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "AnimationLookup.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -32,29 +31,59 @@ bool hasPlatform(const generated::Character& model) {
         });
 }
 
+const std::vector<const generated::Character*>& modelsWithPlatforms() {
+    static const std::vector<const generated::Character*> kAll = [] {
+        std::vector<const generated::Character*> all;
+        for (const generated::Character& row :
+             std::span(generated::kCharacters, generated::kCharacterCount)) {
+            if (hasPlatform(row)) all.push_back(&row);
+        }
+        return all;
+    }();
+    return kAll;
+}
+
 bool mayCarryPlatform(const generated::Character& model) {
-    return hasPlatform(model) ||
-           std::ranges::any_of(std::span(model.weapons, model.weaponCount), [](const char* name) {
-               const auto* weapon = findCharacter(name);
-               return weapon && hasPlatform(*weapon);
-           });
+    const auto isWeapon = [&model](const generated::Character* row) {
+        return std::ranges::any_of(
+            std::span(model.weapons, model.weaponCount), [row](const char* name) {
+                return equalsFolded(row->modelName, name) || equalsFolded(row->name, name);
+            });
+    };
+    return hasPlatform(model) || std::ranges::any_of(modelsWithPlatforms(), isWeapon);
+}
+
+// Texts of a table are never null; those of a model that is made by hand may be.
+std::string_view textOf(const char* text) {
+    return text ? text : "";
 }
 
 ModelFacts workOut(const generated::Character& model) {
+    const std::string_view typeName = textOf(model.type);
+    const std::string_view subtype = textOf(model.subtype);
     ModelFacts facts;
     for (const TypeName& type : kTypeNames) {
-        if (equalsFolded(model.type, type.name)) facts.typeBit = type.bit;
+        if (equalsFolded(typeName, type.name)) facts.typeBit = type.bit;
     }
     constexpr int kAuxiliaryTypes = kTypeNone | kTypeProjectile | kTypeShot;
-    facts.auxiliary = *model.type == '\0' || (facts.typeBit & kAuxiliaryTypes) != 0;
-    facts.followsParent = containsFolded(model.subtype, "follow");
-    facts.isWeaponItem = facts.typeBit == kTypeItem || containsFolded(model.subtype, "weapon") ||
-                         containsFolded(model.subtype, "projectile");
+    facts.auxiliary = typeName.empty() || (facts.typeBit & kAuxiliaryTypes) != 0;
+    facts.followsParent = containsFolded(subtype, "follow");
+    facts.isWeaponItem = model.weaponNumber > 0 &&
+                         (facts.typeBit == kTypeItem || containsFolded(subtype, "weapon") ||
+                          containsFolded(subtype, "projectile"));
     facts.mayCarryPlatform = mayCarryPlatform(model);
     return facts;
 }
 
 }  // namespace
+
+std::size_t rowOf(const generated::Character& model) {
+    const std::less<> before;
+    const bool inTable = !before(&model, generated::kCharacters) &&
+                         before(&model, generated::kCharacters + generated::kCharacterCount);
+    return inTable ? static_cast<std::size_t>(&model - generated::kCharacters)
+                   : generated::kCharacterCount;
+}
 
 ModelFacts factsOf(const generated::Character& model) {
     static const std::vector<ModelFacts> kOfTable = [] {
@@ -65,11 +94,8 @@ ModelFacts factsOf(const generated::Character& model) {
         }
         return all;
     }();
-    const std::less<> before;
-    const bool inTable = !before(&model, generated::kCharacters) &&
-                         before(&model, generated::kCharacters + generated::kCharacterCount);
-    return inTable ? kOfTable[static_cast<std::size_t>(&model - generated::kCharacters)]
-                   : workOut(model);
+    const std::size_t row = rowOf(model);
+    return row < kOfTable.size() ? kOfTable[row] : workOut(model);
 }
 
 int openborTypeBit(const generated::Character* model) {

@@ -2,6 +2,8 @@
 
 // What the texts of a model mean, worked out once: a tick compares numbers.
 
+#include <cstddef>
+
 #include "GeneratedCharacters.hpp"
 
 namespace port {
@@ -31,6 +33,9 @@ struct ModelFacts {
     // Whether some frame, its own or of a weapon that it may carry, is a platform.
     bool mayCarryPlatform = false;
 };
+
+// The model's row in the table; `kCharacterCount` for a model that is not of the table.
+[[nodiscard]] std::size_t rowOf(const generated::Character& model);
 
 // Of any model; those of the table are worked out at the first call.
 [[nodiscard]] ModelFacts factsOf(const generated::Character& model);

@@ -1,5 +1,6 @@
 #include "PlayScreen.hpp"
 
+#include "Bindings.hpp"
 #include "CoopPlayers.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
@@ -74,6 +75,8 @@ bool playPass(Game& game) {
     }
     updateCoopPlayers(tick);
     updateEntities(tick);
+    // Once more: who turns toward the target it is bound to now knows where it stands itself.
+    applyEntityBindings(world);
     if (game.hasUpdatedScript) {
         game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
     }

@@ -73,9 +73,10 @@ struct PlayerSlot {
 struct Roster {
     std::vector<ActorHandle> present;   // visible, in the order of their coming
     std::vector<ActorHandle> carriers;  // those of them that may carry a platform
+    std::vector<ActorHandle> weapons;   // those that entities may take up
     ActorHandle next = kFirstEntityHandle;
 
-    PORT_FIELDS(present, carriers, next)
+    PORT_FIELDS(present, carriers, weapons, next)
 };
 
 struct World {
