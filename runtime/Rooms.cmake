@@ -41,14 +41,17 @@ set(port_world_units
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
-  AnimationEnergy AnimationLookup AttackChains BindingOrder Commands Defence EntityRules Factions
-  Ground Knockdown KnownAnimations ModelFacts Movement Pixels PlayerSpawn StageRules)
+  AnimationEnergy AnimationLookup AttackChains BindingOrder Boxes CameraRules Chip Commands
+  Counter Defence EntityRules Factions Ground Knockdown KnownAnimations ModelFacts Movement Pixels
+  PlayerSpawn StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units
-  Bindings ChildFollowing CoopPlayers Damage Entities EntityAttack EntityEnd EntityFall EntityMind
-  Frames Grabs Joins Player1 Player1Moves PlayerInput PlayerMotion Players Projectiles Roster
-  Spawning StageFlow Terrain Tick Weapons)
+  Bindings Blocking ChildFollowing Combat CombatStages CoopPlayers Crowd Damage Entities
+  EntityAttack EntityEnd EntityFall EntityMind EntityStrikes FallingActors Flash Frames Grabs
+  Joins Player1 Player1Moves PlayerInput PlayerMotion PlayerStrikes Players ProjectileHits
+  Projectiles Roster Spawning StageCamera StageFlow StageQueue StageSpawns Strikes Terrain Tick
+  Weapons)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units
@@ -56,7 +59,7 @@ set(port_view_units
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated picture platform play rules script sound view world)
 set(port_screens_units
-  FrontendScreens Game PlayScreen StageLoading TimedShow)
+  FrontendScreens Game PlayScreen StageLoading StageShows TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses core generated picture platform play rules screens script sound view world)
 set(port_engine_units

@@ -50,7 +50,6 @@ class Engine final : public ScriptHost {
     void enterFirstState();
 
     // The loop.
-    [[nodiscard]] HeldInput heldInput() const;
     bool runPass();
     void runFrontendPass();
     [[nodiscard]] bool smokeRunIsOver() const;

@@ -7,10 +7,13 @@
 #include <utility>
 
 #include "AssetPaths.hpp"
+#include "Boxes.hpp"
 #include "Entities.hpp"
 #include "Log.hpp"
+#include "ModelFacts.hpp"
 #include "PathEncoding.hpp"
 #include "StageRules.hpp"
+#include "TextFields.hpp"
 
 namespace port {
 namespace {
@@ -37,7 +40,63 @@ std::size_t sequentialCampaignTarget(const StageRun& stage) {
     return generated::kStages[next].setOrder == stage.row->setOrder ? next : kNoStage;
 }
 
+struct Touch {
+    int living = 0, touching = 0;
+};
+
+Touch touchOf(const World& world, const RuntimeEntity& trigger) {
+    const RectF body = bodyOf(trigger);
+    Touch touch;
+    const auto count = [&](const PlayerActor& player) {
+        if (!player.alive) return;
+        ++touch.living;
+        if (overlaps(bodyOf(player), body)) ++touch.touching;
+    };
+    count(world.player1);
+    for (const RuntimeCoopPlayer& player : world.coop) count(player);
+    return touch;
+}
+
+void takeBranch(World& world, const char* name) {
+    if (*name == '\0') return;
+    const std::size_t target = resolveBranchTarget(name);
+    if (target == kNoStage) {
+        warnLine("Endlevel branch not found: ", name);
+    } else {
+        world.branch.target = target;
+    }
+}
+
+void triggerEnd(World& world, RuntimeEntity& trigger) {
+    if (!trigger.alive || !trigger.visible) return;
+    if (openborTypeBit(trigger.model) != kTypeEndlevel) return;
+    const generated::Character& model = *trigger.model;
+    const bool both = equalsFolded(model.subtype, "both");
+    const Touch touch = touchOf(world, trigger);
+    if (touch.living == 0 || touch.touching < (both ? touch.living : 1)) return;
+    takeBranch(world, model.branch);
+    world.stage.complete = true;
+    trigger.alive = trigger.visible = false;
+    logLine("Endlevel touched model=", model.name, " players=", touch.touching,
+            both ? " subtype=both" : "");
+}
+
 }  // namespace
+
+void updateEndLevelTriggers(Tick& tick) {
+    World& world = tick.world;
+    for (std::size_t i = 0; i < world.entities.size() && !world.stage.complete; ++i) {
+        triggerEnd(world, world.entities[i]);
+    }
+}
+
+std::size_t resolveBranchTarget(std::string_view name) {
+    if (name.empty()) return kNoStage;
+    for (std::size_t i = 0; i < generated::kStageCount; ++i) {
+        if (equalsFolded(generated::kStages[i].branchName, name)) return i;
+    }
+    return kNoStage;
+}
 
 void applyReachedJoinGates(World& world, int logicalWidth) {
     StageRun& stage = world.stage;

@@ -2,12 +2,21 @@
 
 // How a stage opens, ends, and which comes next.
 
+#include <string_view>
+
 #include "Tick.hpp"
 
 namespace port {
 
 // Gates that stand at the start hold from the start, and are met again by the queue of events.
 void applyReachedJoinGates(World& world, int logicalWidth);
+
+// Ends the stage when players touch an entity that stands for its end; it may name the stage to go
+// to. The first that is touched counts.
+void updateEndLevelTriggers(Tick& tick);
+
+// The stage of that branch name, without regard to case; kNoStage for none.
+[[nodiscard]] std::size_t resolveBranchTarget(std::string_view name);
 
 // Everything the stage had to send has come and gone, and the foremost player is near its end.
 [[nodiscard]] bool stageEndReached(const World& world, int logicalWidth);

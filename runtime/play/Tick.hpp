@@ -19,8 +19,15 @@ struct SoundCue {
     const char* diagnostic;
 };
 
+// The music of a boss, as a table names it, and where in the file it repeats from, in bytes.
+struct BossMusicCue {
+    std::string_view name;
+    int loopOffset;
+};
+
 struct Events {
     std::vector<SoundCue> sounds;
+    std::vector<BossMusicCue> bossMusic;
 };
 
 // Who moves the players: what the devices hold, also where a recording or a bot stands in for them;

@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <unordered_map>
 
+#include "AnimationLookup.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -35,6 +37,26 @@ GeometryKind kindOf(const generated::Geometry& area) {
     return equalsFolded(area.kind, "hole") ? GeometryKind::Hole : GeometryKind::Other;
 }
 
+// By their ids, the first of each.
+template <class Row>
+std::unordered_map<int, std::size_t> placesById(std::span<const Row> rows) {
+    std::unordered_map<int, std::size_t> places;
+    for (std::size_t i = 0; i < rows.size(); ++i) places.try_emplace(rows[i].id, i);
+    return places;
+}
+
+std::vector<std::size_t> instructionTargets(const generated::Stage& row) {
+    const auto spawns = placesById(std::span(row.spawns, row.spawnCount));
+    const auto events = placesById(std::span(row.events, row.eventCount));
+    std::vector<std::size_t> targets;
+    for (const auto& instruction : std::span(row.instructions, row.instructionCount)) {
+        const auto& places = instruction.kind == 0 ? spawns : events;
+        const auto found = places.find(instruction.refId);
+        targets.push_back(found == places.end() ? StageRun::kNoTarget : found->second);
+    }
+    return targets;
+}
+
 float lastCameraX(const StageRun& stage, int logicalWidth) {
     return static_cast<float>(std::max(0, stage.length - stageView(logicalWidth)));
 }
@@ -45,14 +67,16 @@ int stageView(int logicalWidth) {
     return std::max(kLeastView, logicalWidth);
 }
 
-StageRun freshStageRun(std::size_t index) {
-    const generated::Stage& row = generated::kStages[index];
+StageRun freshStageRun(const generated::Stage& row) {
     StageRun stage;
     stage.row = &row;
-    stage.index = index;
     for (const generated::StageEvent& event : std::span(row.events, row.eventCount)) {
         stage.eventKinds.push_back(kindOf(event.kind));
     }
+    for (const generated::Spawn& spawn : std::span(row.spawns, row.spawnCount)) {
+        stage.spawnModels.push_back(findCharacter(spawn.model));
+    }
+    stage.instructionTargets = instructionTargets(row);
     for (const generated::Geometry& area : std::span(row.geometry, row.geometryCount)) {
         stage.geometryKinds.push_back(kindOf(area));
     }
@@ -65,6 +89,12 @@ StageRun freshStageRun(std::size_t index) {
     stage.verticalScrollSign = is("down") ? -1 : 1;
     stage.spawnState.assign(row.spawnCount, FireState::NotFired);
     stage.eventState.assign(row.eventCount, FireState::NotFired);
+    return stage;
+}
+
+StageRun freshStageRun(std::size_t index) {
+    StageRun stage = freshStageRun(generated::kStages[index]);
+    stage.index = index;
     return stage;
 }
 

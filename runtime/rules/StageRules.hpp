@@ -13,8 +13,9 @@ namespace port {
 // The pixels that a stage shows at a time, for its lengths and triggers.
 [[nodiscard]] int stageView(int logicalWidth);
 
-// The run of the stage at `index` of the table before anything has happened in it. Its length
-// waits for stageLength().
+// The run of a stage before anything has happened in it. Its length waits for stageLength().
+[[nodiscard]] StageRun freshStageRun(const generated::Stage& row);
+// Of that at `index` of the table.
 [[nodiscard]] StageRun freshStageRun(std::size_t index);
 // The camera that belongs to it.
 [[nodiscard]] Camera freshCamera(const StageRun& stage);

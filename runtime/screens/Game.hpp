@@ -91,6 +91,8 @@ struct Game {
     FrameCapture capture;
 
     TickInput input;  // of this pass
+    // Something was shown meanwhile that took the presses: the next pass begins without.
+    bool pressesAreForShow = false;
     World world;
     Events events;
 
@@ -103,6 +105,9 @@ struct Game {
         if (smoke.active) return PlayerDrive::SelfCheck;
         return renderer.headless() ? PlayerDrive::Nobody : PlayerDrive::Devices;
     }
+
+    // What the devices hold now; no pads where the settings want none.
+    [[nodiscard]] HeldInput heldInput() const;
 
     // Whether nobody is there to see and to wait: no time is spent on being looked at.
     [[nodiscard]] bool playsByItself() const { return smoke.active || renderer.headless(); }

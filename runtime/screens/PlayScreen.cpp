@@ -1,6 +1,7 @@
 #include "PlayScreen.hpp"
 
 #include "Bindings.hpp"
+#include "Combat.hpp"
 #include "CoopPlayers.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
@@ -8,11 +9,15 @@
 #include "Log.hpp"
 #include "Player1.hpp"
 #include "Players.hpp"
+#include "Projectiles.hpp"
 #include "Spawning.hpp"
+#include "StageCamera.hpp"
 #include "StageFlow.hpp"
 #include "StageLoading.hpp"
+#include "StageQueue.hpp"
 #include "StageScene.hpp"
 #include "VolumeKeys.hpp"
+#include "Weapons.hpp"
 
 namespace port {
 namespace {
@@ -77,6 +82,14 @@ bool playPass(Game& game) {
     updateEntities(tick);
     // Once more: who turns toward the target it is bound to now knows where it stands itself.
     applyEntityBindings(world);
+    updateEndLevelTriggers(tick);
+    updateProjectiles(tick);
+    resolveCombat(tick);
+    flushWeaponDrops(tick);
+    updateCombatLock(tick);
+    processStageInstructions(tick);
+    updateCamera(tick);
+    updateCombatLock(tick);
     if (game.hasUpdatedScript) {
         game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
     }

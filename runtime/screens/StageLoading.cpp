@@ -1,6 +1,5 @@
 #include "StageLoading.hpp"
 
-#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -12,13 +11,11 @@
 #include "Players.hpp"
 #include "StageFlow.hpp"
 #include "StageRules.hpp"
-#include "TimedShow.hpp"
+#include "StageShows.hpp"
 #include "Weapons.hpp"
 
 namespace port {
 namespace {
-
-constexpr int kLoadingMilliseconds = 250;
 
 // Whatever stood on the last stage or was about to. Players keep their places and scripts.
 void clearStage(World& world) {
@@ -58,15 +55,6 @@ void playStageMusic(Game& game, const std::filesystem::path& path) {
     }
 }
 
-void showLoadingScreen(Game& game) {
-    SpriteImage image;
-    game.drawing.clear();
-    if (game.renderer.loadSprite(resolveSpriteAsset(game.dataRoot, "bgs/loading"), image)) {
-        game.drawing.addBackdrop(DrawImage{std::make_shared<const SpriteImage>(std::move(image))});
-    }
-    showFor(game, kLoadingMilliseconds);
-}
-
 void enterNextStage(Game& game, std::size_t target, int chapter) {
     World& world = game.world;
     const Vitals vitals(world);
@@ -101,10 +89,14 @@ bool loadStage(Game& game, std::size_t index, bool keepHealth) {
     World& world = game.world;
     const generated::Stage& row = generated::kStages[index];
     const int width = game.config.logicalWidth;
+    // What was asked for until now comes before the music of this stage.
+    game.playSounds();
     game.trace("stage: reset");
     clearStage(world);
     world.stage = freshStageRun(index);
     world.camera = freshCamera(world.stage);
+    game.trace("stage: scenes");
+    playStageCutscene(game, false);
     game.trace("stage: images");
     game.scenery = loadScenery(row, game.renderer, game.dataRoot);
     world.stage.length = stageLength(row, game.scenery.extent(), width);
@@ -160,7 +152,9 @@ void takeImmediateBranch(Game& game) {
 void advanceStage(Game& game) {
     Tick tick = game.tick();
     loseWeapons(tick);
+    playStageCompleteScreen(game);
     const int chapter = game.world.stage.row->chapter;
+    playStageCutscene(game, true);
     const NextStage next = takeNextStage(game.world);
     if (next.target < generated::kStageCount) {
         enterNextStage(game, next.target, chapter);

@@ -5,16 +5,28 @@
 namespace port {
 namespace {
 
-constexpr int kFrameMilliseconds = 16;
+constexpr std::int64_t kPictureMilliseconds = 16;
 
 }  // namespace
 
-void showFor(Game& game, int milliseconds) {
-    game.show();
-    for (int left = milliseconds; left > 0 && !game.playsByItself(); left -= kFrameMilliseconds) {
-        if (!game.renderer.pumpEvents()) return;
-        game.devices.clock.sleep(std::min(left, kFrameMilliseconds));
+ShowEnd TimedShow::run(const ShowRule& rule, const ShowPicture& picture) {
+    for (std::int64_t elapsed = 0; elapsed < rule.milliseconds; elapsed += kPictureMilliseconds) {
+        const bool waits = !game_.playsByItself();
+        if (waits && !game_.renderer.pumpEvents()) return ShowEnd::Closed;
+        if (waits) input_ = nextInput(input_, game_.heldInput());
+        const bool skipped = waits && std::ranges::any_of(rule.skipKeys, [this](int key) {
+                                 return input_.keyPressed(key);
+                             });
+        if (skipped && !rule.skipsAfterPicture) return ShowEnd::Skipped;
+        game_.drawing.clear();
+        picture(game_.drawing, elapsed);
+        game_.show();
+        if (skipped) return ShowEnd::Skipped;
+        if (!waits) break;
+        const std::int64_t left = rule.milliseconds - elapsed;
+        game_.devices.clock.sleep(static_cast<int>(std::min(left, kPictureMilliseconds)));
     }
+    return ShowEnd::Elapsed;
 }
 
 }  // namespace port

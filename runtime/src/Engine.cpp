@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "AnimationLookup.hpp"
 #include "AssetPaths.hpp"
@@ -151,22 +152,13 @@ int Engine::run() {
     return endRun(passes);
 }
 
-HeldInput Engine::heldInput() const {
-    HeldInput held;
-    for (int key = 0; key < kKeyCount; ++key) {
-        held.keys[static_cast<std::size_t>(key)] = game_.devices.input.keyDown(key);
-    }
-    for (int pad = 0; game_.config.gamepad && pad < kPadCount; ++pad) {
-        const PadState state = game_.devices.input.pad(pad);
-        if (state.connected) held.pads[static_cast<std::size_t>(pad)] = state;
-    }
-    return held;
-}
-
 // True when a stage gave way to the next.
 bool Engine::runPass() {
     game_.scripts.beginPass();
-    game_.input = nextInput(game_.input, heldInput());
+    game_.input = nextInput(game_.input, game_.heldInput());
+    if (std::exchange(game_.pressesAreForShow, false)) {
+        game_.input = game_.input.withoutPresses();
+    }
     if (game_.frontend.state == FrontendState::Playing) {
         const bool paused = game_.input.keyPressed(kKeyEscape) ||
                             game_.input.buttonPressed(game_.config.player1Gamepad, kPadStart);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Fields.hpp"
+#include "GeneratedCharacters.hpp"
 #include "GeneratedStages.hpp"
 
 namespace port {
@@ -27,9 +28,13 @@ struct StageRun {
 
     const generated::Stage* row = nullptr;
     std::size_t index = 0;
-    std::vector<StageEventKind> eventKinds;   // of row->events
-    std::vector<GeometryKind> geometryKinds;  // of row->geometry
-    int length = 320;                         // pixels
+    std::vector<StageEventKind> eventKinds;                // of row->events
+    std::vector<GeometryKind> geometryKinds;               // of row->geometry
+    std::vector<const generated::Character*> spawnModels;  // of row->spawns; null for unknown names
+    // Which of row->spawns or row->events each of row->instructions means, or kNoTarget.
+    static constexpr std::size_t kNoTarget = static_cast<std::size_t>(-1);
+    std::vector<std::size_t> instructionTargets;
+    int length = 320;  // pixels
 
     int scrollDir = 1;  // -1: from right to left
     bool allowBacktrack = false;
@@ -46,10 +51,10 @@ struct StageRun {
     bool complete = false;
     bool bossMusicStarted = false;
 
-    PORT_FIELDS(row, index, eventKinds, geometryKinds, length, scrollDir, allowBacktrack,
-                verticalScroll, verticalScrollSign, verticalStageScroll, spawnState, eventState,
-                nextSpawn, nextInstruction, groupMin, groupMax, groupRefillActive, scrollBlocked,
-                noJoin, complete, bossMusicStarted)
+    PORT_FIELDS(row, index, eventKinds, geometryKinds, spawnModels, instructionTargets, length,
+                scrollDir, allowBacktrack, verticalScroll, verticalScrollSign, verticalStageScroll,
+                spawnState, eventState, nextSpawn, nextInstruction, groupMin, groupMax,
+                groupRefillActive, scrollBlocked, noJoin, complete, bossMusicStarted)
 };
 
 struct Camera {

@@ -76,6 +76,7 @@ TEST_F(EngineStage, ThePictureShowsSceneryBehindActorsBehindTheForeground) {
 
     // The panels move with the camera, the background half as far.
     world.camera.x = 1590;
+    world.camera.fixed = true;
     ticks(1);
     EXPECT_EQ(pixel(9, 90), (std::array<int, 3>{64, 64, 64}));
     EXPECT_EQ(pixel(10, 90)[0], 24) << "four panels of 400 pixels have ended; nothing is behind";
