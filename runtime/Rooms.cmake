@@ -41,12 +41,12 @@ set(port_world_units
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
-  AnimationEnergy AnimationLookup BindingOrder Defence Factions ModelFacts Movement Pixels
-  Platforms PlayerSpawn Shadows StageRules)
+  AnimationEnergy AnimationLookup BindingOrder Defence Factions Ground Knockdown ModelFacts Movement
+  Pixels PlayerSpawn Shadows StageRules)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
 set(port_play_units
-  Damage Entities Frames Players Projectiles Spawning StageFlow Terrain Tick Weapons)
+  Damage Entities Frames Players Projectiles Roster Spawning StageFlow Terrain Tick Weapons)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units

@@ -1,7 +1,7 @@
 #pragma once
 
 // What a hit does to its victim. Entities, player 1 and co-op players take damage under rules of
-// their own.
+// their own. A victim without a model takes none.
 
 #include "Tick.hpp"
 

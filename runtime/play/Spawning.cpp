@@ -17,29 +17,18 @@ int lifespanTicks(const generated::Character& model) {
     return static_cast<int>(std::clamp(ticks, 1.0, 2147483647.0));
 }
 
-RuntimeEntity entityOf(const PendingChildSpawn& child) {
-    const generated::Character& model = *child.model;
-    RuntimeEntity entity;
+RuntimeEntity childOf(const PendingChildSpawn& child) {
+    RuntimeEntity entity = entityOf(child.model);
     entity.animationEffect = child.animationEffect;
     entity.effectSpawnType = child.effectSpawnType;
-    entity.model = &model;
-    entity.subjectToScreen = model.subjectToScreen;
-    entity.weaponDropsRemaining = std::max(0, model.weaponDropCounter);
     entity.worldX = child.worldX;
     entity.z = child.z;
     entity.altitude = child.altitude;
     entity.facing = child.facing;
     entity.parentHandle = child.parent;
     entity.summonedChild = child.summon;
-    entity.health = entity.maxHealth = std::max(1, model.health);
-    entity.mp = entity.maxMp = std::max(0, model.mp);
-    entity.lifeTicks = lifespanTicks(model);
-    entity.juggleRemaining = std::max(1, model.jugglePoints);
-    entity.guardPoints = model.guardPoints;
-    for (const char* name : {"spawn", "idle", "walk"}) {
-        entity.animation.setAnimation(findAnimation(&model, name));
-        if (entity.animation.frame()) break;
-    }
+    entity.guardPoints = child.model->guardPoints;
+    startFirstOf(entity.animation, *child.model, {"spawn", "idle", "walk"});
     return entity;
 }
 
@@ -60,6 +49,27 @@ bool hasSummonedChild(const World& world, ActorHandle parent) {
 }
 
 }  // namespace
+
+RuntimeEntity entityOf(const generated::Character* model) {
+    RuntimeEntity entity;
+    if (!model) return entity;
+    entity.model = model;
+    entity.subjectToScreen = model->subjectToScreen;
+    entity.weaponDropsRemaining = std::max(0, model->weaponDropCounter);
+    entity.health = entity.maxHealth = std::max(1, model->health);
+    entity.mp = entity.maxMp = std::max(0, model->mp);
+    entity.lifeTicks = lifespanTicks(*model);
+    entity.juggleRemaining = std::max(1, model->jugglePoints);
+    return entity;
+}
+
+void startFirstOf(AnimationPlayer& player, const generated::Character& model,
+                  std::initializer_list<std::string_view> names) {
+    for (const std::string_view name : names) {
+        player.setAnimation(findAnimation(&model, name));
+        if (player.frame()) return;
+    }
+}
 
 void queueChildSpawn(World& world, const generated::Character* owner,
                      const generated::Animation& animation, std::size_t frameIndex,
@@ -107,7 +117,7 @@ void flushChildSpawns(Tick& tick) {
     const auto children = std::exchange(tick.world.pendingChildSpawns, {});
     for (const PendingChildSpawn& child : children) {
         if (!child.model) continue;
-        RuntimeEntity* entity = tick.world.entities.add(entityOf(child));
+        RuntimeEntity* entity = tick.world.entities.add(childOf(child));
         if (!entity) continue;
         entity->scriptCtx.local["parent"] = child.parent;
         entity->scriptCtx.local["spawn_type"] = static_cast<double>(spawnTypeOf(child));

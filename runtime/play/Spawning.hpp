@@ -1,10 +1,21 @@
 #pragma once
 
-// How entities come into being beside those that a stage sends, and how summoned ones go.
+// How entities come into being, and how summoned ones go.
+
+#include <initializer_list>
+#include <string_view>
 
 #include "Tick.hpp"
 
 namespace port {
+
+// An entity as its model makes it, wherever it comes from: not yet placed, without guard and
+// animation. No model makes one that does nothing.
+[[nodiscard]] RuntimeEntity entityOf(const generated::Character* model);
+
+// The first of these that gives a frame.
+void startFirstOf(AnimationPlayer& player, const generated::Character& model,
+                  std::initializer_list<std::string_view> names);
 
 // Queues the child that the animation asks for in this frame. `owner` is asked for the model where
 // the animation names none.

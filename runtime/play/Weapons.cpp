@@ -1,12 +1,73 @@
 #include "Weapons.hpp"
 
 #include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <utility>
 
 #include "AnimationLookup.hpp"
 #include "Log.hpp"
+#include "ModelFacts.hpp"
+#include "Spawning.hpp"
 #include "TextFields.hpp"
 
 namespace port {
+namespace {
+
+constexpr float kReachX = 24, kReachZ = 18;
+constexpr float kDropDistance = 12;
+
+bool isThrowable(const generated::Character& item) {
+    return containsFolded(item.subtype, "project") || *item.projectModel != '\0';
+}
+
+bool canBePickedUp(const generated::Character& item) {
+    return openborTypeBit(&item) == kTypeItem &&
+           (item.weaponNumber > 0 || item.reloadAmount > 0 || isThrowable(item) ||
+            containsFolded(item.subtype, "weapon"));
+}
+
+bool isInReach(const Actor& actor, const Actor& item) {
+    return std::abs(item.worldX - actor.worldX) <= kReachX && std::abs(item.z - actor.z) <= kReachZ;
+}
+
+// No weapon to reload is no loss: the item may still be one.
+bool reload(PlayerActor& player, const generated::Character& item) {
+    const generated::Character* weapon = player.equippedWeapon;
+    if (item.reloadAmount <= 0 || !weapon || weapon->shootNum <= 0) return false;
+    const std::int64_t uses = std::int64_t{player.weaponUses} + item.reloadAmount;
+    player.weaponUses = static_cast<int>(std::min<std::int64_t>(INT_MAX, uses));
+    if (player.handle == kPlayer1Handle) {
+        logLine("Ammo reload +", item.reloadAmount, " uses=", player.weaponUses);
+    }
+    return true;
+}
+
+bool equipFromList(Tick& tick, PlayerActor& player, const RuntimeEntity& item) {
+    if (item.model->weaponNumber <= 0) return false;
+    setWeaponIndex(tick, player, item.model->weaponNumber);
+    if (player.equippedWeapon) holdItem(player, item);
+    return player.equippedWeapon;
+}
+
+bool equipItself(PlayerActor& player, const generated::Character& item) {
+    if (!isThrowable(item)) return false;
+    player.equippedWeapon = &item;
+    player.weaponUses = std::max(0, item.shootNum);
+    player.weaponItemModel = nullptr;
+    player.weaponDropsRemaining = -1;
+    return true;
+}
+
+int dropsLeft(const Actor& actor) {
+    if (actor.weaponDropsRemaining >= 0 || !actor.weaponItemModel) {
+        return actor.weaponDropsRemaining;
+    }
+    return std::max(0, actor.weaponItemModel->weaponDropCounter);
+}
+
+}  // namespace
 
 void setWeaponIndex(Tick& tick, Actor& actor, int index) {
     if (index <= 0) {
@@ -29,15 +90,62 @@ void setWeaponIndex(Tick& tick, Actor& actor, int index) {
     }
 }
 
+void holdItem(Actor& actor, const RuntimeEntity& item) {
+    actor.weaponItemModel = item.model;
+    actor.weaponDropsRemaining = item.weaponDropsRemaining >= 0
+                                     ? item.weaponDropsRemaining
+                                     : std::max(0, item.model->weaponDropCounter);
+}
+
+// A hook of a weapon may add entities.
+void tryPickupWeapon(Tick& tick, PlayerActor& player) {
+    EntityList& entities = tick.world.entities;
+    for (std::size_t i = 0; i < entities.size(); ++i) {
+        RuntimeEntity& item = entities[i];
+        if (!item.alive || !item.model || !isInReach(player, item)) continue;
+        if (!canBePickedUp(*item.model)) continue;
+        if (reload(player, *item.model) || equipFromList(tick, player, item) ||
+            equipItself(player, *item.model)) {
+            item.alive = item.visible = false;
+            return;
+        }
+    }
+}
+
+void dropWeapon(Tick& tick, Actor& actor, bool stageLoss) {
+    const generated::Character* weapon = actor.equippedWeapon;
+    if (!weapon) return;
+    const generated::Character* loss = weapon->weaponLossDefined ? weapon : actor.model;
+    const int remaining = dropsLeft(actor);
+    if (!stageLoss && actor.weaponItemModel && remaining > 1) {
+        tick.world.pendingWeaponDrops.push_back({actor.weaponItemModel, actor.worldX, actor.z,
+                                                 actor.altitude, actor.facing, remaining - 1});
+    }
+    setWeaponIndex(tick, actor, loss ? std::max(0, loss->weaponLossIndex) : 0);
+    actor.weaponItemModel = nullptr;
+    actor.weaponDropsRemaining = -1;
+}
+
+void flushWeaponDrops(Tick& tick) {
+    const auto drops = std::exchange(tick.world.pendingWeaponDrops, {});
+    for (const PendingWeaponDrop& drop : drops) {
+        if (!drop.itemModel) continue;
+        RuntimeEntity item = entityOf(drop.itemModel);
+        item.worldX = drop.worldX + kDropDistance * static_cast<float>(drop.facing);
+        item.z = drop.z;
+        item.altitude = drop.altitude;
+        item.facing = drop.facing;
+        item.weaponDropsRemaining = drop.remainingDrops;
+        startFirstOf(item.animation, *item.model, {"respawn", "spawn", "idle"});
+        RuntimeEntity* entity = tick.world.entities.add(std::move(item));
+        if (!entity) continue;
+        tick.scripts.runHook(entity->model->onSpawnScript, entity->scriptCtx, "weapon-drop");
+    }
+}
+
 void loseWeapons(Tick& tick) {
-    tick.world.visitActors([&](Actor& actor) {
-        const generated::Character* weapon = actor.equippedWeapon;
-        if (!weapon) return;
-        const generated::Character* loss = weapon->weaponLossDefined ? weapon : actor.model;
-        setWeaponIndex(tick, actor, loss ? std::max(0, loss->weaponLossIndex) : 0);
-        actor.weaponItemModel = nullptr;
-        actor.weaponDropsRemaining = -1;
-    });
+    tick.world.visitActors([&](Actor& actor) { dropWeapon(tick, actor, true); });
+    flushWeaponDrops(tick);
 }
 
 }  // namespace port

@@ -10,9 +10,11 @@ namespace port {
 // weapon changes nothing.
 void setWeaponIndex(Tick& tick, Actor& actor, int index);
 
-// Takes up the nearest in the order of entities that lies within reach: ammunition for the weapon
+// Takes up the first in the order of entities that lies within reach: ammunition for the weapon
 // in hand, a weapon of the model's list, or a thing to throw.
 void tryPickupWeapon(Tick& tick, PlayerActor& player);
+// The weapon in hand came from this item, which is what a drop puts back.
+void holdItem(Actor& actor, const RuntimeEntity& item);
 
 // The actor is left with what the loss of the weapon in hand leaves. Unless a stage ends, its item
 // falls to the ground while it has drops left.
@@ -22,7 +24,7 @@ void dropWeapon(Tick& tick, Actor& actor, bool stageLoss);
 void flushWeaponDrops(Tick& tick);
 
 // At the end of a stage: everybody is left with what the loss of the weapon in hand leaves, and
-// nothing falls to the ground.
+// nothing more falls to the ground.
 void loseWeapons(Tick& tick);
 
 }  // namespace port

@@ -1,10 +1,12 @@
 #include "ModelFacts.hpp"
 
+#include <algorithm>
 #include <functional>
 #include <span>
 #include <string_view>
 #include <vector>
 
+#include "AnimationLookup.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -22,11 +24,33 @@ constexpr TypeName kTypeNames[] = {
     {"textbox", kTypeTextbox}, {"endlevel", kTypeEndlevel}, {"npc", kTypeNpc},
     {"panel", kTypePanel}};
 
+bool hasPlatform(const generated::Character& model) {
+    return std::ranges::any_of(
+        std::span(model.animations, model.animationCount), [](const auto& animation) {
+            return std::ranges::any_of(std::span(animation.frames, animation.frameCount),
+                                       &generated::Frame::hasPlatform);
+        });
+}
+
+bool mayCarryPlatform(const generated::Character& model) {
+    return hasPlatform(model) ||
+           std::ranges::any_of(std::span(model.weapons, model.weaponCount), [](const char* name) {
+               const auto* weapon = findCharacter(name);
+               return weapon && hasPlatform(*weapon);
+           });
+}
+
 ModelFacts workOut(const generated::Character& model) {
     ModelFacts facts;
     for (const TypeName& type : kTypeNames) {
         if (equalsFolded(model.type, type.name)) facts.typeBit = type.bit;
     }
+    constexpr int kAuxiliaryTypes = kTypeNone | kTypeProjectile | kTypeShot;
+    facts.auxiliary = *model.type == '\0' || (facts.typeBit & kAuxiliaryTypes) != 0;
+    facts.followsParent = containsFolded(model.subtype, "follow");
+    facts.isWeaponItem = facts.typeBit == kTypeItem || containsFolded(model.subtype, "weapon") ||
+                         containsFolded(model.subtype, "projectile");
+    facts.mayCarryPlatform = mayCarryPlatform(model);
     return facts;
 }
 

@@ -24,7 +24,12 @@ enum ModelTypeBit {
 };
 
 struct ModelFacts {
-    int typeBit = 0;  // of `type`, without regard to case; 0 for any other text
+    int typeBit = 0;         // of `type`, without regard to case; 0 for any other text
+    bool auxiliary = false;  // a thing that fights on its owner's side
+    bool followsParent = false;
+    bool isWeaponItem = false;  // lies there to be taken by entities
+    // Whether some frame, its own or of a weapon that it may carry, is a platform.
+    bool mayCarryPlatform = false;
 };
 
 // Of any model; those of the table are worked out at the first call.

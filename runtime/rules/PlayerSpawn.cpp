@@ -5,39 +5,22 @@
 #include <cstdlib>
 #include <span>
 
+#include "Ground.hpp"
 #include "TextFields.hpp"
 
 namespace port {
 namespace {
 
-// The places of `shape`: corner, four x offsets, depth, height.
-enum ShapeValue { kX, kZ, kUpperLeft, kLowerLeft, kUpperRight, kLowerRight, kDepth, kHeight };
-
 // Unlike an actor's terrain, edges that cross count as swapped here.
-bool shapeHolds(const float (&shape)[9], float x, float z) {
-    const float depth = shape[kDepth];
-    if (depth <= 0 || z < shape[kZ] - depth || z > shape[kZ]) return false;
-    const float up = (shape[kZ] - z) / depth;
-    const float left = shape[kX] + shape[kLowerLeft] + up * (shape[kUpperLeft] - shape[kLowerLeft]);
-    const float right =
-        shape[kX] + shape[kLowerRight] + up * (shape[kUpperRight] - shape[kLowerRight]);
-    return x >= std::min(left, right) && x <= std::max(left, right);
-}
-
 bool holds(const generated::Geometry& area, float x, float z) {
-    if (area.openborShape) return shapeHolds(area.shape, x, z);
-    const auto inside = [](float at, int from, int length) {
-        return at >= static_cast<float>(from) &&
-               at <= static_cast<float>(from) + static_cast<float>(length);
-    };
-    return inside(x, area.x, area.w) && inside(z, area.z, area.h);
+    if (!area.openborShape) return terrainContains(area, x, z);
+    const RowEdges row = shapeEdges(area.shape, z);
+    return row.within && x >= std::min(row.left, row.right) && x <= std::max(row.left, row.right);
 }
 
 bool blocks(const generated::Geometry& area) {
     if (equalsFolded(area.kind, "hole")) return true;
-    const float height =
-        area.openborShape ? area.shape[kHeight] : static_cast<float>(area.altitude);
-    return equalsFolded(area.kind, "wall") && height > 0;
+    return equalsFolded(area.kind, "wall") && terrainHeight(area) > 0;
 }
 
 std::int64_t depthOf(const generated::Stage& stage) {

@@ -30,6 +30,11 @@ StageEventKind kindOf(std::string_view text) {
     return known == std::end(kKinds) ? StageEventKind::Other : known->kind;
 }
 
+GeometryKind kindOf(const generated::Geometry& area) {
+    if (equalsFolded(area.kind, "wall")) return GeometryKind::Wall;
+    return equalsFolded(area.kind, "hole") ? GeometryKind::Hole : GeometryKind::Other;
+}
+
 float lastCameraX(const StageRun& stage, int logicalWidth) {
     return static_cast<float>(std::max(0, stage.length - stageView(logicalWidth)));
 }
@@ -47,6 +52,9 @@ StageRun freshStageRun(std::size_t index) {
     stage.index = index;
     for (const generated::StageEvent& event : std::span(row.events, row.eventCount)) {
         stage.eventKinds.push_back(kindOf(event.kind));
+    }
+    for (const generated::Geometry& area : std::span(row.geometry, row.geometryCount)) {
+        stage.geometryKinds.push_back(kindOf(area));
     }
     const auto is = [&row](std::string_view direction) {
         return equalsFolded(row.direction, direction);

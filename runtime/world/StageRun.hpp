@@ -19,13 +19,17 @@ enum class FireState : std::uint8_t { NotFired, Firing, Done };
 // The kinds of events that do something; all others are Other.
 enum class StageEventKind : std::uint8_t { Wait, Group, Blockade, NoJoin, CanJoin, Other };
 
+// What an area of the ground does to whoever is on it.
+enum class GeometryKind : std::uint8_t { Wall, Hole, Other };
+
 struct StageRun {
     static constexpr int kOpenGroup = 100;
 
     const generated::Stage* row = nullptr;
     std::size_t index = 0;
-    std::vector<StageEventKind> eventKinds;  // of row->events
-    int length = 320;                        // pixels
+    std::vector<StageEventKind> eventKinds;   // of row->events
+    std::vector<GeometryKind> geometryKinds;  // of row->geometry
+    int length = 320;                         // pixels
 
     int scrollDir = 1;  // -1: from right to left
     bool allowBacktrack = false;
@@ -42,10 +46,10 @@ struct StageRun {
     bool complete = false;
     bool bossMusicStarted = false;
 
-    PORT_FIELDS(row, index, eventKinds, length, scrollDir, allowBacktrack, verticalScroll,
-                verticalScrollSign, verticalStageScroll, spawnState, eventState, nextSpawn,
-                nextInstruction, groupMin, groupMax, groupRefillActive, scrollBlocked, noJoin,
-                complete, bossMusicStarted)
+    PORT_FIELDS(row, index, eventKinds, geometryKinds, length, scrollDir, allowBacktrack,
+                verticalScroll, verticalScrollSign, verticalStageScroll, spawnState, eventState,
+                nextSpawn, nextInstruction, groupMin, groupMax, groupRefillActive, scrollBlocked,
+                noJoin, complete, bossMusicStarted)
 };
 
 struct Camera {

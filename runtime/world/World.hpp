@@ -52,11 +52,22 @@ struct PlayerSlot {
     PORT_FIELDS(joined, selectIndex, scriptVars)
 };
 
+// Who stood on the stage when entities last took their turns, so that nobody walks over the dead of
+// a whole stage. Those that came since are the entities from `next` on.
+struct Roster {
+    std::vector<ActorHandle> present;   // visible, in the order of their coming
+    std::vector<ActorHandle> carriers;  // those of them that may carry a platform
+    ActorHandle next = kFirstEntityHandle;
+
+    PORT_FIELDS(present, carriers, next)
+};
+
 struct World {
     std::uint64_t tick = 0;
     Player1 player1;
     std::vector<RuntimeCoopPlayer> coop;  // in the order of their slots
     EntityList entities;
+    Roster roster;
     std::vector<RuntimeProjectile> projectiles;
     std::vector<PendingChildSpawn> pendingChildSpawns;
     std::vector<PendingWeaponDrop> pendingWeaponDrops;
@@ -82,8 +93,9 @@ struct World {
         entities.visit(visit);
     }
 
-    PORT_FIELDS(tick, player1, coop, entities, projectiles, pendingChildSpawns, pendingWeaponDrops,
-                slots, stage, camera, branch, shake, stageScriptCtx, blockRandom)
+    PORT_FIELDS(tick, player1, coop, entities, roster, projectiles, pendingChildSpawns,
+                pendingWeaponDrops, slots, stage, camera, branch, shake, stageScriptCtx,
+                blockRandom)
 };
 
 }  // namespace port
