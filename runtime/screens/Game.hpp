@@ -100,6 +100,7 @@ struct Game {
     SmokeRun smoke;
 
     PlayerDrive drive = PlayerDrive::Devices;
+    int extraLives = 0;  // that players of a new game have beyond the stage's
     Recorder recorder;
 
     [[nodiscard]] Tick tick() { return {world, drive, input, config, scripts, events}; }

@@ -138,11 +138,15 @@ bool readStart(std::string_view line, RecordedStart& start) {
     if (!number || !words.atEnd()) return false;
     if (key == "stage") start.stage = *number;
     if (key == "keep_looks") start.keepLooks = *number != 0;
+    if (key == "extra_lives") {
+        if (*number > INT32_MAX) return false;
+        start.extraLives = static_cast<int>(*number);
+    }
     if (key == "drive") {
         if (*number > static_cast<std::uint32_t>(PlayerDrive::SelfCheck)) return false;
         start.drive = static_cast<PlayerDrive>(*number);
     }
-    return key == "stage" || key == "keep_looks" || key == "drive";
+    return key == "stage" || key == "keep_looks" || key == "drive" || key == "extra_lives";
 }
 
 }  // namespace
@@ -199,7 +203,7 @@ void Recorder::begin(const RecordedStart& start, const RuntimeConfig& config) {
         out_ << (start.joined[slot] ? start.select[slot] : -1) << ' ';
     }
     out_ << "\nmodel=" << start.model << "\ndrive=" << static_cast<int>(start.drive)
-         << "\nkeep_looks=" << int{start.keepLooks} << '\n';
+         << "\nkeep_looks=" << int{start.keepLooks} << "\nextra_lives=" << start.extraLives << '\n';
 }
 
 void Recorder::pass(const TickInput& input) {

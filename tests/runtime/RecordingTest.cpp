@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "Autoplay.hpp"
 #include "EngineTrial.hpp"
 #include "Replay.hpp"
 
@@ -52,8 +53,10 @@ struct Recorded : WindowTrial {
         passesUntilClosed = 1000;
         return folder.read("run.rec");
     }
-    int replay(const std::string& text) {
-        Engine other(devices());
+    int replay(const std::string& text, bool withWindow = true) {
+        platform::Devices seen = devices();
+        seen.presentation.headless = !withWindow;
+        Engine other(seen);
         other.setPilot(std::make_unique<Replay>(readBack(text)));
         return captured([&] { return other.initialize(folder.path()) ? other.run() : -1; });
     }
@@ -79,6 +82,20 @@ TEST_F(Recorded, ARunPlayedAgainComesToTheSameWorld) {
     EXPECT_TRUE(log.find("REPLAY OK passes=130 hash=") != log.npos) << log;
     EXPECT_EQ(folder.read("config/graphics.ini"), settings) << "a replay leaves no trace";
     EXPECT_EQ(passesUntilClosed, 1000 - 130) << "it ends with its recording";
+}
+
+TEST_F(Recorded, ABotsRunWithExtraLivesIsPlayedAgain) {
+    Engine first(devices());
+    first.setPilot(std::make_unique<Autoplay>(AutoplaySwitches{.stages = 1, .lives = 3}));
+    passesUntilClosed = 70;
+    captured([&] {
+        EXPECT_TRUE(first.record(file));
+        EXPECT_TRUE(first.initialize(folder.path()));
+        return first.run();
+    });
+    EXPECT_EQ(first.game().world.player1.livesRemaining, 2 + 3);
+    passesUntilClosed = 1000;
+    EXPECT_EQ(replay(folder.read("run.rec")), 0) << warnings;
 }
 
 TEST_F(Recorded, ARunThatPartsFromItsRecordingSaysWhere) {
