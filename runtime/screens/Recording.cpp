@@ -105,7 +105,9 @@ bool readPass(std::string_view line, Recording& out) {
     if (what == "hash") {
         const auto tick = words.number<std::uint64_t>();
         const auto hash = words.number<std::uint64_t>(16);
-        if (!tick || !hash) return false;
+        // A replay waits for each in its turn.
+        const std::uint64_t last = out.hashes.empty() ? 0 : out.hashes.back().pass;
+        if (!tick || !hash || *pass <= last) return false;
         out.hashes.push_back({*pass, *tick, *hash});
         return words.atEnd();
     }
@@ -155,12 +157,15 @@ bool readRecording(std::istream& in, Recording& out, std::string& error) {
     std::string section, line;
     bool versionKnown = false;
     for (int number = 1; std::getline(in, line); ++number) {
+        // The run broke off in the middle of it.
+        if (in.eof()) break;
         const std::string_view text = trimmed(line);
         if (text.empty()) continue;
         bool good = true;
         if (text.front() == '[') {
             section = text;
             if (section == "[begin]") out.starts.emplace_back();
+            good = out.starts.size() <= Recording::kMostStarts;
             out.settings.append(text).append("\n");
         } else if (section == "[recording]") {
             good = versionKnown = text == kVersionLine;
