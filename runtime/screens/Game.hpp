@@ -100,6 +100,7 @@ struct Game {
     SmokeRun smoke;
 
     PlayerDrive drive = PlayerDrive::Devices;
+    bool skipsMenus = false;  // nobody is there to choose: play goes on at once
     int extraLives = 0;  // that players of a new game have beyond the stage's
     Recorder recorder;
 

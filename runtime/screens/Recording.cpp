@@ -140,6 +140,7 @@ bool readStart(std::string_view line, RecordedStart& start) {
     if (!number || !words.atEnd()) return false;
     if (key == "stage") start.stage = *number;
     if (key == "keep_looks") start.keepLooks = *number != 0;
+    if (key == "skips_menus") start.skipsMenus = *number != 0;
     if (key == "extra_lives") {
         if (*number > INT32_MAX) return false;
         start.extraLives = static_cast<int>(*number);
@@ -148,7 +149,8 @@ bool readStart(std::string_view line, RecordedStart& start) {
         if (*number > static_cast<std::uint32_t>(PlayerDrive::SelfCheck)) return false;
         start.drive = static_cast<PlayerDrive>(*number);
     }
-    return key == "stage" || key == "keep_looks" || key == "drive" || key == "extra_lives";
+    return key == "stage" || key == "keep_looks" || key == "drive" || key == "skips_menus" ||
+           key == "extra_lives";
 }
 
 }  // namespace
@@ -208,7 +210,8 @@ void Recorder::begin(const RecordedStart& start, const RuntimeConfig& config) {
         out_ << (start.joined[slot] ? start.select[slot] : -1) << ' ';
     }
     out_ << "\nmodel=" << start.model << "\ndrive=" << static_cast<int>(start.drive)
-         << "\nkeep_looks=" << int{start.keepLooks} << "\nextra_lives=" << start.extraLives << '\n';
+         << "\nkeep_looks=" << int{start.keepLooks} << "\nskips_menus=" << int{start.skipsMenus}
+         << "\nextra_lives=" << start.extraLives << '\n';
 }
 
 void Recorder::pass(const TickInput& input) {

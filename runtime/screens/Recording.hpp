@@ -34,6 +34,7 @@ struct RecordedStart {
     std::string model;  // of player 1
     PlayerDrive drive = PlayerDrive::Devices;
     bool keepLooks = false;
+    bool skipsMenus = false;
     int extraLives = 0;
     bool operator==(const RecordedStart&) const = default;
 };

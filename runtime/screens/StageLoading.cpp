@@ -113,6 +113,7 @@ RecordedStart startOf(const Game& game, bool keepLooks) {
     start.model = game.world.player1.model->name;
     start.drive = game.drive;
     start.keepLooks = keepLooks;
+    start.skipsMenus = game.skipsMenus;
     start.extraLives = game.extraLives;
     return start;
 }

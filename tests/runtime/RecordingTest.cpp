@@ -30,11 +30,12 @@ struct Recorded : WindowTrial {
     const std::filesystem::path file = folder.path() / "run.rec";
 
     // 130 passes of a game on the second stage, with keys and a pad in some of them.
-    std::string record() {
+    std::string record(int pauseIn = -1) {
         passesUntilClosed = 130;
-        beforePass = [this] {
+        beforePass = [this, pauseIn] {
             const int pass = 130 - passesUntilClosed;
             keysDown = pass % 7 == 3 ? std::set<int>{kKeyF2, 65} : std::set<int>{};
+            if (pass == pauseIn) keysDown.insert(kKeyEscape);
             pads[1] = {pass > 40, static_cast<std::uint16_t>(pass % 3), -300, 7, 90};
         };
         Engine first(devices());
@@ -82,6 +83,12 @@ TEST_F(Recorded, ARunPlayedAgainComesToTheSameWorld) {
     EXPECT_TRUE(log.find("REPLAY OK passes=130 hash=") != log.npos) << log;
     EXPECT_EQ(folder.read("config/graphics.ini"), settings) << "a replay leaves no trace";
     EXPECT_EQ(passesUntilClosed, 1000 - 130) << "it ends with its recording";
+}
+
+TEST_F(Recorded, MenusTakeAsLongWhereNobodySeesThem) {
+    const std::string text = record(100);
+    EXPECT_EQ(readBack(text).hashes.size(), 1U) << "the pause outlasts the run";
+    EXPECT_EQ(replay(text, false), 0) << warnings;
 }
 
 TEST_F(Recorded, ABotsRunWithExtraLivesIsPlayedAgain) {
