@@ -99,8 +99,8 @@ class FieldWalk {
     template <HasFields Record>
     void walk(const Record& record) {
         static_assert(listsAllFields<Record>(), "a field is missing in the record's list");
-        Record::visitFields(record,
-                            [this](const char* name, const auto& value) { field(name, value); });
+        Record::visitFields(
+            record, [this](const char* name, const auto& value) { this->field(name, value); });
     }
 
     void walk(std::integral auto value) { sink_.number(static_cast<std::int64_t>(value)); }
@@ -120,13 +120,16 @@ class FieldWalk {
 
     template <std::ranges::range Values>
     void walk(const Values& values) {
-        walk(std::ranges::distance(values));
-        std::size_t index = 0;
-        for (const auto& value : values) field(index++, value);
+        elements(values);
     }
     void walk(const EntityList& entities) {
         field("nextHandle", entities.nextHandle());
-        walk(std::ranges::subrange(entities.begin(), entities.end()));
+        elements(entities);
+    }
+    void elements(const auto& values) {
+        walk(values.size());
+        std::size_t index = 0;
+        for (const auto& value : values) field(index++, value);
     }
     void walk(const AnimationPlayer& player) {
         field("name", player.animation());
@@ -160,7 +163,7 @@ class FieldWalk {
     }
     void walk(const ScriptValue& value) {
         walk(value.index());
-        std::visit([this](const auto& held) { walk(held); }, value);
+        std::visit([this](const auto& held) { this->walk(held); }, value);
     }
     void walk(std::monostate) {}
     void walk(const ScriptArrayPtr& array) {
