@@ -4,9 +4,11 @@
 #include <array>
 #include <bit>
 #include <charconv>
+#include <cmath>
 #include <concepts>
 #include <cstdio>
 #include <deque>
+#include <limits>
 #include <ranges>
 #include <string_view>
 #include <type_traits>
@@ -104,7 +106,11 @@ class FieldWalk {
     }
 
     void walk(std::integral auto value) { sink_.number(static_cast<std::int64_t>(value)); }
-    void walk(std::floating_point auto value) { sink_.fraction(static_cast<double>(value)); }
+    // Which NaN an operation gives differs between processors.
+    void walk(std::floating_point auto value) {
+        constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+        sink_.fraction(std::isnan(value) ? kNoNumber : static_cast<double>(value));
+    }
     template <class Enum>
     requires std::is_enum_v<Enum>
     void walk(Enum value) { sink_.number(static_cast<std::int64_t>(value)); }
