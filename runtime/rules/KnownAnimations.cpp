@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ModelFacts.hpp"
+#include "TableDerived.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -52,14 +53,13 @@ KnownOfModel findKnown(const Character& model) {
 }
 
 const std::vector<KnownOfModel>& knownOfTable() {
-    static const std::vector<KnownOfModel> kOfTable = [] {
+    return derivedFromTables([] {
         std::vector<KnownOfModel> all;
         for (const Character& row : std::span(generated::kCharacters, generated::kCharacterCount)) {
             all.push_back(findKnown(row));
         }
         return all;
-    }();
-    return kOfTable;
+    });
 }
 
 template <class Read>

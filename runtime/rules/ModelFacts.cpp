@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "TableDerived.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -32,15 +33,14 @@ bool hasPlatform(const generated::Character& model) {
 }
 
 const std::vector<const generated::Character*>& modelsWithPlatforms() {
-    static const std::vector<const generated::Character*> kAll = [] {
+    return derivedFromTables([] {
         std::vector<const generated::Character*> all;
         for (const generated::Character& row :
              std::span(generated::kCharacters, generated::kCharacterCount)) {
             if (hasPlatform(row)) all.push_back(&row);
         }
         return all;
-    }();
-    return kAll;
+    });
 }
 
 bool mayCarryPlatform(const generated::Character& model) {
@@ -86,16 +86,16 @@ std::size_t rowOf(const generated::Character& model) {
 }
 
 ModelFacts factsOf(const generated::Character& model) {
-    static const std::vector<ModelFacts> kOfTable = [] {
+    const auto& ofTable = derivedFromTables([] {
         std::vector<ModelFacts> all;
         for (const generated::Character& row :
              std::span(generated::kCharacters, generated::kCharacterCount)) {
             all.push_back(workOut(row));
         }
         return all;
-    }();
+    });
     const std::size_t row = rowOf(model);
-    return row < kOfTable.size() ? kOfTable[row] : workOut(model);
+    return row < ofTable.size() ? ofTable[row] : workOut(model);
 }
 
 int openborTypeBit(const generated::Character* model) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Ground.hpp"
+#include "Platforms.hpp"
 
 namespace port {
 namespace {
@@ -45,27 +45,6 @@ bool projects(const generated::Character* model) {
     return model && model->gfxShadow == 1;
 }
 
-// Of the highest platform below the actor; 0 for none.
-float platformHeight(const World& world, const Actor& actor) {
-    if (!actor.model->subjectToPlatform) return 0;
-    float height = 0;
-    const auto look = [&](const RuntimeEntity& carrier) {
-        const generated::Frame* frame = carrier.animation.frame();
-        if (!carrier.alive || !carrier.visible || carrier.handle == actor.handle || !frame) return;
-        if (!platformContains(*frame, carrier.place(), actor.worldX, actor.z)) return;
-        height = std::max(height, frame->platform.altitude);
-    };
-    for (const ActorHandle handle : world.roster.carriers) {
-        if (const RuntimeEntity* carrier = world.entities.find(handle)) look(*carrier);
-    }
-    // Those that came since the roster was made.
-    for (std::size_t i = world.entities.size(); i > 0; --i) {
-        if (world.entities[i - 1].handle < world.roster.next) break;
-        look(world.entities[i - 1]);
-    }
-    return height;
-}
-
 int shadowFill(int color, int alpha) {
     if (color == kDarkShadowColor) return kDarkFill;
     return alpha <= 0 ? kPlainFill : 0;
@@ -86,7 +65,7 @@ float projectedShadowRow(const World& world, const Actor& actor) {
     const int base = std::clamp(actor.model->gfxShadowBase, 0, kLargestBase);
     if (base & kBaseInTheAir) return actor.z + actor.altitude;
     if (base != 0) return actor.z;
-    return actor.z - platformHeight(world, actor);
+    return actor.z - dynamicPlatformHeight(world, actor.worldX, actor.z, actor.handle, actor.model);
 }
 
 generated::DrawMethod projectedShadowMethod(const generated::DrawMethod& own,

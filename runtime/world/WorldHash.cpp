@@ -4,9 +4,11 @@
 #include <array>
 #include <bit>
 #include <charconv>
+#include <cmath>
 #include <concepts>
 #include <cstdio>
 #include <deque>
+#include <limits>
 #include <ranges>
 #include <string_view>
 #include <type_traits>
@@ -99,12 +101,16 @@ class FieldWalk {
     template <HasFields Record>
     void walk(const Record& record) {
         static_assert(listsAllFields<Record>(), "a field is missing in the record's list");
-        Record::visitFields(record,
-                            [this](const char* name, const auto& value) { field(name, value); });
+        Record::visitFields(
+            record, [this](const char* name, const auto& value) { this->field(name, value); });
     }
 
     void walk(std::integral auto value) { sink_.number(static_cast<std::int64_t>(value)); }
-    void walk(std::floating_point auto value) { sink_.fraction(static_cast<double>(value)); }
+    // Which NaN an operation gives differs between processors.
+    void walk(std::floating_point auto value) {
+        constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+        sink_.fraction(std::isnan(value) ? kNoNumber : static_cast<double>(value));
+    }
     template <class Enum>
     requires std::is_enum_v<Enum>
     void walk(Enum value) { sink_.number(static_cast<std::int64_t>(value)); }
@@ -120,13 +126,16 @@ class FieldWalk {
 
     template <std::ranges::range Values>
     void walk(const Values& values) {
-        walk(std::ranges::distance(values));
-        std::size_t index = 0;
-        for (const auto& value : values) field(index++, value);
+        elements(values);
     }
     void walk(const EntityList& entities) {
         field("nextHandle", entities.nextHandle());
-        walk(std::ranges::subrange(entities.begin(), entities.end()));
+        elements(entities);
+    }
+    void elements(const auto& values) {
+        walk(values.size());
+        std::size_t index = 0;
+        for (const auto& value : values) field(index++, value);
     }
     void walk(const AnimationPlayer& player) {
         field("name", player.animation());
@@ -160,7 +169,7 @@ class FieldWalk {
     }
     void walk(const ScriptValue& value) {
         walk(value.index());
-        std::visit([this](const auto& held) { walk(held); }, value);
+        std::visit([this](const auto& held) { this->walk(held); }, value);
     }
     void walk(std::monostate) {}
     void walk(const ScriptArrayPtr& array) {
