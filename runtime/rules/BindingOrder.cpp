@@ -11,6 +11,10 @@ constexpr std::int64_t kFirstEntity = 500;
 // A chain of bindings is as long as there are actors; one that leads back to itself ends here.
 constexpr int kLongestChain = 64;
 
+int clamped(std::int64_t sort) {
+    return static_cast<int>(std::clamp<std::int64_t>(sort, INT32_MIN, INT32_MAX));
+}
+
 }  // namespace
 
 int bindingSortId(const World& world, const Actor& actor) {
@@ -18,15 +22,15 @@ int bindingSortId(const World& world, const Actor& actor) {
     std::int64_t sort = 0;
     for (int links = 0; base->binding.target != kNobody && links < kLongestChain; ++links) {
         const Actor* target = world.find(base->binding.target);
-        if (!target) break;
         sort += base->binding.sort;
+        if (!target) return clamped(sort);
         base = target;
     }
     sort += base->handle <= kLastPlayerHandle
                 ? static_cast<std::int64_t>(base->handle) * kBetweenActors
                 : kFirstEntity + static_cast<std::int64_t>(world.entities.indexOf(base->handle)) *
                                      kBetweenActors;
-    return static_cast<int>(std::clamp<std::int64_t>(sort, INT32_MIN, INT32_MAX));
+    return clamped(sort);
 }
 
 }  // namespace port

@@ -173,7 +173,10 @@ bool Engine::runPass() {
     if (game_.frontend.state == FrontendState::Playing) {
         const bool paused = game_.input.keyPressed(kKeyEscape) ||
                             game_.input.buttonPressed(game_.config.player1Gamepad, kPadStart);
-        if (!paused) return playPass(game_);
+        if (!paused) {
+            screen_.reset();
+            return playPass(game_);
+        }
         game_.frontend.state = FrontendState::Paused;
         game_.frontend.pauseIndex = 0;
         game_.input = game_.input.withoutPresses();

@@ -105,7 +105,15 @@ class FieldWalk {
             record, [this](const char* name, const auto& value) { this->field(name, value); });
     }
 
-    void walk(std::integral auto value) { sink_.number(static_cast<std::int64_t>(value)); }
+    // By its bits as a signed number, so that "none" of a size is -1 on every machine.
+    template <std::integral Integer>
+    void walk(Integer value) {
+        if constexpr (std::is_same_v<Integer, bool>) {
+            sink_.number(value ? 1 : 0);
+        } else {
+            sink_.number(std::int64_t{static_cast<std::make_signed_t<Integer>>(value)});
+        }
+    }
     // Which NaN an operation gives differs between processors.
     void walk(std::floating_point auto value) {
         constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();

@@ -9,7 +9,11 @@ namespace port {
 namespace {
 
 struct EngineStage : EngineTrial {
-    EngineStage() { EXPECT_TRUE(initialize()); }
+    // With players who stand still.
+    EngineStage() {
+        EXPECT_TRUE(initialize());
+        game.drive = PlayerDrive::Devices;
+    }
 
     bool load(std::size_t index) {
         return captured([&] { return loadStage(game, index, false); });

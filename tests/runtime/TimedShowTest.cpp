@@ -114,7 +114,7 @@ TEST_F(WindowShows, ThePictureOfACompleteStageIsShownToTheEndOfThePress) {
     EXPECT_EQ(show(), 90);
     pressAt = 5;
     EXPECT_EQ(show(), 5);
-    game.smoke.active = true;
+    game.drive = PlayerDrive::SelfCheck;
     sleeps.clear();
     EXPECT_EQ(show(), 1);
     EXPECT_TRUE(sleeps.empty());

@@ -83,6 +83,8 @@ class FieldChanges {
         const FieldChanges shown(world_);
         player.update(1);
         EXPECT_NE(hash(), shown.hash_) << path << ".tick";
+        player.setFrame(1);
+        EXPECT_NE(hash(), shown.hash_) << path << ".frame";
         player = before;
     }
     void special(const std::string& path, ScriptContext& context) {
