@@ -62,7 +62,7 @@ bool act(Tick& tick, RuntimeEntity& entity) {
     } else if (entity.attackTicks > 0) {
         attackOn(tick, entity);
     } else {
-        think(tick, entity);
+        return think(tick, entity);
     }
     return true;
 }
@@ -151,9 +151,12 @@ void setEntityAnimation(RuntimeEntity& entity, const generated::Animation* anima
 }
 
 int activeEnemies(const World& world) {
-    return static_cast<int>(std::ranges::count_if(world.entities, [](const RuntimeEntity& entity) {
-        return entity.alive && openborTypeBit(entity.model) == kTypeEnemy;
-    }));
+    int count = 0;
+    visitRoster(world, world.roster.present, [&count](const RuntimeEntity& entity) {
+        if (entity.alive && openborTypeBit(entity.model) == kTypeEnemy) ++count;
+        return false;
+    });
+    return count;
 }
 
 }  // namespace port

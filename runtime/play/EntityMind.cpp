@@ -116,7 +116,6 @@ void walk(const World& world, RuntimeEntity& entity, GroundStep distance) {
 }
 
 void decide(Tick& tick, RuntimeEntity& entity) {
-    if (tryEntityPickupWeapon(tick, entity)) return;
     const Actor* target = chooseTarget(tick.world, entity);
     if (!target) return;
     const generated::Character& model = *entity.model;
@@ -133,10 +132,13 @@ void decide(Tick& tick, RuntimeEntity& entity) {
 
 }  // namespace
 
-void think(Tick& tick, RuntimeEntity& entity) {
+bool think(Tick& tick, RuntimeEntity& entity) {
     const bool isThing = (openborTypeBit(entity.model) & (kThingTypes | kTypeObstacle)) != 0;
-    if (!isThing && tick.config.enemyAI) decide(tick, entity);
+    const bool thinks = !isThing && tick.config.enemyAI;
+    const bool armsItself = thinks && tryEntityPickupWeapon(tick, entity);
+    if (thinks && !armsItself) decide(tick, entity);
     entity.animation.update(1);
+    return !armsItself;
 }
 
 }  // namespace port

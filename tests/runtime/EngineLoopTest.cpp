@@ -21,8 +21,7 @@ TEST_F(EngineLoop, AHeadlessRunLeavesAfter900PassesAndSaysWhatItCameTo) {
     EXPECT_EQ(world.tick, 899U) << "the first pass only leaves the menu";
     EXPECT_EQ(sleeps, std::vector<int>(900, 16)) << "1000/60 in whole milliseconds";
     std::size_t lines = 0;
-    for (std::size_t at = 0; (at = log.find("\nheadless camera=", at)) != log.npos;
-         ++at) {
+    for (std::size_t at = 0; (at = log.find("\nheadless camera=", at)) != log.npos; ++at) {
         ++lines;
     }
     EXPECT_EQ(lines, 7U) << "at the ticks 120, 240 ... 840";
@@ -75,7 +74,7 @@ TEST_F(EngineLoopInWindow, EscapeAndStartPauseBeforeAnythingOfThePassHappens) {
 
 TEST_F(EngineLoop, ATickRunsItsStepsInOrder) {
     ASSERT_TRUE(initialize());
-    game.drive = PlayerDrive::Devices;  // which hold nothing
+    standStill();
     EXPECT_EQ(global("order"), "LS0") << "the level's script, then the player's";
     game.scripts.machine().globals().erase("order");
     ticks(1);
@@ -171,10 +170,10 @@ TEST_F(EngineLoop, CoopPlayersShareCreditsUnlessTheStageSaysNot) {
 TEST_F(EngineLoop, AnImmediateBranchKeepsEverybodysState) {
     folder.write("config/graphics.ini", "[input]\nactive_players=2\n");
     ASSERT_TRUE(initialize());
-    game.drive = PlayerDrive::Devices;
     world.player1.health = 33;
     world.coop[0].health = 44;
     world.coop[0].worldX = 77;
+    standStill();
     world.branch.target = 1;
     world.branch.immediate = true;
     world.stage.complete = true;

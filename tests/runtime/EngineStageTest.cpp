@@ -68,6 +68,7 @@ TEST_F(EngineStage, AGameBeginsFreshWithTheStagesWeapon) {
 }
 
 TEST_F(EngineStage, ThePictureShowsSceneryBehindActorsBehindTheForeground) {
+    standStill();
     ticks(1);
     EXPECT_EQ(pixel(310, 230), (std::array<int, 3>{0, 0, 64})) << "the background";
     EXPECT_EQ(pixel(10, 50), (std::array<int, 3>{64, 64, 64})) << "a panel";

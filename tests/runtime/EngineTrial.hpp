@@ -98,6 +98,10 @@ struct EngineTrial : testing::Test {
             }
         });
     }
+    // Takes all keys from the players, who would walk where nobody drives them.
+    void standStill() {
+        for (PlayerSlot& slot : world.slots) slot.disabledKeys = ~0U;
+    }
     void begin(std::size_t stage) {
         world.stage.index = stage;
         quietly([&] { beginGame(game); });

@@ -120,6 +120,9 @@ TEST_F(EntityAttack, TakesUpTheNearestWeaponOfItsList) {
     EXPECT_EQ(enemy.worldX, 523);
     EXPECT_EQ(enemy.z, 201.2F);
     EXPECT_EQ(enemy.facing, 1);
+    ground(GeometryKind::Wall, 524, 10, 50);
+    turn();
+    EXPECT_EQ(enemy.worldX, 526) << "no wall is in its way";
     enemy.worldX = 540;
     enemy.z = 226;
     turn();
