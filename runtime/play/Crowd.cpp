@@ -15,13 +15,23 @@ constexpr float kFar = std::numeric_limits<float>::infinity();
 
 }  // namespace
 
-// The dead stay in the list of entities for as long as the stage lasts: they are passed over once.
+// The dead stay in the list of entities for as long as the stage lasts: the roster knows who of
+// those that stood there at the start of the tick need not be asked.
 void Crowd::gather() {
     const EntityList& all = tick_.world.entities;
-    for (; gathered_ < all.size(); ++gathered_) {
-        const RuntimeEntity& entity = all[gathered_];
-        if (entity.alive && entity.model) living_.push_back(static_cast<std::uint32_t>(gathered_));
+    const auto take = [&](const RuntimeEntity& entity) {
+        if (!entity.alive || !entity.model) return;
+        living_.push_back(static_cast<std::uint32_t>(all.indexOf(entity.handle)));
+    };
+    if (gathered_ == 0) {
+        const Roster& roster = tick_.world.roster;
+        for (const ActorHandle handle : roster.present) {
+            if (const RuntimeEntity* entity = all.find(handle)) take(*entity);
+        }
+        gathered_ = all.size();
+        while (gathered_ > 0 && all[gathered_ - 1].handle >= roster.next) --gathered_;
     }
+    for (; gathered_ < all.size(); ++gathered_) take(all[gathered_]);
 }
 
 RuntimeEntity* Crowd::firstAlive(std::size_t& at) {

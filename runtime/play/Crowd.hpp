@@ -61,7 +61,7 @@ class Crowd {
     [[nodiscard]] static Node join(const Node& a, const Node& b);
 
     Tick& tick_;
-    std::size_t gathered_ = 0;           // entities looked through so far
+    std::size_t gathered_ = 0;           // entities known so far; 0: not begun
     std::vector<std::uint32_t> living_;  // their places, ascending; some may have died since
     std::size_t built_ = 0;              // of living_, those in the tree
     std::int64_t steps_ = 0;             // that scripts had left when the tree was last right

@@ -17,37 +17,54 @@ namespace {
 
 constexpr int kThingTypes = kTypeItem | kTypeProjectile | kTypeNone;
 
-struct Target {
-    const Actor* actor = nullptr;
-    float distance = 0;
+// Keeps the first one found, or a strictly nearer one. Distance is asked first: it is what rules
+// most of a crowd out.
+class TargetSearch {
+  public:
+    explicit TargetSearch(const RuntimeEntity& seeker) : seeker_(seeker) {}
+
+    [[nodiscard]] bool isNearer(const Actor& candidate) const {
+        return !best_ || distanceTo(candidate) < distance_;
+    }
+    void consider(const Actor& candidate, bool hostile) {
+        if (!isNearer(candidate)) return;
+        if (!modelIsHostileTo(seeker_.model, candidate.model, hostile)) return;
+        if (!modelCanPerceive(seeker_.model, candidate.model)) return;
+        best_ = &candidate;
+        distance_ = distanceTo(candidate);
+    }
+    [[nodiscard]] const Actor* best() const { return best_; }
+
+  private:
+    [[nodiscard]] float distanceTo(const Actor& other) const {
+        return std::abs(other.worldX - seeker_.worldX) + std::abs(other.z - seeker_.z);
+    }
+
+    const RuntimeEntity& seeker_;
+    const Actor* best_ = nullptr;
+    float distance_ = 0;
 };
 
-// The first one found, or a strictly nearer one.
-void consider(Target& best, const RuntimeEntity& entity, const Actor& candidate, bool hostile) {
-    const float distance =
-        std::abs(candidate.worldX - entity.worldX) + std::abs(candidate.z - entity.z);
-    if (best.actor && !(distance < best.distance)) return;
-    if (!modelIsHostileTo(entity.model, candidate.model, hostile)) return;
-    if (!modelCanPerceive(entity.model, candidate.model)) return;
-    best = {&candidate, distance};
+bool isFighter(const RuntimeEntity& entity) {
+    return entity.alive && entity.visible && entity.model &&
+           (openborTypeBit(entity.model) & kThingTypes) == 0;
 }
 
 // Players are enemies unless the model says otherwise; other entities only if it does.
 const Actor* chooseTarget(const World& world, const RuntimeEntity& entity) {
-    Target best;
-    if (world.player1.alive) consider(best, entity, world.player1, true);
+    TargetSearch search(entity);
+    if (world.player1.alive) search.consider(world.player1, true);
     for (const RuntimeCoopPlayer& player : world.coop) {
-        if (player.alive) consider(best, entity, player, true);
+        if (player.alive) search.consider(player, true);
     }
-    if (entity.model->hostileMask == 0) return best.actor;
+    if (entity.model->hostileMask == 0) return search.best();
     visitRoster(world, world.roster.present, [&](const RuntimeEntity& other) {
-        const bool fights = other.alive && other.visible && other.model &&
-                            other.handle != entity.handle &&
-                            (openborTypeBit(other.model) & kThingTypes) == 0;
-        if (fights) consider(best, entity, other, false);
+        if (search.isNearer(other) && &other != &entity && isFighter(other)) {
+            search.consider(other, false);
+        }
         return false;
     });
-    return best.actor;
+    return search.best();
 }
 
 void face(RuntimeEntity& entity, const Actor& target, int scrollDir) {

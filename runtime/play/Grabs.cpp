@@ -15,14 +15,14 @@
 namespace port {
 namespace {
 
-constexpr float kReachZ = 16;
-constexpr float kReachA = 2;
+constexpr float kGrabReachZ = 16;
+constexpr float kGrabReachA = 2;
 constexpr float kHoldOffset = 14;
 constexpr float kThrowDistance = 18;
 
 bool canGrab(const Player1& player) {
     if (player.grabbedEntity != kNobody || !player.alive || player.attackTicks > 0) return false;
-    if (std::abs(player.altitude) > kReachA) return false;
+    if (std::abs(player.altitude) > kGrabReachA) return false;
     const generated::Frame* frame = player.animation.frame();
     return !frame || (frame->moveX == 0 && frame->moveZ == 0);
 }
@@ -33,8 +33,8 @@ bool canBeGrabbed(const RuntimeEntity& entity, const Player1& player) {
     const int force = player.model ? player.model->grabForce : 0;
     return openborTypeBit(&model) == kTypeEnemy && !model.noGrab && model.grabResistance <= force &&
            std::abs(entity.altitude) < kOffGround &&
-           std::abs(entity.altitude - player.altitude) <= kReachA &&
-           std::abs(entity.z - player.z) <= kReachZ;
+           std::abs(entity.altitude - player.altitude) <= kGrabReachA &&
+           std::abs(entity.z - player.z) <= kGrabReachZ;
 }
 
 }  // namespace

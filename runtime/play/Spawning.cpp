@@ -52,6 +52,7 @@ bool hasSummonedChild(const World& world, ActorHandle parent) {
 
 RuntimeEntity entityOf(const generated::Character* model) {
     RuntimeEntity entity;
+    entity.facing = -1;
     if (!model) return entity;
     entity.model = model;
     entity.subjectToScreen = model->subjectToScreen;

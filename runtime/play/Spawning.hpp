@@ -9,8 +9,8 @@
 
 namespace port {
 
-// An entity as its model makes it, wherever it comes from: not yet placed, without guard and
-// animation. No model makes one that does nothing.
+// An entity as its model makes it, wherever it comes from: looking to the left, not yet placed,
+// without guard and animation. No model makes one that does nothing.
 [[nodiscard]] RuntimeEntity entityOf(const generated::Character* model);
 
 // The first of these that gives a frame.

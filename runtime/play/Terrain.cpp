@@ -5,21 +5,9 @@
 #include <span>
 
 #include "Ground.hpp"
-#include "Roster.hpp"
 
 namespace port {
 namespace {
-
-// Calls visit(altitude) for the platforms under (x, z) until it says true.
-template <class Visit>
-bool visitPlatforms(const World& world, float x, float z, ActorHandle ignore, Visit visit) {
-    return visitRoster(world, world.roster.carriers, [&](const RuntimeEntity& carrier) {
-        if (!carrier.alive || !carrier.visible || carrier.handle == ignore) return false;
-        const generated::Frame* frame = carrier.animation.frame();
-        return frame && platformContains(*frame, carrier.place(), x, z) &&
-               visit(frame->platform.altitude);
-    });
-}
 
 bool moved(const Actor& actor, float oldX, float oldZ) {
     return actor.worldX != oldX || actor.z != oldZ;
@@ -73,17 +61,6 @@ void runWallHook(Tick& tick, Actor& actor, const Footing& footing, bool alongX) 
 }
 
 }  // namespace
-
-float dynamicPlatformHeight(const World& world, float x, float z, ActorHandle ignore,
-                            const generated::Character* subject) {
-    if (subject && !subject->subjectToPlatform) return 0;
-    float highest = 0;
-    visitPlatforms(world, x, z, ignore, [&](float altitude) {
-        highest = std::max(highest, altitude);
-        return false;
-    });
-    return highest;
-}
 
 bool applyActorTerrain(Tick& tick, Actor& actor, float oldX, float oldZ) {
     const StageRun& stage = tick.world.stage;

@@ -97,19 +97,15 @@ void holdItem(Actor& actor, const RuntimeEntity& item) {
                                      : std::max(0, item.model->weaponDropCounter);
 }
 
-// A hook of a weapon may add entities.
 void tryPickupWeapon(Tick& tick, PlayerActor& player) {
-    EntityList& entities = tick.world.entities;
-    for (std::size_t i = 0; i < entities.size(); ++i) {
-        RuntimeEntity& item = entities[i];
-        if (!item.alive || !item.model || !isInReach(player, item)) continue;
-        if (!canBePickedUp(*item.model)) continue;
-        if (reload(player, *item.model) || equipFromList(tick, player, item) ||
-            equipItself(player, *item.model)) {
-            item.alive = item.visible = false;
-            return;
-        }
-    }
+    bool taken = false;
+    tick.world.entities.visit([&](RuntimeEntity& item) {
+        if (taken || !item.alive || !item.model || !isInReach(player, item)) return;
+        if (!canBePickedUp(*item.model)) return;
+        taken = reload(player, *item.model) || equipFromList(tick, player, item) ||
+                equipItself(player, *item.model);
+        if (taken) item.alive = item.visible = false;
+    });
 }
 
 void dropWeapon(Tick& tick, Actor& actor, bool stageLoss) {

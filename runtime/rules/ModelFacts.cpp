@@ -53,17 +53,24 @@ bool mayCarryPlatform(const generated::Character& model) {
     return hasPlatform(model) || std::ranges::any_of(modelsWithPlatforms(), isWeapon);
 }
 
+// Texts of a table are never null; those of a model that is made by hand may be.
+std::string_view textOf(const char* text) {
+    return text ? text : "";
+}
+
 ModelFacts workOut(const generated::Character& model) {
+    const std::string_view typeName = textOf(model.type);
+    const std::string_view subtype = textOf(model.subtype);
     ModelFacts facts;
     for (const TypeName& type : kTypeNames) {
-        if (equalsFolded(model.type, type.name)) facts.typeBit = type.bit;
+        if (equalsFolded(typeName, type.name)) facts.typeBit = type.bit;
     }
     constexpr int kAuxiliaryTypes = kTypeNone | kTypeProjectile | kTypeShot;
-    facts.auxiliary = *model.type == '\0' || (facts.typeBit & kAuxiliaryTypes) != 0;
-    facts.followsParent = containsFolded(model.subtype, "follow");
+    facts.auxiliary = typeName.empty() || (facts.typeBit & kAuxiliaryTypes) != 0;
+    facts.followsParent = containsFolded(subtype, "follow");
     facts.isWeaponItem = model.weaponNumber > 0 &&
-                         (facts.typeBit == kTypeItem || containsFolded(model.subtype, "weapon") ||
-                          containsFolded(model.subtype, "projectile"));
+                         (facts.typeBit == kTypeItem || containsFolded(subtype, "weapon") ||
+                          containsFolded(subtype, "projectile"));
     facts.mayCarryPlatform = mayCarryPlatform(model);
     return facts;
 }

@@ -30,17 +30,12 @@ bool Autoplay::start(Game& game) {
             slot == 0 || slot < game.config.activePlayers;
     }
     game.world.stage.index = 0;
+    game.extraLives = switches_.lives;
     beginGame(game);
     if (!game.world.stage.row || game.frontend.state != FrontendState::Playing) {
         warnLine("AUTOPLAY FAIL: could not start gameplay");
         return false;
     }
-    const auto grant = [this](PlayerActor& player) {
-        player.livesRemaining = static_cast<int>(std::min<std::int64_t>(
-            INT32_MAX, std::int64_t{player.livesRemaining} + switches_.lives));
-    };
-    grant(game.world.player1);
-    for (RuntimeCoopPlayer& player : game.world.coop) grant(player);
     openStage(game);
     return true;
 }

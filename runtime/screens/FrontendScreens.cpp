@@ -15,11 +15,11 @@ namespace {
 // A picture behind a menu. Where nobody is there to choose, play goes on.
 class MenuScreen final : public Screen {
   public:
-    MenuScreen(FrontendState state, SpritePtr background, bool headless)
-        : state_(state), background_(std::move(background)), headless_(headless) {}
+    MenuScreen(FrontendState state, SpritePtr background, bool skipped)
+        : state_(state), background_(std::move(background)), skipped_(skipped) {}
 
     FrontendState update(const TickInput&) override {
-        return headless_ ? FrontendState::Playing : state_;
+        return skipped_ ? FrontendState::Playing : state_;
     }
     void draw(DrawList& list) const override {
         if (background_) list.addBackdrop(DrawImage{background_});
@@ -28,7 +28,7 @@ class MenuScreen final : public Screen {
   private:
     FrontendState state_;
     SpritePtr background_;
-    bool headless_;
+    bool skipped_;
 };
 
 SpritePtr loadBackground(const Game& game, std::string_view name) {
@@ -78,8 +78,7 @@ std::unique_ptr<Screen> screenOf(FrontendState state, const Game& game) {
     const Frontend& frontend = game.frontend;
     const bool selecting = state == FrontendState::CharacterSelect && frontend.selectBackground;
     return std::make_unique<MenuScreen>(
-        state, selecting ? frontend.selectBackground : frontend.titleBackground,
-        game.renderer.headless());
+        state, selecting ? frontend.selectBackground : frontend.titleBackground, game.skipsMenus);
 }
 
 void loadFrontend(Game& game) {

@@ -105,7 +105,9 @@ bool readPass(std::string_view line, Recording& out) {
     if (what == "hash") {
         const auto tick = words.number<std::uint64_t>();
         const auto hash = words.number<std::uint64_t>(16);
-        if (!tick || !hash) return false;
+        // A replay waits for each in its turn.
+        const std::uint64_t last = out.hashes.empty() ? 0 : out.hashes.back().pass;
+        if (!tick || !hash || *pass <= last) return false;
         out.hashes.push_back({*pass, *tick, *hash});
         return words.atEnd();
     }
@@ -138,11 +140,17 @@ bool readStart(std::string_view line, RecordedStart& start) {
     if (!number || !words.atEnd()) return false;
     if (key == "stage") start.stage = *number;
     if (key == "keep_looks") start.keepLooks = *number != 0;
+    if (key == "skips_menus") start.skipsMenus = *number != 0;
+    if (key == "extra_lives") {
+        if (*number > INT32_MAX) return false;
+        start.extraLives = static_cast<int>(*number);
+    }
     if (key == "drive") {
         if (*number > static_cast<std::uint32_t>(PlayerDrive::SelfCheck)) return false;
         start.drive = static_cast<PlayerDrive>(*number);
     }
-    return key == "stage" || key == "keep_looks" || key == "drive";
+    return key == "stage" || key == "keep_looks" || key == "drive" || key == "skips_menus" ||
+           key == "extra_lives";
 }
 
 }  // namespace
@@ -151,12 +159,15 @@ bool readRecording(std::istream& in, Recording& out, std::string& error) {
     std::string section, line;
     bool versionKnown = false;
     for (int number = 1; std::getline(in, line); ++number) {
+        // The run broke off in the middle of it.
+        if (in.eof()) break;
         const std::string_view text = trimmed(line);
         if (text.empty()) continue;
         bool good = true;
         if (text.front() == '[') {
             section = text;
             if (section == "[begin]") out.starts.emplace_back();
+            good = out.starts.size() <= Recording::kMostStarts;
             out.settings.append(text).append("\n");
         } else if (section == "[recording]") {
             good = versionKnown = text == kVersionLine;
@@ -199,7 +210,8 @@ void Recorder::begin(const RecordedStart& start, const RuntimeConfig& config) {
         out_ << (start.joined[slot] ? start.select[slot] : -1) << ' ';
     }
     out_ << "\nmodel=" << start.model << "\ndrive=" << static_cast<int>(start.drive)
-         << "\nkeep_looks=" << int{start.keepLooks} << '\n';
+         << "\nkeep_looks=" << int{start.keepLooks} << "\nskips_menus=" << int{start.skipsMenus}
+         << "\nextra_lives=" << start.extraLives << '\n';
 }
 
 void Recorder::pass(const TickInput& input) {

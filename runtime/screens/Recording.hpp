@@ -34,6 +34,8 @@ struct RecordedStart {
     std::string model;  // of player 1
     PlayerDrive drive = PlayerDrive::Devices;
     bool keepLooks = false;
+    bool skipsMenus = false;
+    int extraLives = 0;
     bool operator==(const RecordedStart&) const = default;
 };
 
@@ -58,9 +60,12 @@ struct Recording {
 
     // A day and a night at 60 passes a second; no recording is longer.
     static constexpr std::uint64_t kMostPasses = 60 * 60 * 60 * 24;
+    // A run that checks itself without a window begins twice before its first pass.
+    static constexpr std::size_t kMostStarts = 2;
 };
 
-// False, with the line that is wrong in `error`, for what is no recording.
+// False, with the line that is wrong in `error`, for what is no recording. A last line without an
+// end does not count.
 [[nodiscard]] bool readRecording(std::istream& in, Recording& out, std::string& error);
 
 // Writes a run as it goes on. Without a file it does nothing.

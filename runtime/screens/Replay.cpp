@@ -31,6 +31,8 @@ bool Replay::start(Game& game) {
         }
         world.stage.index = start.stage;
         game.drive = start.drive;
+        game.skipsMenus = start.skipsMenus;
+        game.extraLives = start.extraLives;
         beginGame(game, start.keepLooks);
     }
     return true;

@@ -1,5 +1,7 @@
 #include "StageLoading.hpp"
 
+#include <algorithm>
+#include <cstdint>
 #include <system_error>
 #include <utility>
 
@@ -80,6 +82,15 @@ void finishCampaign(Game& game) {
     enterMainMenu(game);
 }
 
+void grantExtraLives(World& world, int lives) {
+    const auto grant = [lives](PlayerActor& player) {
+        player.livesRemaining = static_cast<int>(
+            std::min<std::int64_t>(INT32_MAX, std::int64_t{player.livesRemaining} + lives));
+    };
+    grant(world.player1);
+    for (RuntimeCoopPlayer& player : world.coop) grant(player);
+}
+
 RecordedStart startOf(const Game& game, bool keepLooks) {
     RecordedStart start;
     start.stage = game.world.stage.index;
@@ -90,6 +101,8 @@ RecordedStart startOf(const Game& game, bool keepLooks) {
     start.model = game.world.player1.model->name;
     start.drive = game.drive;
     start.keepLooks = keepLooks;
+    start.skipsMenus = game.skipsMenus;
+    start.extraLives = game.extraLives;
     return start;
 }
 
@@ -143,6 +156,7 @@ void beginGame(Game& game, bool keepLooks) {
     game.trace("game: place the players");
     Tick tick = game.tick();
     startPlayers(tick, keepLooks);
+    grantExtraLives(world, game.extraLives);
     game.trace("game: start the music");
     const char* music = world.stage.row->music;
     playStageMusic(game, runtimeCasePath(game.dataRoot / normalizeDataPath(music)));

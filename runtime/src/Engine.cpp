@@ -121,6 +121,7 @@ void Engine::enterFirstState() {
     }
     // Nobody is there to choose in a menu.
     game_.drive = PlayerDrive::Nobody;
+    game_.skipsMenus = true;
     game_.frontend.state = FrontendState::Playing;
     for (int slot = 0; slot < kMostPlayers; ++slot) {
         game_.world.slots[static_cast<std::size_t>(slot)].joined =

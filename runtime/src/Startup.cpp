@@ -72,9 +72,6 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
 
     Engine engine;
     engine.setCapture(std::move(files.capture));
-    if (!files.record.empty() && !engine.record(files.record)) {
-        return failStartup(logPath, "Cannot write " + PathEncoding::utf8(files.record));
-    }
     if (!files.replay.empty()) {
         Recording recording;
         std::string error;
@@ -86,6 +83,10 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
     } else if (switches.autoplay) {
         engine.setPilot(std::make_unique<Autoplay>(
             AutoplaySwitches{switches.autoplayStages, switches.autoplayLives}));
+    }
+    // Behind the reading, which may be of the same file.
+    if (!files.record.empty() && !engine.record(files.record)) {
+        return failStartup(logPath, "Cannot write " + PathEncoding::utf8(files.record));
     }
     if (!engine.initialize(root)) {
         return failStartup(logPath,

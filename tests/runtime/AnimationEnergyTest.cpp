@@ -18,6 +18,7 @@ constexpr int kEither = 0, kMpOnly = 1, kHealthOnly = 2;
 Character modelOf(const char* type) {
     Character model{};
     model.type = type;
+    model.subtype = "";
     return model;
 }
 

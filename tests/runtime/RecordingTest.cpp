@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "Autoplay.hpp"
 #include "EngineTrial.hpp"
 #include "Replay.hpp"
 
@@ -29,11 +30,12 @@ struct Recorded : WindowTrial {
     const std::filesystem::path file = folder.path() / "run.rec";
 
     // 130 passes of a game on the second stage, with keys and a pad in some of them.
-    std::string record() {
+    std::string record(int pauseIn = -1) {
         passesUntilClosed = 130;
-        beforePass = [this] {
+        beforePass = [this, pauseIn] {
             const int pass = 130 - passesUntilClosed;
             keysDown = pass % 7 == 3 ? std::set<int>{kKeyF2, 65} : std::set<int>{};
+            if (pass == pauseIn) keysDown.insert(kKeyEscape);
             pads[1] = {pass > 40, static_cast<std::uint16_t>(pass % 3), -300, 7, 90};
         };
         Engine first(devices());
@@ -52,8 +54,10 @@ struct Recorded : WindowTrial {
         passesUntilClosed = 1000;
         return folder.read("run.rec");
     }
-    int replay(const std::string& text) {
-        Engine other(devices());
+    int replay(const std::string& text, bool withWindow = true) {
+        platform::Devices seen = devices();
+        seen.presentation.headless = !withWindow;
+        Engine other(seen);
         other.setPilot(std::make_unique<Replay>(readBack(text)));
         return captured([&] { return other.initialize(folder.path()) ? other.run() : -1; });
     }
@@ -81,6 +85,26 @@ TEST_F(Recorded, ARunPlayedAgainComesToTheSameWorld) {
     EXPECT_EQ(passesUntilClosed, 1000 - 130) << "it ends with its recording";
 }
 
+TEST_F(Recorded, MenusTakeAsLongWhereNobodySeesThem) {
+    const std::string text = record(100);
+    EXPECT_EQ(readBack(text).hashes.size(), 1U) << "the pause outlasts the run";
+    EXPECT_EQ(replay(text, false), 0) << warnings;
+}
+
+TEST_F(Recorded, ABotsRunWithExtraLivesIsPlayedAgain) {
+    Engine first(devices());
+    first.setPilot(std::make_unique<Autoplay>(AutoplaySwitches{.stages = 1, .lives = 3}));
+    passesUntilClosed = 70;
+    captured([&] {
+        EXPECT_TRUE(first.record(file));
+        EXPECT_TRUE(first.initialize(folder.path()));
+        return first.run();
+    });
+    EXPECT_EQ(first.game().world.player1.livesRemaining, 2 + 3);
+    passesUntilClosed = 1000;
+    EXPECT_EQ(replay(folder.read("run.rec")), 0) << warnings;
+}
+
 TEST_F(Recorded, ARunThatPartsFromItsRecordingSaysWhere) {
     std::string text = record();
     const std::size_t hash = text.find(" hash 120 ") + 10;
@@ -95,6 +119,7 @@ TEST_F(Recorded, ARunThatPartsFromItsRecordingSaysWhere) {
     EXPECT_TRUE(warnings.starts_with("REPLAY DIFFERS at its end")) << warnings;
     // One that broke off is played as far as it goes.
     EXPECT_EQ(replay(text.substr(0, text.find(" hash 120 ") + 27)), 0) << warnings;
+    EXPECT_EQ(replay(text.substr(0, text.find(" hash 120 ") + 20)), 0) << warnings;
     other = text;
     other.replace(other.find("model=Hero"), 10, "model=None");
     EXPECT_EQ(replay(other), -1);
@@ -114,7 +139,8 @@ TEST(Recording, WhatIsNoRecordingIsRefusedByItsLine) {
           "[passes]\n0 input k 1", "[passes]\n1 input k 100", "[passes]\n1 input 41",
           "[passes]\n1 input p 4 0 0 0 0 0", "[passes]\n1 input p 0 0 40000 0 0 0",
           "[passes]\n2 hash 60", "[passes]\n2 dance", "[passes]\n99999999999 end 1",
-          "[passes]\n5 end 1\n5 end 1", "[passes]\n5 hash 60 1\n4 hash 120 1"}) {
+          "[passes]\n5 end 1\n5 end 1", "[passes]\n5 hash 60 1\n4 hash 120 1",
+          "[passes]\n5 hash 60 1\n5 hash 120 1", "[passes]\n0 hash 0 1", "[begin]\n[begin]"}) {
         EXPECT_TRUE(refusal(head + line + "\n").starts_with("line ")) << line;
     }
 }

@@ -114,6 +114,13 @@ TEST_F(Scene, ActorsAreDrawnWhereTheyAreWhenAllFramesHaveTakenEffect) {
     EXPECT_EQ(sprite().x, static_cast<int>(x + 5));
     EXPECT_EQ(sprite().frame, player.animation.frame());
     EXPECT_FALSE(sprite().flip);
+    // By the camera that the scenery was drawn by, wherever a script has put it since.
+    const int before = sprite().x;
+    list.clear();
+    StageScene scene(world, scenery, config, {cache, renderer, dataRoot}, list);
+    world.camera.x += 50;
+    scene.addActors();
+    EXPECT_EQ(sprite().x, before);
     player.facing = -1;
     player.worldX = 3e38F;
     draw();
