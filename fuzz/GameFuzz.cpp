@@ -124,14 +124,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Choices choices({data, size});
     const RandomGame game(choices);
     Run run;
-    const int passes = 40 + static_cast<int>(choices.next()) * 8;
+    const int length = static_cast<int>(choices.next());
     run.players = choices.next();
     run.view = choices.next();
     run.firstStage = choices.next() % 8 == 7 ? 1 : 0;
     run.settings = choices.dice();
     run.moves = choices.rest();
     const bool globalScripts = run.view >= 192;
-    playTwice(ports.root(globalScripts), std::min(passes, 2000),
+    // Up to 2,000; most are short, and many of them find more than a few long ones.
+    playTwice(ports.root(globalScripts), 20 + length * length / 33,
               [&] { return std::make_unique<RandomPlayer>(run); });
     return 0;
 }

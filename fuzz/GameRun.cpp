@@ -15,7 +15,8 @@ namespace tindrel::fuzz {
 namespace {
 
 // Actors and projectiles times passes. A crowd of a thousand would take a minute.
-constexpr std::size_t kMostWork = 60'000;
+constexpr std::size_t kMostWork = 40'000;
+constexpr std::size_t kStageWork = 500;  // of loading one
 // What all scripts of a pass may take: some of those below want more.
 constexpr std::int64_t kPassSteps = 2'000;
 // A low picture costs little; its width is a matter of the game.
@@ -66,6 +67,8 @@ class ShortFlight final : public port::Pilot {
     port::TickInput next(const port::Game& game) override { return pilot_->next(game); }
     bool goesOn(const port::Game& game) override {
         work_ += 8 + game.world.entities.size() + game.world.projectiles.size();
+        if (game.world.stage.row != std::exchange(stage_, game.world.stage.row))
+            work_ += kStageWork;
         return pilot_->goesOn(game) && --passesLeft_ > 0 && work_ < kMostWork;
     }
     int result(const port::Game& game) override { return pilot_->result(game); }
@@ -74,6 +77,7 @@ class ShortFlight final : public port::Pilot {
     std::unique_ptr<port::Pilot> pilot_;
     int passesLeft_;
     std::size_t work_ = 0;
+    const generated::Stage* stage_ = nullptr;
 };
 
 port::platform::Devices nullDevices() {

@@ -1,6 +1,7 @@
 #include "RandomGame.hpp"
 
-#include <array>
+#include <algorithm>
+#include <string_view>
 
 #include "GameTables.hpp"
 
@@ -14,9 +15,10 @@ using generated::Stage;
 
 constexpr const char* kModelNames[kMostModels] = {"Hero", "brute", "mate",  "club",
                                                   "puff", "crate", "ghost", "exit"};
-constexpr const char* kTypes[] = {"player", "enemy",    "enemy",    "enemy",      "npc",  "item",
-                                  "none",   "obstacle", "endlevel", "projectile", "shot", "trap",
-                                  "",       "Enemy",    "steamer",  "text"};
+constexpr const char* kTypes[] = {"enemy",    "enemy",  "enemy",    "enemy",      "enemy",
+                                  "Enemy",    "npc",    "item",     "none",       "obstacle",
+                                  "obstacle", "player", "endlevel", "projectile", "shot",
+                                  "trap",     "",       "steamer",  "text"};
 constexpr const char* kSubtypes[] = {"", "", "", "follow", "weapon", "both", "projectile", "chase"};
 // Every actor of a real game has these.
 constexpr const char* kUsualAnimations[] = {"idle", "walk", "attack1", "pain",
@@ -29,6 +31,7 @@ constexpr const char* kFurtherAnimations[] = {
     "bpain",    "pain2",      "fall2",    "rise2",     "death2",     "up",      "down",
     "backwalk", "throw",      "thrown",   "respawn",   "select",     "dash",    "grabwalk",
     "upper",    "custom",     "attack99", ""};
+constexpr std::string_view kAttackNames[] = {"attack", "special", "follow", "shoot", "fall"};
 constexpr const char* kCommandSequences[] = {"D,F,A",  "f,f",     "A1,A1", "A+J",  "f,>A",
                                              "hold,A", "s",       "",      ",,,",  "B,F,A1",
                                              "J",      "D,D,D,D", "A2",    "u+a1", "zzz"};
@@ -104,17 +107,17 @@ Frame frame(Dice& dice, bool attacks) {
     auto row = dice.value<Frame>();
     row.sprite = dice.once(4) ? dice.pick(kPictures) : "";
     row.delay = dice.number(1, 9);
-    row.offsetX = dice.number(0, 40);
-    row.offsetY = dice.number(0, 80);
+    row.offsetX = dice.number(20, 30);
+    row.offsetY = dice.number(70, 90);
     row.hasBBox = !dice.once(8);
-    row.bbox = {dice.number(0, 30), dice.number(0, 30), dice.number(1, 40), dice.number(1, 80)};
-    row.hasAttack = dice.once(attacks ? 2 : 20);
+    row.bbox = {dice.number(0, 20), dice.number(0, 20), dice.number(20, 50), dice.number(40, 90)};
+    row.hasAttack = attacks ? !dice.once(4) : dice.once(16);
     generated::AttackBox& attack = row.attack;
-    attack.x = dice.number(0, 60);
-    attack.y = dice.number(0, 30);
-    attack.w = dice.number(1, 60);
-    attack.h = dice.number(1, 60);
-    attack.damage = dice.number(0, 30);
+    attack.x = dice.number(-10, 60);
+    attack.y = dice.number(-10, 30);
+    attack.w = dice.number(20, 90);
+    attack.h = dice.number(20, 120);
+    attack.damage = dice.number(0, 20);
     attack.type = dice.once(4) ? dice.number(998, 1006) : dice.number(0, 3);
     attack.zDepth = dice.number(0, 20);
     row.dropVy = dice.number(-6, 0);
@@ -151,10 +154,10 @@ generated::Spawn spawn(Dice& dice, std::size_t index) {
     row.id = dice.number(static_cast<int>(index), static_cast<int>(index));
     row.model = dice.odd() ? dice.word() : dice.pick(kModelNames);
     row.spawnScript = dice.pick(kSpawnScripts);
-    row.x = dice.number(-40, 400);
-    row.z = dice.number(160, 230);
+    row.x = dice.once(2) ? dice.number(-20, 120) : dice.number(-40, 400);
+    row.z = dice.number(175, 205);
     row.a = dice.once(4) ? dice.number(0, 100) : 0;
-    row.at = dice.number(0, 300);
+    row.at = dice.once(2) ? 0 : dice.number(0, 200);
     row.health = dice.once(2) ? dice.number(-1, 50) : -1;
     return row;
 }
@@ -192,11 +195,13 @@ std::span<const char* const> RandomGame::scriptNames() {
 Animation RandomGame::animation(Dice& dice, const char* name) {
     auto row = dice.value<Animation>();
     row.name = name;
-    const bool attacks = std::string_view(name).find("attack") != std::string_view::npos;
+    const bool attacks = std::ranges::any_of(kAttackNames, [name](std::string_view part) {
+        return std::string_view(name).find(part) != std::string_view::npos;
+    });
     row.frameCount = dice.once(16) ? 0 : 1 + dice.roll(3);
     row.frames = rows<Frame>(row.frameCount, [&](std::size_t) { return frame(dice, attacks); });
     row.loop = dice.once(2);
-    for (const auto member : kFrameNumbers) row.*member = dice.once(8) ? dice.number(0, 3) : -1;
+    for (const auto member : kFrameNumbers) row.*member = dice.once(7) ? dice.number(0, 3) : -1;
     for (const auto member : kModelsOfAnimation) row.*member = rareModel(dice);
     row.cancelCount = dice.once(6) ? 1 + dice.roll(2) : 0;
     row.cancels =
@@ -282,10 +287,10 @@ Stage RandomGame::stage(Dice dice, std::size_t index) {
     row.scrollSpeed = dice.once(4) ? dice.number(0, 4) : 0;
     row.campaignEnd = dice.once(6);
     row.completeBg = 0;
-    row.zMin = dice.number(150, 180);
-    row.zMax = dice.number(180, 240);
-    row.playerStartX = dice.number(0, 200);
-    row.playerStartZ = dice.number(160, 230);
+    row.zMin = dice.number(160, 180);
+    row.zMax = dice.number(190, 220);
+    row.playerStartX = dice.number(0, 120);
+    row.playerStartZ = dice.number(175, 205);
     row.nextStage = dice.pick(kNextStages);
     row.branchName = dice.pick(kBranches);
     row.levelScript = rareScript(dice);
@@ -303,7 +308,7 @@ Stage RandomGame::stage(Dice dice, std::size_t index) {
         layer.path = dice.pick(kPictures);
         return layer;
     });
-    row.spawnCount = dice.roll(8);
+    row.spawnCount = dice.roll(10);
     row.spawns =
         rows<generated::Spawn>(row.spawnCount, [&](std::size_t i) { return spawn(dice, i); });
     row.geometryCount = dice.roll(3);
@@ -322,9 +327,9 @@ Stage RandomGame::stage(Dice dice, std::size_t index) {
         step.path = "scenes/absent";
         return step;
     };
-    row.sceneAnimationCount = dice.roll(2);
+    row.sceneAnimationCount = dice.once(8) ? 1 : 0;
     row.sceneAnimations = rows<generated::CutsceneAnimation>(row.sceneAnimationCount, scene);
-    row.postSceneAnimationCount = dice.roll(2);
+    row.postSceneAnimationCount = dice.once(8) ? 1 : 0;
     row.postSceneAnimations =
         rows<generated::CutsceneAnimation>(row.postSceneAnimationCount, scene);
     return row;
