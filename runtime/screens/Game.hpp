@@ -103,7 +103,7 @@ struct Game {
 
     PlayerDrive drive = PlayerDrive::Devices;
     bool skipsMenus = false;  // nobody is there to choose: play goes on at once
-    int extraLives = 0;  // that players of a new game have beyond the stage's
+    int extraLives = 0;       // that players of a new game have beyond the stage's
     Recorder recorder;
 
     [[nodiscard]] Tick tick() { return {world, drive, input, config, scripts, events}; }
