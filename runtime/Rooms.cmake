@@ -118,7 +118,7 @@ function(port_add_rooms folder)
     # Worlds agree across processors only without fused multiplications, also where another source
     # compiles an inline function of the room.
     if(MSVC)
-      target_compile_options(port_${room} ${scope} /utf-8 /fp:precise)
+      target_compile_options(port_${room} ${scope} /utf-8 /fp:precise /Zc:preprocessor)
     else()
       target_compile_options(port_${room} ${scope} -ffp-contract=off)
     endif()

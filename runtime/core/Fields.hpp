@@ -14,19 +14,19 @@
 // whether the list is whole.
 
 #include <cstddef>
+#include <initializer_list>
 #include <type_traits>
 #include <utility>
 
 #define PORT_VISIT_FIELD(name) visit(#name, self.name);
-#define PORT_COUNT_FIELD(name) +1
+#define PORT_COUNT_FIELD(name) 1,
 
-#define PORT_FIELDS(...)                                        \
-    template <class Self, class Visit>                          \
-    static void visitFields(Self& self, Visit&& visit) {        \
-        PORT_EACH(PORT_VISIT_FIELD, __VA_ARGS__)                \
-    }                                                           \
-    static constexpr std::size_t kListedFields = std::size_t {} \
-    PORT_EACH(PORT_COUNT_FIELD, __VA_ARGS__);
+#define PORT_FIELDS(...)                                 \
+    template <class Self, class Visit>                   \
+    static void visitFields(Self& self, Visit&& visit) { \
+        PORT_EACH(PORT_VISIT_FIELD, __VA_ARGS__)         \
+    }                                                    \
+    static constexpr std::size_t kListedFields = PORT_COUNT(__VA_ARGS__);
 
 #define PORT_DERIVED_FIELDS(Base, ...)                   \
     template <class Self, class Visit>                   \
@@ -34,8 +34,9 @@
         Base::visitFields(self, visit);                  \
         PORT_EACH(PORT_VISIT_FIELD, __VA_ARGS__)         \
     }                                                    \
-    static constexpr std::size_t kListedFields =         \
-        std::size_t{1} PORT_EACH(PORT_COUNT_FIELD, __VA_ARGS__);
+    static constexpr std::size_t kListedFields = 1 + PORT_COUNT(__VA_ARGS__);
+
+#define PORT_COUNT(...) std::initializer_list<int>{PORT_EACH(PORT_COUNT_FIELD, __VA_ARGS__)}.size()
 
 // PORT_EACH(macro, a, b, ...): macro(a) macro(b) ..., for up to 342 of them.
 #define PORT_EACH(macro, ...) __VA_OPT__(PORT_RESCAN(PORT_EACH_STEP(macro, __VA_ARGS__)))

@@ -33,7 +33,8 @@ class EntityList {
     // Visits all, also those that the visits add.
     template <class Visit>
     void visit(Visit visit) {
-        for (std::size_t next = 0; next < entities_.size(); ++next) visit(entities_[next]);
+        std::size_t next = 0;
+        while (next < entities_.size()) visit(entities_[next++]);
     }
 
     [[nodiscard]] std::size_t size() const { return entities_.size(); }
