@@ -55,27 +55,54 @@ class RandomPlayer final : public port::Pilot {
         }
         if (run_.players % 16 == 9) game.drive = port::PlayerDrive::Nobody;
         if (run_.players % 16 == 1) game.drive = port::PlayerDrive::SelfCheck;
+        game.skipsMenus = run_.players % 8 != 7;
         game.world.stage.index = run_.firstStage;
         port::beginGame(game);
         return true;
     }
     port::TickInput next(const port::Game& game) override {
-        if (wait_ == 0) move(game.config);
-        --wait_;
+        if (game.frontend.state != port::FrontendState::Playing) {
+            chooseInMenu();
+        } else if (wait_ == 0 || menuPasses_ > 0) {
+            move(game.config);
+        } else {
+            --wait_;
+        }
         return port::nextInput(game.input, held_);
     }
-    bool goesOn(const port::Game&) override { return true; }
+    // Who does not find the way out of the menus gives up.
+    bool goesOn(const port::Game& game) override {
+        constexpr int kPatience = 100;
+        menuPasses_ = game.frontend.state == port::FrontendState::Playing ? 0 : menuPasses_ + 1;
+        return menuPasses_ < kPatience;
+    }
     int result(const port::Game&) override { return 0; }
 
   private:
     // From the first again when all are done.
     unsigned nextByte() { return run_.moves.empty() ? 0 : run_.moves[next_++ % run_.moves.size()]; }
+    // Every other pass, mostly what leads back to play.
+    void chooseInMenu() {
+        const bool released = held_.keys.none();
+        held_ = {};
+        if (!released) return;
+        constexpr int kKeys[] = {port::kKeyEnter,
+                                 port::kKeyEnter,
+                                 port::kKeyEnter,
+                                 port::kKeyEnter,
+                                 port::kKeyEscape,
+                                 37,
+                                 39,
+                                 40};
+        held_.keys.set(static_cast<std::size_t>(kKeys[nextByte() % std::size(kKeys)]));
+    }
     void move(const port::RuntimeConfig& config) {
         const unsigned buttons = nextByte();
         const unsigned how = nextByte();
-        wait_ = 1 + nextByte() % 40;
+        wait_ = nextByte() % 40;
         if (how % 8 < 4) {
-            pad(held_.pads[how % 4], buttons | (how / 8) << 8U);
+            const unsigned who = how % 4 == 3 ? how / 8 % port::kPadCount : 0;
+            pad(held_.pads[who], buttons | (how / 8) << 8U);
             return;
         }
         const int keys[] = {config.keyLeft,   config.keyRight, config.keyUp,  config.keyDown,
@@ -113,6 +140,7 @@ class RandomPlayer final : public port::Pilot {
     port::HeldInput held_;
     std::size_t next_ = 0;
     unsigned wait_ = 0;
+    int menuPasses_ = 0;
 };
 
 }  // namespace

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "Engine.hpp"
+#include "Log.hpp"
 #include "Require.hpp"
 #include "WorldHash.hpp"
 
@@ -121,6 +123,11 @@ void playTwice(const std::filesystem::path& root, int mostPasses,
         auto engine = std::make_unique<port::Engine>(nullDevices());
         engine->setPilot(std::make_unique<ShortFlight>(pilot(), mostPasses));
         if (engine->initialize(root)) engine->run();
+        const port::World& world = engine->game().world;
+        port::logLine("FUZZ tick=", world.tick, " entities=", world.entities.size(),
+                      " came=", world.entities.nextHandle(),
+                      " projectiles=", world.projectiles.size(),
+                      " screen=", static_cast<int>(engine->game().frontend.state));
         return engine;
     };
     const auto first = play();
@@ -132,6 +139,7 @@ void playTwice(const std::filesystem::path& root, int mostPasses,
 }
 
 void silence() {
+    if (std::getenv("TINDREL_FUZZ_LOG")) return;
     std::cout.setstate(std::ios::badbit);
     std::cerr.setstate(std::ios::badbit);
 }

@@ -26,7 +26,7 @@ class FuzzPorts {
 void playTwice(const std::filesystem::path& root, int mostPasses,
                const std::function<std::unique_ptr<port::Pilot>()>& pilot);
 
-// Nothing that the runtime says is printed any more.
+// Nothing that the runtime says is printed any more, unless TINDREL_FUZZ_LOG is set.
 void silence();
 
 }  // namespace tindrel::fuzz

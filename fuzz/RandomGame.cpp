@@ -21,16 +21,16 @@ constexpr const char* kTypes[] = {"enemy",    "enemy",  "enemy",    "enemy",    
                                   "trap",     "",       "steamer",  "text"};
 constexpr const char* kSubtypes[] = {"", "", "", "follow", "weapon", "both", "projectile", "chase"};
 // Every actor of a real game has these.
-constexpr const char* kUsualAnimations[] = {"idle", "walk", "attack1", "pain",
-                                            "fall", "rise", "death",   "jump"};
+constexpr const char* kUsualAnimations[] = {"idle", "walk",  "attack1", "pain",    "fall",
+                                            "rise", "death", "jump",    "attack2", "jumpattack"};
 constexpr const char* kFurtherAnimations[] = {
-    "attack2",  "attack3",    "attack4",  "runattack", "jumpattack", "run",     "spawn",
-    "block",    "grab",       "throw1",   "shoot1",    "grabattack", "special", "freespecial",
-    "dodge",    "follow1",    "follow2",  "follow3",   "land",       "charge",  "blockpain",
-    "bdeath",   "guardbreak", "pickup",   "get",       "spain",      "shock",   "burn",
-    "bpain",    "pain2",      "fall2",    "rise2",     "death2",     "up",      "down",
-    "backwalk", "throw",      "thrown",   "respawn",   "select",     "dash",    "grabwalk",
-    "upper",    "custom",     "attack99", ""};
+    "attack3",  "attack4", "runattack",  "run",     "spawn",       "block",    "grab",
+    "throw1",   "shoot1",  "grabattack", "special", "freespecial", "dodge",    "follow1",
+    "follow2",  "follow3", "land",       "charge",  "blockpain",   "bdeath",   "guardbreak",
+    "pickup",   "get",     "spain",      "shock",   "burn",        "bpain",    "pain2",
+    "fall2",    "rise2",   "death2",     "up",      "down",        "backwalk", "throw",
+    "thrown",   "respawn", "select",     "dash",    "grabwalk",    "upper",    "custom",
+    "attack99", ""};
 constexpr std::string_view kAttackNames[] = {"attack", "special", "follow", "shoot", "fall"};
 constexpr const char* kCommandSequences[] = {"D,F,A",  "f,f",     "A1,A1", "A+J",  "f,>A",
                                              "hold,A", "s",       "",      ",,,",  "B,F,A1",
@@ -149,10 +149,11 @@ generated::Cancel cancel(Dice& dice) {
     return row;
 }
 
-generated::Spawn spawn(Dice& dice, std::size_t index) {
+generated::Spawn spawn(Dice& dice, std::size_t index, std::size_t models) {
     auto row = dice.value<generated::Spawn>();
     row.id = dice.number(static_cast<int>(index), static_cast<int>(index));
-    row.model = dice.odd() ? dice.word() : dice.pick(kModelNames);
+    row.model =
+        dice.odd() ? dice.word() : kModelNames[dice.roll(static_cast<std::uint32_t>(models))];
     row.spawnScript = dice.pick(kSpawnScripts);
     row.x = dice.once(2) ? dice.number(-20, 120) : dice.number(-40, 400);
     row.z = dice.number(175, 205);
@@ -243,7 +244,7 @@ Character RandomGame::model(Dice dice, std::size_t index) {
     row.attackChainCount = dice.roll(4);
     if (row.attackChainCount > 0) {
         row.attackChain =
-            rows<int>(row.attackChainCount, [&](std::size_t) { return dice.number(1, 4); });
+            rows<int>(row.attackChainCount, [&](std::size_t) { return dice.number(1, 2); });
     }
     row.commandCount = dice.roll(3);
     if (row.commandCount > 0) {
@@ -309,8 +310,8 @@ Stage RandomGame::stage(Dice dice, std::size_t index) {
         return layer;
     });
     row.spawnCount = dice.roll(10);
-    row.spawns =
-        rows<generated::Spawn>(row.spawnCount, [&](std::size_t i) { return spawn(dice, i); });
+    row.spawns = rows<generated::Spawn>(row.spawnCount,
+                                        [&](std::size_t i) { return spawn(dice, i, models_); });
     row.geometryCount = dice.roll(3);
     row.geometry =
         rows<generated::Geometry>(row.geometryCount, [&](std::size_t) { return geometry(dice); });
@@ -319,8 +320,10 @@ Stage RandomGame::stage(Dice dice, std::size_t index) {
         rows<generated::StageEvent>(row.eventCount, [&](std::size_t i) { return event(dice, i); });
     row.instructionCount = dice.once(3) ? 0 : row.spawnCount + row.eventCount;
     row.instructions = rows<generated::StageInstruction>(row.instructionCount, [&](std::size_t i) {
-        const int number = static_cast<int>(i);
-        return generated::StageInstruction{number, dice.number(0, 1), dice.number(0, number)};
+        const bool isEvent = i >= row.spawnCount;
+        const int refId = static_cast<int>(isEvent ? i - row.spawnCount : i);
+        return generated::StageInstruction{static_cast<int>(i), dice.once(16) ? 1 : int{isEvent},
+                                           dice.number(refId, refId)};
     });
     const auto scene = [&](std::size_t) {
         auto step = dice.value<generated::CutsceneAnimation>();
@@ -340,8 +343,8 @@ RandomGame::RandomGame(Choices& choices) {
     std::vector<Stage> stages;
     const unsigned shape = choices.next();
     const std::size_t stageCount = 1 + (shape & 1U) + (shape >> 1U & 1U);
-    const std::size_t modelCount = 1 + (shape >> 2U) % kMostModels;
-    for (std::size_t i = 0; i < modelCount; ++i) models.push_back(model(choices.dice(), i));
+    models_ = 1 + (shape >> 2U) % kMostModels;
+    for (std::size_t i = 0; i < models_; ++i) models.push_back(model(choices.dice(), i));
     for (std::size_t i = 0; i < stageCount; ++i) stages.push_back(stage(choices.dice(), i));
     setTables(models, stages);
 }

@@ -62,6 +62,7 @@ class RandomGame {
     generated::Animation animation(Dice& dice, const char* name);
     generated::Stage stage(Dice dice, std::size_t index);
 
+    std::size_t models_ = 0;
     std::vector<std::shared_ptr<const void>> kept_;
 };
 

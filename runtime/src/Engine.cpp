@@ -14,6 +14,7 @@
 #include "PlayScreen.hpp"
 #include "Players.hpp"
 #include "StageLoading.hpp"
+#include "StageRules.hpp"
 #include "TextFields.hpp"
 #include "WorldHash.hpp"
 
@@ -44,7 +45,7 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
         warnLine("Audio warning: ", game_.audio.lastError());
     }
     logServices();
-    if (generated::kStageCount > 0) game_.world.stage.row = &generated::kStages[0];
+    if (generated::kStageCount > 0) game_.world.stage = freshStageRun(0);
     loadFrontend(game_);
     choosePlayerModel();
     if (pilot_) return pilot_->start(game_);
