@@ -14,19 +14,18 @@
 // whether the list is whole.
 
 #include <cstddef>
-#include <initializer_list>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
 #define PORT_VISIT_FIELD(name) visit(#name, self.name);
-#define PORT_COUNT_FIELD(name) 1,
 
 #define PORT_FIELDS(...)                                 \
     template <class Self, class Visit>                   \
     static void visitFields(Self& self, Visit&& visit) { \
         PORT_EACH(PORT_VISIT_FIELD, __VA_ARGS__)         \
     }                                                    \
-    static constexpr std::size_t kListedFields = PORT_COUNT(__VA_ARGS__);
+    static constexpr std::size_t kListedFields = ::port::fields::countNames(#__VA_ARGS__);
 
 #define PORT_DERIVED_FIELDS(Base, ...)                   \
     template <class Self, class Visit>                   \
@@ -34,9 +33,7 @@
         Base::visitFields(self, visit);                  \
         PORT_EACH(PORT_VISIT_FIELD, __VA_ARGS__)         \
     }                                                    \
-    static constexpr std::size_t kListedFields = 1 + PORT_COUNT(__VA_ARGS__);
-
-#define PORT_COUNT(...) std::initializer_list<int>{PORT_EACH(PORT_COUNT_FIELD, __VA_ARGS__)}.size()
+    static constexpr std::size_t kListedFields = 1 + ::port::fields::countNames(#__VA_ARGS__);
 
 // PORT_EACH(macro, a, b, ...): macro(a) macro(b) ..., for up to 342 of them.
 #define PORT_EACH(macro, ...) __VA_OPT__(PORT_RESCAN(PORT_EACH_STEP(macro, __VA_ARGS__)))
@@ -52,6 +49,13 @@
 
 namespace port {
 namespace fields {
+
+// Of a list with commas between them.
+constexpr std::size_t countNames(std::string_view list) {
+    std::size_t count = list.empty() ? 0 : 1;
+    for (const char c : list) count += c == ',' ? 1 : 0;
+    return count;
+}
 
 // Stands for a field of any type where only the number of fields counts.
 struct Any {
