@@ -32,9 +32,25 @@ constexpr const char* kFurtherAnimations[] = {
     "thrown",   "respawn", "select",     "dash",    "grabwalk",    "upper",    "custom",
     "attack99", ""};
 constexpr std::string_view kAttackNames[] = {"attack", "special", "follow", "shoot", "fall"};
-constexpr const char* kCommandSequences[] = {"D,F,A",  "f,f",     "A1,A1", "A+J",  "f,>A",
-                                             "hold,A", "s",       "",      ",,,",  "B,F,A1",
-                                             "J",      "D,D,D,D", "A2",    "u+a1", "zzz"};
+constexpr const char* kCommandSequences[] = {"a",
+                                             "f f",
+                                             "d f a",
+                                             "a + j",
+                                             "f +[4] a",
+                                             "u",
+                                             "j",
+                                             "a a",
+                                             "b[3][20] a",
+                                             "*a",
+                                             "~a",
+                                             "d :[20] a | j",
+                                             "s",
+                                             "a2",
+                                             "r[2147483648",
+                                             "a[-1]] :[0] :[",
+                                             "",
+                                             "+ | +",
+                                             "x y z"};
 constexpr const char* kDefenceTypes[] = {"normal", "normal1", "all",     "blast", "burn",
                                          "freeze", "shock",   "steal",   "land",  "normal9",
                                          "",       "NORMAL2", "normal-1"};
@@ -210,7 +226,16 @@ Animation RandomGame::animation(Dice& dice, const char* name) {
             ? nullptr
             : rows<generated::Cancel>(row.cancelCount, [&](std::size_t) { return cancel(dice); });
     row.inlineScript = dice.once(24) ? dice.pick(kFrameCommands) : "";
-    if (!dice.once(6)) row.energyCost = 0;
+    row.energyCost = dice.once(6) ? dice.number(1, 10) : 0;
+    row.energyMode = dice.number(0, 3);
+    if (dice.once(4)) row.followAnim = dice.number(1, 3);
+    row.followCond = dice.number(0, 5);
+    if (dice.once(6)) {
+        row.counterStart = 0;
+        row.counterEnd = dice.number(0, 3);
+        row.counterCond = dice.number(0, 5);
+        row.followAnim = 1;
+    }
     return row;
 }
 
@@ -226,6 +251,8 @@ Character RandomGame::model(Dice dice, std::size_t index) {
     row.speed = dice.fraction(0, 3);
     row.runSpeed = dice.fraction(0, 5);
     row.subjectToGravity = !dice.once(4);
+    row.comboStyle = dice.number(0, 3);
+    row.bounce = dice.once(3) ? dice.number(1, 3) : 0;
     row.jugglePoints = dice.number(0, 4);
     row.blockOdds = dice.number(-1, 4);
     row.aggression = dice.number(-100, 100);
@@ -241,10 +268,11 @@ Character RandomGame::model(Dice dice, std::size_t index) {
     for (const auto member : kModelsOfCharacter) row.*member = rareModel(dice);
     for (const auto member : kScriptsOfCharacter) row.*member = rareScript(dice);
 
-    row.attackChainCount = dice.roll(4);
+    row.attackChainCount = dice.roll(6);
     if (row.attackChainCount > 0) {
-        row.attackChain =
-            rows<int>(row.attackChainCount, [&](std::size_t) { return dice.number(1, 2); });
+        row.attackChain = rows<int>(row.attackChainCount, [&](std::size_t) {
+            return dice.once(5) ? 0 : dice.number(1, 2);
+        });
     }
     row.commandCount = dice.roll(3);
     if (row.commandCount > 0) {
