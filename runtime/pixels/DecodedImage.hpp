@@ -33,7 +33,7 @@ constexpr std::size_t kMaxImagePixels = 64'000'000;
 // False and a message for an empty or oversized picture.
 [[nodiscard]] bool checkImageSize(std::uint64_t width, std::uint64_t height, std::string& error);
 
-// Sets `error` to the parts in a row and returns false, for the end of a failing decoder.
+// Sets `error` to its pieces in a row and returns false, for the end of a failing decoder.
 template <class... Parts>
 bool failImage(std::string& error, const Parts&... parts) {
     std::ostringstream text;
