@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "Factions.hpp"
 #include "ModelFacts.hpp"
@@ -19,7 +20,7 @@ constexpr float kPickupX = 24;
 constexpr float kPickupZ = 18;
 // How far ahead it looks for holes and walls.
 constexpr float kLookAhead = 28;
-constexpr float kLookStep = 8;
+constexpr int kLookStep = 8;
 // Passes without getting on before it jumps, and before it tries another depth.
 constexpr int kJumpAfter = 20;
 constexpr int kTurnAfter = 60;
@@ -76,10 +77,12 @@ bool weaponIsNear(const World& world, const PlayerActor& player) {
 
 // The way in depth to the nearest free place ahead; 0 where it is free or nowhere is.
 int wayRound(const generated::Stage& stage, float ahead, float z) {
-    const auto depth = static_cast<float>(std::max(0, stage.zMax - stage.zMin));
-    for (float step = kLookStep; step <= depth; step += kLookStep) {
+    // Deeper ones are walked along only so far.
+    constexpr std::int64_t kFarthest = 400;
+    const auto depth = std::min<std::int64_t>(kFarthest, std::int64_t{stage.zMax} - stage.zMin);
+    for (int step = kLookStep; step <= depth; step += kLookStep) {
         for (const int side : {1, -1}) {
-            const float there = z + step * static_cast<float>(side);
+            const float there = z + static_cast<float>(step * side);
             const bool inside =
                 there >= static_cast<float>(stage.zMin) && there <= static_cast<float>(stage.zMax);
             if (inside && !spawnPointBlocked(stage, ahead, there)) return side;
