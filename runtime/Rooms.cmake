@@ -24,7 +24,7 @@ set(port_script_uses core)
 set(port_script_units
   ScriptBuiltins ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
   ScriptLimits ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
-  ScriptValue ScriptVM Scripts)
+  ScriptValue ScriptVM Scripts UnansweredNames)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units

@@ -46,9 +46,10 @@ class Engine final : public ScriptHost {
     // To look at and to set up; the loop is not running.
     [[nodiscard]] Game& game() { return game_; }
 
-    ScriptValue callScriptFunction(const std::string& name, const std::vector<ScriptValue>& args,
-                                   ScriptContext& context,
-                                   std::vector<std::string>& unsupported) override;
+    [[nodiscard]] const HostFunction* findHostFunction(std::string_view loweredName) const override;
+    bool callHostFunction(const HostFunction& function, std::span<const ScriptValue> args,
+                          ScriptContext& context, UnansweredNames& unsupported,
+                          ScriptValue& result) override;
 
   private:
     // Start, in order.

@@ -7,11 +7,14 @@
 #include <filesystem>
 #include <memory>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <variant>
 #include <vector>
+
+#include "UnansweredNames.hpp"
 
 namespace port {
 
@@ -48,18 +51,29 @@ struct ScriptContext {
 struct ScriptRunResult {
     bool ok = true;
     std::string error;
-    std::vector<std::string> unsupported;
+    UnansweredNames unsupported;
 };
+
+// A function of the host: a row of its own table, which the machine only hands back.
+struct HostFunction;
 
 // Answers the calls that the language itself does not settle.
 class ScriptHost {
   public:
     virtual ~ScriptHost() = default;
-    // A call that nothing answers is added to `unsupported` and yields the empty value.
-    virtual ScriptValue callScriptFunction(const std::string& name,
-                                           const std::vector<ScriptValue>& args,
-                                           ScriptContext& context,
-                                           std::vector<std::string>& unsupported) = 0;
+    // Asked once for each call that stands in a script; null for a name that is none of its own.
+    [[nodiscard]] virtual const HostFunction* findHostFunction(
+        std::string_view loweredName) const = 0;
+    // False if the function is not for these arguments: the call counts as one that nothing
+    // answers. `result` is empty before the call. May run further scripts.
+    virtual bool callHostFunction(const HostFunction& function, std::span<const ScriptValue> args,
+                                  ScriptContext& context, UnansweredNames& unsupported,
+                                  ScriptValue& result) = 0;
+
+    // Both at once, by a name as a script spells it. What nothing answers is added to
+    // `unsupported` and yields the empty value.
+    ScriptValue callScriptFunction(std::string_view name, std::span<const ScriptValue> args,
+                                   ScriptContext& context, UnansweredNames& unsupported);
 };
 
 // What a break or continue outside any loop throws out of a run. They are no std::exception:
@@ -77,8 +91,8 @@ class ScriptVM {
     // The folder below which script files are found. Forgets all scripts; not during a run.
     void setRoot(const std::filesystem::path& root);
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
-    // Not owned; null for none.
-    void setHost(ScriptHost* host) { host_ = host; }
+    // Not owned; null for none. Forgets all scripts, whose calls are resolved; not during a run.
+    void setHost(ScriptHost* host);
     [[nodiscard]] ScriptHost* host() const { return host_; }
     // Variables that all scripts of the game share.
     [[nodiscard]] std::unordered_map<std::string, ScriptValue>& globals() { return globals_; }

@@ -1,7 +1,7 @@
 #include "ScriptExec.hpp"
 
 #include <algorithm>
-#include <iterator>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -25,7 +25,7 @@ bool spend(ScriptValue& value) {
 
 }  // namespace
 
-void Exec::begin(ScriptHost* host, ScriptContext& context, std::vector<std::string>& unsupported) {
+void Exec::begin(ScriptHost* host, ScriptContext& context, UnansweredNames& unsupported) {
     host_ = host;
     context_ = &context;
     unsupported_ = &unsupported;
@@ -267,7 +267,6 @@ void Exec::popFrame() {
 void Exec::reset() {
     while (!frames_.empty()) popFrame();
     for (ScriptValue& value : stack_) release(value);
-    hostArgs_.clear();
 }
 
 // A break or continue that no loop of its function holds goes on in the nearest loop, or for a
@@ -321,35 +320,32 @@ ScriptValue* Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptVa
 // A host may run further scripts. A break or continue that leaves such a run passes through the
 // host and concerns the loops around the call.
 ScriptValue* Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* top) {
-    ScriptValue* const args = top - site.count;
-    hostArgs_.assign(std::make_move_iterator(args), std::make_move_iterator(top));
-    if (host_ != nullptr) {
-        const auto leaveBy = [&](bool breaks) {
-            hostArgs_.clear();
-            forgetVariables();
-            escape(breaks, next, top);
-            return nullptr;
-        };
-        try {
-            ScriptValue result =
-                host_->callScriptFunction(*site.name, hostArgs_, *context_, *unsupported_);
-            take(*args, result);
-        } catch (const BreakSignal&) {
-            return leaveBy(true);
-        } catch (const ContinueSignal&) {
-            return leaveBy(false);
-        }
+    const std::span<ScriptValue> args(top - site.count, site.count);
+    const std::size_t noted = unsupported_->names().size();
+    ScriptValue result;
+    bool answered = false;
+    const auto leaveBy = [&](bool breaks) {
         forgetVariables();
-        charge(unsupported_->size() / kReportsPerStep);
-    } else {
-        auto& names = *unsupported_;
-        if (std::find(names.begin(), names.end(), *site.name) == names.end()) {
-            names.push_back(*site.name);
-        }
-        args->emplace<std::monostate>();
+        escape(breaks, next, top);
+        return nullptr;
+    };
+    try {
+        answered = site.host != nullptr &&
+                   host_->callHostFunction(*site.host, args, *context_, *unsupported_, result);
+    } catch (const BreakSignal&) {
+        return leaveBy(true);
+    } catch (const ContinueSignal&) {
+        return leaveBy(false);
     }
-    hostArgs_.clear();
-    return args + 1;
+    if (site.host != nullptr) forgetVariables();
+    if (!answered) {
+        result = {};
+        unsupported_->add(*site.name);
+    }
+    charge(kEntrySteps * (unsupported_->names().size() - noted));
+    for (ScriptValue& arg : args) release(arg);
+    take(*args.data(), result);
+    return args.data() + 1;
 }
 
 // --- Variables of the context

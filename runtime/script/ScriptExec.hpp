@@ -28,7 +28,7 @@ class Exec {
           random_(random) {}
 
     // The world of the calls that follow.
-    void begin(ScriptHost* host, ScriptContext& context, std::vector<std::string>& unsupported);
+    void begin(ScriptHost* host, ScriptContext& context, UnansweredNames& unsupported);
     // Runs a function without arguments. Throws std::runtime_error for what ends a run, and
     // BreakSignal or ContinueSignal for one that no loop caught.
     void call(Function& function);
@@ -109,13 +109,12 @@ class Exec {
     std::mt19937& random_;
     ScriptHost* host_ = nullptr;
     ScriptContext* context_ = nullptr;
-    std::vector<std::string>* unsupported_ = nullptr;
+    UnansweredNames* unsupported_ = nullptr;
 
     std::vector<ScriptValue> stack_;
     std::vector<Slot> slots_;
     std::vector<std::int32_t> counters_;
     std::vector<Frame> frames_;
-    std::vector<ScriptValue> hostArgs_;
     std::vector<Known> known_;  // by name
     std::uint64_t epoch_ = 0;
 };

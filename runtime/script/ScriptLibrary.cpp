@@ -25,6 +25,11 @@ std::string frameText(std::string_view command) {
     return text;
 }
 
+UnansweredNames::Complaints listed(std::vector<std::string> complaints) {
+    if (complaints.empty()) return nullptr;
+    return std::make_shared<const std::vector<std::string>>(std::move(complaints));
+}
+
 }  // namespace
 
 fs::path ScriptLibrary::find(std::string_view raw, const fs::path& relative) {
@@ -50,7 +55,7 @@ void ScriptLibrary::pay(const PreprocessorState& state, const PreprocessorState&
 
 std::size_t ScriptLibrary::compile(Function& function) {
     if (full()) throw std::runtime_error(kFull);
-    const std::size_t work = script::compile(function);
+    const std::size_t work = script::compile(function, host_);
     kept_ += function.code.size() * sizeof(Instr);
     return work / kCompiledPerStep;
 }
@@ -72,7 +77,7 @@ const Script& ScriptLibrary::load(const fs::path& path) {
     state.imported.insert(PathEncoding::utf8(path));
     std::string expanded = preprocessScript(sources_, path, *text, state);
     pay(state, {});
-    known->unsupported = std::move(state.unsupported);
+    known->complaints = listed(std::move(state.unsupported));
     known->program = program(std::move(expanded));
     return *known;
 }
@@ -123,7 +128,10 @@ void ScriptLibrary::build(Command& command, const Helper& helper, const fs::path
     PreprocessorState state = helper.state;
     std::string expanded = preprocessScript(sources_, path, frameText(text), state);
     pay(state, helper.state);
-    script.unsupported = std::move(state.unsupported);
+    // What the helper says already stands in a list of its own.
+    script.complaints = helper.script != nullptr && state.unsupported == helper.state.unsupported
+                            ? helper.script->complaints
+                            : listed(std::move(state.unsupported));
     Program* const base = helper.script ? helper.script->program.get() : nullptr;
     script.program = program(expanded, base);
     const bool stands = base == nullptr || (helper.closed && script.program->functions.size() == 1);

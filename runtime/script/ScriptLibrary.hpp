@@ -13,13 +13,14 @@
 #include "ScriptCode.hpp"
 #include "ScriptLimits.hpp"
 #include "ScriptPreprocessor.hpp"
+#include "ScriptVM.hpp"
 
 namespace port::script {
 
 // A script ready to run, or `error` instead of a program.
 struct Script {
     std::string error;
-    std::vector<std::string> unsupported;
+    UnansweredNames::Complaints complaints;  // of preprocessing; null for none
     std::unique_ptr<Program> program;
 };
 
@@ -32,7 +33,9 @@ struct Command {
 
 class ScriptLibrary {
   public:
-    explicit ScriptLibrary(const std::filesystem::path& root) : sources_(root) {}
+    // The calls of its scripts are answered by `host`, which may be null.
+    ScriptLibrary(const std::filesystem::path& root, const ScriptHost* host)
+        : sources_(root), host_(host) {}
 
     const Script& file(std::string_view raw);
     const Command& command(std::string_view rawHelper, std::string_view text);
@@ -63,6 +66,7 @@ class ScriptLibrary {
                std::string_view text);
 
     ScriptSources sources_;
+    const ScriptHost* host_;
     Names names_;
     TextMap<std::unique_ptr<Script>> scripts_;  // by UTF-8 path
     TextMap<const Script*> files_;              // by the name that was asked for

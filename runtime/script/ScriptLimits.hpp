@@ -24,8 +24,6 @@ inline constexpr std::size_t kExpandedPerStep = 4;
 inline constexpr std::size_t kCompiledPerStep = 4;
 // Steps that one element, named entry or variable costs, so that memory is bounded by the steps.
 inline constexpr std::size_t kEntrySteps = 16;
-// Entries of the list of unanswered calls that a host passes for one step.
-inline constexpr std::size_t kReportsPerStep = 4;
 
 // --- Running
 
@@ -71,7 +69,7 @@ inline constexpr int kMaxPasses = 16;
 inline constexpr std::size_t kMaxLineGrowth = std::size_t{1} << 22U;
 // What the look-up of an include weighs against kMaxConsumedText, about its time.
 inline constexpr std::size_t kIncludeWeight = 256;
-// Complaints that are listed; every run of the script copies and logs them.
+// Complaints that are listed and logged.
 inline constexpr std::size_t kMaxReports = 1000;
 // A longer include is expanded again each time; so many fit below kMaxExpandedText.
 inline constexpr std::size_t kMaxRemembered = std::size_t{1} << 20U;

@@ -276,10 +276,13 @@ int Engine::runSmokeGame(int frames) {
     return result;
 }
 
-ScriptValue Engine::callScriptFunction(const std::string& name, const std::vector<ScriptValue>&,
-                                       ScriptContext&, std::vector<std::string>& unsupported) {
-    if (std::ranges::find(unsupported, name) == unsupported.end()) unsupported.push_back(name);
-    return {};
+const HostFunction* Engine::findHostFunction(std::string_view) const {
+    return nullptr;
+}
+
+bool Engine::callHostFunction(const HostFunction&, std::span<const ScriptValue>, ScriptContext&,
+                              UnansweredNames&, ScriptValue&) {
+    return false;
 }
 
 }  // namespace port

@@ -100,12 +100,12 @@ TEST_F(EngineTest, MenuLabelsAndUnlocksAreReadLeniently) {
 
 TEST_F(EngineTest, AScriptCallThatNothingAnswersIsNotedOnceARun) {
     ScriptContext context;
-    std::vector<std::string> unsupported;
+    UnansweredNames unsupported;
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(engine.callScriptFunction("summonDragon", {}, context, unsupported),
                   ScriptValue());
     }
-    EXPECT_EQ(unsupported, std::vector<std::string>{"summonDragon"});
+    EXPECT_EQ(unsupported.names(), std::vector<std::string>{"summonDragon"});
     ASSERT_TRUE(initialize());
     EXPECT_EQ(folder.read("logs/script-vm.log"),
               "levelscript\tscripts/level.c\tunsupported=nosuchfunction\n");

@@ -197,13 +197,13 @@ TEST(ScriptRuns, HostileNestingIsAnError) {
 TEST(ScriptRuns, ReportWhatNobodyKnows) {
     Trial trial;
     const char* text = "#pragma once\nvoid main() { Strange(1); strange(); Strange(2); say(1); }";
-    EXPECT_EQ(trial.script(text).unsupported,
-              (std::vector<std::string>{"preprocessor:pragma", "Strange", "strange", "Strange"}));
+    EXPECT_EQ(trial.script(text).unsupported.all(),
+              (std::vector<std::string>{"preprocessor:pragma", "Strange", "strange"}));
     trial.vm.setHost(nullptr);
     for (int run = 0; run < 3; ++run) {  // however often it ran
         const ScriptRunResult result = trial.vm.runFile("trial0.c", trial.context);
         EXPECT_TRUE(result.ok);
-        EXPECT_EQ(result.unsupported,
+        EXPECT_EQ(result.unsupported.all(),
                   (std::vector<std::string>{"preprocessor:pragma", "Strange", "strange", "say"}));
     }
 }
@@ -276,7 +276,7 @@ TEST(ScriptRuns, AnimationCommandsStandOnTheirHelper) {
             EXPECT_EQ(result.error, row.error);
             const bool reports = std::string_view(row.helper).ends_with("ELPER.c");
             if (reports) {
-                EXPECT_EQ(result.unsupported, std::vector<std::string>{"preprocessor:undef"});
+                EXPECT_EQ(result.unsupported.all(), std::vector<std::string>{"preprocessor:undef"});
             }
         }
     }
@@ -289,15 +289,16 @@ TEST(ScriptRuns, AnimationCommandsStandOnTheirHelper) {
 
 // A host that runs scripts, forgets variables and fails.
 struct Busy : Listener {
-    ScriptValue other(const std::string& name, const std::vector<ScriptValue>& args,
-                      ScriptContext& context, std::vector<std::string>&) override {
+    bool other(const std::string& name, std::span<const ScriptValue> args, ScriptContext& context,
+               UnansweredNames&, ScriptValue& result) override {
         if (name == "forget") context.local.clear();
         if (name == "fail") throw std::runtime_error("host failed");
         if (name == "run") {
-            const ScriptRunResult result = vm->runFile(str(args[0]), context);
-            if (!result.ok) error = result.error;
+            const ScriptRunResult run = vm->runFile(str(args[0]), context);
+            if (!run.ok) error = run.error;
         }
-        return std::string("done");
+        result = std::string("done");
+        return true;
     }
     ScriptVM* vm = nullptr;
     std::string error;
