@@ -15,6 +15,7 @@
 #include "Devices.hpp"
 #include "DrawList.hpp"
 #include "FrameCapture.hpp"
+#include "Host.hpp"
 #include "Recording.hpp"
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
@@ -72,8 +73,7 @@ struct SmokeRun {
 };
 
 struct Game {
-    explicit Game(platform::Devices given)
-        : devices(std::move(given)), renderer(devices.presentation), audio(devices.audio) {}
+    explicit Game(platform::Devices given);
     // Scripts hold addresses of what stands here.
     Game(const Game&) = delete;
     Game& operator=(const Game&) = delete;
@@ -105,6 +105,7 @@ struct Game {
     bool skipsMenus = false;  // nobody is there to choose: play goes on at once
     int extraLives = 0;       // that players of a new game have beyond the stage's
     Recorder recorder;
+    Host host;  // of the scripts
 
     [[nodiscard]] Tick tick() { return {world, drive, input, config, scripts, events}; }
     [[nodiscard]] std::uint64_t hash() const;

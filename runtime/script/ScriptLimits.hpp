@@ -86,4 +86,29 @@ inline constexpr std::size_t kMaxLibrary = std::size_t{2} << 30U;
 // tick must not fill a player's disk.
 inline constexpr std::size_t kMaxLogBytes = std::size_t{8} << 20U;
 
+// What they may print in a run of the port by `log` and the like, for the same reason.
+inline constexpr std::size_t kMaxPrintedBytes = std::size_t{8} << 20U;
+
+// --- The functions of the host
+
+// Rows of a table, or actors, looked at for one step.
+inline constexpr std::size_t kScannedPerStep = 4;
+// A file that is looked for or decoded, some 0.1 ms; and a piece of music, which is decoded whole
+// at each call.
+inline constexpr std::size_t kFileSteps = 20'000;
+inline constexpr std::size_t kMusicSteps = 1'000'000;
+// What comes into the world: an entity, a projectile.
+inline constexpr std::size_t kSpawnSteps = 1000;
+// Variables that scripts keep on one actor, and the bytes of a name and of a text among them; real
+// games have some dozens of short ones.
+inline constexpr std::size_t kMaxActorVariables = 1024;
+inline constexpr std::size_t kMaxVariableName = 256;
+inline constexpr std::size_t kMaxVariableText = 4096;
+// Bytes that the variables of all entities of a stage take, the dead among them.
+inline constexpr std::size_t kMaxVariableBytes = std::size_t{64} << 20U;
+// Numbers of `setscriptvar`, from 0 on.
+inline constexpr int kMaxScriptVariables = 1024;
+// Sounds with a number; games have some hundreds.
+inline constexpr std::size_t kMaxSamples = 4096;
+
 }  // namespace port::script

@@ -78,7 +78,7 @@ void Engine::readLogicalSize() {
 }
 
 void Engine::attachScripts() {
-    game_.scripts.open(game_.root, game_.dataRoot, this);
+    game_.scripts.open(game_.root, game_.dataRoot, &game_.host);
     game_.world.player1 = freshPlayer<Player1>(0, kPlayer1Handle);
     const auto exists = [this](const char* script) {
         std::error_code absent;
@@ -274,15 +274,6 @@ int Engine::runSmokeGame(int frames) {
     }
     smoke.active = false;
     return result;
-}
-
-const HostFunction* Engine::findHostFunction(std::string_view) const {
-    return nullptr;
-}
-
-bool Engine::callHostFunction(const HostFunction&, std::span<const ScriptValue>, ScriptContext&,
-                              UnansweredNames&, ScriptValue&) {
-    return false;
 }
 
 }  // namespace port

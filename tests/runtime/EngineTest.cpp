@@ -102,7 +102,7 @@ TEST_F(EngineTest, AScriptCallThatNothingAnswersIsNotedOnceARun) {
     ScriptContext context;
     UnansweredNames unsupported;
     for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(engine.callScriptFunction("summonDragon", {}, context, unsupported),
+        EXPECT_EQ(engine.game().host.callScriptFunction("summonDragon", {}, context, unsupported),
                   ScriptValue());
     }
     EXPECT_EQ(unsupported.names(), std::vector<std::string>{"summonDragon"});
