@@ -29,8 +29,8 @@ set(port_script_units
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
-  DrawList FrameCapture Painter Palette Renderer SpriteBlit SpriteCache SpriteCompositor
-  SpriteLoading SpriteTransform WaterSurface)
+  BitmapFont BitmapGlyphs DrawList FrameCapture Painter Palette Renderer ScriptPictures ScriptSurface
+  SpriteBlit SpriteCache SpriteCompositor SpriteLoading SpriteTransform WaterSurface)
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
