@@ -38,7 +38,7 @@ set(port_sound_units
 # everything that changes while a game is played, as data
 set(port_world_uses core generated script)
 set(port_world_units
-  Actor AnimationPlayer EntityList Projectile ScriptState StageRun World WorldHash)
+  Actor AnimationPlayer EntityList Projectile ScriptDrawing ScriptFiles ScriptState StageRun World WorldHash)
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "Fields.hpp"
+#include "ScriptDrawing.hpp"
+#include "ScriptFiles.hpp"
 
 namespace port {
 
@@ -30,9 +32,11 @@ struct ScriptSpawnEntry {
 struct ScriptState {
     ScriptSpawnEntry spawnEntry;
     std::vector<std::string> samples;  // loaded sounds by their numbers; empty where unloaded
-    std::size_t variableBytes = 0;     // that the variables of the stage's entities take, about
+    ScriptDrawing drawing;
+    ScriptFiles files;
+    std::size_t variableBytes = 0;  // that the variables of the stage's entities take, about
 
-    PORT_FIELDS(spawnEntry, samples, variableBytes)
+    PORT_FIELDS(spawnEntry, samples, drawing, files, variableBytes)
 };
 
 }  // namespace port
