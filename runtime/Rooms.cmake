@@ -6,7 +6,7 @@
 
 # text, paths, files, settings
 set(port_core_units
-  AssetPaths ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
+  AssetPaths ConfinedPath ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
   TickInput)
 # the tables that the builder writes
 set(port_generated_units
@@ -55,8 +55,8 @@ set(port_play_units
 # what scripts may call
 set(port_host_uses core generated picture pixels platform play rules script sound world)
 set(port_host_units
-  Host HostActions HostBindings HostCall HostConstants HostEntities HostFunctions HostMath
-  HostModels HostPlayers HostProperties HostSound HostSpawning HostStage HostTerrain HostVariables
+  Host HostActions HostBindings HostCall HostConstants HostDrawing HostEntities HostFiles HostFunctions HostMath
+  HostModels HostPlayers HostProperties HostScreens HostSound HostSpawning HostStage HostTerrain HostVariables
   KeyTable)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
