@@ -100,7 +100,7 @@ struct Function {
 
     bool compiled = false;
     std::vector<Instr> code;
-    std::vector<std::string_view> texts;  // of the program's tokens
+    std::vector<ScriptValue> texts;
     std::vector<std::string> errors;
     std::vector<CallSite> sites;
     std::vector<SwitchTable> switches;
