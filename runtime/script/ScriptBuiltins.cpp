@@ -67,12 +67,13 @@ bool setGlobalVar(BuiltinCall& call) {
 }
 
 // Takes the table's memory as well, which clearing it would walk again each time.
-void forgetAll(ScriptVariables& variables) {
+void forgetAll(BuiltinCall& call, ScriptVariables& variables) {
+    call.exec.charge(kEntrySteps * variables.size());
     ScriptVariables().swap(variables);
 }
 
 bool clearGlobalVar(BuiltinCall& call) {
-    forgetAll(call.globals);
+    forgetAll(call, call.globals);
     call.result = 1.0;
     return true;
 }
@@ -88,7 +89,7 @@ bool setLocalVar(BuiltinCall& call) {
 }
 
 bool clearLocalVar(BuiltinCall& call) {
-    forgetAll(call.context.local);
+    forgetAll(call, call.context.local);
     call.exec.forgetVariables();
     call.result = 1.0;
     return true;
@@ -110,7 +111,7 @@ bool setIndexedVar(BuiltinCall& call) {
 }
 
 bool clearIndexedVar(BuiltinCall& call) {
-    call.exec.charge(call.globals.size());
+    call.exec.charge(kEntrySteps * call.globals.size());
     std::erase_if(call.globals, [](const auto& entry) { return entry.first.starts_with('#'); });
     call.result = 1.0;
     return true;

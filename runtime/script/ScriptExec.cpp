@@ -91,6 +91,7 @@ void Exec::run() {
                 release(*--r.top);
                 break;
             case Op::Unary:
+                chargeText(r.top[-1]);
                 applyPrefix(i.word, r.top[-1]);
                 break;
             case Op::Binary:
@@ -123,6 +124,7 @@ void Exec::run() {
             case Op::JumpUnlessNumber: {
                 --r.top;
                 const auto* left = std::get_if<double>(r.top);
+                chargeText(*r.top);
                 const bool met = left != nullptr ? compareNumbers(i.word, *left, i.number)
                                                  : compare(i.word, *r.top, i.number);
                 release(*r.top);
@@ -154,6 +156,8 @@ void Exec::run() {
                 break;
             case Op::CaseTest:
                 --r.top;
+                chargeText(r.top[-1]);
+                chargeText(r.top[0]);
                 if (r.counters[i.b] == kNoMatch && eq(r.top[-1], r.top[0])) r.counters[i.b] = i.a;
                 release(r.top[0]);
                 break;
@@ -389,6 +393,8 @@ void Exec::store(std::int32_t name, ScriptValue& from) {
 void Exec::updateName(const Instr& instr, const ScriptValue& right) {
     ScriptValue value;
     load(instr.b, value);
+    chargeText(value);
+    chargeText(right);
     put(value, arithmetic(instr.word, num(value), num(right)));
     store(instr.b, value);
 }
@@ -396,6 +402,8 @@ void Exec::updateName(const Instr& instr, const ScriptValue& right) {
 void Exec::updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right) {
     if (!slot.present && !instr.flag) return updateName(instr, right);
     if (!slot.present) load(instr.b, slot.value);
+    chargeText(slot.value);
+    chargeText(right);
     put(slot.value, arithmetic(instr.word, num(slot.value), num(right)));
     slot.present = true;
 }
