@@ -2,7 +2,6 @@
 
 // What the scripts of a game keep in the world beside their variables.
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -30,9 +29,8 @@ struct ScriptSpawnEntry {
 struct ScriptState {
     ScriptSpawnEntry spawnEntry;
     std::vector<std::string> samples;  // loaded sounds by their numbers; empty where unloaded
-    std::size_t variableBytes = 0;     // that the variables of the stage's entities take, about
 
-    PORT_FIELDS(spawnEntry, samples, variableBytes)
+    PORT_FIELDS(spawnEntry, samples)
 };
 
 }  // namespace port

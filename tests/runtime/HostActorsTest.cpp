@@ -153,12 +153,12 @@ TEST_F(HostActors, AnimationsAndAttacksBegin) {
     EXPECT_EQ(mate.attackId, 1U);
     folder.write("data/broken.c", "void main(){ (; }");
     model.onDoAttackScript = "broken.c";
-    std::string events;
+    std::string reported;
     for (const ActorHandle actor : {kPlayer1Handle, mate.handle, foe.handle}) {
         call("performattack", actor);
-        events += warnings.substr(0, warnings.find(" error")) + "|";
+        reported += warnings.substr(0, warnings.find(" error")) + "|";
     }
-    EXPECT_EQ(events,
+    EXPECT_EQ(reported,
               "Script VM script-player-performattack|Script VM script-coop-performattack|"
               "Script VM script-entity-performattack|");
 }

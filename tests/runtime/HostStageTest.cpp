@@ -27,7 +27,7 @@ TEST_F(HostStage, VariantsTellOfTheGame) {
     EXPECT_EQ(variant("levelheight"), 1000);
     EXPECT_EQ(variant("current_level"), 2);
     EXPECT_EQ(variant("in_level"), 1);
-    playing = false;
+    inPlay = false;
     EXPECT_EQ(variant("in_level"), 0);
     EXPECT_EQ(variant("nosuch"), 0);
     add(makeEnemy(), 100);
@@ -55,7 +55,7 @@ TEST_F(HostStage, LevelPropertiesTakeALevelAheadOfTheKey) {
 }
 
 TEST_F(HostStage, ABranchIsTakenByName) {
-    const std::string name = generated::kStages[1].branchName;
+    const ScriptText name = generated::kStages[1].branchName;
     ASSERT_FALSE(name.empty());
     EXPECT_EQ(call("jumptobranch", name), ScriptValue(true));
     EXPECT_EQ(world.branch.target, 1U);

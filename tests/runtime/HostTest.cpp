@@ -139,20 +139,6 @@ TEST_F(HostCalls, VariablesBelongToTheirActor) {
     EXPECT_EQ(tags, Tags{"setscriptvar-index"});
 }
 
-TEST_F(HostCalls, VariablesAreBounded) {
-    const RuntimeEntity& entity = add(makeEnemy(), 100);
-    const std::string longText(script::kMaxVariableText + 1, 'x');
-    EXPECT_EQ(call("setentityvar", entity.handle, text("a"), longText), kEmpty);
-    EXPECT_EQ(tags, Tags{"setentityvar-limit"});
-    EXPECT_EQ(call("setentityvar", entity.handle, longText, 1.0), kEmpty);
-    for (int i = 0; i < 2000; ++i) call("setentityvar", entity.handle, i + 0.0, text("value"));
-    EXPECT_EQ(entity.scriptVars.size(), script::kMaxActorVariables);
-    EXPECT_EQ(call("setentityvar", entity.handle, 7.0, text("new")), text("new"))
-        << "what is there can be changed";
-    call("clearentityvar", entity.handle);
-    EXPECT_EQ(world.scripted.variableBytes, 0U);
-}
-
 TEST_F(HostCalls, SoundsSucceedWhenTheyDecode) {
     const ScriptValue hit = text("data/sounds/hit.wav");
     EXPECT_EQ(call("playsound", hit), ScriptValue(true));

@@ -19,7 +19,7 @@ struct HostTrial : EntityTrial {
     SoundEffects effects;
     SpriteCache sprites;
     Renderer renderer;
-    bool playing = true;
+    bool inPlay = true;
     Host host{{.world = world,
                .drive = drive,
                .input = input,
@@ -32,7 +32,7 @@ struct HostTrial : EntityTrial {
                .renderer = renderer,
                .root = root,
                .dataRoot = dataRoot,
-               .isPlaying = [this] { return playing; }}};
+               .isPlaying = [this] { return inPlay; }}};
     ScriptContext context;
     std::vector<std::string> tags;  // of the last call
 
@@ -52,7 +52,7 @@ struct HostTrial : EntityTrial {
         return result;
     }
     // Text arguments stand as literals.
-    static ScriptValue text(const char* words) { return std::string(words); }
+    static ScriptValue text(const char* words) { return ScriptText(words); }
 
     // As what a call that says nothing in particular gives.
     static inline const ScriptValue kEmpty{};
