@@ -146,8 +146,8 @@ TEST_F(HostActors, AnimationsAndAttacksBegin) {
         EXPECT_EQ(playing(*actor), "attack1");
         EXPECT_EQ(actor->attackTicks, 11);
         EXPECT_EQ(actor->attackCooldown, 3);
-        EXPECT_EQ(actor->health, 45);
     }
+    EXPECT_EQ(foe.health, 45);
     EXPECT_EQ(global("hooks"), "strike.c:attack1 strike.c:attack1 strike.c:attack1 ");
     EXPECT_EQ(player.attackId, 1U);
     EXPECT_EQ(mate.attackId, 1U);
