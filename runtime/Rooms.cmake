@@ -24,8 +24,8 @@ set(port_platform_units
 set(port_script_uses core)
 set(port_script_units
   ScriptBuiltins ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
-  ScriptLimits ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
-  ScriptValue ScriptVM Scripts UnansweredNames)
+  ScriptLimits ScriptMemory ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
+  ScriptText ScriptValue ScriptVM Scripts UnansweredNames)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units

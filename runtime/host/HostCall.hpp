@@ -93,7 +93,7 @@ struct HostCall {
     return number;
 }
 [[nodiscard]] inline ScriptValue scriptValue(const char* text) {
-    return std::string(text);
+    return ScriptText(text);
 }
 [[nodiscard]] inline ScriptValue scriptTruth(bool truth) {
     return truth ? 1.0 : 0.0;

@@ -190,7 +190,7 @@ struct RuntimeEntity : Actor {
     int freezeTicks = 0, preFreezePaletteMap = -1;
     int lifeTicks = -1;  // negative: no lifespan
     unsigned lastPlayerAttackId = 0;
-    std::unordered_map<std::string, ScriptValue> scriptVars;
+    ScriptVariables scriptVars;
 
     PORT_DERIVED_FIELDS(Actor, spawn, animationEffect, effectSpawnType, parentHandle, summonedChild,
                         visible, grabbed, subjectToScreen, fallTicks, recoveryTicks,

@@ -2,7 +2,6 @@
 
 // What the scripts of a game keep in the world beside their variables.
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -34,9 +33,8 @@ struct ScriptState {
     std::vector<std::string> samples;  // loaded sounds by their numbers; empty where unloaded
     ScriptDrawing drawing;
     ScriptFiles files;
-    std::size_t variableBytes = 0;  // that the variables of the stage's entities take, about
 
-    PORT_FIELDS(spawnEntry, samples, drawing, files, variableBytes)
+    PORT_FIELDS(spawnEntry, samples, drawing, files)
 };
 
 }  // namespace port

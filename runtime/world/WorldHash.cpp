@@ -89,8 +89,6 @@ class FieldWalk {
     }
 
   private:
-    using Variables = std::unordered_map<std::string, ScriptValue>;
-
     template <class Name, class Value>
     void field(const Name& name, const Value& value) {
         sink_.enter(name);
@@ -123,6 +121,8 @@ class FieldWalk {
     requires std::is_enum_v<Enum>
     void walk(Enum value) { sink_.number(static_cast<std::int64_t>(value)); }
     void walk(const std::string& value) { sink_.text(value); }
+    void walk(const ScriptName& value) { sink_.text(value); }
+    void walk(const ScriptText& value) { sink_.text(value); }
 
     void walk(const generated::Character* model) { sink_.text(model ? model->name : ""); }
     void walk(const generated::Animation* animation) {
@@ -176,14 +176,16 @@ class FieldWalk {
         field("player", context.player);
         field("playerIndex", context.playerIndex);
     }
-    void walk(const Variables& variables) {
-        std::vector<const Variables::value_type*> sorted;
+    void walk(const ScriptVariables& variables) {
+        std::vector<const ScriptVariables::value_type*> sorted;
         for (const auto& variable : variables) sorted.push_back(&variable);
-        std::ranges::sort(sorted, {}, [](const auto* variable) { return variable->first; });
+        std::ranges::sort(
+            sorted, {}, [](const auto* variable) -> const std::string& { return variable->first; });
         walk(sorted.size());
         for (const auto* variable : sorted) {
-            walk(variable->first);
-            field(variable->first, variable->second);
+            const std::string& name = variable->first;
+            walk(name);
+            field(name, variable->second);
         }
     }
     void walk(const ScriptValue& value) {
