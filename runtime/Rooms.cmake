@@ -23,7 +23,7 @@ set(port_platform_units
 # the machine that runs scripts
 set(port_script_uses core)
 set(port_script_units
-  ScriptBuiltins ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
+  ScriptBuiltins ScriptCalls ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
   ScriptLimits ScriptMemory ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
   ScriptText ScriptValue ScriptVM Scripts UnansweredNames)
 # loading, colouring and drawing pictures

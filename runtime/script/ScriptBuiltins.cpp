@@ -39,7 +39,7 @@ std::string indexedName(const ScriptValue& index) {
 
 void grow(BuiltinCall& call, std::size_t from, std::size_t to) {
     if (to > kMaxArray) throw std::runtime_error("script array too large");
-    call.exec.charge(kEntrySteps * (to - std::min(from, to)));
+    call.exec.chargeEntries(to - std::min(from, to));
 }
 
 void read(BuiltinCall& call, const ScriptVariables& variables, const std::string& name) {
@@ -52,7 +52,10 @@ void write(BuiltinCall& call, ScriptVariables& variables, const std::string& nam
            ScriptValue& value) {
     call.result = value;
     const auto [slot, added] = variables.try_emplace(name);
-    if (added) call.exec.charge(kEntrySteps);
+    if (added) {
+        call.exec.forgetVariables();
+        call.exec.chargeEntries(1);
+    }
     slot->second = std::move(value);
 }
 
@@ -74,6 +77,7 @@ void forgetAll(BuiltinCall& call, ScriptVariables& variables) {
 
 bool clearGlobalVar(BuiltinCall& call) {
     forgetAll(call, call.globals);
+    call.exec.forgetVariables();
     call.result = 1.0;
     return true;
 }
@@ -113,6 +117,7 @@ bool setIndexedVar(BuiltinCall& call) {
 bool clearIndexedVar(BuiltinCall& call) {
     call.exec.charge(kEntrySteps * call.globals.size());
     std::erase_if(call.globals, [](const auto& entry) { return entry.first.starts_with('#'); });
+    call.exec.forgetVariables();
     call.result = 1.0;
     return true;
 }
@@ -134,7 +139,7 @@ bool null(BuiltinCall& call) {
 
 bool newArray(BuiltinCall& call) {
     auto array = newScriptArray();
-    call.exec.charge(kEntrySteps);
+    call.exec.chargeEntries(1);
     const std::int64_t size = call.args.empty() ? 0 : integer(num(call.args[0]));
     if (size > 0) {
         grow(call, 0, static_cast<std::size_t>(size));

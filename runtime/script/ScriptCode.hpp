@@ -1,6 +1,6 @@
 #pragma once
 
-// What a script is compiled to: instructions for a stack machine, one list a function.
+// What a script is compiled to: instructions on registers, one list a function.
 
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ScriptLexer.hpp"
@@ -19,55 +20,85 @@ namespace port::script {
 struct Builtin;
 struct Program;
 
+// R are the registers of a call: its parameters and declared names, and then what expressions need
+// besides. K are the constants of its function.
 enum class Op : std::uint8_t {
-    Number,  // push number
-    Text,    // push texts[a]
-    Truth,   // push the bool a
-    // Variables: b is the name, a the slot if the function declares that name anywhere.
-    LoadName,
-    LoadSlot,
-    StoreName,
-    StoreSlot,
-    DeclareSlot,  // store that makes the slot present
-    UpdateName,   // `word` applied to the variable and the top, then stored
-    UpdateSlot,   // the same; a declaration if flag
-    Pop,
-    // Operators, `word` tells which.
-    Unary,
+    Move,        // R[a] = R[b]
+    Constant,    // R[a] = K[wide]
+    Truth,       // R[a] = whether R[b] holds
+    LoadName,    // R[a] = the variable `wide` of the context
+    StoreName,   // the reverse
+    UpdateName,  // the variable `wide` of the context: `word` applied to it and R[a]
+    // The same for a name that the call may have declared by now: maybes[wide].
+    LoadMaybe,
+    StoreMaybe,
+    UpdateMaybe,
+    Declare,  // maybes[wide] is declared from here on
+    // R[a] = R[b] `word` R[c], or K[c] in those that end in K.
+    Add,  // also joins texts
+    AddK,
+    Sum,  // only adds
+    SumK,
+    Sub,
+    SubK,
+    Mul,
+    MulK,
+    Div,
+    DivK,
     Binary,
-    BinaryNumber,  // right side is number
-    ToTruth,
-    // Jumps, to a.
+    BinaryK,
+    Prefix,  // R[a] = `word` R[b]
+    // Whether R[a] and R[b], or K[b], compare so: then the jump that follows is passed over.
+    Equal,
+    NotEqual,
+    Less,
+    LessEqual,
+    EqualK,
+    NotEqualK,
+    LessK,
+    LessEqualK,
+    GreaterK,
+    GreaterEqualK,
+    // Jumps, to `wide`.
     Jump,
-    JumpIfFalse,       // pops
-    JumpUnless,        // pops two: jumps unless `word` holds between them
-    JumpUnlessNumber,  // the same with number on the right
-    AndJump,           // if the top is false: it becomes false and jumps, else pops
-    OrJump,
-    LoopBegin,    // counter b = 0
-    LoopBack,     // one round more: jumps to a unless counter b is at its limit
-    SwitchBegin,  // counter b = no match
-    CaseTest,     // pops a label: label a matches the key below it, if it is the first
-    SwitchJump,   // pops the key, jumps by switches[a] and counter b
-    // Calls, by sites[a].
+    JumpIfFalse,  // R[a]
+    JumpIfTrue,
+    LoopBegin,     // counter a = 0
+    LoopBack,      // one round more, unless counter a is at its limit
+    SwitchBegin,   // counter a = no match
+    CaseTest,      // counter c = the number of this label, if R[a] is R[b] and it has no match
+    SwitchJump,    // by switches[wide] and counter a
+    SwitchNumber,  // by switches[wide] and R[a]
+    // Calls, by sites[wide]: the arguments begin at R[a], where the result comes.
     CallBuiltin,
     CallUser,
     CallHost,
-    Return,  // pops
+    Return,  // R[a]
     ReturnEmpty,
     EscapeBreak,  // a break outside any loop or switch of its function
     EscapeContinue,
-    Throw,  // errors[a]
+    Throw,  // errors[wide]
 };
 
+[[nodiscard]] constexpr bool isTest(Op op) {
+    return op >= Op::Equal && op <= Op::GreaterEqualK;
+}
+
 struct Instr {
-    Op op = Op::Pop;
+    Op op = Op::Move;
     Word word = Word::None;
-    bool flag = false;
-    std::int32_t a = 0;
-    std::int32_t b = 0;
-    double number = 0.0;
+    std::uint16_t a = 0;
+    std::uint16_t b = 0;
+    std::uint16_t c = 0;
+
+    // b and c as one number.
+    [[nodiscard]] std::uint32_t wide() const { return b | std::uint32_t{c} << 16U; }
+    void setWide(std::size_t value) {
+        b = static_cast<std::uint16_t>(value);
+        c = static_cast<std::uint16_t>(value >> 16U);
+    }
 };
+static_assert(sizeof(Instr) == 8);
 
 struct Function;
 
@@ -88,8 +119,17 @@ struct CatchRange {
 };
 
 struct SwitchTable {
-    std::vector<std::int32_t> targets;
+    std::vector<std::int32_t> targets;  // by label
     std::int32_t otherwise = 0;
+    // Where all labels are numbers: those and their targets, in rising order and far enough apart
+    // that a key is no more than one of them. The labels as they were written otherwise.
+    std::vector<std::pair<double, std::int32_t>> numbers;
+};
+
+// A declared name that some places reach before it is declared.
+struct Maybe {
+    std::uint16_t place = 0;  // register
+    std::int32_t name = 0;
 };
 
 // Compiled at its first call.
@@ -101,21 +141,25 @@ struct Function {
 
     bool compiled = false;
     std::vector<Instr> code;
-    std::vector<ScriptValue> texts;
+    std::vector<ScriptValue> constants;
     std::vector<std::string> errors;
     std::vector<CallSite> sites;
     std::vector<SwitchTable> switches;
-    std::vector<CatchRange> ranges;        // inner ones first
-    std::vector<std::int32_t> paramSlots;  // -1 for one that is bound to nothing
-    std::size_t slots = 0;
+    std::vector<Maybe> maybes;
+    std::vector<CatchRange> ranges;  // inner ones first
+    std::size_t bound = 0;           // parameters that have a register, the first ones
+    std::size_t registers = 0;
     std::size_t counters = 0;
-    std::size_t maxStack = 0;
+
+    void forget();  // what compiling has made of it
 };
 
-// Numbers for the variable names of all scripts of a machine.
+// Numbers for the variable names of all scripts of a machine, and their constant texts, each of
+// which all scripts share.
 class Names {
   public:
     std::int32_t id(std::string_view name);
+    const ScriptText& constant(std::string_view text);
     [[nodiscard]] const std::string& text(std::int32_t id) const {
         return texts_[static_cast<std::size_t>(id)];
     }
@@ -123,6 +167,7 @@ class Names {
 
   private:
     TextMap<std::int32_t> ids_;
+    TextMap<ScriptText> constants_;
     std::deque<std::string> texts_;
 };
 

@@ -1,7 +1,9 @@
 #include "ScriptCompiler.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <string>
+#include <utility>
 
 #include "ScriptLimits.hpp"
 
@@ -9,28 +11,70 @@ namespace port::script {
 namespace {
 
 constexpr const char* kTooLarge = "script function too large";
+constexpr const char* kTooManyVariables = "too many script variables";
+// Constants that an instruction can name.
+constexpr std::size_t kMaxConstants = 65'536;
+
+// Whether R[a] is what the instruction makes, and nothing else.
+constexpr bool makesValue(Op op) {
+    switch (op) {
+        case Op::Move:
+        case Op::Constant:
+        case Op::LoadName:
+        case Op::LoadMaybe:
+        case Op::Prefix:
+            return true;
+        default:
+            return op >= Op::Add && op <= Op::BinaryK;
+    }
+}
 
 }  // namespace
 
+// A name that is used ahead of its declaration shows only once the declaration has come: then the
+// function is compiled again.
 std::size_t compile(Function& function, const ScriptHost* host) {
-    return Compiler(function, host).run();
+    Compiler first(function, host, {});
+    first.run();
+    std::size_t work = first.work();
+    const std::vector<std::int32_t> maybes = first.maybes();
+    if (!maybes.empty()) {
+        function.forget();
+        Compiler second(function, host, maybes);
+        second.run();
+        work += second.work();
+    }
+    function.compiled = true;
+    return work;
 }
 
-std::size_t Compiler::run() {
+void Compiler::run() {
     pos_ = fn_.body;
     const Mark start = mark();
     try {
-        for (const std::string& name : fn_.params) {
-            fn_.paramSlots.push_back(name.empty() ? -1 : slotOf(program_.names.id(name)));
+        if (fn_.params.size() > kMaxVariables) throw SyntaxError(kTooManyVariables);
+        fn_.bound = top_ = fn_.params.size();
+        fn_.registers = std::max<std::size_t>(1, top_);
+        for (std::size_t i = 0; i < top_; ++i) {
+            if (fn_.params[i].empty()) continue;
+            locals_[program_.names.id(fn_.params[i])] = {static_cast<std::uint16_t>(i), true};
+        }
+        for (const std::int32_t name : maybeNames_) {
+            fn_.maybes.push_back({declareLocal(name), name});
         }
         block();
     } catch (const SyntaxError& error) {
         breakOff(start, error.what());
     }
     fn_.code.push_back({Op::ReturnEmpty});
-    settleNames();
-    fn_.compiled = true;
-    return scanned_ + fn_.code.size();
+}
+
+std::vector<std::int32_t> Compiler::maybes() const {
+    std::vector<std::int32_t> names;
+    for (const std::int32_t name : doubted_) {
+        if (locals_.contains(name)) names.push_back(name);
+    }
+    return names;
 }
 
 Compiler::Nested::Nested(Compiler& owner) : compiler(owner) {
@@ -46,26 +90,26 @@ void Compiler::need(Word word, const char* spelling) {
 
 // --- Code
 
-std::int32_t Compiler::emit(Instr instr, int stack) {
+std::int32_t Compiler::emit(Instr instr) {
     if (fn_.code.size() >= kMaxCode) tooLarge();
     fn_.code.push_back(instr);
-    adjust(stack);
     return here() - 1;
 }
 
-void Compiler::adjust(int stack) {
-    stack_ += static_cast<std::size_t>(stack);
-    fn_.maxStack = std::max(fn_.maxStack, stack_);
+std::int32_t Compiler::emitWide(Op op, std::uint16_t a, std::size_t wide, Word word) {
+    Instr instr{op, word, a};
+    instr.setWide(wide);
+    return emit(instr);
 }
 
-std::int32_t Compiler::openJump(Instr jump, int stack) {
-    open_.push_back(emit(jump, stack));
+std::int32_t Compiler::openJump(Op op, std::uint16_t a) {
+    open_.push_back(emit({op, Word::None, a}));
     return open_.back();
 }
 
 void Compiler::land(std::int32_t jump) {
     open_.erase(std::find(open_.rbegin(), open_.rend(), jump).base() - 1);
-    instr(jump).a = label();
+    lead(jump, label());
 }
 
 // The rest of what was begun since `from` cannot be had: all that leads there throws instead.
@@ -74,17 +118,17 @@ void Compiler::breakOff(const Mark& from, const std::string& message) {
     errorBytes_ += message.size();
     fn_.errors.push_back(errorBytes_ <= kMaxText ? message : kTooLarge);
     const std::int32_t thrower = label();
-    fn_.code.push_back({Op::Throw, Word::None, false, error});
-    for (; open_.size() > from.open; open_.pop_back()) instr(open_.back()).a = thrower;
-    for (; entries_.size() > from.entries; entries_.pop_back()) {
-        instr(entries_.back()) = {Op::Throw, Word::None, false, error};
-    }
+    Instr thrown{Op::Throw};
+    thrown.setWide(static_cast<std::size_t>(error));
+    fn_.code.push_back(thrown);
+    for (; open_.size() > from.open; open_.pop_back()) lead(open_.back(), thrower);
+    for (; entries_.size() > from.entries; entries_.pop_back()) instr(entries_.back()) = thrown;
     for (; scopes_.size() > from.scopes; scopes_.pop_back()) {
-        for (const std::int32_t jump : scopes_.back().breaks) instr(jump).a = thrower;
-        for (const std::int32_t jump : scopes_.back().continues) instr(jump).a = thrower;
+        for (const std::int32_t jump : scopes_.back().breaks) lead(jump, thrower);
+        for (const std::int32_t jump : scopes_.back().continues) lead(jump, thrower);
     }
     counters_ = from.counters;
-    stack_ = from.stack;
+    top_ = locals();
 }
 
 void Compiler::tooLarge() {
@@ -92,40 +136,162 @@ void Compiler::tooLarge() {
     throw SyntaxError(kTooLarge);
 }
 
+// --- Registers
+
+std::uint16_t Compiler::temporary() {
+    const auto place = static_cast<std::uint16_t>(top_++);
+    fn_.registers = std::max(fn_.registers, top_);
+    return place;
+}
+
+std::uint16_t Compiler::inRegister(Operand& operand) {
+    if (operand.kind == Operand::Kind::Constant) operand = inTemporary(operand);
+    return operand.index;
+}
+
+Compiler::Operand Compiler::inTemporary(const Operand& operand) {
+    if (operand.kind == Operand::Kind::Temporary) return operand;
+    const std::uint16_t place = temporary();
+    moveTo(place, operand);
+    return {Operand::Kind::Temporary, place};
+}
+
+// The instruction that made a temporary can as well leave its value where it is wanted.
+void Compiler::moveTo(std::uint16_t place, const Operand& operand) {
+    if (operand.kind == Operand::Kind::Constant) {
+        emitWide(Op::Constant, place, operand.index);
+        return;
+    }
+    if (operand.index == place) return;
+    Instr* const maker = last();
+    if (operand.kind == Operand::Kind::Temporary && maker != nullptr && makesValue(maker->op) &&
+        maker->a == operand.index) {
+        maker->a = place;
+    } else {
+        emit({Op::Move, Word::None, place, operand.index});
+    }
+}
+
+std::uint16_t Compiler::constant(ScriptValue value) {
+    const auto place = static_cast<std::uint16_t>(fn_.constants.size());
+    const auto* const number = std::get_if<double>(&value);
+    const auto* const text = std::get_if<ScriptText>(&value);
+    if (number != nullptr) {
+        const auto [known, added] =
+            numbers_.try_emplace(std::bit_cast<std::uint64_t>(*number), place);
+        if (!added) return known->second;
+    } else if (text != nullptr) {
+        const auto [known, added] = texts_.try_emplace(text->str(), place);
+        if (!added) return known->second;
+    }
+    if (fn_.constants.size() == kMaxConstants) tooLarge();
+    fn_.constants.push_back(std::move(value));
+    return place;
+}
+
+const double* Compiler::numberOf(const Operand& operand) const {
+    return operand.kind == Operand::Kind::Constant
+               ? std::get_if<double>(&fn_.constants[operand.index])
+               : nullptr;
+}
+
 // --- Variables
 
-std::int32_t Compiler::slotOf(std::int32_t name) {
-    const auto [slot, added] = slots_.try_emplace(name, static_cast<std::int32_t>(fn_.slots));
-    if (added && ++fn_.slots > kMaxVariables) throw SyntaxError("too many script variables");
-    return slot->second;
+const Compiler::Local* Compiler::sureLocal(std::int32_t name) const {
+    const auto local = locals_.find(name);
+    return local == locals_.end() || !local->second.sure ? nullptr : &local->second;
 }
 
-void Compiler::settleNames() {
-    for (Instr& instr : fn_.code) {
-        const bool named =
-            instr.op == Op::LoadName || instr.op == Op::StoreName || instr.op == Op::UpdateName;
-        if (!named) continue;
-        const auto slot = slots_.find(instr.b);
-        if (slot == slots_.end()) continue;
-        instr.a = slot->second;
-        instr.op = instr.op == Op::LoadName    ? Op::LoadSlot
-                   : instr.op == Op::StoreName ? Op::StoreSlot
-                                               : Op::UpdateSlot;
+// Its register is the next one: between statements no temporary is in use.
+std::uint16_t Compiler::declareLocal(std::int32_t name) {
+    const auto [local, added] = locals_.try_emplace(name);
+    if (added) {
+        if (locals() >= kMaxVariables) throw SyntaxError(kTooManyVariables);
+        local->second.place = temporary();
+        ++declared_;
     }
+    return local->second.place;
 }
 
-void Compiler::store(std::int32_t name, bool declared) {
-    if (declared) {
-        emit({Op::DeclareSlot, Word::None, true, slotOf(name), name}, -1);
+void Compiler::unsure(std::size_t trail) {
+    for (; trail_.size() > trail; trail_.pop_back()) locals_[trail_.back()].sure = false;
+}
+
+std::int32_t Compiler::maybe(std::int32_t name) {
+    doubted_.insert(name);
+    const auto known = std::lower_bound(maybeNames_.begin(), maybeNames_.end(), name);
+    if (known == maybeNames_.end() || *known != name) return -1;
+    return static_cast<std::int32_t>(known - maybeNames_.begin());
+}
+
+Compiler::Operand Compiler::load(std::int32_t name) {
+    if (const Local* const local = sureLocal(name)) return {Operand::Kind::Local, local->place};
+    const std::int32_t known = maybe(name);
+    const std::uint16_t place = temporary();
+    if (known >= 0) {
+        emitWide(Op::LoadMaybe, place, static_cast<std::size_t>(known));
     } else {
-        emit({Op::StoreName, Word::None, false, -1, name}, -1);
+        emitWide(Op::LoadName, place, static_cast<std::size_t>(name));
+    }
+    return {Operand::Kind::Temporary, place};
+}
+
+void Compiler::store(std::int32_t name, Operand value, bool declared) {
+    const Local* const local = sureLocal(name);
+    if (declared) {
+        drop(value);
+        // Where the value is in the next free register, that one is the name's from now on.
+        moveTo(declareLocal(name), value);
+        ensure(name);
+    } else if (local != nullptr) {
+        moveTo(local->place, value);
+        drop(value);
+    } else {
+        const std::uint16_t from = inRegister(value);
+        const std::int32_t known = maybe(name);
+        if (known >= 0) {
+            emitWide(Op::StoreMaybe, from, static_cast<std::size_t>(known));
+        } else {
+            emitWide(Op::StoreName, from, static_cast<std::size_t>(name));
+        }
+        drop(value);
     }
 }
 
-// `op` is the assignment without its '='; the right side is on the stack.
-void Compiler::update(std::int32_t name, Word op, bool declared) {
-    if (declared) slotOf(name);
-    emit({Op::UpdateName, op, declared, -1, name}, -1);
+// The name is declared from here on.
+void Compiler::ensure(std::int32_t name) {
+    Local& local = locals_[name];
+    if (local.sure) return;
+    local.sure = true;
+    trail_.push_back(name);
+    const auto known = std::lower_bound(maybeNames_.begin(), maybeNames_.end(), name);
+    if (known == maybeNames_.end() || *known != name) return;
+    emitWide(Op::Declare, 0, static_cast<std::size_t>(known - maybeNames_.begin()));
+}
+
+// `op` is the assignment without its '='.
+void Compiler::update(std::int32_t name, Word op, Operand right, bool declared) {
+    const Local* const local = sureLocal(name);
+    if (local != nullptr) {
+        const std::uint16_t place = local->place;
+        drop(right);
+        emitBinary(op, true, place, place, right);
+    } else if (declared) {
+        Operand value = inTemporary(right);
+        const Operand before = load(name);
+        drop(before);
+        emitBinary(op, true, value.index, before.index, value);
+        store(name, value, true);
+    } else {
+        const std::uint16_t from = inRegister(right);
+        const std::int32_t known = maybe(name);
+        if (known >= 0) {
+            emitWide(Op::UpdateMaybe, from, static_cast<std::size_t>(known), op);
+        } else {
+            emitWide(Op::UpdateName, from, static_cast<std::size_t>(name), op);
+        }
+        drop(right);
+    }
 }
 
 }  // namespace port::script

@@ -8,9 +8,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "ScriptCode.hpp"
@@ -24,12 +27,33 @@ struct SyntaxError : std::runtime_error {
 
 class Compiler {
   public:
-    Compiler(Function& function, const ScriptHost* host)
-        : fn_(function), program_(*function.program), tokens_(program_.tokens.list), host_(host) {}
+    // `maybes` are the names that run() of an earlier attempt gave.
+    Compiler(Function& function, const ScriptHost* host, std::vector<std::int32_t> maybes)
+        : maybeNames_(std::move(maybes)),
+          fn_(function),
+          program_(*function.program),
+          tokens_(program_.tokens.list),
+          host_(host) {}
 
-    std::size_t run();
+    void run();
+    // The work that it was, about.
+    [[nodiscard]] std::size_t work() const { return scanned_ + fn_.code.size(); }
+    // Declared names that are used where they need not be declared yet: without these the code is
+    // wrong.
+    [[nodiscard]] std::vector<std::int32_t> maybes() const;
 
   private:
+    // Where an expression has left its value.
+    struct Operand {
+        enum class Kind : std::uint8_t { Temporary, Local, Constant };
+        Kind kind = Kind::Temporary;
+        std::uint16_t index = 0;  // register or constant
+    };
+    // A declared name.
+    struct Local {
+        std::uint16_t place = 0;
+        bool sure = false;  // whatever way has led here, it is declared
+    };
     // A loop or switch whose body is being compiled, with the jumps out of it.
     struct Scope {
         bool loop = false;
@@ -43,10 +67,10 @@ class Compiler {
         std::size_t entries;
         std::size_t scopes;
         std::int32_t counters;
-        std::size_t stack;
     };
     struct Labels {
         std::vector<std::size_t> cases;  // the tokens behind their ':'
+        std::vector<double> numbers;     // the labels, if all are constant numbers
         std::size_t otherwise = 0;       // of the last default; 0 if there is none
         std::size_t end = 0;             // the closing brace
     };
@@ -82,11 +106,14 @@ class Compiler {
     [[nodiscard]] std::int32_t here() const { return static_cast<std::int32_t>(fn_.code.size()); }
     // A place that is jumped to: what follows may not be fused with what stands before.
     std::int32_t label() { return lastLabel_ = here(); }
-    // The places of instructions; `stack` is what they add to it.
-    std::int32_t emit(Instr instr, int stack);
-    std::int32_t openJump(Instr jump, int stack);
+    // The places of instructions.
+    std::int32_t emit(Instr instr);
+    std::int32_t emitWide(Op op, std::uint16_t a, std::size_t wide, Word word = Word::None);
+    std::int32_t openJump(Op op, std::uint16_t a = 0);
     void land(std::int32_t jump);
-    void adjust(int stack);
+    void lead(std::int32_t jump, std::int32_t to) {
+        instr(jump).setWide(static_cast<std::size_t>(to));
+    }
     [[nodiscard]] Instr& instr(std::int32_t place) {
         return fn_.code[static_cast<std::size_t>(place)];
     }
@@ -95,7 +122,7 @@ class Compiler {
         return fn_.code.empty() || lastLabel_ == here() ? nullptr : &fn_.code.back();
     }
     [[nodiscard]] Mark mark() const {
-        return {open_.size(), entries_.size(), scopes_.size(), counters_, stack_};
+        return {open_.size(), entries_.size(), scopes_.size(), counters_};
     }
     void breakOff(const Mark& from, const std::string& message);
     [[noreturn]] void tooLarge();
@@ -104,28 +131,46 @@ class Compiler {
     void skip(Part part) {
         const std::size_t size = fn_.code.size();
         const std::size_t sites = fn_.sites.size();
-        const std::size_t texts = fn_.texts.size();
-        const std::size_t stack = stack_;
+        const std::size_t known = trail_.size();
         part();
         fn_.code.resize(size);
         fn_.sites.resize(sites);
-        fn_.texts.resize(texts);
-        stack_ = stack;
+        unsure(known);
         label();
     }
 
-    // --- Variables
+    // --- Registers and variables
 
-    std::int32_t slotOf(std::int32_t name);
-    void settleNames();
-    void store(std::int32_t name, bool declared);
-    void update(std::int32_t name, Word op, bool declared);
+    // Expressions take registers behind the declared names, and give them back in reverse order.
+    std::uint16_t temporary();
+    void drop(const Operand& operand) {
+        if (operand.kind == Operand::Kind::Temporary) --top_;
+    }
+    std::uint16_t inRegister(Operand& operand);
+    void moveTo(std::uint16_t place, const Operand& operand);
+    // Into the next free register, if need be.
+    Operand inTemporary(const Operand& operand);
+    std::uint16_t constant(ScriptValue value);
+    Operand number(double value) { return {Operand::Kind::Constant, constant(value)}; }
+    [[nodiscard]] const double* numberOf(const Operand& operand) const;
+
+    [[nodiscard]] const Local* sureLocal(std::int32_t name) const;
+    std::uint16_t declareLocal(std::int32_t name);
+    // What was made sure since the trail was that long need not be where ways meet again.
+    void unsure(std::size_t trail);
+    void ensure(std::int32_t name);
+    // The registers of declared names, of those in use.
+    [[nodiscard]] std::size_t locals() const { return fn_.bound + declared_; }
+    [[nodiscard]] std::int32_t maybe(std::int32_t name);
+    Operand load(std::int32_t name);
+    void store(std::int32_t name, Operand value, bool declared);
+    void update(std::int32_t name, Word op, Operand right, bool declared);
 
     // --- Statements
 
     void block();
     void statement();
-    void condition();
+    Operand condition();
     void ifStatement();
     void whileStatement();
     void doStatement();
@@ -136,13 +181,15 @@ class Compiler {
     void simpleStatement();
     void dropped();
     void switchStatement();
-    Labels scanLabels(std::int32_t counter);
-    void switchBodies(const Labels& labels, std::size_t table);
+    Labels scanLabels(std::uint16_t key, std::int32_t counter);
+    void switchBodies(const Labels& labels, SwitchTable& table);
     void switchStatements(std::size_t from, std::size_t end,
                           std::map<std::size_t, std::int32_t>& places);
 
     std::int32_t beginLoop();
-    std::int32_t loopBegin(std::int32_t counter);
+    void loopBack(std::int32_t counter, std::int32_t top);
+    // The instruction that an error in what it leads to takes the place of.
+    [[nodiscard]] std::int32_t entryOf(std::int32_t jump) const;
     void openScope(bool loop) { scopes_.push_back({loop, label(), {}, {}}); }
     Scope closeScope(std::size_t& range);
     void finishScope(const Scope& scope, std::size_t range);
@@ -150,22 +197,25 @@ class Compiler {
     // --- Expressions
 
     // Operators that bind as tight as `least` or tighter; 0 for a whole expression.
-    void expression(int least);
-    void conditional();
-    void binary(Word op);
-    std::int32_t jumpIfFalse();
-    void unary();
-    void primary();
-    void name();
-    void call(std::string_view name);
+    Operand expression(int least);
+    Operand logical(Word op, int binding, Operand left);
+    Operand conditional(const Operand& test);
+    Operand binary(Word op, Operand left, Operand right);
+    // `plain`: texts are numbers, and not joined.
+    void emitBinary(Word op, bool plain, std::uint16_t to, std::uint16_t left, Operand right);
+    std::int32_t jumpIfFalse(Operand test);
+    Operand unary();
+    Operand primary();
+    Operand name();
+    Operand call(std::string_view name);
 
+    std::vector<std::int32_t> maybeNames_;  // sorted
     Function& fn_;
     Program& program_;
     const std::vector<Tok>& tokens_;
     const ScriptHost* host_;
     std::size_t pos_ = 0;
     int nesting_ = 0;
-    std::size_t stack_ = 0;
     std::int32_t counters_ = 0;
     std::int32_t lastLabel_ = 0;
     bool exhausted_ = false;
@@ -175,7 +225,13 @@ class Compiler {
     // Where the loops around this place begin to need their body.
     std::vector<std::int32_t> entries_;
     std::vector<Scope> scopes_;
-    std::map<std::int32_t, std::int32_t> slots_;
+    std::size_t top_ = 0;       // the next free register
+    std::size_t declared_ = 0;  // names that have one, besides the parameters
+    std::unordered_map<std::int32_t, Local> locals_;
+    std::vector<std::int32_t> trail_;  // names in the order in which they were made sure
+    std::set<std::int32_t> doubted_;   // used where they may be undeclared
+    std::unordered_map<std::uint64_t, std::uint16_t> numbers_;  // by their bits
+    std::unordered_map<std::string_view, std::uint16_t> texts_;
 };
 
 }  // namespace port::script

@@ -1,12 +1,10 @@
 #include "ScriptExec.hpp"
 
 #include <algorithm>
-#include <span>
+#include <functional>
 #include <stdexcept>
 #include <utility>
 
-#include "ScriptBuiltins.hpp"
-#include "ScriptLimits.hpp"
 #include "ScriptOperators.hpp"
 #include "ScriptValue.hpp"
 
@@ -16,12 +14,25 @@ namespace {
 // The counter of a switch that no label has matched.
 constexpr std::int32_t kNoMatch = -1;
 
-// Whether a condition that leaves the stack holds.
-bool spend(ScriptValue& value) {
-    const bool met = holds(value);
-    release(value);
-    return met;
+const double* numberOf(const ScriptValue& value) {
+    return std::get_if<double>(&value);
 }
+
+// `operate` on two numbers; false if they are none.
+template <typename Operate>
+bool onNumbers(ScriptValue& to, const ScriptValue& left, const ScriptValue& right,
+               Operate operate) {
+    const double* const a = numberOf(left);
+    const double* const b = numberOf(right);
+    if (a == nullptr || b == nullptr) return false;
+    put(to, operate(*a, *b));
+    return true;
+}
+
+constexpr auto kAdd = [](double a, double b) { return a + b; };
+constexpr auto kSub = [](double a, double b) { return a - b; };
+constexpr auto kMul = [](double a, double b) { return a * b; };
+constexpr auto kDiv = [](double a, double b) { return quotient(a, b); };
 
 }  // namespace
 
@@ -44,251 +55,287 @@ void Exec::call(Function& function) {
 
 // The heart: one instruction a turn.
 void Exec::run() {
-    Registers r = registers();
+    View v = view();
+    const auto operate = [&](const Instr& i, const ScriptValue& right, auto operation) {
+        ScriptValue& to = v.registers[i.a];
+        const ScriptValue& left = v.registers[i.b];
+        if (!onNumbers(to, left, right, operation)) binary(i, to, left, right);
+    };
+    const auto test = [&](const Instr& i, const ScriptValue& right, auto comparison) {
+        const ScriptValue& left = v.registers[i.a];
+        const double* const a = numberOf(left);
+        const double* const b = numberOf(right);
+        v.passIf(a != nullptr && b != nullptr ? comparison(*a, *b) : compares(i.word, left, right));
+    };
     for (;;) {
-        const Instr& i = *r.ip++;
+        const Instr& i = *v.ip++;
         switch (i.op) {
-            case Op::Number:
-                put(*r.top++, i.number);
+            case Op::Move:
+                copy(v.registers[i.a], v.registers[i.b]);
                 break;
-            case Op::Text:
-                copy(*r.top++, r.function->texts[static_cast<std::size_t>(i.a)]);
+            case Op::Constant:
+                copy(v.registers[i.a], v.constants[i.wide()]);
                 break;
             case Op::Truth:
-                putTruth(*r.top++, i.a != 0);
-                break;
-            case Op::LoadSlot:
-                if (!r.slots[i.a].present) {
-                    load(i.b, *r.top++);
-                } else {
-                    copy(*r.top++, r.slots[i.a].value);
-                }
+                putTruth(v.registers[i.a], holds(v.registers[i.b]));
                 break;
             case Op::LoadName:
-                load(i.b, *r.top++);
-                break;
-            case Op::StoreSlot:
-                if (!r.slots[i.a].present) {
-                    store(i.b, *--r.top);
-                } else {
-                    take(r.slots[i.a].value, *--r.top);
-                }
+                load(i.wide(), v.registers[i.a]);
                 break;
             case Op::StoreName:
-                store(i.b, *--r.top);
-                break;
-            case Op::DeclareSlot:
-                take(r.slots[i.a].value, *--r.top);
-                r.slots[i.a].present = true;
+                store(i.wide(), v.registers[i.a]);
                 break;
             case Op::UpdateName:
-                updateName(i, *--r.top);
+                update(i.wide(), i.word, v.registers[i.a]);
                 break;
-            case Op::UpdateSlot:
-                updateSlot(i, r.slots[i.a], *--r.top);
-                break;
-            case Op::Pop:
-                release(*--r.top);
-                break;
-            case Op::Unary:
-                chargeText(r.top[-1]);
-                applyPrefix(i.word, r.top[-1]);
-                break;
-            case Op::Binary:
-                --r.top;
-                binary(i.word, r.top[-1], r.top[0]);
-                release(r.top[0]);
-                break;
-            case Op::BinaryNumber:
-                binaryNumber(i, r.top[-1]);
-                break;
-            case Op::ToTruth:
-                putTruth(r.top[-1], holds(r.top[-1]));
-                break;
-            case Op::Jump:
-                r.jump(i.a);
-                break;
-            case Op::JumpIfFalse:
-                if (!spend(*--r.top)) r.jump(i.a);
-                break;
-            case Op::JumpUnless: {
-                r.top -= 2;
-                chargeText(r.top[0]);
-                chargeText(r.top[1]);
-                const bool met = compare(i.word, r.top[0], r.top[1]);
-                release(r.top[0]);
-                release(r.top[1]);
-                if (!met) r.jump(i.a);
-                break;
-            }
-            case Op::JumpUnlessNumber: {
-                --r.top;
-                const auto* left = std::get_if<double>(r.top);
-                chargeText(*r.top);
-                const bool met = left != nullptr ? compareNumbers(i.word, *left, i.number)
-                                                 : compare(i.word, *r.top, i.number);
-                release(*r.top);
-                if (!met) r.jump(i.a);
-                break;
-            }
-            case Op::AndJump:
-            case Op::OrJump: {
-                const bool decides = i.op == Op::OrJump;
-                if (holds(r.top[-1]) == decides) {
-                    putTruth(r.top[-1], decides);
-                    r.jump(i.a);
+            case Op::LoadMaybe: {
+                const Maybe& maybe = v.maybe(i);
+                if (declared(maybe) != 0) {
+                    copy(v.registers[i.a], v.registers[maybe.place]);
                 } else {
-                    release(*--r.top);
+                    load(static_cast<std::uint32_t>(maybe.name), v.registers[i.a]);
                 }
                 break;
             }
+            case Op::StoreMaybe: {
+                const Maybe& maybe = v.maybe(i);
+                if (declared(maybe) != 0) {
+                    copy(v.registers[maybe.place], v.registers[i.a]);
+                } else {
+                    store(static_cast<std::uint32_t>(maybe.name), v.registers[i.a]);
+                }
+                break;
+            }
+            case Op::UpdateMaybe: {
+                const Maybe& maybe = v.maybe(i);
+                if (declared(maybe) != 0) {
+                    ScriptValue& value = v.registers[maybe.place];
+                    chargeText(value);
+                    chargeText(v.registers[i.a]);
+                    put(value, arithmetic(i.word, num(value), num(v.registers[i.a])));
+                } else {
+                    update(static_cast<std::uint32_t>(maybe.name), i.word, v.registers[i.a]);
+                }
+                break;
+            }
+            case Op::Declare:
+                declared(v.maybe(i)) = 1;
+                break;
+            case Op::Add:
+            case Op::Sum:
+                operate(i, v.registers[i.c], kAdd);
+                break;
+            case Op::AddK:
+            case Op::SumK:
+                operate(i, v.constants[i.c], kAdd);
+                break;
+            case Op::Sub:
+                operate(i, v.registers[i.c], kSub);
+                break;
+            case Op::SubK:
+                operate(i, v.constants[i.c], kSub);
+                break;
+            case Op::Mul:
+                operate(i, v.registers[i.c], kMul);
+                break;
+            case Op::MulK:
+                operate(i, v.constants[i.c], kMul);
+                break;
+            case Op::Div:
+                operate(i, v.registers[i.c], kDiv);
+                break;
+            case Op::DivK:
+                operate(i, v.constants[i.c], kDiv);
+                break;
+            case Op::Binary:
+                binary(i, v.registers[i.a], v.registers[i.b], v.registers[i.c]);
+                break;
+            case Op::BinaryK:
+                binary(i, v.registers[i.a], v.registers[i.b], v.constants[i.c]);
+                break;
+            case Op::Prefix:
+                chargeText(v.registers[i.b]);
+                applyPrefix(i.word, v.registers[i.a], v.registers[i.b]);
+                break;
+            case Op::Equal:
+                test(i, v.registers[i.b], isSame);
+                break;
+            case Op::EqualK:
+                test(i, v.constants[i.b], isSame);
+                break;
+            case Op::NotEqual:
+                test(i, v.registers[i.b], std::not_fn(isSame));
+                break;
+            case Op::NotEqualK:
+                test(i, v.constants[i.b], std::not_fn(isSame));
+                break;
+            case Op::Less:
+                test(i, v.registers[i.b], std::less());
+                break;
+            case Op::LessK:
+                test(i, v.constants[i.b], std::less());
+                break;
+            case Op::LessEqual:
+                test(i, v.registers[i.b], std::less_equal());
+                break;
+            case Op::LessEqualK:
+                test(i, v.constants[i.b], std::less_equal());
+                break;
+            case Op::GreaterK:
+                test(i, v.constants[i.b], std::greater());
+                break;
+            case Op::GreaterEqualK:
+                test(i, v.constants[i.b], std::greater_equal());
+                break;
+            case Op::Jump:
+                v.jump(i.wide());
+                break;
+            case Op::JumpIfFalse:
+                if (!holds(v.registers[i.a])) v.jump(i.wide());
+                break;
+            case Op::JumpIfTrue:
+                if (holds(v.registers[i.a])) v.jump(i.wide());
+                break;
             case Op::LoopBegin:
-                r.counters[i.b] = 0;
+                v.counters[i.a] = 0;
                 break;
             case Op::LoopBack:
                 // At its limit a loop just goes on behind it.
-                if (++r.counters[i.b] >= kMaxRounds) break;
-                charge(static_cast<std::size_t>(r.ip - (r.code + i.a)));
-                r.jump(i.a);
+                if (++v.counters[i.a] >= kMaxRounds) break;
+                charge(static_cast<std::size_t>(v.ip - (v.code + i.wide())));
+                v.jump(i.wide());
                 break;
             case Op::SwitchBegin:
-                r.counters[i.b] = kNoMatch;
+                v.counters[i.a] = kNoMatch;
                 break;
-            case Op::CaseTest:
-                --r.top;
-                chargeText(r.top[-1]);
-                chargeText(r.top[0]);
-                if (r.counters[i.b] == kNoMatch && eq(r.top[-1], r.top[0])) r.counters[i.b] = i.a;
-                release(r.top[0]);
-                break;
-            case Op::SwitchJump: {
-                release(*--r.top);
-                const SwitchTable& table = r.function->switches[static_cast<std::size_t>(i.a)];
-                const std::int32_t match = r.counters[i.b];
-                r.jump(match == kNoMatch ? table.otherwise
-                                         : table.targets[static_cast<std::size_t>(match)]);
+            case Op::CaseTest: {
+                std::int32_t& match = v.counters[i.c];
+                if (match < 0) {
+                    const bool met = compares(Word::Equal, v.registers[i.a], v.registers[i.b]);
+                    match = met ? ~match : match - 1;
+                }
                 break;
             }
+            case Op::SwitchJump: {
+                const SwitchTable& table = v.function->switches[i.wide()];
+                const std::int32_t match = v.counters[i.a];
+                v.jump(static_cast<std::uint32_t>(
+                    match < 0 ? table.otherwise : table.targets[static_cast<std::size_t>(match)]));
+                break;
+            }
+            case Op::SwitchNumber:
+                v.jump(static_cast<std::uint32_t>(
+                    labelOf(v.function->switches[i.wide()], v.registers[i.a])));
+                break;
             case Op::CallBuiltin:
-                r.top = callBuiltin(r.site(i), r.ip, r.top);
-                if (r.top == nullptr) r = registers();
+                if (!callBuiltin(v.site(i), v.ip, v.registers + i.a)) v = view();
                 break;
             case Op::CallUser:
-                callUser(r.site(i), r.ip, r.top);
-                r = registers();
+                callUser(v.site(i), v.ip, v.registers + i.a);
+                v = view();
                 break;
             case Op::CallHost:
-                r.top = callHost(r.site(i), r.ip, r.top);
-                if (r.top == nullptr) r = registers();
+                if (!callHost(v.site(i), v.ip, v.registers + i.a)) v = view();
                 break;
             case Op::Return:
-                if (!leave(*--r.top)) return;
-                r = registers();
+                if (!leave(i.a)) return;
+                v = view();
                 break;
-            case Op::ReturnEmpty: {
-                ScriptValue none;
-                if (!leave(none)) return;
-                r = registers();
+            case Op::ReturnEmpty:
+                v.registers[0].emplace<std::monostate>();
+                if (!leave(0)) return;
+                v = view();
                 break;
-            }
             case Op::EscapeBreak:
             case Op::EscapeContinue:
-                escape(i.op == Op::EscapeBreak, r.ip, r.top);
-                r = registers();
+                escape(i.op == Op::EscapeBreak, v.ip);
+                v = view();
                 break;
             case Op::Throw:
-                throw std::runtime_error(r.function->errors[static_cast<std::size_t>(i.a)]);
+                throw std::runtime_error(v.function->errors[i.wide()]);
         }
     }
 }
 
 // --- Frames
 
-Exec::Registers Exec::registers() {
-    const Frame& frame = frames_.back();
-    return {frame.function,
-            frame.function->code.data(),
-            frame.next,
-            stack_.data() + frame.top,
-            slots_.data() + frame.slots,
-            counters_.data() + frame.counters};
+Exec::View Exec::view() {
+    const Frame& current = frame();
+    const Function& function = *current.function;
+    return {&function,
+            function.code.data(),
+            current.next,
+            registers_.data() + current.base,
+            function.constants.data(),
+            counters_.data() + current.counters};
 }
 
-// The arguments are the `count` values below stack place `top`; spare ones are dropped.
-void Exec::enter(Function& function, std::size_t count, std::size_t top) {
-    if (frames_.size() == kMaxCalls) throw std::runtime_error("script recursion limit exceeded");
+// The arguments are the `count` registers from `base` on, where those of the call begin.
+void Exec::enter(Function& function, std::size_t base, std::size_t count) {
+    if (depth_ == kMaxCalls) throw std::runtime_error("script recursion limit exceeded");
     if (!function.compiled) charge(library_.compile(function));
-    charge(function.code.size() + function.slots);
-    Frame frame{&function, function.code.data(), 0, 0, top - count, top - count};
-    if (!frames_.empty()) {
-        const Frame& caller = frames_.back();
-        frame.slots = caller.slots + caller.function->slots;
-        frame.counters = caller.counters + caller.function->counters;
-    }
-    const auto grow = [](auto& values, std::size_t size) {
-        if (values.size() < size) values.resize(std::max(size, 2 * values.size()));
-    };
-    grow(stack_, std::max(top, frame.stack + function.maxStack) + 1);
-    grow(slots_, frame.slots + function.slots);
-    grow(counters_, frame.counters + function.counters);
-    grow(known_, names_.size());
-    frames_.push_back(frame);
-    for (std::size_t i = 0; i < function.paramSlots.size(); ++i) {
-        if (function.paramSlots[i] < 0) continue;
-        Slot& slot = slots_[frame.slots + static_cast<std::size_t>(function.paramSlots[i])];
-        slot.present = true;
-        if (i < count) {
-            take(slot.value, stack_[frame.stack + i]);
-        } else {
-            slot.value.emplace<std::monostate>();
-        }
-    }
-    for (std::size_t i = frame.stack; i < top; ++i) release(stack_[i]);
+    charge(function.code.size() + function.registers);
+    Frame entered{&function, function.code.data(), base, 0};
+    if (depth_ > 0) entered.counters = frame().counters + frame().function->counters;
+    grow(entered, count);
+    if (count != function.bound || !function.maybes.empty()) settle(entered, count);
+    frames_[depth_++] = entered;
 }
 
-// False once the outermost function has returned. A value that was alone on the stack of its
-// function already stands where the caller expects it.
-bool Exec::leave(ScriptValue& value) {
-    const std::size_t place = frames_.back().stack;
-    if (&value != &stack_[place]) take(stack_[place], value);
-    popFrame();
-    if (frames_.empty()) {
-        release(stack_[place]);
-        return false;
+void Exec::grow(const Frame& frame, std::size_t count) {
+    const std::size_t end = frame.base + std::max(count, frame.function->registers);
+    if (registers_.size() < end) {
+        registers_.resize(std::max(end, 2 * registers_.size()));
+        declared_.resize(registers_.size());
     }
-    frames_.back().top = place + 1;
-    return true;
+    const std::size_t counters = frame.counters + frame.function->counters;
+    if (counters_.size() < counters) counters_.resize(std::max(counters, 2 * counters_.size()));
+    if (known_.size() < names_.size()) known_.resize(names_.size());
+}
+
+// Missing arguments are empty, and spare ones are dropped.
+void Exec::settle(const Frame& frame, std::size_t count) {
+    const std::size_t bound = frame.function->bound;
+    for (std::size_t i = std::min(bound, count); i < std::max(bound, count); ++i) {
+        registers_[frame.base + i].emplace<std::monostate>();
+    }
+    for (const Maybe& maybe : frame.function->maybes) declared_[frame.base + maybe.place] = 0;
+}
+
+// The value of register `place` comes to where the caller expects it. False once the outermost
+// function has returned.
+bool Exec::leave(std::size_t place) {
+    const Frame& left = frame();
+    ScriptValue* const registers = registers_.data() + left.base;
+    if (place != 0) take(registers[0], registers[place]);
+    for (std::size_t i = 1; i < left.function->registers; ++i) release(registers[i]);
+    if (--depth_ > 0) return true;
+    release(registers[0]);
+    return false;
 }
 
 void Exec::popFrame() {
-    const Frame& frame = frames_.back();
-    for (std::size_t i = 0; i < frame.function->slots; ++i) {
-        Slot& slot = slots_[frame.slots + i];
-        release(slot.value);
-        slot.present = false;
-    }
-    frames_.pop_back();
+    const Frame& left = frame();
+    for (std::size_t i = 0; i < left.function->registers; ++i) release(registers_[left.base + i]);
+    --depth_;
 }
 
 void Exec::reset() {
-    while (!frames_.empty()) popFrame();
-    for (ScriptValue& value : stack_) release(value);
+    while (depth_ > 0) popFrame();
 }
 
 // A break or continue that no loop of its function holds goes on in the nearest loop, or for a
 // break switch, whose body made the call that it came from, directly or not.
-void Exec::escape(bool breaks, const Instr* next, const ScriptValue* top) {
-    const auto end = static_cast<std::size_t>(top - stack_.data());
-    frames_.back().next = next;
-    for (; !frames_.empty(); popFrame()) {
-        Frame& frame = frames_.back();
-        const auto from = static_cast<std::int32_t>(frame.next - frame.function->code.data()) - 1;
-        for (const CatchRange& range : frame.function->ranges) {
+void Exec::escape(bool breaks, const Instr* next) {
+    frame().next = next;
+    for (; depth_ > 0; popFrame()) {
+        Frame& current = frame();
+        const Instr* const code = current.function->code.data();
+        const auto from = static_cast<std::int32_t>(current.next - code) - 1;
+        for (const CatchRange& range : current.function->ranges) {
             const std::int32_t to = breaks ? range.breakTo : range.continueTo;
             if (from < range.begin || from >= range.end || to < 0) continue;
-            for (std::size_t i = frame.stack; i < end; ++i) release(stack_[i]);
-            frame.next = frame.function->code.data() + to;
-            frame.top = frame.stack;
+            current.next = code + to;
             return;
         }
     }
@@ -300,155 +347,10 @@ void Exec::outOfSteps() {
     throw std::runtime_error("script step limit exceeded");
 }
 
-// --- Calls
-
-void Exec::callUser(const CallSite& site, const Instr* next, const ScriptValue* top) {
-    frames_.back().next = next;
-    enter(*site.user, site.count, static_cast<std::size_t>(top - stack_.data()));
-}
-
-// The new end of the values; null if the run goes on elsewhere: in a function of the script, or
-// behind a loop.
-ScriptValue* Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptValue* top) {
-    ScriptValue result;
-    ScriptValue* const args = top - site.count;
-    for (std::size_t i = 0; i < site.count; ++i) chargeText(args[i]);
-    BuiltinCall call{*this, *context_, globals_, random_, {args, site.count}, result};
-    if (!site.builtin->run(call)) {
-        if (site.user == nullptr) return callHost(site, next, top);
-        callUser(site, next, top);
-        return nullptr;
-    }
-    for (ScriptValue& arg : call.args) release(arg);
-    take(*args, result);
-    return args + 1;
-}
-
-// A host may run further scripts. A break or continue that leaves such a run passes through the
-// host and concerns the loops around the call.
-ScriptValue* Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* top) {
-    const std::span<ScriptValue> args(top - site.count, site.count);
-    const std::size_t noted = unsupported_->names().size();
-    for (const ScriptValue& arg : args) chargeText(arg);
-    ScriptValue result;
-    bool answered = false;
-    const auto leaveBy = [&](bool breaks) {
-        forgetVariables();
-        escape(breaks, next, top);
-        return nullptr;
-    };
-    try {
-        answered = site.host != nullptr &&
-                   host_->callHostFunction(*site.host, args, *context_, *unsupported_, result);
-    } catch (const BreakSignal&) {
-        return leaveBy(true);
-    } catch (const ContinueSignal&) {
-        return leaveBy(false);
-    }
-    if (site.host != nullptr) forgetVariables();
-    if (!answered) {
-        result = {};
-        unsupported_->add(*site.name);
-    }
-    charge(kEntrySteps * (unsupported_->names().size() - noted));
-    for (ScriptValue& arg : args) release(arg);
-    take(*args.data(), result);
-    return args.data() + 1;
-}
-
-// --- Variables of the context
-
-// Where the context holds the variable; null if it does not.
-ScriptValue* Exec::find(std::int32_t name) {
-    Known& known = known_[static_cast<std::size_t>(name)];
-    if (known.epoch == epoch_) return known.value;
-    const auto found = context_->local.find(names_.text(name));
-    if (found == context_->local.end()) return nullptr;
-    known = {epoch_, &found->second};
-    return known.value;
-}
-
-void Exec::load(std::int32_t name, ScriptValue& to) {
-    if (const ScriptValue* value = find(name)) return copy(to, *value);
-    const std::string& text = names_.text(name);
-    const auto global = globals_.find(text);
-    if (global != globals_.end()) return copy(to, global->second);
-    // A variable that nobody set reads as 0, and only the name "null" as no handle.
-    if (equalsFolded(text, "null")) {
-        to.emplace<std::uintptr_t>(0);
-    } else {
-        put(to, 0.0);
-    }
-}
-
-void Exec::store(std::int32_t name, ScriptValue& from) {
-    ScriptValue* value = find(name);
-    if (value == nullptr) {
-        charge(kEntrySteps);
-        value = &context_->local[names_.text(name)];
-    }
-    take(*value, from);
-}
-
-void Exec::updateName(const Instr& instr, const ScriptValue& right) {
-    ScriptValue value;
-    load(instr.b, value);
-    chargeText(value);
-    chargeText(right);
-    put(value, arithmetic(instr.word, num(value), num(right)));
-    store(instr.b, value);
-}
-
-void Exec::updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right) {
-    if (!slot.present && !instr.flag) return updateName(instr, right);
-    if (!slot.present) load(instr.b, slot.value);
-    chargeText(slot.value);
-    chargeText(right);
-    put(slot.value, arithmetic(instr.word, num(slot.value), num(right)));
-    slot.present = true;
-}
-
-// --- Operators
-
-void Exec::copy(ScriptValue& to, const ScriptValue& from) {
-    if (const auto* number = std::get_if<double>(&from)) return put(to, *number);
-    to = from;
-}
-
-void Exec::binaryNumber(const Instr& instr, ScriptValue& left) {
-    auto* number = std::get_if<double>(&left);
-    if (number != nullptr && !isComparison(instr.word)) {
-        *number = arithmetic(instr.word, *number, instr.number);
-    } else {
-        binary(instr.word, left, instr.number);
-    }
-}
-
-void Exec::binary(Word op, ScriptValue& left, const ScriptValue& right) {
-    chargeText(left);
-    chargeText(right);
-    if (isComparison(op)) return putTruth(left, compare(op, left, right));
-    auto* a = std::get_if<double>(&left);
-    const auto* b = std::get_if<double>(&right);
-    if (a != nullptr && b != nullptr) {
-        *a = arithmetic(op, *a, *b);
-    } else if (op == Word::Add && (left.index() == 2 || right.index() == 2)) {
-        join(left, right);
-    } else {
-        put(left, arithmetic(op, num(left), num(right)));
-    }
-}
-
-void Exec::join(ScriptValue& left, const ScriptValue& right) {
-    std::string text = str(left);
-    if (const auto* tail = std::get_if<ScriptText>(&right)) {
-        text += tail->str();
-    } else {
-        text += str(right);
-    }
-    if (text.size() > kMaxText) throw std::runtime_error("script text too long");
-    charge(text.size() / kTextPerStep);
-    left = std::move(text);
+void Exec::chargeEntries(std::size_t count) {
+    charge(kEntrySteps * count);
+    if (ScriptMemory::bytes() > kMaxMemory)
+        throw std::runtime_error("script memory limit exceeded");
 }
 
 }  // namespace port::script

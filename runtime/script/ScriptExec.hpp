@@ -1,14 +1,12 @@
 #pragma once
 
 // Runs compiled functions. One machine serves one run at a time and is used again by the next, so
-// that a call allocates nothing once the stacks have grown.
+// that a call allocates nothing once the registers have grown.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <random>
-#include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "ScriptCode.hpp"
@@ -43,68 +41,88 @@ class Exec {
     void chargeText(const ScriptValue& value) {
         if (const auto* text = std::get_if<ScriptText>(&value)) charge(text->size() / kTextPerStep);
     }
-    // A second holder of a value.
-    void copy(ScriptValue& to, const ScriptValue& from);
-    // Variables of the context were erased: where they stood is no longer known.
+    // For elements or variables that come to be. Throws once all values together are too large.
+    void chargeEntries(std::size_t count);
+    // Variables came, or were erased: where they stand is no longer known.
     void forgetVariables() { ++epoch_; }
 
   private:
-    struct Slot {
-        ScriptValue value;
-        bool present = false;  // declared so far in this call
-    };
     struct Frame {
         Function* function = nullptr;
         const Instr* next = nullptr;
-        // Where its parts of the stacks begin, and where its values end.
-        std::size_t slots = 0;
+        // Where its parts of the registers and counters begin.
+        std::size_t base = 0;
         std::size_t counters = 0;
-        std::size_t stack = 0;
-        std::size_t top = 0;
     };
-    // Where a variable of the context was found in this epoch.
+    // Where a variable was found in this epoch.
     struct Known {
         std::uint64_t epoch = 0;
-        ScriptValue* value = nullptr;
+        const ScriptValue* value = nullptr;
+        ScriptValue* own = nullptr;  // in the context; null if it is not there
     };
     // The running function, and its parts of the stacks. Held by run() alone and passed to no one,
     // so that its loop keeps them in the registers of the processor.
-    struct Registers {
+    struct View {
         const Function* function = nullptr;
         const Instr* code = nullptr;
         const Instr* ip = nullptr;
-        ScriptValue* top = nullptr;  // behind the last value
-        Slot* slots = nullptr;
+        ScriptValue* registers = nullptr;
+        const ScriptValue* constants = nullptr;
         std::int32_t* counters = nullptr;
 
-        void jump(std::int32_t to) { ip = code + to; }
         [[nodiscard]] const CallSite& site(const Instr& instr) const {
-            return function->sites[static_cast<std::size_t>(instr.a)];
+            return function->sites[instr.wide()];
+        }
+        [[nodiscard]] const Maybe& maybe(const Instr& instr) const {
+            return function->maybes[instr.wide()];
+        }
+        void jump(std::uint32_t to) { ip = code + to; }
+        // Behind a test: over the jump that follows it, or along it.
+        void passIf(bool met) {
+            if (met) {
+                ++ip;
+            } else {
+                jump(ip->wide());
+            }
         }
     };
 
     void run();
-    Registers registers();
-    void enter(Function& function, std::size_t count, std::size_t top);
-    bool leave(ScriptValue& value);
+    View view();
+    void enter(Function& function, std::size_t base, std::size_t count);
+    void grow(const Frame& frame, std::size_t count);
+    void settle(const Frame& frame, std::size_t count);
+    bool leave(std::size_t place);
     void popFrame();
     void reset();
-    void escape(bool breaks, const Instr* next, const ScriptValue* top);
+    void escape(bool breaks, const Instr* next);
     [[noreturn]] static void outOfSteps();
+    [[nodiscard]] Frame& frame() { return frames_[depth_ - 1]; }
 
-    void callUser(const CallSite& site, const Instr* next, const ScriptValue* top);
-    ScriptValue* callBuiltin(const CallSite& site, const Instr* next, ScriptValue* top);
-    ScriptValue* callHost(const CallSite& site, const Instr* next, ScriptValue* top);
+    // Calls: the arguments begin at `args`, where the result comes. False if the run goes on
+    // elsewhere: in a function of the script, or behind a loop.
+    void callUser(const CallSite& site, const Instr* next, const ScriptValue* args);
+    bool callBuiltin(const CallSite& site, const Instr* next, ScriptValue* args);
+    bool callHost(const CallSite& site, const Instr* next, ScriptValue* args);
 
-    ScriptValue* find(std::int32_t name);
-    void load(std::int32_t name, ScriptValue& to);
-    void store(std::int32_t name, ScriptValue& from);
-    void updateName(const Instr& instr, const ScriptValue& right);
-    void updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right);
+    Known& known(std::uint32_t name) {
+        Known& known = known_[name];
+        if (known.epoch != epoch_) look(name, known);
+        return known;
+    }
+    void look(std::uint32_t name, Known& known);
+    void load(std::uint32_t name, ScriptValue& to);
+    void store(std::uint32_t name, const ScriptValue& from);
+    void update(std::uint32_t name, Word op, const ScriptValue& right);
+    [[nodiscard]] char& declared(const Maybe& maybe) {
+        return declared_[frame().base + maybe.place];
+    }
 
-    void binaryNumber(const Instr& instr, ScriptValue& left);
-    void binary(Word op, ScriptValue& left, const ScriptValue& right);
-    void join(ScriptValue& left, const ScriptValue& right);
+    bool compares(Word op, const ScriptValue& left, const ScriptValue& right);
+    void binary(const Instr& instr, ScriptValue& to, const ScriptValue& left,
+                const ScriptValue& right);
+    void join(ScriptValue& to, const ScriptValue& left, const ScriptValue& right);
+    std::int32_t labelOf(const SwitchTable& table, const ScriptValue& key);
 
     ScriptLibrary& library_;
     const Names& names_;
@@ -115,10 +133,12 @@ class Exec {
     ScriptContext* context_ = nullptr;
     UnansweredNames* unsupported_ = nullptr;
 
-    std::vector<ScriptValue> stack_;
-    std::vector<Slot> slots_;
+    // What is left behind in a register stays until it is overwritten or its call ends.
+    std::vector<ScriptValue> registers_;
+    std::vector<char> declared_;  // by register, for those of maybes
     std::vector<std::int32_t> counters_;
-    std::vector<Frame> frames_;
+    std::array<Frame, kMaxCalls> frames_{};
+    std::size_t depth_ = 0;
     std::vector<Known> known_;  // by name
     std::uint64_t epoch_ = 0;
 };

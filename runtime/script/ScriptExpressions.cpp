@@ -1,5 +1,7 @@
 // Operators, constants, variables and calls.
 
+#include <utility>
+
 #include "ScriptBuiltins.hpp"
 #include "ScriptCompiler.hpp"
 #include "ScriptLimits.hpp"
@@ -45,111 +47,189 @@ constexpr int level(Word word) {
     }
 }
 
+// An operator that has an instruction of its own.
+struct Own {
+    Op registers;
+    Op constant;
+};
+
+// `plain`: texts are numbers, and not joined.
+Own ownOperator(Word op, bool plain) {
+    switch (op) {
+        case Word::Add:
+            return plain ? Own{Op::Sum, Op::SumK} : Own{Op::Add, Op::AddK};
+        case Word::Sub:
+            return {Op::Sub, Op::SubK};
+        case Word::Mul:
+            return {Op::Mul, Op::MulK};
+        case Word::Div:
+            return {Op::Div, Op::DivK};
+        default:
+            return {Op::Binary, Op::BinaryK};
+    }
+}
+
+// The test of a comparison; the greater ones are the less ones the other way round.
+Op testOf(Word op, bool constant) {
+    switch (op) {
+        case Word::Equal:
+            return constant ? Op::EqualK : Op::Equal;
+        case Word::NotEqual:
+            return constant ? Op::NotEqualK : Op::NotEqual;
+        case Word::Less:
+            return constant ? Op::LessK : Op::Less;
+        case Word::LessEqual:
+            return constant ? Op::LessEqualK : Op::LessEqual;
+        case Word::Greater:
+            return constant ? Op::GreaterK : Op::Less;
+        default:
+            return constant ? Op::GreaterEqualK : Op::LessEqual;
+    }
+}
+
 }  // namespace
 
-void Compiler::expression(int least) {
-    unary();
+Compiler::Operand Compiler::expression(int least) {
+    Operand left = unary();
     for (;;) {
         const Word op = token().k == TK::Sym ? token().word : Word::None;
         const int binding = level(op);
         if (binding == 0 || binding < least) break;
         ++pos_;
         if (op == Word::AndAnd || op == Word::OrOr) {
-            const Op jump = op == Word::AndAnd ? Op::AndJump : Op::OrJump;
-            const std::int32_t decided = openJump({jump}, -1);
-            expression(binding + 1);
-            emit({Op::ToTruth}, 0);
-            land(decided);
+            left = logical(op, binding, left);
         } else {
-            expression(binding + 1);
-            binary(op);
+            inRegister(left);
+            const Operand right = expression(binding + 1);
+            left = binary(op, left, right);
         }
     }
     // Only at the outermost level: no bare operand of an operator.
-    if (least == 0 && accept(Word::Question)) conditional();
+    if (least == 0 && accept(Word::Question)) return conditional(left);
+    return left;
 }
 
-void Compiler::conditional() {
+// Both sides leave their truth in the same register; the right one is passed over if the left one
+// decides.
+Compiler::Operand Compiler::logical(Word op, int binding, Operand left) {
+    const auto truthOf = [&](Operand value) {
+        const std::uint16_t from = inRegister(value);
+        drop(value);
+        const std::uint16_t to = temporary();
+        emit({Op::Truth, Word::None, to, from});
+        return Operand{Operand::Kind::Temporary, to};
+    };
+    const Operand first = truthOf(left);
+    const std::int32_t decided =
+        openJump(op == Word::AndAnd ? Op::JumpIfFalse : Op::JumpIfTrue, first.index);
+    drop(first);
+    const Operand second = truthOf(expression(binding + 1));
+    land(decided);
+    return second;
+}
+
+Compiler::Operand Compiler::conditional(const Operand& test) {
     const Nested nested(*this);
-    const std::int32_t otherwise = jumpIfFalse();
-    expression(0);
+    const std::int32_t otherwise = jumpIfFalse(test);
+    drop(inTemporary(expression(0)));
     need(Word::Colon, ":");
-    const std::int32_t end = openJump({Op::Jump}, 0);
-    adjust(-1);
+    const std::int32_t end = openJump(Op::Jump);
     land(otherwise);
-    expression(0);
+    const Operand value = inTemporary(expression(0));
     land(end);
+    return value;
 }
 
-void Compiler::binary(Word op) {
-    Instr* const right = last();
-    if (right != nullptr && right->op == Op::Number) {
-        *right = {Op::BinaryNumber, op, false, 0, 0, right->number};
-        adjust(-1);
+Compiler::Operand Compiler::binary(Word op, Operand left, Operand right) {
+    drop(right);
+    drop(left);
+    const std::uint16_t to = temporary();
+    emitBinary(op, false, to, left.index, right);
+    return {Operand::Kind::Temporary, to};
+}
+
+void Compiler::emitBinary(Word op, bool plain, std::uint16_t to, std::uint16_t left,
+                          Operand right) {
+    const Own own = ownOperator(op, plain);
+    const bool constant = right.kind == Operand::Kind::Constant;
+    emit({constant ? own.constant : own.registers, op, to, left, right.index});
+}
+
+// Takes the comparison that made the value into itself.
+std::int32_t Compiler::jumpIfFalse(Operand test) {
+    Instr* const made = last();
+    const bool fuses = test.kind == Operand::Kind::Temporary && made != nullptr &&
+                       made->a == test.index && isComparison(made->word) &&
+                       (made->op == Op::Binary || made->op == Op::BinaryK);
+    const std::uint16_t place = fuses ? 0 : inRegister(test);
+    drop(test);
+    if (!fuses) return openJump(Op::JumpIfFalse, place);
+    const bool constant = made->op == Op::BinaryK;
+    const bool turned =
+        !constant && (made->word == Word::Greater || made->word == Word::GreaterEqual);
+    const Op asked = testOf(made->word, constant);
+    if (turned) {
+        const Word word = made->word == Word::Greater ? Word::Less : Word::LessEqual;
+        *made = {asked, word, made->c, made->b};
     } else {
-        emit({Op::Binary, op}, -1);
+        *made = {asked, made->word, made->b, made->c};
     }
+    return openJump(Op::Jump);
 }
 
-// Takes the comparison before it into itself.
-std::int32_t Compiler::jumpIfFalse() {
-    Instr* const test = last();
-    const bool fuses = test != nullptr && isComparison(test->word) &&
-                       (test->op == Op::Binary || test->op == Op::BinaryNumber);
-    if (!fuses) return openJump({Op::JumpIfFalse}, -1);
-    test->op = test->op == Op::Binary ? Op::JumpUnless : Op::JumpUnlessNumber;
-    adjust(-1);
-    open_.push_back(here() - 1);
-    return open_.back();
-}
-
-void Compiler::unary() {
+Compiler::Operand Compiler::unary() {
     const Nested nested(*this);
     const Word op = token().k == TK::Sym ? token().word : Word::None;
     if (op != Word::Not && op != Word::Tilde && op != Word::Sub && op != Word::Add) {
         return primary();
     }
     ++pos_;
-    unary();
-    emit({Op::Unary, op}, 0);
+    Operand value = unary();
+    const double* const known = numberOf(value);
+    if (known != nullptr && op == Word::Sub) return number(-*known);
+    const std::uint16_t from = inRegister(value);
+    drop(value);
+    const std::uint16_t to = temporary();
+    emit({Op::Prefix, op, to, from});
+    return {Operand::Kind::Temporary, to};
 }
 
-void Compiler::primary() {
+Compiler::Operand Compiler::primary() {
     const Tok& first = token();
     pass(first);
     if (first.k == TK::Id) return name();
     if (first.k == TK::Num) {
-        emit({Op::Number, Word::None, false, 0, 0, literalNumber(std::string(first.s))}, 1);
         ++pos_;
-    } else if (first.k == TK::Str) {
-        emit({Op::Text, Word::None, false, static_cast<std::int32_t>(fn_.texts.size())}, 1);
-        fn_.texts.emplace_back(ScriptText(first.s));
-        ++pos_;
-    } else if (accept(Word::LeftParen)) {
-        expression(0);
-        need(Word::RightParen, ")");
-    } else {
-        throw SyntaxError("unexpected token " + std::string(first.s));
+        return number(literalNumber(std::string(first.s)));
     }
+    if (first.k == TK::Str) {
+        ++pos_;
+        return {Operand::Kind::Constant, constant(program_.names.constant(first.s))};
+    }
+    if (!accept(Word::LeftParen)) throw SyntaxError("unexpected token " + std::string(first.s));
+    const Operand value = expression(0);
+    need(Word::RightParen, ")");
+    return value;
 }
 
-void Compiler::name() {
+Compiler::Operand Compiler::name() {
     const Tok name = token();
     ++pos_;
     if (accept(Word::LeftParen)) return call(name.s);
     if (name.word == Word::True || name.word == Word::False) {
-        emit({Op::Truth, Word::None, false, name.word == Word::True ? 1 : 0}, 1);
-    } else {
-        emit({Op::LoadName, Word::None, false, -1, program_.names.id(name.s)}, 1);
+        return {Operand::Kind::Constant, constant(name.word == Word::True)};
     }
+    return load(program_.names.id(name.s));
 }
 
-void Compiler::call(std::string_view name) {
+// The arguments stand one behind the other, each in a register of its own.
+Compiler::Operand Compiler::call(std::string_view name) {
+    const auto base = static_cast<std::uint16_t>(top_);
     std::size_t count = 0;
     if (!at(Word::RightParen)) {
         do {
             if (count == kMaxArguments) throw SyntaxError("too many arguments");
-            expression(0);
+            inTemporary(expression(0));
             ++count;
         } while (accept(Word::Comma));
     }
@@ -157,15 +237,16 @@ void Compiler::call(std::string_view name) {
     const std::string folded = lower(name);
     const Builtin* const builtin = findBuiltin(folded, count);
     Function* const user = program_.find(folded);
+    const HostFunction* const host =
+        user != nullptr || host_ == nullptr ? nullptr : host_->findHostFunction(folded);
     const Op op = builtin != nullptr ? Op::CallBuiltin
                   : user != nullptr  ? Op::CallUser
                                      : Op::CallHost;
-    emit({op, Word::None, false, static_cast<std::int32_t>(fn_.sites.size())},
-         1 - static_cast<int>(count));
-    const HostFunction* const host =
-        user != nullptr || host_ == nullptr ? nullptr : host_->findHostFunction(folded);
+    emitWide(op, base, fn_.sites.size());
     fn_.sites.push_back(
         {builtin, user, host, &program_.names.text(program_.names.id(name)), count});
+    top_ = base;
+    return {Operand::Kind::Temporary, temporary()};
 }
 
 }  // namespace port::script

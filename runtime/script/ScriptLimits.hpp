@@ -38,6 +38,10 @@ inline constexpr std::size_t kMaxRuns = 64;
 inline constexpr std::size_t kMaxText = std::size_t{1} << 20U;
 inline constexpr std::size_t kMaxArray = std::size_t{1} << 20U;
 
+// Bytes of all values of all scripts together; real games hold below 1 MiB. A script that keeps
+// more from pass to pass than it lets go then ends with an error, and the game goes on.
+inline constexpr std::size_t kMaxMemory = std::size_t{256} << 20U;
+
 // --- Compiling a function
 
 // Brackets, blocks, statements and prefix operators inside each other: bounds the depth of calls
@@ -50,7 +54,8 @@ inline constexpr std::size_t kMaxCode = std::size_t{1} << 18U;
 inline constexpr std::size_t kMaxScanned = 10'000'000;
 // Declared names: each call has a place for all of them.
 inline constexpr std::size_t kMaxVariables = 4096;
-// Values of one call on the stack; real calls have below 20.
+// Arguments of one call; real calls have below 20. Nested ones stand in registers at the same time,
+// of which an instruction can name 65,536.
 inline constexpr std::size_t kMaxArguments = 255;
 
 // --- Preprocessing

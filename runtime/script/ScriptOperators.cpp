@@ -34,7 +34,7 @@ double arithmetic(Word op, double left, double right) {
         case Word::Mul:
             return left * right;
         case Word::Div:
-            return right == 0.0 ? 0.0 : left / right;
+            return quotient(left, right);
         // The divisor is raised to at least 1.
         case Word::Mod:
             return static_cast<double>(integer(left) % std::max<std::int64_t>(1, integer(right)));
@@ -49,17 +49,25 @@ double arithmetic(Word op, double left, double right) {
     }
 }
 
-void applyPrefix(Word op, ScriptValue& value) {
+void applyPrefix(Word op, ScriptValue& to, const ScriptValue& value) {
     switch (op) {
         case Word::Not:
-            return putTruth(value, !holds(value));
+            return putTruth(to, !holds(value));
         case Word::Tilde:
-            return put(value, static_cast<double>(~integer(num(value))));
+            return put(to, static_cast<double>(~integer(num(value))));
         case Word::Sub:
-            return put(value, -num(value));
+            return put(to, -num(value));
         default:
-            return put(value, num(value));
+            return put(to, num(value));
     }
+}
+
+void putOther(ScriptValue& to, double value) {
+    to.emplace<double>(value);
+}
+
+void copyOther(ScriptValue& to, const ScriptValue& from) {
+    to = from;
 }
 
 }  // namespace port::script

@@ -14,12 +14,23 @@
 
 namespace port::script {
 
-// Assignments that keep the kind need no more than the bytes.
+// Out of the way of assignments that keep the kind, which need no more than the bytes.
+void putOther(ScriptValue& to, double value);
+void copyOther(ScriptValue& to, const ScriptValue& from);
+
 inline void put(ScriptValue& to, double value) {
     if (auto* number = std::get_if<double>(&to)) {
         *number = value;
     } else {
-        to.emplace<double>(value);
+        putOther(to, value);
+    }
+}
+
+inline void copy(ScriptValue& to, const ScriptValue& from) {
+    if (const auto* number = std::get_if<double>(&from)) {
+        put(to, *number);
+    } else {
+        copyOther(to, from);
     }
 }
 
@@ -51,6 +62,15 @@ inline void release(ScriptValue& value) {
     return known != nullptr ? *known : truth(value);
 }
 
+[[nodiscard]] inline bool isSame(double left, double right) {
+    return std::fabs(left - right) < 0.000001;
+}
+
+// A division by 0 is 0.
+[[nodiscard]] inline double quotient(double left, double right) {
+    return right == 0.0 ? 0.0 : left / right;
+}
+
 [[nodiscard]] constexpr bool isComparison(Word op) {
     return op >= Word::Equal && op <= Word::GreaterEqual;
 }
@@ -58,9 +78,9 @@ inline void release(ScriptValue& value) {
 [[nodiscard]] inline bool compareNumbers(Word op, double left, double right) {
     switch (op) {
         case Word::Equal:
-            return std::fabs(left - right) < 0.000001;
+            return isSame(left, right);
         case Word::NotEqual:
-            return !(std::fabs(left - right) < 0.000001);
+            return !isSame(left, right);
         case Word::Less:
             return left < right;
         case Word::Greater:
@@ -74,9 +94,9 @@ inline void release(ScriptValue& value) {
 
 [[nodiscard]] bool compare(Word op, const ScriptValue& left, const ScriptValue& right);
 
-// All binary operators but comparisons and the joining of texts. A division by 0 is 0.
+// All binary operators but comparisons and the joining of texts.
 [[nodiscard]] double arithmetic(Word op, double left, double right);
 
-void applyPrefix(Word op, ScriptValue& value);
+void applyPrefix(Word op, ScriptValue& to, const ScriptValue& value);
 
 }  // namespace port::script

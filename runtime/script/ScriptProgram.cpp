@@ -48,6 +48,23 @@ std::int32_t Names::id(std::string_view name) {
     return id;
 }
 
+const ScriptText& Names::constant(std::string_view text) {
+    const auto found = constants_.find(text);
+    if (found != constants_.end()) return found->second;
+    return constants_.emplace(text, ScriptText(text)).first->second;
+}
+
+void Function::forget() {
+    code.clear();
+    constants.clear();
+    errors.clear();
+    sites.clear();
+    switches.clear();
+    maybes.clear();
+    ranges.clear();
+    bound = registers = counters = 0;
+}
+
 Program::Program(Tokens text, Names& allNames, Program* under)
     : tokens(std::move(text)), names(allNames), base(under) {
     findFunctions();

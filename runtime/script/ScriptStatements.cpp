@@ -37,6 +37,13 @@ Word plainOperator(Word assignment) {
     }
 }
 
+// Whether a key is equal to one of them at most, however it is rounded.
+bool apart(std::vector<double> numbers) {
+    std::ranges::sort(numbers);
+    const auto close = [](double a, double b) { return b - a < 0.00001; };
+    return !numbers.empty() && std::ranges::adjacent_find(numbers, close) == numbers.end();
+}
+
 }  // namespace
 
 void Compiler::block() {
@@ -71,27 +78,30 @@ void Compiler::statement() {
     }
 }
 
-void Compiler::condition() {
+Compiler::Operand Compiler::condition() {
     need(Word::LeftParen, "(");
-    expression(0);
+    const Operand value = expression(0);
     need(Word::RightParen, ")");
+    return value;
 }
 
 // A chain of "else if" is one loop here, however long it is.
 void Compiler::ifStatement() {
     std::vector<std::int32_t> ends;
+    const std::size_t known = trail_.size();
     for (;;) {
         ++pos_;
-        condition();
-        const std::int32_t otherwise = jumpIfFalse();
+        const std::int32_t otherwise = jumpIfFalse(condition());
         statement();
+        unsure(known);
         const bool more = accept(Word::Else);
-        if (more) ends.push_back(openJump({Op::Jump}, 0));
+        if (more) ends.push_back(openJump(Op::Jump));
         land(otherwise);
         if (more && at(Word::If)) continue;
         if (more) statement();
         break;
     }
+    unsure(known);
     while (!ends.empty()) {
         land(ends.back());
         ends.pop_back();
@@ -104,8 +114,13 @@ std::int32_t Compiler::beginLoop() {
     return counter;
 }
 
-std::int32_t Compiler::loopBegin(std::int32_t counter) {
-    return emit({Op::LoopBegin, Word::None, false, 0, counter}, 0);
+void Compiler::loopBack(std::int32_t counter, std::int32_t top) {
+    emitWide(Op::LoopBack, static_cast<std::uint16_t>(counter), static_cast<std::size_t>(top));
+}
+
+std::int32_t Compiler::entryOf(std::int32_t jump) const {
+    const bool tested = jump > 0 && isTest(fn_.code[static_cast<std::size_t>(jump) - 1].op);
+    return tested ? jump - 1 : jump;
 }
 
 // The body ends here. A loop's round goes on at `continueTo`, code that is still to come.
@@ -114,13 +129,13 @@ Compiler::Scope Compiler::closeScope(std::size_t& range) {
     scopes_.pop_back();
     range = fn_.ranges.size();
     fn_.ranges.push_back({scope.begin, here(), 0, scope.loop ? label() : -1});
-    for (const std::int32_t jump : scope.continues) instr(jump).a = here();
+    for (const std::int32_t jump : scope.continues) lead(jump, here());
     return scope;
 }
 
 void Compiler::finishScope(const Scope& scope, std::size_t range) {
     fn_.ranges[range].breakTo = label();
-    for (const std::int32_t jump : scope.breaks) instr(jump).a = here();
+    for (const std::int32_t jump : scope.breaks) lead(jump, here());
 }
 
 // The condition is evaluated once, then the body skipped to learn its end: a broken body is an
@@ -128,20 +143,20 @@ void Compiler::finishScope(const Scope& scope, std::size_t range) {
 void Compiler::whileStatement() {
     const std::int32_t counter = beginLoop();
     const std::size_t conditionAt = ++pos_;
-    condition();
-    const std::int32_t leave = jumpIfFalse();
-    entries_.push_back(leave);
-    loopBegin(counter);
+    const std::int32_t leave = jumpIfFalse(condition());
+    entries_.push_back(entryOf(leave));
+    emit({Op::LoopBegin, Word::None, static_cast<std::uint16_t>(counter)});
     openScope(true);
     const std::int32_t top = here();
+    const std::size_t known = trail_.size();
     statement();
+    unsure(known);
     const std::size_t end = pos_;
     std::size_t range = 0;
     const Scope scope = closeScope(range);
     pos_ = conditionAt;
-    condition();
-    const std::int32_t stop = jumpIfFalse();
-    emit({Op::LoopBack, Word::None, false, top, counter}, 0);
+    const std::int32_t stop = jumpIfFalse(condition());
+    loopBack(counter, top);
     pos_ = end;
     entries_.pop_back();
     land(stop);
@@ -153,16 +168,17 @@ void Compiler::whileStatement() {
 void Compiler::doStatement() {
     const std::int32_t counter = beginLoop();
     ++pos_;
-    entries_.push_back(loopBegin(counter));
+    entries_.push_back(emit({Op::LoopBegin, Word::None, static_cast<std::uint16_t>(counter)}));
     openScope(true);
     const std::int32_t top = here();
+    const std::size_t known = trail_.size();
     statement();
+    unsure(known);
     std::size_t range = 0;
     const Scope scope = closeScope(range);
     if (!accept(Word::While)) throw SyntaxError("expected while after do");
-    condition();
-    const std::int32_t stop = jumpIfFalse();
-    emit({Op::LoopBack, Word::None, false, top, counter}, 0);
+    const std::int32_t stop = jumpIfFalse(condition());
+    loopBack(counter, top);
     accept(Word::Semicolon);
     entries_.pop_back();
     land(stop);
@@ -178,30 +194,34 @@ void Compiler::forStatement() {
     simpleClause(Word::Semicolon, ";");
     const std::size_t conditionAt = pos_;
     const bool conditional = !at(Word::Semicolon);
-    if (conditional) expression(0);
+    Operand test;
+    if (conditional) test = expression(0);
     need(Word::Semicolon, ";");
     std::vector<std::int32_t> leaves;
-    if (conditional) leaves.push_back(jumpIfFalse());
-    const std::int32_t begin = loopBegin(counter);
-    entries_.push_back(conditional ? leaves[0] : begin);
+    if (conditional) leaves.push_back(jumpIfFalse(test));
+    const std::int32_t begin =
+        emit({Op::LoopBegin, Word::None, static_cast<std::uint16_t>(counter)});
+    entries_.push_back(conditional ? entryOf(leaves[0]) : begin);
     const std::size_t incrementAt = pos_;
     skip([&] { simpleClause(Word::RightParen, ")"); });
     const std::size_t bodyAt = pos_;
     const std::int32_t top = label();
     if (conditional) {
         pos_ = conditionAt;
-        expression(0);
-        leaves.push_back(jumpIfFalse());
+        leaves.push_back(jumpIfFalse(expression(0)));
     }
     pos_ = bodyAt;
     openScope(true);
+    const std::size_t known = trail_.size();
     statement();
+    unsure(known);
     const std::size_t end = pos_;
     std::size_t range = 0;
     const Scope scope = closeScope(range);
     pos_ = incrementAt;
     simpleClause(Word::RightParen, ")");
-    emit({Op::LoopBack, Word::None, false, top, counter}, 0);
+    unsure(known);
+    loopBack(counter, top);
     pos_ = end;
     entries_.pop_back();
     for (const std::int32_t leave : leaves) land(leave);
@@ -222,19 +242,21 @@ void Compiler::leaveStatement() {
     const auto scope = std::find_if(scopes_.rbegin(), scopes_.rend(),
                                     [&](const Scope& s) { return breaks || s.loop; });
     if (scope == scopes_.rend()) {
-        emit({breaks ? Op::EscapeBreak : Op::EscapeContinue}, 0);
+        emit({breaks ? Op::EscapeBreak : Op::EscapeContinue});
     } else {
-        (breaks ? scope->breaks : scope->continues).push_back(emit({Op::Jump}, 0));
+        (breaks ? scope->breaks : scope->continues).push_back(emit({Op::Jump}));
     }
 }
 
 void Compiler::returnStatement() {
     ++pos_;
     if (at(Word::Semicolon)) {
-        emit({Op::ReturnEmpty}, 0);
+        emit({Op::ReturnEmpty});
     } else {
-        expression(0);
-        emit({Op::Return}, -1);
+        Operand value = expression(0);
+        const std::uint16_t place = inRegister(value);
+        drop(value);
+        emit({Op::Return, Word::None, place});
     }
     accept(Word::Semicolon);
 }
@@ -249,25 +271,22 @@ void Compiler::simpleStatement() {
     if (isAssignment(next)) {
         const std::int32_t id = program_.names.id(name.s);
         pos_ += 2;
-        expression(0);
-        if (next == Word::Assign) return store(id, declared);
-        return update(id, plainOperator(next), declared);
+        const Operand value = expression(0);
+        if (next == Word::Assign) return store(id, value, declared);
+        return update(id, plainOperator(next), value, declared);
     }
     if (next == Word::Increment || next == Word::Decrement) {
         pos_ += 2;
-        emit({Op::Number, Word::None, false, 0, 0, 1.0}, 1);
         const Word op = next == Word::Increment ? Word::Add : Word::Sub;
-        return update(program_.names.id(name.s), op, declared);
+        return update(program_.names.id(name.s), op, number(1.0), declared);
     }
     if (!declared || next == Word::LeftParen) return dropped();
     ++pos_;
-    emit({Op::Number}, 1);
-    store(program_.names.id(name.s), true);
+    store(program_.names.id(name.s), number(0.0), true);
 }
 
 void Compiler::dropped() {
-    expression(0);
-    emit({Op::Pop}, -1);
+    drop(expression(0));
 }
 
 // --- switch
@@ -275,22 +294,38 @@ void Compiler::dropped() {
 void Compiler::switchStatement() {
     const std::int32_t counter = beginLoop();
     ++pos_;
-    condition();
+    Operand key = condition();
     need(Word::LeftBrace, "{");
-    emit({Op::SwitchBegin, Word::None, false, 0, counter}, 0);
-    const Labels labels = scanLabels(counter);
-    const auto table = static_cast<std::int32_t>(fn_.switches.size());
+    const std::uint16_t place = inRegister(key);
+    const std::int32_t begin =
+        emit({Op::SwitchBegin, Word::None, static_cast<std::uint16_t>(counter)});
+    const Labels labels = scanLabels(place, counter);
+    drop(key);
+    // Labels that are constant numbers left no code between: the key is looked up among them.
+    const bool numbers = apart(labels.numbers) && labels.numbers.size() == labels.cases.size();
+    if (numbers) fn_.code.resize(static_cast<std::size_t>(begin));
+    const std::size_t index = fn_.switches.size();
     fn_.switches.emplace_back();
-    entries_.push_back(emit({Op::SwitchJump, Word::None, false, table, counter}, -1));
+    entries_.push_back(numbers
+                           ? emitWide(Op::SwitchNumber, place, index)
+                           : emitWide(Op::SwitchJump, static_cast<std::uint16_t>(counter), index));
     --counters_;
-    switchBodies(labels, static_cast<std::size_t>(table));
+    SwitchTable table;
+    switchBodies(labels, table);
+    if (numbers) {
+        for (std::size_t i = 0; i < labels.numbers.size(); ++i) {
+            table.numbers.emplace_back(labels.numbers[i], table.targets[i]);
+        }
+        std::ranges::sort(table.numbers);
+    }
+    fn_.switches[index] = std::move(table);
     entries_.pop_back();
     pos_ = labels.end + 1;
 }
 
 // Every label is evaluated, also those behind the match. Braces count by text, so that a
 // constant that is nothing but a brace counts too.
-Compiler::Labels Compiler::scanLabels(std::int32_t counter) {
+Compiler::Labels Compiler::scanLabels(std::uint16_t key, std::int32_t counter) {
     Labels labels;
     for (int depth = 1;; ++pos_) {
         pass(token());
@@ -299,10 +334,12 @@ Compiler::Labels Compiler::scanLabels(std::int32_t counter) {
         if (token().word == Word::RightBrace && --depth == 0) break;
         if (depth == 1 && token().word == Word::Case) {
             ++pos_;
-            expression(0);
-            const auto index = static_cast<std::int32_t>(labels.cases.size());
+            Operand label = expression(0);
             if (!at(Word::Colon)) need(Word::Colon, ":");
-            emit({Op::CaseTest, Word::None, false, index, counter}, -1);
+            if (const double* const number = numberOf(label)) labels.numbers.push_back(*number);
+            const std::uint16_t place = inRegister(label);
+            drop(label);
+            emit({Op::CaseTest, Word::None, key, place, static_cast<std::uint16_t>(counter)});
             labels.cases.push_back(pos_ + 1);
         } else if (depth == 1 && token().word == Word::Default) {
             ++pos_;
@@ -316,19 +353,18 @@ Compiler::Labels Compiler::scanLabels(std::int32_t counter) {
 
 // Statements run from the label that is met to the closing brace. What stands before it is not
 // even parsed, so each label begins a walk of its own until it meets one that was made before.
-void Compiler::switchBodies(const Labels& labels, std::size_t table) {
+void Compiler::switchBodies(const Labels& labels, SwitchTable& table) {
     std::map<std::size_t, std::int32_t> places;
     std::vector<std::int32_t> ends;
     openScope(false);
     const auto place = [&](std::size_t target) {
         if (!places.contains(target)) {
             switchStatements(target, labels.end, places);
-            ends.push_back(openJump({Op::Jump}, 0));
+            ends.push_back(openJump(Op::Jump));
         }
         return places[target];
     };
-    std::vector<std::int32_t> targets;
-    for (const std::size_t target : labels.cases) targets.push_back(place(target));
+    for (const std::size_t target : labels.cases) table.targets.push_back(place(target));
     const std::int32_t otherwise = labels.otherwise != 0 ? place(labels.otherwise) : -1;
     std::size_t range = 0;
     const Scope scope = closeScope(range);
@@ -337,34 +373,38 @@ void Compiler::switchBodies(const Labels& labels, std::size_t table) {
         ends.pop_back();
     }
     finishScope(scope, range);
-    fn_.switches[table] = {std::move(targets), otherwise >= 0 ? otherwise : here()};
+    table.otherwise = otherwise >= 0 ? otherwise : here();
 }
 
+// Other ways lead to each statement here: what one declares is not sure for the next.
 void Compiler::switchStatements(std::size_t from, std::size_t end,
                                 std::map<std::size_t, std::int32_t>& places) {
     const Mark start = mark();
+    const std::size_t sure = trail_.size();
     pos_ = from;
     places[from] = label();
     try {
         while (pos_ < end) {
             if (at(Word::Case)) {
                 ++pos_;
-                skip([&] { expression(0); });
+                skip([&] { drop(expression(0)); });
                 need(Word::Colon, ":");
             } else if (accept(Word::Default)) {
                 need(Word::Colon, ":");
             } else {
                 statement();
+                unsure(sure);
             }
             const auto [known, added] = places.try_emplace(pos_, label());
             if (!added) {
-                emit({Op::Jump, Word::None, false, known->second}, 0);
+                emitWide(Op::Jump, 0, static_cast<std::size_t>(known->second));
                 return;
             }
         }
     } catch (const SyntaxError& error) {
         // The walk over the whole switch does not come here: only running does.
         if (exhausted_) throw;
+        unsure(sure);
         breakOff(start, error.what());
     }
 }

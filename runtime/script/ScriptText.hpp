@@ -28,6 +28,8 @@ class ScriptText {
     [[nodiscard]] bool empty() const { return str().empty(); }
     [[nodiscard]] const char* c_str() const { return str().c_str(); }
 
+    // Whether both are the same text for sure, without a look at it.
+    [[nodiscard]] bool isShared(const ScriptText& other) const { return node_ == other.node_; }
     bool operator==(const ScriptText& other) const {
         return node_ == other.node_ || str() == other.str();
     }
