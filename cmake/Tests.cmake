@@ -7,5 +7,7 @@ function(tindrel_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE TINDREL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${arg_LINK} GTest::gtest_main tindrel_warnings)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+  # No test opens a window on the desktop of whoever runs it.
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120
+    PROPERTIES TIMEOUT 300 ENVIRONMENT SDL_VIDEODRIVER=none)
 endfunction()

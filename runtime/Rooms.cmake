@@ -13,12 +13,12 @@ set(port_generated_units
 # pictures as plain values
 set(port_pixels_uses core)
 set(port_pixels_units
-  BmpImage DecodedImage PcxImage SpriteImage)
+  BmpImage DecodedImage PcxImage ScreenLayout ShaderParams SpriteImage)
 # the seam to the system and its devices; a unit of several systems has a source for each
 set(port_platform_uses core pixels)
 set(port_platform_units
   AudioOutput Clock CompressedAudio CrashHandler Devices Entry ImageDecoder ImageEncoder Input
-  Presentation Process)
+  PostProcessor Presentation Process)
 # the machine that runs scripts
 set(port_script_uses core)
 set(port_script_units
@@ -129,7 +129,7 @@ function(port_add_rooms folder)
 endfunction()
 
 # What a port takes from the system and from libraries where they are found. Without them it still
-# builds: pictures are then white, and compressed music is silent.
+# builds: without a window it runs headless, pictures are white, and compressed music is silent.
 
 function(port_backend target folder unit backend)
   target_sources(${target} PRIVATE ${folder}/${unit}${backend}.cpp)
@@ -172,6 +172,20 @@ function(port_sound_backends target folder)
   port_backend(${target} ${folder} AudioOutput None)
 endfunction()
 
+function(port_window_backends target folder)
+  set(window None)
+  if(NOT WIN32)
+    find_package(SDL2 QUIET)
+    if(TARGET SDL2::SDL2)
+      set(window Sdl)
+      target_link_libraries(${target} PRIVATE SDL2::SDL2)
+      port_backend(${target} ${folder} PostProcessor Gl)
+    endif()
+  endif()
+  port_backend(${target} ${folder} Input None)
+  port_backend(${target} ${folder} Presentation ${window})
+endfunction()
+
 function(port_platform_sources target folder)
   if(WIN32)
     set(system Windows)
@@ -181,8 +195,7 @@ function(port_platform_sources target folder)
   foreach(unit IN ITEMS Clock CrashHandler Process)
     port_backend(${target} ${folder} ${unit} ${system})
   endforeach()
-  port_backend(${target} ${folder} Input None)
-  port_backend(${target} ${folder} Presentation None)
+  port_window_backends(${target} ${folder})
   port_image_backends(${target} ${folder})
   port_sound_backends(${target} ${folder})
 endfunction()
