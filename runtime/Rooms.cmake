@@ -18,7 +18,7 @@ set(port_pixels_units
 set(port_platform_uses core pixels)
 set(port_platform_units
   AudioOutput Clock CompressedAudio CrashHandler Devices Entry ImageDecoder ImageEncoder Input
-  PostProcessor Presentation Process)
+  PostProcessor Presentation Process VirtualKeys)
 # the machine that runs scripts
 set(port_script_uses core)
 set(port_script_units
@@ -180,9 +180,10 @@ function(port_window_backends target folder)
       set(window Sdl)
       target_link_libraries(${target} PRIVATE SDL2::SDL2)
       port_backend(${target} ${folder} PostProcessor Gl)
+      port_backend(${target} ${folder} VirtualKeys Sdl)
     endif()
   endif()
-  port_backend(${target} ${folder} Input None)
+  port_backend(${target} ${folder} Input ${window})
   port_backend(${target} ${folder} Presentation ${window})
 endfunction()
 
