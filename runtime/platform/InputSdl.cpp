@@ -39,7 +39,7 @@ class Keyboard {
     }
 
     void pressed(int place) {
-        for (const std::uint8_t key : keysAt(place)) tapped_[key] = true;
+        for (const std::uint8_t key : keysAt(place)) tapped_[key] = key != 0;
     }
     void forgetTaps() { tapped_.reset(); }
 

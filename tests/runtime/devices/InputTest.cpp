@@ -116,11 +116,15 @@ TEST_F(InputTrial, AQuickTapIsDownOnce) {
     EXPECT_FALSE(input.keyDown(0x10));
     EXPECT_FALSE(input.keyDown(0xA1));
     SDL_PushEvent(&tap);
+    tap.key.keysym.scancode = SDL_SCANCODE_SPACE;
+    SDL_PushEvent(&tap);
+    EXPECT_FALSE(input.keyDown(0)) << "not every key has two codes";
     SDL_Event away{};
     away.type = SDL_WINDOWEVENT;
     away.window.event = SDL_WINDOWEVENT_FOCUS_LOST;
     SDL_PushEvent(&away);
-    EXPECT_FALSE(input.keyDown(0x10)) << "pressed before the window lost its player";
+    EXPECT_FALSE(input.keyDown(0x10) || input.keyDown(0x20))
+        << "pressed before the window lost its player";
 }
 
 TEST_F(InputTrial, PadsSpeakInTheirMasks) {
