@@ -18,7 +18,7 @@ set(port_pixels_units
 set(port_platform_uses core pixels)
 set(port_platform_units
   AudioOutput Clock CompressedAudio CrashHandler Devices Entry ImageDecoder ImageEncoder Input
-  PostProcessor Presentation Process VirtualKeys)
+  PostProcessor Presentation Process TextFace VirtualKeys)
 # the machine that runs scripts
 set(port_script_uses core)
 set(port_script_units
@@ -29,7 +29,7 @@ set(port_script_units
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
   DrawList FrameCapture Painter Palette Renderer SpriteBlit SpriteCache SpriteCompositor
-  SpriteLoading SpriteTransform WaterSurface)
+  SpriteLoading SpriteTransform TextRuns WaterSurface)
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
@@ -184,17 +184,25 @@ endfunction()
 
 function(port_window_backends target folder)
   set(window None)
+  set(text None)
   if(NOT WIN32)
     find_package(SDL2 QUIET)
+    find_package(SDL2_ttf 2.0.18 QUIET)
+    find_package(Fontconfig QUIET)
     if(TARGET SDL2::SDL2)
       set(window Sdl)
       target_link_libraries(${target} PRIVATE SDL2::SDL2)
       port_backend(${target} ${folder} PostProcessor Gl)
       port_backend(${target} ${folder} VirtualKeys Sdl)
     endif()
+    if(TARGET SDL2::SDL2 AND TARGET SDL2_ttf::SDL2_ttf AND TARGET Fontconfig::Fontconfig)
+      set(text Sdl)
+      target_link_libraries(${target} PRIVATE SDL2_ttf::SDL2_ttf Fontconfig::Fontconfig)
+    endif()
   endif()
   port_backend(${target} ${folder} Input ${window})
   port_backend(${target} ${folder} Presentation ${window})
+  port_backend(${target} ${folder} TextFace ${text})
 endfunction()
 
 function(port_platform_sources target folder)
