@@ -7,8 +7,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <span>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "ScriptLimits.hpp"
 #include "ScriptVM.hpp"
@@ -24,9 +25,13 @@ using port::ScriptVM;
 
 // Answers plus(a, b), the cheapest call that a host can serve.
 struct Adder : port::ScriptHost {
-    ScriptValue callScriptFunction(const std::string&, const std::vector<ScriptValue>& args,
-                                   ScriptContext&, std::vector<std::string>&) override {
-        return std::get<double>(args[0]) + std::get<double>(args[1]);
+    const port::HostFunction* findHostFunction(std::string_view name) const override {
+        return name == "plus" ? reinterpret_cast<const port::HostFunction*>(this) : nullptr;
+    }
+    bool callHostFunction(const port::HostFunction&, std::span<const ScriptValue> args,
+                          ScriptContext&, port::UnansweredNames&, ScriptValue& result) override {
+        result = std::get<double>(args[0]) + std::get<double>(args[1]);
+        return true;
     }
 };
 

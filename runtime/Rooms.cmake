@@ -1,11 +1,12 @@
 # The rooms of the runtime, from the lowest to the highest: a library each. A room sees the headers
 # of include/ and of the rooms that it may use, so that an include that reaches higher finds
-# nothing. Units are named without ending: <room>/<unit>.hpp, and <room>/<unit>.cpp or src/<unit>.cpp.
+# nothing. Units are named without ending: <room>/<unit>.hpp, and <room>/<unit>.cpp or src/<unit>.cpp;
+# a table that others include besides ends in .def.
 # This is the only list of them.
 
 # text, paths, files, settings
 set(port_core_units
-  AssetPaths ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
+  AssetPaths ConfinedPath ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
   TickInput)
 # the tables that the builder writes
 set(port_generated_units
@@ -23,13 +24,13 @@ set(port_platform_units
 set(port_script_uses core)
 set(port_script_units
   ScriptBuiltins ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
-  ScriptLimits ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
-  ScriptValue ScriptVM Scripts)
+  ScriptLimits ScriptMemory ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
+  ScriptText ScriptValue ScriptVM Scripts UnansweredNames)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
-  DrawList FrameCapture Painter Palette Renderer SpriteBlit SpriteCache SpriteCompositor
-  SpriteLoading SpriteTransform TextRuns WaterSurface)
+  BitmapFont BitmapGlyphs DrawList FrameCapture Painter Palette Renderer ScriptPictures ScriptSurface
+  SpriteBlit SpriteCache SpriteCompositor SpriteLoading SpriteTransform TextRuns WaterSurface)
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
@@ -37,7 +38,7 @@ set(port_sound_units
 # everything that changes while a game is played, as data
 set(port_world_uses core generated script)
 set(port_world_units
-  Actor AnimationPlayer EntityList Projectile StageRun World WorldHash)
+  Actor AnimationPlayer EntityList Projectile ScriptDrawing ScriptFiles ScriptState StageRun World WorldHash)
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
@@ -51,22 +52,29 @@ set(port_play_units
   EntityAttack EntityEnd EntityFall EntityMind EntityStrikes FallingActors Flash Frames Grabs Joins
   Player1 Player1Moves PlayerInput PlayerMotion Players PlayerStrikes ProjectileHits Projectiles
   Roster Spawning StageCamera StageFlow StageQueue StageSpawns Strikes Terrain Tick Weapons)
+# what scripts may call
+set(port_host_uses core generated picture pixels platform play rules script sound world)
+set(port_host_units
+  Host HostActions HostBindings HostCall HostConstants HostDrawing HostEntities HostFiles HostFunctions HostMath
+  HostModels HostPlayers HostProperties HostScreens HostSound HostSpawning HostStage HostTerrain HostVariables
+  KeyTable)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units
   Scenery StageScene)
 # what a run goes through: menus, loading, the pass of play
-set(port_screens_uses core generated picture platform play rules script sound view world)
+set(port_screens_uses core generated host picture platform play rules script sound view world)
 set(port_screens_units
   Autoplay Bot FrontendScreens Game Pilot PlayScreen Recording Replay StageLoading StageShows
   TimedShow)
 # the loop over the screens, and the program around it
-set(port_engine_uses core generated picture platform play rules screens script sound view world)
+set(port_engine_uses
+  core generated host picture platform play rules screens script sound view world)
 set(port_engine_units
   Engine Startup)
 
-set(port_rooms core generated pixels platform script picture sound world rules play view screens
-  engine)
+set(port_rooms core generated pixels platform script picture sound world rules play host view
+  screens engine)
 
 # port_room_files(<variable> <folder of the runtime>): the headers and sources of all rooms, of every
 # system, relative to the folder.
@@ -76,7 +84,7 @@ function(port_room_files variable folder)
     foreach(unit IN LISTS port_${room}_units)
       file(GLOB found RELATIVE ${folder}
         ${folder}/${room}/${unit}.hpp ${folder}/include/${unit}.hpp
-        ${folder}/${room}/${unit}.cpp ${folder}/src/${unit}.cpp)
+        ${folder}/${room}/${unit}.cpp ${folder}/src/${unit}.cpp ${folder}/${room}/${unit}.def)
       if(room STREQUAL "platform")
         file(GLOB backends RELATIVE ${folder} ${folder}/platform/${unit}[A-Z]*.cpp)
         list(APPEND found ${backends})

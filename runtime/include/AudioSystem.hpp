@@ -60,6 +60,8 @@ class AudioSystem {
     [[nodiscard]] float musicVolume() const { return config_.musicVolume; }
     [[nodiscard]] float effectsVolume() const { return config_.effectsVolume; }
 
+    // Whether the file of the last play call was there and decoded, heard or not.
+    [[nodiscard]] bool lastDecoded() const { return decoded_; }
     // What the last failing call failed of; empty after a play call that succeeded.
     [[nodiscard]] const std::string& lastError() const { return error_; }
 
@@ -83,6 +85,7 @@ class AudioSystem {
     bool open_ = false;
     RuntimeConfig config_;
     std::string error_;
+    bool decoded_ = false;
     bool musicPaused_ = false;
     DecodedAudio musicBuffer_;  // read by the music voice
     platform::AudioVoice musicVoice_ = platform::kNoVoice;

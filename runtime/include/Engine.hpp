@@ -1,21 +1,17 @@
 #pragma once
 
-// The whole game of a port: brings its parts up, runs the loop over the screens, and answers the
-// game's scripts.
+// The whole game of a port: brings its parts up and runs the loop over the screens.
 
 #include <filesystem>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "FrontendScreens.hpp"
 #include "Game.hpp"
 #include "Pilot.hpp"
-#include "ScriptVM.hpp"
 
 namespace port {
 
-class Engine final : public ScriptHost {
+class Engine {
   public:
     explicit Engine(platform::Devices devices = {}) : game_(std::move(devices)) {}
 
@@ -45,10 +41,6 @@ class Engine final : public ScriptHost {
 
     // To look at and to set up; the loop is not running.
     [[nodiscard]] Game& game() { return game_; }
-
-    ScriptValue callScriptFunction(const std::string& name, const std::vector<ScriptValue>& args,
-                                   ScriptContext& context,
-                                   std::vector<std::string>& unsupported) override;
 
   private:
     // Start, in order.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "AnimationLookup.hpp"
+#include "EntityEnd.hpp"
 #include "Roster.hpp"
 #include "TextFields.hpp"
 
@@ -13,18 +14,6 @@ namespace {
 bool isBindable(const Actor& actor) {
     return actor.handle <= kLastPlayerHandle ? actor.alive
                                              : static_cast<const RuntimeEntity&>(actor).visible;
-}
-
-Actor* bindActor(World& world, ActorHandle handle) {
-    Actor* actor = world.find(handle);
-    return actor && isBindable(*actor) ? actor : nullptr;
-}
-
-// No hook runs.
-void killBound(Actor& actor) {
-    actor.health = 0;
-    actor.alive = false;
-    if (actor.handle > kLastPlayerHandle) static_cast<RuntimeEntity&>(actor).visible = false;
 }
 
 bool matchAnimation(Actor& actor, const Actor& target) {
@@ -75,7 +64,7 @@ void applyBinding(Actor& actor, const Actor& target) {
         return (static_cast<unsigned>(binding.config) & bit) != 0;
     };
     const auto end = [&actor](bool dies) {
-        if (dies) killBound(actor);
+        if (dies) removeActor(actor);
         actor.binding = {};
     };
     if (has(kBindAnimation) && !matchAnimation(actor, target)) {
@@ -113,12 +102,7 @@ class BindingWalk {
         while (!chain_.empty()) {
             Actor& bound = *chain_.back();
             chain_.pop_back();
-            const Actor* target = bindActor(world_, bound.binding.target);
-            if (target && isBindable(bound)) {
-                applyBinding(bound, *target);
-            } else {
-                bound.binding = {};
-            }
+            applyEntityBinding(world_, bound);
             state(bound) = State::Done;
         }
     }
@@ -154,6 +138,20 @@ class BindingWalk {
 };
 
 }  // namespace
+
+Actor* bindableActor(World& world, ActorHandle handle) {
+    Actor* actor = world.find(handle);
+    return actor && isBindable(*actor) ? actor : nullptr;
+}
+
+void applyEntityBinding(World& world, Actor& actor) {
+    const Actor* target = bindableActor(world, actor.binding.target);
+    if (target && isBindable(actor)) {
+        applyBinding(actor, *target);
+    } else {
+        actor.binding = {};
+    }
+}
 
 void applyEntityBindings(World& world) {
     BindingWalk walk(world);

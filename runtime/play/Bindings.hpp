@@ -18,6 +18,12 @@ enum BindingConfig : unsigned {
     kBindZ = 2048
 };
 
+// A living player or an entity on the stage; null for any other handle.
+[[nodiscard]] Actor* bindableActor(World& world, ActorHandle handle);
+
+// Puts the actor in the place that its binding gives it, or ends the binding.
+void applyEntityBinding(World& world, Actor& actor);
+
 // Puts all actors that scripts have bound to others in their places, targets before those bound to
 // them. Bindings end that lead nowhere, back to themselves, or to an animation that is not there.
 void applyEntityBindings(World& world);

@@ -77,6 +77,12 @@ void updateFrozen(RuntimeEntity& entity) {
 
 }  // namespace
 
+void removeActor(Actor& actor) {
+    actor.health = 0;
+    actor.alive = false;
+    if (actor.handle > kLastPlayerHandle) static_cast<RuntimeEntity&>(actor).visible = false;
+}
+
 void endLife(Tick& tick, RuntimeEntity& entity, const char* event) {
     const generated::Character& model = *entity.model;
     tick.scripts.runHook(model.onDeathScript, entity.scriptCtx, event);

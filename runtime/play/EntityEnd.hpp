@@ -1,10 +1,13 @@
 #pragma once
 
-// How entities come to their end, and what keeps them from acting.
+// How actors come to their end, and what keeps entities from acting.
 
 #include "Tick.hpp"
 
 namespace port {
+
+// Anybody, at once and without a hook; an entity is gone from the stage.
+void removeActor(Actor& actor);
 
 // Its health is gone: hook and sound of a death, and the animation that shows it.
 void endLife(Tick& tick, RuntimeEntity& entity, const char* event);

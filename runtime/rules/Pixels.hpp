@@ -8,10 +8,15 @@
 
 namespace port {
 
+// Within those pixels, fractions kept; 0 for no number.
+[[nodiscard]] inline double withinReach(double position) {
+    constexpr double kFarAway = 1 << 24;
+    return std::isnan(position) ? 0 : std::clamp(position, -kFarAway, kFarAway);
+}
+
 // Towards zero; 0 for no number.
 [[nodiscard]] inline int pixel(double position) {
-    constexpr double kFarAway = 1 << 24;
-    return std::isnan(position) ? 0 : static_cast<int>(std::clamp(position, -kFarAway, kFarAway));
+    return static_cast<int>(withinReach(position));
 }
 
 // To the nearest, halves away from zero.

@@ -8,6 +8,25 @@
 
 namespace port {
 
+Game::Game(platform::Devices given)
+    : devices(std::move(given)),
+      renderer(devices.presentation),
+      audio(devices.audio),
+      host({.world = world,
+            .drive = drive,
+            .input = input,
+            .config = config,
+            .scripts = scripts,
+            .events = events,
+            .audio = audio,
+            .effects = effects,
+            .sprites = sprites,
+            .pictures = scriptPictures,
+            .renderer = renderer,
+            .root = root,
+            .dataRoot = dataRoot,
+            .isPlaying = [this] { return frontend.state == FrontendState::Playing; }}) {}
+
 HeldInput Game::heldInput() const {
     HeldInput held;
     for (int key = 0; key < kKeyCount; ++key) {

@@ -15,10 +15,12 @@
 #include "Devices.hpp"
 #include "DrawList.hpp"
 #include "FrameCapture.hpp"
+#include "Host.hpp"
 #include "Recording.hpp"
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
 #include "Scenery.hpp"
+#include "ScriptPictures.hpp"
 #include "Scripts.hpp"
 #include "SoundEffects.hpp"
 #include "SpriteCache.hpp"
@@ -72,8 +74,7 @@ struct SmokeRun {
 };
 
 struct Game {
-    explicit Game(platform::Devices given)
-        : devices(std::move(given)), renderer(devices.presentation), audio(devices.audio) {}
+    explicit Game(platform::Devices given);
     // Scripts hold addresses of what stands here.
     Game(const Game&) = delete;
     Game& operator=(const Game&) = delete;
@@ -87,6 +88,7 @@ struct Game {
     Scripts scripts;
     bool hasUpdateScript = false, hasUpdatedScript = false;
     SpriteCache sprites;
+    ScriptPictures scriptPictures;
     Scenery scenery;
     DrawList drawing;
     FrameCapture capture;
@@ -105,6 +107,7 @@ struct Game {
     bool skipsMenus = false;  // nobody is there to choose: play goes on at once
     int extraLives = 0;       // that players of a new game have beyond the stage's
     Recorder recorder;
+    Host host;  // of the scripts
 
     [[nodiscard]] Tick tick() { return {world, drive, input, config, scripts, events}; }
     [[nodiscard]] std::uint64_t hash() const;

@@ -12,8 +12,8 @@ constexpr const char* kTooLarge = "script function too large";
 
 }  // namespace
 
-std::size_t compile(Function& function) {
-    return Compiler(function).run();
+std::size_t compile(Function& function, const ScriptHost* host) {
+    return Compiler(function, host).run();
 }
 
 std::size_t Compiler::run() {

@@ -24,8 +24,8 @@ struct SyntaxError : std::runtime_error {
 
 class Compiler {
   public:
-    explicit Compiler(Function& function)
-        : fn_(function), program_(*function.program), tokens_(program_.tokens.list) {}
+    Compiler(Function& function, const ScriptHost* host)
+        : fn_(function), program_(*function.program), tokens_(program_.tokens.list), host_(host) {}
 
     std::size_t run();
 
@@ -162,6 +162,7 @@ class Compiler {
     Function& fn_;
     Program& program_;
     const std::vector<Tok>& tokens_;
+    const ScriptHost* host_;
     std::size_t pos_ = 0;
     int nesting_ = 0;
     std::size_t stack_ = 0;

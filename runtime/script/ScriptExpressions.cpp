@@ -123,7 +123,7 @@ void Compiler::primary() {
         ++pos_;
     } else if (first.k == TK::Str) {
         emit({Op::Text, Word::None, false, static_cast<std::int32_t>(fn_.texts.size())}, 1);
-        fn_.texts.emplace_back(first.s);
+        fn_.texts.emplace_back(ScriptText(first.s));
         ++pos_;
     } else if (accept(Word::LeftParen)) {
         expression(0);
@@ -162,7 +162,10 @@ void Compiler::call(std::string_view name) {
                                      : Op::CallHost;
     emit({op, Word::None, false, static_cast<std::int32_t>(fn_.sites.size())},
          1 - static_cast<int>(count));
-    fn_.sites.push_back({builtin, user, &program_.names.text(program_.names.id(name)), count});
+    const HostFunction* const host =
+        user != nullptr || host_ == nullptr ? nullptr : host_->findHostFunction(folded);
+    fn_.sites.push_back(
+        {builtin, user, host, &program_.names.text(program_.names.id(name)), count});
 }
 
 }  // namespace port::script

@@ -7,19 +7,21 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "ScriptCode.hpp"
 #include "ScriptLimits.hpp"
 #include "ScriptPreprocessor.hpp"
+#include "ScriptVM.hpp"
 
 namespace port::script {
 
 // A script ready to run, or `error` instead of a program.
 struct Script {
     std::string error;
-    std::vector<std::string> unsupported;
+    UnansweredNames::Complaints complaints;  // of preprocessing; null for none
     std::unique_ptr<Program> program;
 };
 
@@ -32,7 +34,9 @@ struct Command {
 
 class ScriptLibrary {
   public:
-    explicit ScriptLibrary(const std::filesystem::path& root) : sources_(root) {}
+    // The calls of its scripts are answered by `host`, which may be null.
+    ScriptLibrary(const std::filesystem::path& root, const ScriptHost* host)
+        : sources_(root), host_(host) {}
 
     const Script& file(std::string_view raw);
     const Command& command(std::string_view rawHelper, std::string_view text);
@@ -50,19 +54,23 @@ class ScriptLibrary {
     struct Helper {
         const Script* script = nullptr;
         PreprocessorState state;
-        bool closed = false;  // nothing that follows can change what it means
+        std::unordered_set<std::string> called;  // lower-cased names of its settled calls
     };
 
     std::filesystem::path find(std::string_view raw, const std::filesystem::path& relative);
     const Script& load(const std::filesystem::path& path);
     const Helper& helper(const std::filesystem::path& path);
     [[nodiscard]] bool full() const { return kept_ > kMaxLibrary; }
-    std::unique_ptr<Program> program(std::string text, Program* base = nullptr);
+    std::unique_ptr<Program> program(Tokens tokens, Program* base = nullptr);
+    static bool reaches(const Helper& helper, const Function* function);
+    Tokens lexed(std::string text);
+    std::unique_ptr<Program> onHelper(const Helper& helper, const std::string& text);
     void pay(const PreprocessorState& state, const PreprocessorState& before);
     void build(Command& command, const Helper& helper, const std::filesystem::path& path,
                std::string_view text);
 
     ScriptSources sources_;
+    const ScriptHost* host_;
     Names names_;
     TextMap<std::unique_ptr<Script>> scripts_;  // by UTF-8 path
     TextMap<const Script*> files_;              // by the name that was asked for

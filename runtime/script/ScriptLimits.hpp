@@ -24,8 +24,6 @@ inline constexpr std::size_t kExpandedPerStep = 4;
 inline constexpr std::size_t kCompiledPerStep = 4;
 // Steps that one element, named entry or variable costs, so that memory is bounded by the steps.
 inline constexpr std::size_t kEntrySteps = 16;
-// Entries of the list of unanswered calls that a host passes for one step.
-inline constexpr std::size_t kReportsPerStep = 4;
 
 // --- Running
 
@@ -71,7 +69,7 @@ inline constexpr int kMaxPasses = 16;
 inline constexpr std::size_t kMaxLineGrowth = std::size_t{1} << 22U;
 // What the look-up of an include weighs against kMaxConsumedText, about its time.
 inline constexpr std::size_t kIncludeWeight = 256;
-// Complaints that are listed; every run of the script copies and logs them.
+// Complaints that are listed and logged.
 inline constexpr std::size_t kMaxReports = 1000;
 // A longer include is expanded again each time; so many fit below kMaxExpandedText.
 inline constexpr std::size_t kMaxRemembered = std::size_t{1} << 20U;
@@ -87,5 +85,31 @@ inline constexpr std::size_t kMaxLibrary = std::size_t{2} << 30U;
 // What one run of the port may log of calls that nothing answers: a script that makes some in every
 // tick must not fill a player's disk.
 inline constexpr std::size_t kMaxLogBytes = std::size_t{8} << 20U;
+
+// What they may print in a run of the port by `log` and the like, for the same reason.
+inline constexpr std::size_t kMaxPrintedBytes = std::size_t{8} << 20U;
+
+// --- The functions of the host
+
+// Rows of a table, or actors, looked at for one step.
+inline constexpr std::size_t kScannedPerStep = 4;
+// A file that is looked for or decoded, some 0.1 ms; and a piece of music, which is decoded whole
+// at each call.
+inline constexpr std::size_t kFileSteps = 20'000;
+inline constexpr std::size_t kMusicSteps = 1'000'000;
+// What drawing costs: of each command, of each letter, and the pixels that one step pays for where
+// they are put down, and where they are mixed, scaled or turned.
+inline constexpr std::size_t kDrawSteps = 20;
+inline constexpr std::size_t kLetterSteps = 12;
+inline constexpr std::size_t kPixelsPerStep = 8;
+inline constexpr std::size_t kMixedPixelsPerStep = 1;
+// What comes into the world: an entity, a projectile.
+inline constexpr std::size_t kSpawnSteps = 1000;
+// The longest name of something that a script spawns.
+inline constexpr std::size_t kMaxSpawnName = 256;
+// Numbers of `setscriptvar`, from 0 on.
+inline constexpr int kMaxScriptVariables = 1024;
+// Sounds with a number; games have some hundreds.
+inline constexpr std::size_t kMaxSamples = 4096;
 
 }  // namespace port::script

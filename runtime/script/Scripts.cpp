@@ -22,13 +22,10 @@ std::string singleLine(const Scripts::FrameCommand& command) {
     return text;
 }
 
-// Keeps the memory of the name that stands there.
+// Keeps the text that stands there if it is the same.
 void setText(ScriptValue& value, const char* text) {
-    if (auto* known = std::get_if<std::string>(&value)) {
-        *known = text;
-    } else {
-        value.emplace<std::string>(text);
-    }
+    const auto* known = std::get_if<ScriptText>(&value);
+    if (known == nullptr || *known != text) value = text;
 }
 
 }  // namespace
@@ -38,6 +35,7 @@ void Scripts::open(const std::filesystem::path& portRoot, const std::filesystem:
     machine_.setRoot(dataRoot);
     machine_.setHost(host);
     known_.clear();
+    complained_.clear();
     log_.close();
     logFile_ = portRoot / "logs" / "script-vm.log";
     logRoom_ = script::kMaxLogBytes;
@@ -56,9 +54,7 @@ void Scripts::runHook(const char* path, ScriptContext& context, const char* even
     if (event == nullptr) event = "hook";
     const ScriptRunResult result = machine_.runFile(path, context);
     if (!result.ok) warnLine("Script VM ", event, " error [", path, "]: ", result.error);
-    for (const std::string& name : result.unsupported) {
-        log({event, "\t", path, "\tunsupported=", name});
-    }
+    logUnanswered(result.unsupported, {event, "\t", path});
 }
 
 void Scripts::runFrameCommand(const FrameCommand& command, ScriptContext& context) {
@@ -75,16 +71,25 @@ void Scripts::runFrameCommand(const FrameCommand& command, ScriptContext& contex
                  " frameSprite=", command.sprite, " helper=", command.helper, " call=", call,
                  " error: ", result.error);
     }
-    for (const std::string& name : result.unsupported) {
-        log({command.event, "\tmodel=", command.model, "\thelper=", command.helper, "\tcall=", call,
-             "\tunsupported=", name});
+    logUnanswered(result.unsupported, {command.event, "\tmodel=", command.model,
+                                       "\thelper=", command.helper, "\tcall=", call});
+}
+
+// What preprocessing had to say is the same in every run, and is logged with the first.
+void Scripts::logUnanswered(const UnansweredNames& unsupported,
+                            std::initializer_list<std::string_view> where) {
+    const std::vector<std::string>& complaints = unsupported.complaints();
+    if (!complaints.empty() && complained_.insert(&complaints).second) {
+        for (const std::string& complaint : complaints) log(where, complaint);
     }
+    for (const std::string& name : unsupported.names()) log(where, name);
 }
 
 // One line, at once so that a crash loses none. Where it cannot be written the game goes on.
-void Scripts::log(std::initializer_list<std::string_view> parts) {
-    std::size_t size = 1;
-    for (const std::string_view part : parts) size += part.size();
+void Scripts::log(std::initializer_list<std::string_view> where, std::string_view name) {
+    constexpr std::string_view kLabel = "\tunsupported=";
+    std::size_t size = kLabel.size() + name.size() + 1;
+    for (const std::string_view part : where) size += part.size();
     // The first line without room closes the log: it ends where the story has its first gap.
     if (size > logRoom_) logRoom_ = 0;
     if (logRoom_ == 0) return;
@@ -95,8 +100,8 @@ void Scripts::log(std::initializer_list<std::string_view> parts) {
         log_.open(logFile_, std::ios::app);
         if (!log_.is_open()) logRoom_ = 0;
     }
-    for (const std::string_view part : parts) log_ << part;
-    log_ << '\n' << std::flush;
+    for (const std::string_view part : where) log_ << part;
+    log_ << kLabel << name << '\n' << std::flush;
 }
 
 }  // namespace port

@@ -11,6 +11,7 @@
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -72,13 +73,16 @@ class Scripts {
     void runFrameCommand(const FrameCommand& command, ScriptContext& context);
 
   private:
-    void log(std::initializer_list<std::string_view> parts);
+    void logUnanswered(const UnansweredNames& unsupported,
+                       std::initializer_list<std::string_view> where);
+    void log(std::initializer_list<std::string_view> where, std::string_view name);
 
     ScriptVM machine_;
     std::int64_t passSteps_ = script::kPassSteps;
     std::map<std::string, bool, std::less<>> known_;  // what has() has found
     std::filesystem::path logFile_;
     std::ofstream log_;
+    std::set<const void*> complained_;  // complaints of scripts that were logged
     std::size_t logRoom_ = 0;
     std::string text_;  // of the command that is looked up, kept for its memory
 };

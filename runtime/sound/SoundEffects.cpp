@@ -30,15 +30,19 @@ std::filesystem::path SoundEffects::find(std::string_view name) const {
     return path;
 }
 
-void SoundEffects::play(AudioSystem& audio, std::string_view name, std::string_view diagnostic) {
-    if (name.empty()) return;
+const std::filesystem::path& SoundEffects::fileOf(std::string_view name) {
     auto known = files_.find(name);
     if (known == files_.end()) {
         if (bytes_ > kMaxBytes) open(dataRoot_);
         known = files_.emplace(name, find(name)).first;
         bytes_ += kEntryBytes + name.size() + known->second.native().size();
     }
-    const std::filesystem::path& file = known->second;
+    return known->second;
+}
+
+void SoundEffects::play(AudioSystem& audio, std::string_view name, std::string_view diagnostic) {
+    if (name.empty()) return;
+    const std::filesystem::path& file = fileOf(name);
     if (!file.empty() && !audio.playEffect(file)) warnLine(diagnostic, audio.lastError());
 }
 

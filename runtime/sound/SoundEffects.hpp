@@ -18,8 +18,12 @@ class SoundEffects {
     // Names are looked for below this folder from now on.
     void open(const std::filesystem::path& dataRoot);
 
+    // The file of that name; empty for one that is not there. Lasts until the next name is asked
+    // for. The disk is asked once for a name.
+    [[nodiscard]] const std::filesystem::path& fileOf(std::string_view name);
+
     // Plays the file of that name. One that is not there is silent; for one that does not play,
-    // `diagnostic` and the reason go to the error stream. The disk is asked once for a name.
+    // `diagnostic` and the reason go to the error stream.
     void play(AudioSystem& audio, std::string_view name, std::string_view diagnostic);
 
   private:

@@ -17,6 +17,9 @@ float bounded(float value, float lowest, float highest) {
     return value > lowest ? std::min(value, highest) : lowest;
 }
 
+// More than anybody can tell apart. Scripts can start effects that never end.
+constexpr std::size_t kMostVoices = 256;
+
 std::uint32_t frameCount(const DecodedAudio& audio) {
     return static_cast<std::uint32_t>(audio.pcm.size() / static_cast<std::size_t>(audio.channels));
 }
@@ -85,11 +88,13 @@ bool AudioSystem::initialize(const RuntimeConfig& config) {
 bool AudioSystem::playMusic(const std::filesystem::path& path, bool loop,
                             std::int64_t loopOffsetBytes) {
     error_.clear();
+    decoded_ = false;
     const bool isBor = equalsFolded(PathEncoding::utf8(path.extension()), ".bor");
     if (isBor && !config_.openborBorAdpcm) return fail("OpenBOR .bor ADPCM decoder disabled");
     // Not into musicBuffer_, which the old voice may be reading.
     DecodedAudio decoded;
-    if (!AudioDecoder::decodeFile(path, decoded, error_)) return false;
+    decoded_ = AudioDecoder::decodeFile(path, decoded, error_);
+    if (!decoded_) return false;
     if (!hasDevice()) {
         logLine("Decoded music: ", decoded.format, " ", decoded.channels, "ch ", decoded.sampleRate,
                 "Hz frames=", frameCount(decoded));
@@ -129,7 +134,8 @@ bool AudioSystem::playEffect(const std::filesystem::path& path, float gain, bool
                              float speed) {
     error_.clear();
     const auto decoded = effects_.decode(path, error_);
-    if (!decoded) return false;
+    decoded_ = decoded != nullptr;
+    if (!decoded_) return false;
     if (!hasDevice()) {
         logLine("Decoded effect: ", decoded->format, " ", decoded->channels, "ch ",
                 decoded->sampleRate, "Hz");
@@ -137,6 +143,7 @@ bool AudioSystem::playEffect(const std::filesystem::path& path, float gain, bool
     }
     if (!open_) return fail("audio system not initialized");
     cleanupEffects();
+    if (effectVoices_.size() >= kMostVoices) return fail("too many effects at once");
     const platform::AudioVoice voice = output_.createVoice(decoded->channels, decoded->sampleRate);
     if (voice == platform::kNoVoice) return fail("CreateSourceVoice(effect) failed");
     if (!output_.submit(voice, {decoded->pcm, loop})) {

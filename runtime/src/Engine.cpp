@@ -78,7 +78,7 @@ void Engine::readLogicalSize() {
 }
 
 void Engine::attachScripts() {
-    game_.scripts.open(game_.root, game_.dataRoot, this);
+    game_.scripts.open(game_.root, game_.dataRoot, &game_.host);
     game_.world.player1 = freshPlayer<Player1>(0, kPlayer1Handle);
     const auto exists = [this](const char* script) {
         std::error_code absent;
@@ -274,12 +274,6 @@ int Engine::runSmokeGame(int frames) {
     }
     smoke.active = false;
     return result;
-}
-
-ScriptValue Engine::callScriptFunction(const std::string& name, const std::vector<ScriptValue>&,
-                                       ScriptContext&, std::vector<std::string>& unsupported) {
-    if (std::ranges::find(unsupported, name) == unsupported.end()) unsupported.push_back(name);
-    return {};
 }
 
 }  // namespace port

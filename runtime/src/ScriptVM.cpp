@@ -15,19 +15,36 @@ static_assert(std::is_same_v<std::variant_alternative_t<1, ScriptValue>, double>
 static_assert(std::is_same_v<std::variant_alternative_t<4, ScriptValue>, std::uintptr_t>);
 
 struct ScriptVM::Machine {
-    explicit Machine(const std::filesystem::path& root) : library(root) {}
+    Machine(const std::filesystem::path& root, ScriptHost* host) : library(root, host) {}
 
     script::ScriptLibrary library;
     std::vector<std::unique_ptr<script::Exec>> execs;  // one for each run that is under way
     std::size_t runs = 0;
 };
 
-ScriptVM::ScriptVM() : steps_(script::kLoadingSteps), machine_(std::make_unique<Machine>(root_)) {}
+ScriptVM::ScriptVM()
+    : steps_(script::kLoadingSteps), machine_(std::make_unique<Machine>(root_, host_)) {}
 ScriptVM::~ScriptVM() = default;
 
 void ScriptVM::setRoot(const std::filesystem::path& root) {
     root_ = root;
-    machine_ = std::make_unique<Machine>(root);
+    machine_ = std::make_unique<Machine>(root_, host_);
+}
+
+void ScriptVM::setHost(ScriptHost* host) {
+    host_ = host;
+    machine_ = std::make_unique<Machine>(root_, host_);
+}
+
+ScriptValue ScriptHost::callScriptFunction(std::string_view name, std::span<const ScriptValue> args,
+                                           ScriptContext& context, UnansweredNames& unsupported) {
+    ScriptValue result;
+    const HostFunction* const function = findHostFunction(script::lower(name));
+    if (function != nullptr && callHostFunction(*function, args, context, unsupported, result)) {
+        return result;
+    }
+    unsupported.add(name);
+    return {};
 }
 
 template <typename Work>
@@ -61,8 +78,8 @@ ScriptRunResult ScriptVM::runFile(std::string_view path, ScriptContext& context,
     if (path.empty()) return result;
     run(result, context, [&](script::Exec& exec) {
         const script::Script& script = machine_->library.file(path);
-        exec.charge(machine_->library.takeCost() + script.unsupported.size());
-        result.unsupported = script.unsupported;
+        exec.charge(machine_->library.takeCost());
+        result.unsupported = UnansweredNames(script.complaints);
         if (!script.program) throw std::runtime_error(script.error);
         script::Function* wanted = script.program->find(function);
         if (wanted == nullptr) wanted = script.program->find("main");
@@ -78,8 +95,8 @@ ScriptRunResult ScriptVM::runAnimationCommand(std::string_view helperPath, std::
     if (helperPath.empty() && command.empty()) return result;
     run(result, context, [&](script::Exec& exec) {
         const script::Command& known = machine_->library.command(helperPath, command);
-        exec.charge(machine_->library.takeCost() + known.script.unsupported.size());
-        result.unsupported = known.script.unsupported;
+        exec.charge(machine_->library.takeCost());
+        result.unsupported = UnansweredNames(known.script.complaints);
         result.ok = known.script.error.empty();
         result.error = known.script.error;
         if (!known.script.program) return;

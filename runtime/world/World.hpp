@@ -14,6 +14,7 @@
 #include "Actor.hpp"
 #include "EntityList.hpp"
 #include "Projectile.hpp"
+#include "ScriptState.hpp"
 #include "StageRun.hpp"
 
 namespace port {
@@ -62,7 +63,7 @@ struct PlayerSlot {
     unsigned playKeys = 0;                        // what the game logic may see of those held
     unsigned disabledKeys = 0;                    // masked out before everything else
     std::vector<InputHistoryEntry> inputHistory;  // the oldest first, kLongestHistory at most
-    std::unordered_map<std::string, ScriptValue> scriptVars;
+    ScriptVariables scriptVars;
 
     PORT_FIELDS(joined, selectIndex, keys, newKeys, releasedKeys, playKeys, disabledKeys,
                 inputHistory, scriptVars)
@@ -94,6 +95,7 @@ struct World {
     PendingBranch branch;
     Shake shake;
     ScriptContext stageScriptCtx;  // of global and level scripts
+    ScriptState scripted;
     std::mt19937 blockRandom{0xB10C2026};
 
     // Null for a handle that names nobody.
@@ -111,7 +113,7 @@ struct World {
     }
 
     PORT_FIELDS(tick, player1, coop, entities, roster, projectiles, pendingChildSpawns,
-                pendingWeaponDrops, slots, stage, camera, branch, shake, stageScriptCtx,
+                pendingWeaponDrops, slots, stage, camera, branch, shake, stageScriptCtx, scripted,
                 blockRandom)
 };
 

@@ -4,6 +4,7 @@
 
 #include "Defence.hpp"
 #include "FightTrial.hpp"
+#include "NamedHost.hpp"
 
 namespace port {
 namespace {
@@ -208,13 +209,13 @@ TEST_F(Damage, TheWayToDieIsTheModels) {
 }
 
 TEST_F(Damage, ItsOwnScriptMayEndAnEntityOnce) {
-    struct Kill final : ScriptHost {
+    struct Kill final : NamedHost {
         RuntimeEntity* victim = nullptr;
-        ScriptValue callScriptFunction(const std::string&, const std::vector<ScriptValue>&,
-                                       ScriptContext&, std::vector<std::string>&) override {
+        bool answer(const std::string&, std::span<const ScriptValue>, ScriptContext&,
+                    UnansweredNames&, ScriptValue&) override {
             victim->health = 0;
             victim->alive = false;
-            return {};
+            return true;
         }
     } host;
     host.victim = &enemy;

@@ -27,7 +27,7 @@ TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
     EXPECT_TRUE(world.slots[1].joined);
     EXPECT_FALSE(world.slots[2].joined);
     EXPECT_EQ(game.scripts.machine().root(), folder.path() / "assets" / "openbor-data");
-    EXPECT_EQ(game.scripts.machine().host(), &engine);
+    EXPECT_EQ(game.scripts.machine().host(), &engine.game().host);
     EXPECT_EQ(game.frontend.campaigns, (std::vector<Campaign>{{0, "Story", 0}, {4, "Bonus", 2}}))
         << "STORY is no other set";
 
@@ -100,12 +100,12 @@ TEST_F(EngineTest, MenuLabelsAndUnlocksAreReadLeniently) {
 
 TEST_F(EngineTest, AScriptCallThatNothingAnswersIsNotedOnceARun) {
     ScriptContext context;
-    std::vector<std::string> unsupported;
+    UnansweredNames unsupported;
     for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(engine.callScriptFunction("summonDragon", {}, context, unsupported),
+        EXPECT_EQ(engine.game().host.callScriptFunction("summonDragon", {}, context, unsupported),
                   ScriptValue());
     }
-    EXPECT_EQ(unsupported, std::vector<std::string>{"summonDragon"});
+    EXPECT_EQ(unsupported.names(), std::vector<std::string>{"summonDragon"});
     ASSERT_TRUE(initialize());
     EXPECT_EQ(folder.read("logs/script-vm.log"),
               "levelscript\tscripts/level.c\tunsupported=nosuchfunction\n");

@@ -3,6 +3,7 @@
 #include "Frames.hpp"
 
 #include "Entities.hpp"
+#include "NamedHost.hpp"
 #include "Spawning.hpp"
 #include "WorldTrial.hpp"
 
@@ -157,12 +158,12 @@ TEST_F(Frames, EntryGoesFromPlayer1OverTheOthersToTheEntities) {
 
 TEST_F(Frames, AScriptThatChangesTheAnimationChangesNoFrameThatWasEntered) {
     folder.write("data/scripts/turn.c", "void main(){ turn(); }");
-    struct Turn final : ScriptHost {
+    struct Turn final : NamedHost {
         Actor* actor = nullptr;
-        ScriptValue callScriptFunction(const std::string&, const std::vector<ScriptValue>&,
-                                       ScriptContext&, std::vector<std::string>&) override {
+        bool answer(const std::string&, std::span<const ScriptValue>, ScriptContext&,
+                    UnansweredNames&, ScriptValue&) override {
             play(*actor, "follow1");
-            return {};
+            return true;
         }
     } host;
     host.actor = &player;

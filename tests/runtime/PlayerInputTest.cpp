@@ -1,5 +1,6 @@
 // What devices and scripts make of a player's keys.
 
+#include "NamedHost.hpp"
 #include "PlayerTrial.hpp"
 
 namespace port {
@@ -98,14 +99,14 @@ TEST_F(PlayerInput, ASmallTiltIsNone) {
 }
 
 // Scripts that change what their player may see.
-struct Host final : ScriptHost {
+struct Host final : NamedHost {
     std::function<void(const std::string&)> call;
     std::string calls;
-    ScriptValue callScriptFunction(const std::string& name, const std::vector<ScriptValue>&,
-                                   ScriptContext& context, std::vector<std::string>&) override {
+    bool answer(const std::string& name, std::span<const ScriptValue>, ScriptContext& context,
+                UnansweredNames&, ScriptValue&) override {
         calls += name + std::to_string(context.playerIndex) + ' ';
         if (call) call(name);
-        return {};
+        return true;
     }
 };
 

@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "NamedHost.hpp"
 #include "ScriptBuiltins.hpp"
 #include "ScriptExec.hpp"
 #include "ScriptLexer.hpp"
@@ -31,8 +32,7 @@ class Referee {
     struct Undecided {};
 
     Referee(const std::vector<Tok>& tokens, ScriptHost& host, ScriptContext& context,
-            std::unordered_map<std::string, ScriptValue>& globals,
-            std::vector<std::string>& unsupported)
+            ScriptVariables& globals, UnansweredNames& unsupported)
         : tokens_(tokens),
           host_(host),
           context_(context),
@@ -477,14 +477,14 @@ class Referee {
     const std::vector<Tok>& tokens_;
     ScriptHost& host_;
     ScriptContext& context_;
-    std::unordered_map<std::string, ScriptValue>& globals_;
-    std::vector<std::string>& unsupported_;
+    ScriptVariables& globals_;
+    UnansweredNames& unsupported_;
     std::size_t pos_ = 0;
     std::vector<Values> scopes_;
     int depth_ = 0;
     int fuel_ = 50'000;
     // What the language's own functions take their steps from.
-    ScriptLibrary library_{"/nonexistent"};
+    ScriptLibrary library_{"/nonexistent", nullptr};
     std::int64_t steps_ = 1'000'000;
     std::mt19937 random_{0x0B0B0B};
     Exec sink_;
@@ -507,41 +507,39 @@ inline std::string told(const ScriptValue& value) {
 }
 
 // Writes down every call, and forgets variables so that nothing may be remembered across one.
-struct Witness : ScriptHost {
-    ScriptValue callScriptFunction(const std::string& name, const std::vector<ScriptValue>& args,
-                                   ScriptContext& context,
-                                   std::vector<std::string>& unsupported) override {
+struct Witness : NamedHost {
+    bool answer(const std::string& name, std::span<const ScriptValue> args, ScriptContext& context,
+                UnansweredNames&, ScriptValue& result) override {
         story += name + "(";
         for (const ScriptValue& arg : args) story += told(arg) + ",";
         story += ")\n";
         if (name == "forget") context.local.clear();
-        if (!args.empty()) return args.back();
-        if (unsupported.size() < 100) unsupported.push_back(name);
-        return {};
+        if (args.empty()) return false;
+        result = args.back();
+        return true;
     }
     std::string story;
 };
 
 // Runs work(context, unsupported) and completes the story by what it left behind.
 template <typename Work>
-Outcome observed(Witness& host, const std::unordered_map<std::string, ScriptValue>& globals,
-                 Work work) {
+Outcome observed(Witness& host, const ScriptVariables& globals, Work work) {
     Outcome outcome;
     ScriptContext context;
-    std::vector<std::string> unsupported;
+    UnansweredNames unsupported;
     try {
         outcome.error = work(context, unsupported);
     } catch (const BreakSignal&) {
         outcome.error = "break";
-        unsupported.clear();  // the machine's report is lost with its result
+        unsupported = {};  // the machine's report is lost with its result
     } catch (const ContinueSignal&) {
         outcome.error = "continue";
-        unsupported.clear();
+        unsupported = {};
     } catch (const Referee::Undecided&) {
         outcome.decided = false;
     }
     outcome.story = std::move(host.story);
-    for (const std::string& name : unsupported) outcome.story += "? " + name + "\n";
+    for (const std::string& name : unsupported.all()) outcome.story += "? " + name + "\n";
     for (const auto* variables : {&std::as_const(context.local), &globals}) {
         const std::map<std::string, ScriptValue> sorted(variables->begin(), variables->end());
         for (const auto& [name, value] : sorted) outcome.story += name + "=" + told(value) + "\n";
@@ -559,7 +557,7 @@ inline Outcome byMachine(ScriptVM& vm, const std::string& text) {
     vm.globals().clear();
     vm.setSteps(50'000);
     Outcome outcome = referee::observed(
-        host, vm.globals(), [&](ScriptContext& context, std::vector<std::string>& unsupported) {
+        host, vm.globals(), [&](ScriptContext& context, UnansweredNames& unsupported) {
             ScriptRunResult result = vm.runAnimationCommand("", text, context);
             unsupported = std::move(result.unsupported);
             return result.error;
@@ -578,11 +576,11 @@ inline Outcome byReferee(const std::string& text) {
     const Tokens tokens = lex(preprocessScript(
         sources, "/nonexistent/frame.c", "\nvoid " + frame + "(){\n" + text + "\n}\n", state));
     referee::Witness host;
-    std::unordered_map<std::string, ScriptValue> globals;
+    ScriptVariables globals;
     return referee::observed(
-        host, globals,
-        [&](ScriptContext& context, std::vector<std::string>& unsupported) -> std::string {
-            unsupported = state.unsupported;
+        host, globals, [&](ScriptContext& context, UnansweredNames& unsupported) -> std::string {
+            unsupported = UnansweredNames(
+                std::make_shared<const std::vector<std::string>>(state.unsupported));
             Referee referee(tokens.list, host, context, globals, unsupported);
             try {
                 if (!referee.call(frame, {})) return "generated animation function not found";

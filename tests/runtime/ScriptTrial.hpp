@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "NamedHost.hpp"
 #include "ScriptVM.hpp"
 #include "ScriptValue.hpp"
 #include "TempFolder.hpp"
@@ -24,22 +25,21 @@ inline std::string spelled(const ScriptValue& value) {
     return str(value);
 }
 
-class Listener : public ScriptHost {
+class Listener : public NamedHost {
   public:
-    ScriptValue callScriptFunction(const std::string& name, const std::vector<ScriptValue>& args,
-                                   ScriptContext& context,
-                                   std::vector<std::string>& unsupported) override {
-        if (name != "say") return other(name, args, context, unsupported);
+    bool answer(const std::string& name, std::span<const ScriptValue> args, ScriptContext& context,
+                UnansweredNames& unsupported, ScriptValue& result) override {
+        if (name != "say") return other(name, args, context, unsupported, result);
         for (const ScriptValue& arg : args) {
             if (!said.empty()) said += ' ';
             said += spelled(arg);
         }
-        return args.empty() ? ScriptValue() : args[0];
+        if (!args.empty()) result = args[0];
+        return true;
     }
-    virtual ScriptValue other(const std::string& name, const std::vector<ScriptValue>&,
-                              ScriptContext&, std::vector<std::string>& unsupported) {
-        unsupported.push_back(name);
-        return {};
+    virtual bool other(const std::string&, std::span<const ScriptValue>, ScriptContext&,
+                       UnansweredNames&, ScriptValue&) {
+        return false;
     }
 
     std::string said;

@@ -18,11 +18,10 @@ class ScriptsOfAGame : public testing::Test, public Listener {
         folder.write("data/spin.c", "void main() { int i; for (i = 0; i < 9000; i++) {} }");
         scripts.open(folder.path(), folder.path() / "data", this);
     }
-    ScriptValue other(const std::string& name, const std::vector<ScriptValue>&, ScriptContext&,
-                      std::vector<std::string>& unsupported) override {
+    bool other(const std::string& name, std::span<const ScriptValue>, ScriptContext&,
+               UnansweredNames&, ScriptValue&) override {
         if (name == "act") act();
-        if (name.starts_with("unknown")) unsupported.push_back(name);
-        return {};
+        return !name.starts_with("unknown");
     }
     // Runs a hook; what it says on the error stream.
     std::string hook(const char* path, const char* event = "event") {

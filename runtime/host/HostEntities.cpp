@@ -1,0 +1,90 @@
+// Looking for actors.
+
+#include <cmath>
+#include <utility>
+
+#include "Factions.hpp"
+#include "HostFunctions.hpp"
+#include "ModelFacts.hpp"
+#include "RosterScan.hpp"
+
+namespace port::host {
+namespace {
+
+bool isThere(const Actor& actor) {
+    return actor.alive && (isPlayer(actor) || static_cast<const RuntimeEntity&>(actor).visible);
+}
+
+// Keeps the nearest of those whom the seeker fights and sees, the first of equals.
+class NearestFoe {
+  public:
+    explicit NearestFoe(const Actor& seeker) : seeker_(seeker) {}
+
+    void consider(const Actor& other, bool hostile) {
+        if (&other == &seeker_ || !isThere(other)) return;
+        if (!modelIsHostileTo(seeker_.model, other.model, hostile)) return;
+        if (!modelCanPerceive(seeker_.model, other.model)) return;
+        const float distance =
+            std::abs(other.worldX - seeker_.worldX) + std::abs(other.z - seeker_.z);
+        if (best_ != kNobody && !(distance < distance_)) return;
+        best_ = other.handle;
+        distance_ = distance;
+    }
+    [[nodiscard]] ActorHandle best() const { return best_; }
+
+  private:
+    const Actor& seeker_;
+    ActorHandle best_ = kNobody;
+    float distance_ = 0;
+};
+
+// What a player fights unless its model says otherwise.
+bool isFoeOfPlayers(const RuntimeEntity& entity) {
+    return (openborTypeBit(entity.model) & (kTypeEnemy | kTypeObstacle)) != 0;
+}
+
+}  // namespace
+
+ScriptValue entityAt(HostCall& call) {
+    const EntityList& entities = call.world().entities;
+    const int index = call.integer(0);
+    if (index < 0 || static_cast<std::size_t>(index) >= entities.size()) return kNobody;
+    return entities[static_cast<std::size_t>(index)].handle;
+}
+
+// Players look for entities only; entities look for players first.
+ScriptValue findTarget(HostCall& call) {
+    const World& world = call.world();
+    const Actor* seeker = call.actor(0);
+    if (!seeker) return kNobody;
+    const bool ofPlayer = isPlayer(*seeker);
+    NearestFoe search(*seeker);
+    if (!ofPlayer) {
+        search.consider(world.player1, true);
+        for (const RuntimeCoopPlayer& player : world.coop) search.consider(player, true);
+    }
+    visitRoster(world, world.roster.present, [&](const RuntimeEntity& entity) {
+        if (entity.model) search.consider(entity, ofPlayer && isFoeOfPlayers(entity));
+        return false;
+    });
+    call.chargeScan(world.roster.present.size());
+    return search.best();
+}
+
+ScriptValue isInRange(HostCall& call) {
+    constexpr float kRangeZ = 24;
+    const Actor* first = call.actor(0);
+    const Actor* second = call.actor(1);
+    if (!first || !second || !isThere(*first) || !isThere(*second)) return false;
+    int range = call.tick.config.enemyAttackRange;
+    if (!isPlayer(*first) && first->model) range = std::max(range, first->model->grabDistance);
+    return std::abs(first->worldX - second->worldX) <= static_cast<float>(range) &&
+           std::abs(first->z - second->z) <= kRangeZ;
+}
+
+// Entities know nothing of each other's plans.
+ScriptValue noAiCheck(HostCall& /*call*/) {
+    return 0.0;
+}
+
+}  // namespace port::host

@@ -1,0 +1,25 @@
+#include "HostFunctions.hpp"
+
+#include "KeyTable.hpp"
+
+namespace port {
+namespace {
+
+constexpr auto kFunctions = sortedTable(std::to_array<HostFunction>({
+#define HOST_FUNCTION(name, needs, function, screening) {#name, needs, host::function},
+#include "HostFunctions.def"
+#undef HOST_FUNCTION
+                                        }),
+                                        &HostFunction::name);
+
+}  // namespace
+
+std::span<const HostFunction> hostFunctions() {
+    return kFunctions;
+}
+
+const HostFunction* findHostFunction(std::string_view loweredName) {
+    return findRow(kFunctions, &HostFunction::name, loweredName);
+}
+
+}  // namespace port
