@@ -14,12 +14,12 @@ set(port_generated_units
 # pictures as plain values
 set(port_pixels_uses core)
 set(port_pixels_units
-  BmpImage DecodedImage PcxImage SpriteImage)
+  BmpImage DecodedImage PcxImage ScreenLayout ShaderParams SpriteImage)
 # the seam to the system and its devices; a unit of several systems has a source for each
 set(port_platform_uses core pixels)
 set(port_platform_units
   AudioOutput Clock CompressedAudio CrashHandler Devices Entry ImageDecoder ImageEncoder Input
-  Presentation Process)
+  PostProcessor Presentation Process TextFace VirtualKeys)
 # the machine that runs scripts
 set(port_script_uses core)
 set(port_script_units
@@ -30,7 +30,7 @@ set(port_script_units
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
   BitmapFont BitmapGlyphs DrawList FrameCapture Painter Palette Renderer ScriptPictures ScriptSurface
-  SpriteBlit SpriteCache SpriteCompositor SpriteLoading SpriteTransform WaterSurface)
+  SpriteBlit SpriteCache SpriteCompositor SpriteLoading SpriteTransform TextRuns WaterSurface)
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
@@ -138,7 +138,7 @@ function(port_add_rooms folder)
 endfunction()
 
 # What a port takes from the system and from libraries where they are found. Without them it still
-# builds: pictures are then white, and compressed music is silent.
+# builds: without a window it runs headless, pictures are white, and compressed music is silent.
 
 function(port_backend target folder unit backend)
   target_sources(${target} PRIVATE ${folder}/${unit}${backend}.cpp)
@@ -178,7 +178,40 @@ function(port_sound_backends target folder)
     endif()
   endif()
   port_backend(${target} ${folder} CompressedAudio ${decoder})
-  port_backend(${target} ${folder} AudioOutput None)
+  set(output None)
+  if(NOT WIN32)
+    find_package(OpenAL QUIET)
+    # OpenAL Soft's own extensions are needed.
+    if(OPENAL_FOUND AND EXISTS ${OPENAL_INCLUDE_DIR}/alext.h)
+      set(output OpenAl)
+      target_include_directories(${target} SYSTEM PRIVATE ${OPENAL_INCLUDE_DIR})
+      target_link_libraries(${target} PRIVATE ${OPENAL_LIBRARY})
+    endif()
+  endif()
+  port_backend(${target} ${folder} AudioOutput ${output})
+endfunction()
+
+function(port_window_backends target folder)
+  set(window None)
+  set(text None)
+  if(NOT WIN32)
+    find_package(SDL2 QUIET)
+    find_package(SDL2_ttf 2.0.18 QUIET)
+    find_package(Fontconfig QUIET)
+    if(TARGET SDL2::SDL2)
+      set(window Sdl)
+      target_link_libraries(${target} PRIVATE SDL2::SDL2)
+      port_backend(${target} ${folder} PostProcessor Gl)
+      port_backend(${target} ${folder} VirtualKeys Sdl)
+    endif()
+    if(TARGET SDL2::SDL2 AND TARGET SDL2_ttf::SDL2_ttf AND TARGET Fontconfig::Fontconfig)
+      set(text Sdl)
+      target_link_libraries(${target} PRIVATE SDL2_ttf::SDL2_ttf Fontconfig::Fontconfig)
+    endif()
+  endif()
+  port_backend(${target} ${folder} Input ${window})
+  port_backend(${target} ${folder} Presentation ${window})
+  port_backend(${target} ${folder} TextFace ${text})
 endfunction()
 
 function(port_platform_sources target folder)
@@ -190,8 +223,7 @@ function(port_platform_sources target folder)
   foreach(unit IN ITEMS Clock CrashHandler Process)
     port_backend(${target} ${folder} ${unit} ${system})
   endforeach()
-  port_backend(${target} ${folder} Input None)
-  port_backend(${target} ${folder} Presentation None)
+  port_window_backends(${target} ${folder})
   port_image_backends(${target} ${folder})
   port_sound_backends(${target} ${folder})
 endfunction()

@@ -27,8 +27,10 @@ need_packages() {
 }
 
 # What it takes to build the builder and a port; with ccache the next port takes seconds.
-build_packages=(g++ cmake ninja-build ccache libgif-dev libpng-dev libsndfile1-dev)
+build_packages=(g++ cmake ninja-build ccache libgif-dev libpng-dev libsndfile1-dev libsdl2-dev
+    libsdl2-ttf-dev libfontconfig-dev libopenal-dev)
 # What the builder itself calls to unpack archives.
 archive_packages=(unzip libarchive-tools p7zip-full)
 # What the checks need beyond that.
-check_packages=(libgtest-dev clang clang-format clang-tidy g++-mingw-w64-x86-64-posix python3)
+check_packages=(libgtest-dev clang clang-format clang-tidy g++-mingw-w64-x86-64-posix python3
+    libegl1 libgl1-mesa-dri)

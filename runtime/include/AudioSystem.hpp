@@ -33,7 +33,7 @@ struct LoopRegion {
 // silence. In a build without a device the play calls print what they decoded and succeed.
 class AudioSystem {
   public:
-    explicit AudioSystem(platform::AudioOutput output = platform::systemAudioOutput());
+    explicit AudioSystem(platform::AudioOutput output = {});
     AudioSystem(const AudioSystem&) = delete;
     AudioSystem& operator=(const AudioSystem&) = delete;
     ~AudioSystem();

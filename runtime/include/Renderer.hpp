@@ -19,7 +19,7 @@ namespace port {
 
 class Renderer {
   public:
-    explicit Renderer(platform::Presentation presentation = platform::systemPresentation())
+    explicit Renderer(platform::Presentation presentation = {})
         : presentation_(std::move(presentation)) {}
 
     // False when there is nothing to draw on; the port then cannot start.

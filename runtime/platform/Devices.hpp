@@ -10,11 +10,22 @@
 
 namespace port::platform {
 
+// By default only time goes by: nothing is seen, heard or held.
 struct Devices {
     Clock clock = systemClock();
-    Input input = systemInput();
-    Presentation presentation = systemPresentation();
-    AudioOutput audio = systemAudioOutput();
+    Input input;
+    Presentation presentation;
+    AudioOutput audio;
 };
+
+// What the machine has. Where nobody sees the game nobody plays or hears it either.
+[[nodiscard]] inline Devices systemDevices() {
+    Devices devices;
+    devices.presentation = systemPresentation();
+    if (devices.presentation.headless) return devices;
+    devices.input = systemInput();
+    devices.audio = systemAudioOutput();
+    return devices;
+}
 
 }  // namespace port::platform

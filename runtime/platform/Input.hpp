@@ -8,9 +8,12 @@
 
 namespace port::platform {
 
+// By default nobody holds anything.
 struct Input {
-    std::function<bool(int virtualKey)> keyDown;  // codes of 0 to 255
-    std::function<PadState(int pad)> pad;         // pads 0 to 3
+    // For codes of 0 to 255.
+    std::function<bool(int virtualKey)> keyDown = [](int) { return false; };
+    // For pads 0 to 3.
+    std::function<PadState(int pad)> pad = [](int) { return PadState(); };
 };
 
 [[nodiscard]] Input systemInput();

@@ -3,7 +3,7 @@
 namespace port::platform {
 
 Input systemInput() {
-    return {[](int) { return false; }, [](int) { return PadState(); }};
+    return {};
 }
 
 }  // namespace port::platform

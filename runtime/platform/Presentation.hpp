@@ -10,18 +10,22 @@
 
 namespace port::platform {
 
+// By default it shows nothing to anybody.
 struct Presentation {
-    // True when it shows nothing to anybody, so that nobody is there to play.
+    // True when nobody sees it, so that nobody is there to play.
     bool headless = true;
     // False when there is nothing to show a game on.
-    std::function<bool(const RuntimeConfig&)> open;
+    std::function<bool(const RuntimeConfig&)> open = [](const RuntimeConfig&) { return true; };
     // The name of what is in use; another from the moment on when it falls back on another.
-    std::function<std::string()> backend;
+    std::function<std::string()> backend = [] { return "headless-preview"; };
     // Handles what the window was sent; false from its closing on.
-    std::function<bool()> pumpEvents;
-    std::function<void(const SpriteImage& canvas, const RuntimeConfig&)> present;
+    std::function<bool()> pumpEvents = [] { return true; };
+    // Changed settings of the window take effect here, too.
+    std::function<void(const SpriteImage& canvas, const RuntimeConfig&)> present =
+        [](const SpriteImage&, const RuntimeConfig&) {};
 };
 
+// The system's window; headless where there is no screen.
 [[nodiscard]] Presentation systemPresentation();
 
 }  // namespace port::platform

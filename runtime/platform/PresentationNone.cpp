@@ -3,8 +3,7 @@
 namespace port::platform {
 
 Presentation systemPresentation() {
-    return {true, [](const RuntimeConfig&) { return true; }, [] { return "headless-preview"; },
-            [] { return true; }, [](const SpriteImage&, const RuntimeConfig&) {}};
+    return {};
 }
 
 }  // namespace port::platform

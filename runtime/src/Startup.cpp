@@ -70,7 +70,7 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
         return 0;
     }
 
-    Engine engine;
+    Engine engine(platform::systemDevices());
     engine.setCapture(std::move(files.capture));
     if (!files.replay.empty()) {
         Recording recording;

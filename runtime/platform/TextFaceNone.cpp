@@ -1,0 +1,9 @@
+#include "TextFace.hpp"
+
+namespace port::platform {
+
+TextFace systemTextFace() {
+    return {};
+}
+
+}  // namespace port::platform
