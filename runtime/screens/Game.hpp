@@ -25,6 +25,7 @@
 #include "Tick.hpp"
 #include "TickInput.hpp"
 #include "World.hpp"
+#include "WorldHash.hpp"
 
 namespace port {
 
@@ -107,7 +108,8 @@ struct Game {
     Recorder recorder;
 
     [[nodiscard]] Tick tick() { return {world, drive, input, config, scripts, events}; }
-    [[nodiscard]] std::uint64_t hash() const;
+    [[nodiscard]] RunState runState() const;
+    [[nodiscard]] std::uint64_t hash() const { return worldHash(runState()); }
 
     // What the devices hold now; no pads where the settings want none.
     [[nodiscard]] HeldInput heldInput() const;
