@@ -4,7 +4,6 @@
 #include "Log.hpp"
 #include "Painter.hpp"
 #include "StartupLog.hpp"
-#include "WorldHash.hpp"
 
 namespace port {
 
@@ -45,8 +44,8 @@ void Game::show() {
     renderer.endFrame();
 }
 
-std::uint64_t Game::hash() const {
-    return worldHash({world, scripts.machine(), static_cast<int>(frontend.state)});
+RunState Game::runState() const {
+    return {world, scripts.machine(), static_cast<int>(frontend.state)};
 }
 
 void Game::playSounds() {

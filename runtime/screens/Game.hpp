@@ -27,6 +27,7 @@
 #include "Tick.hpp"
 #include "TickInput.hpp"
 #include "World.hpp"
+#include "WorldHash.hpp"
 
 namespace port {
 
@@ -110,7 +111,8 @@ struct Game {
     Host host;  // of the scripts
 
     [[nodiscard]] Tick tick() { return {world, drive, input, config, scripts, events}; }
-    [[nodiscard]] std::uint64_t hash() const;
+    [[nodiscard]] RunState runState() const;
+    [[nodiscard]] std::uint64_t hash() const { return worldHash(runState()); }
 
     // What the devices hold now; no pads where the settings want none.
     [[nodiscard]] HeldInput heldInput() const;

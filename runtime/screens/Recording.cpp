@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "TextFields.hpp"
-#include "WorldHash.hpp"
 
 namespace port {
 namespace {
@@ -108,7 +107,7 @@ bool readPass(std::string_view line, Recording& out) {
         // A replay waits for each in its turn.
         const std::uint64_t last = out.hashes.empty() ? 0 : out.hashes.back().pass;
         if (!tick || !hash || *pass <= last) return false;
-        out.hashes.push_back({*pass, *tick, *hash});
+        out.hashes.push_back({*pass, *tick, *hash, std::string(words.next())});
         return words.atEnd();
     }
     const auto hash = words.number<std::uint64_t>(16);
@@ -224,8 +223,11 @@ void Recorder::pass(const TickInput& input) {
 }
 
 // Flushed here, so that a run that breaks off is kept up to its last second.
-void Recorder::addHash(std::uint64_t tick, std::uint64_t hash) {
-    out_ << passes_ << " hash " << tick << ' ' << hashDigits(hash) << '\n' << std::flush;
+void Recorder::played(const RunState& run) {
+    if (passes_ == 0 || run.world.tick % kRecordedHashTicks != 0) return;
+    out_ << passes_ << " hash " << run.world.tick << ' ' << hashDigits(worldHash(run)) << ' '
+         << fieldDigits(run).digits << '\n'
+         << std::flush;
 }
 
 void Recorder::end(std::uint64_t hash) {

@@ -7,7 +7,8 @@
 //     [gameplay], [combat], [input]   the settings that a world depends on
 //     [begin]                         a game's start, once for each before the first pass
 //     [passes]                        "<pass> input ..." where the input changes,
-//                                     "<pass> hash <tick> <digits>" every 60 ticks,
+//                                     "<pass> hash <tick> <digits> <digits of the fields>"
+//                                     every 60 ticks, see fieldDigits(),
 //                                     "<pass> end <digits>" behind the last pass
 
 #include <array>
@@ -20,6 +21,7 @@
 
 #include "RuntimeConfig.hpp"
 #include "Tick.hpp"
+#include "WorldHash.hpp"
 
 namespace port {
 
@@ -48,6 +50,7 @@ struct Recording {
         std::uint64_t pass = 0;
         std::uint64_t tick = 0;
         std::uint64_t hash = 0;
+        std::string fields;  // empty where they were not written
     };
 
     std::string settings;  // lines of a settings file
@@ -79,16 +82,11 @@ class Recorder {
     void begin(const RecordedStart& start, const RuntimeConfig& config);
     // At the top of a pass.
     void pass(const TickInput& input);
-    // After a pass of play. The hash is asked for every 60 ticks.
-    template <class Hash>
-    void played(std::uint64_t tick, Hash hash) {
-        if (passes_ > 0 && tick % kRecordedHashTicks == 0) addHash(tick, hash());
-    }
+    // After a pass of play.
+    void played(const RunState& run);
     void end(std::uint64_t hash);
 
   private:
-    void addHash(std::uint64_t tick, std::uint64_t hash);
-
     std::ofstream out_;
     std::uint64_t passes_ = 0;
     TickInput last_;

@@ -50,10 +50,13 @@ TickInput Replay::next(const Game&) {
 bool Replay::goesOn(const Game& game) {
     const auto& hashes = recording_.hashes;
     if (nextHash_ < hashes.size() && hashes[nextHash_].pass == pass_) {
+        const Recording::Hash& recorded = hashes[nextHash_++];
         const std::uint64_t hash = game.hash();
-        differs_ = hashes[nextHash_++].hash != hash;
+        differs_ = recorded.hash != hash;
         if (differs_) {
-            warnLine("REPLAY DIFFERS tick=", game.world.tick, " hash=", hashDigits(hash));
+            const std::string field = firstOtherField(game.runState(), recorded.fields);
+            warnLine("REPLAY DIFFERS tick=", game.world.tick, " hash=", hashDigits(hash),
+                     field.empty() ? "" : " field=", field);
         }
     }
     return !differs_ && pass_ < recording_.passes;

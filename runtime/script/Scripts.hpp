@@ -14,6 +14,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ScriptLimits.hpp"
 #include "ScriptVM.hpp"
@@ -72,6 +73,15 @@ class Scripts {
     };
     void runFrameCommand(const FrameCommand& command, ScriptContext& context);
 
+    // A run and what came of it, for as long as its telling lasts.
+    struct Run {
+        std::string_view event;
+        std::string_view script;  // of a frame's command without a helper, its animation
+        const ScriptRunResult& result;
+    };
+    // Is told of each run from now on; null for nobody.
+    void watch(std::function<void(const Run&)> watch) { watch_ = std::move(watch); }
+
   private:
     void logUnanswered(const UnansweredNames& unsupported,
                        std::initializer_list<std::string_view> where);
@@ -84,6 +94,7 @@ class Scripts {
     std::ofstream log_;
     std::set<const void*> complained_;  // complaints of scripts that were logged
     std::size_t logRoom_ = 0;
+    std::function<void(const Run&)> watch_;
     std::string text_;  // of the command that is looked up, kept for its memory
 };
 

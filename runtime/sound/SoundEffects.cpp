@@ -43,7 +43,9 @@ const std::filesystem::path& SoundEffects::fileOf(std::string_view name) {
 void SoundEffects::play(AudioSystem& audio, std::string_view name, std::string_view diagnostic) {
     if (name.empty()) return;
     const std::filesystem::path& file = fileOf(name);
-    if (!file.empty() && !audio.playEffect(file)) warnLine(diagnostic, audio.lastError());
+    const bool plays = !file.empty() && audio.playEffect(file);
+    if (!plays && missing_) missing_(name);
+    if (!plays && !file.empty()) warnLine(diagnostic, audio.lastError());
 }
 
 }  // namespace port

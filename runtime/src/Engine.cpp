@@ -141,7 +141,7 @@ int Engine::run() {
         if (game_.frontend.state == FrontendState::Quit) break;
         const bool played = game_.frontend.state == FrontendState::Playing;
         const bool advanced = runPass();
-        if (played) game_.recorder.played(game_.world.tick, [this] { return game_.hash(); });
+        if (played) game_.recorder.played(game_.runState());
         const bool lastPass = pilot_ ? !pilot_->goesOn(game_)
                                      : game_.renderer.headless() && passes >= kHeadlessPasses;
         // A stage that has ended gives way to the next at once. Stages that all end at once must

@@ -73,6 +73,52 @@ class LineSink {
     std::vector<std::string> lines_;
 };
 
+// Takes the values of each field together, whichever element has them: the number of fields is that
+// of the records' lists, however much a world holds.
+class DigitSink {
+  public:
+    void enter(const char* name) {
+        lengths_.push_back(path_.size());
+        if (!path_.empty()) path_ += '.';
+        path_ += name;
+    }
+    void enter(std::size_t) { lengths_.push_back(path_.size()); }
+    void enter(const std::string&) { lengths_.push_back(path_.size()); }
+    void leave() {
+        path_.resize(lengths_.back());
+        lengths_.pop_back();
+    }
+    void number(std::int64_t value) { field().number(value); }
+    void fraction(double value) { field().fraction(value); }
+    void text(std::string_view value) { field().text(value); }
+
+    [[nodiscard]] FieldDigits take() {
+        static constexpr std::string_view kDigits =
+            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+        // All bits of a hash count where it is divided by a prime.
+        constexpr std::uint64_t kValues = 61;
+        FieldDigits fields{std::move(names_), {}};
+        for (const HashSink& hash : hashes_) fields.digits += kDigits[hash.value() % kValues];
+        return fields;
+    }
+
+  private:
+    HashSink& field() {
+        const auto [known, isNew] = numbers_.try_emplace(path_, hashes_.size());
+        if (isNew) {
+            names_.push_back(path_);
+            hashes_.emplace_back();
+        }
+        return hashes_[known->second];
+    }
+
+    std::string path_;
+    std::vector<std::size_t> lengths_;
+    std::unordered_map<std::string, std::size_t> numbers_;
+    std::vector<std::string> names_;
+    std::vector<HashSink> hashes_;
+};
+
 // Goes over all fields of a run. Pointers into the tables count by what they name there.
 template <class Sink>
 class FieldWalk {
@@ -232,6 +278,17 @@ std::string hashDigits(std::uint64_t hash) {
     std::array<char, 17> digits{};
     std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash));
     return digits.data();
+}
+
+FieldDigits fieldDigits(const RunState& run) {
+    return walked<DigitSink>(run).take();
+}
+
+std::string firstOtherField(const RunState& run, std::string_view digits) {
+    const FieldDigits own = fieldDigits(run);
+    const auto [at, other] = std::ranges::mismatch(own.digits, digits);
+    if (at == own.digits.end()) return {};
+    return own.names[static_cast<std::size_t>(at - own.digits.begin())];
 }
 
 std::vector<std::string> fieldLines(const RunState& run) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ScriptVM.hpp"
@@ -23,6 +24,18 @@ struct RunState {
 [[nodiscard]] std::uint64_t worldHash(const RunState& run);
 // As 16 lower-case hexadecimal digits.
 [[nodiscard]] std::string hashDigits(std::uint64_t hash);
+
+// The fields in the order of their lists, each once for all elements that have it, such as
+// "world.entities.health", and a digit each that tells their values apart, 60 times of 61. That is
+// short enough to be kept for every second of a run.
+struct FieldDigits {
+    std::vector<std::string> names;
+    std::string digits;  // of the alphabet of base64
+};
+[[nodiscard]] FieldDigits fieldDigits(const RunState& run);
+// The name of the first field whose digit in `digits`, of another run, is another one; empty when
+// there is none.
+[[nodiscard]] std::string firstOtherField(const RunState& run, std::string_view digits);
 
 // One line a field, such as "world.player1.health=100". Fields that are equal count as such in
 // their text, so numbers stand with all their digits.

@@ -93,7 +93,7 @@ TEST_F(Recorded, MenusTakeAsLongWhereNobodySeesThem) {
 
 TEST_F(Recorded, ABotsRunWithExtraLivesIsPlayedAgain) {
     Engine first(devices());
-    first.setPilot(std::make_unique<Autoplay>(AutoplaySwitches{.stages = 1, .lives = 3}));
+    first.setPilot(std::make_unique<Autoplay>(AutoplaySwitches{1, 3, {}}));
     passesUntilClosed = 70;
     captured([&] {
         EXPECT_TRUE(first.record(file));
@@ -112,6 +112,10 @@ TEST_F(Recorded, ARunThatPartsFromItsRecordingSaysWhere) {
     other[hash] = other[hash] == '0' ? '1' : '0';
     EXPECT_EQ(replay(other), 77);
     EXPECT_TRUE(warnings.starts_with("REPLAY DIFFERS tick=120 hash=")) << warnings;
+    EXPECT_EQ(warnings.find(" field="), warnings.npos) << "all fields are as recorded";
+    const std::size_t settings = text.find("gravity=0.123456791");
+    EXPECT_EQ(replay(std::string(text).replace(settings, 19, "gravity=0.234567891")), 77);
+    EXPECT_TRUE(warnings.find(" field=") != warnings.npos) << warnings;
     other = text;
     const std::size_t end = text.find(" end ") + 5;
     other[end] = other[end] == '0' ? '1' : '0';
