@@ -7,6 +7,7 @@
 
 #include "AnimationLookup.hpp"
 #include "Log.hpp"
+#include "RosterScan.hpp"
 
 namespace port {
 namespace {
@@ -38,11 +39,11 @@ int spawnTypeOf(const PendingChildSpawn& child) {
 }
 
 bool hasSummonedChild(const World& world, ActorHandle parent) {
-    return std::ranges::any_of(world.entities,
-                               [parent](const RuntimeEntity& entity) {
-                                   return entity.alive && entity.summonedChild &&
-                                          entity.parentHandle == parent;
-                               }) ||
+    return visitRoster(world, world.roster.present,
+                       [parent](const RuntimeEntity& entity) {
+                           return entity.alive && entity.summonedChild &&
+                                  entity.parentHandle == parent;
+                       }) ||
            std::ranges::any_of(world.pendingChildSpawns, [parent](const PendingChildSpawn& child) {
                return child.summon && child.parent == parent;
            });
