@@ -14,7 +14,8 @@ namespace {
 
 int lifespanTicks(const generated::Character& model) {
     if (!(model.lifespanSeconds > 0)) return -1;
-    const double ticks = std::round(static_cast<double>(model.lifespanSeconds) * kTicksPerSecond);
+    // A product of floats, in which 0.175 is the ten and a half ticks that the author means.
+    const double ticks = std::round(model.lifespanSeconds * float{kTicksPerSecond});
     return static_cast<int>(std::clamp(ticks, 1.0, 2147483647.0));
 }
 
