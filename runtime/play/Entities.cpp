@@ -78,15 +78,8 @@ void keepOnScreen(const Tick& tick, RuntimeEntity& entity) {
 }
 
 void keepInDepth(Tick& tick, RuntimeEntity& entity) {
-    const generated::Stage* stage = tick.world.stage.row;
-    if (!stage) return;
     const float before = entity.z;
-    if (entity.model->subjectToMinZ) {
-        entity.z = std::max(entity.z, static_cast<float>(stage->zMin));
-    }
-    if (entity.model->subjectToMaxZ) {
-        entity.z = std::min(entity.z, static_cast<float>(stage->zMax));
-    }
+    entity.z = depthOnStage(tick.world.stage.row, *entity.model, entity.z);
     if (entity.z == before || *entity.model->onBlockZScript == '\0') return;
     entity.scriptCtx.local["plane"] = 1.0;
     tick.scripts.runHook(entity.model->onBlockZScript, entity.scriptCtx, "entity-onblockz");
@@ -95,11 +88,10 @@ void keepInDepth(Tick& tick, RuntimeEntity& entity) {
 // A hole never harms an entity: it turns away, or passes over it.
 void keepOnGround(Tick& tick, RuntimeEntity& entity, GroundStep from) {
     if (!applyActorTerrain(tick, entity, from.x, from.z)) return;
-    const generated::Character& model = *entity.model;
-    if (aiMoves(model, kAiIgnoreHoles)) return;
+    if (aiMoves(*entity.model, kAiIgnoreHoles)) return;
     entity.worldX = from.x;
     entity.z = from.z;
-    if (!model.noFlip && model.facingAdjust == 0) entity.facing = -entity.facing;
+    if (turnsFreely(*entity.model)) entity.facing = -entity.facing;
 }
 
 void runMoveHook(Tick& tick, RuntimeEntity& entity, const char* script, const char* local,

@@ -69,7 +69,7 @@ const Actor* chooseTarget(const World& world, const RuntimeEntity& entity) {
 
 void face(RuntimeEntity& entity, const Actor& target, int scrollDir) {
     const generated::Character& model = *entity.model;
-    if (!model.noFlip && model.facingAdjust == 0) {
+    if (turnsFreely(model)) {
         entity.facing = target.worldX < entity.worldX ? -1 : 1;
     }
     entity.facing = modelFacingValue(&model, entity.facing, scrollDir);

@@ -256,7 +256,7 @@ void gate(PlayerControl& control, unsigned playKeys) {
 void turn(PlayerActor& player, PlayerControl& control, int scrollDir) {
     const generated::Character& model = *player.model;
     if (model.noMove) control.dx = control.dz = 0;
-    if (!model.noFlip && model.facingAdjust == 0 && control.dx != 0) {
+    if (turnsFreely(model) && control.dx != 0) {
         player.facing = control.dx < 0 ? -1 : 1;
     }
     player.facing = modelFacingValue(&model, player.facing, scrollDir);

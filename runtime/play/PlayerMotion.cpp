@@ -8,6 +8,7 @@
 #include "AnimationEnergy.hpp"
 #include "AnimationLookup.hpp"
 #include "AttackChains.hpp"
+#include "Blocking.hpp"
 #include "Defence.hpp"
 #include "Factions.hpp"
 #include "Frames.hpp"
@@ -23,8 +24,7 @@ namespace {
 constexpr int kHolePenalty = 10;
 constexpr int kLeastCooldown = 2;
 constexpr int kAttackTicksPerCooldown = 3;
-constexpr int kAlwaysNext = 2;        // comboStyle: also after an attack that has missed
-constexpr int kBlockStateActive = 1;  // a bit of blockState
+constexpr int kAlwaysNext = 2;  // comboStyle: also after an attack that has missed
 constexpr float kLeastMove = 0.001F;
 
 InputHistory historyOf(World& world, const PlayerActor& player) {
@@ -90,12 +90,7 @@ void fall(const RuntimeConfig& config, Actor& actor) {
 }
 
 void clampDepth(const World& world, Actor& actor) {
-    const generated::Stage* stage = world.stage.row;
-    if (!stage) return;
-    const auto zMin = static_cast<float>(stage->zMin);
-    const auto zMax = static_cast<float>(stage->zMax);
-    if (actor.model->subjectToMinZ && actor.z < zMin) actor.z = zMin;
-    if (actor.model->subjectToMaxZ && actor.z > zMax) actor.z = zMax;
+    actor.z = depthOnStage(world.stage.row, *actor.model, actor.z);
 }
 
 void comeDown(Actor& actor, float ground) {
@@ -126,9 +121,7 @@ int remainingTicks(const Actor& actor) {
 }
 
 void protectRising(Actor& actor) {
-    if (actor.model->riseInv <= 0) return;
-    const int seconds = std::min(actor.model->riseInv, INT32_MAX / kTicksPerSecond);
-    actor.invincibleTicks = std::max(actor.invincibleTicks, seconds * kTicksPerSecond);
+    actor.invincibleTicks = std::max(actor.invincibleTicks, ticksOfRisingGuard(*actor.model));
 }
 
 void sufferHole(Actor& actor) {
@@ -225,7 +218,7 @@ bool holdBlock(World& world, PlayerActor& player, bool ready) {
     if (!player.model->holdBlock || !ready) return false;
     const auto* block = findAnimation(player.model, "block");
     if (!block) return false;
-    const auto active = static_cast<unsigned>(kBlockStateActive);
+    const auto active = static_cast<unsigned>(BS_ACTIVE);
     const auto state = static_cast<unsigned>(player.blockState);
     if (inputSlotOf(world, player).playKeys & SK_SPECIAL) {
         player.blockState = static_cast<int>(state | active);

@@ -7,13 +7,15 @@
 
 #include "AnimationLookup.hpp"
 #include "Log.hpp"
+#include "RosterScan.hpp"
 
 namespace port {
 namespace {
 
 int lifespanTicks(const generated::Character& model) {
     if (!(model.lifespanSeconds > 0)) return -1;
-    const double ticks = std::round(static_cast<double>(model.lifespanSeconds) * kTicksPerSecond);
+    // A product of floats, in which 0.175 is the ten and a half ticks that the author means.
+    const double ticks = std::round(model.lifespanSeconds * float{kTicksPerSecond});
     return static_cast<int>(std::clamp(ticks, 1.0, 2147483647.0));
 }
 
@@ -38,11 +40,11 @@ int spawnTypeOf(const PendingChildSpawn& child) {
 }
 
 bool hasSummonedChild(const World& world, ActorHandle parent) {
-    return std::ranges::any_of(world.entities,
-                               [parent](const RuntimeEntity& entity) {
-                                   return entity.alive && entity.summonedChild &&
-                                          entity.parentHandle == parent;
-                               }) ||
+    return visitRoster(world, world.roster.present,
+                       [parent](const RuntimeEntity& entity) {
+                           return entity.alive && entity.summonedChild &&
+                                  entity.parentHandle == parent;
+                       }) ||
            std::ranges::any_of(world.pendingChildSpawns, [parent](const PendingChildSpawn& child) {
                return child.summon && child.parent == parent;
            });

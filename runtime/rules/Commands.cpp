@@ -48,16 +48,18 @@ bool isEmpty(const ParsedCommandStep& step) {
     return (step.press | step.hold | step.holdTrigger | step.release) == 0;
 }
 
-// Takes the times ":[n]" between steps out of the text; the last one holds.
-int takeSequenceGrace(std::string& text, int grace) {
-    for (std::size_t at = 0; (at = text.find(":[", at)) != text.npos; ++at) {
-        const std::size_t close = text.find(']', at);
-        if (close == text.npos) break;
-        const auto ticks = leadingInt(std::string_view(text).substr(at + 2, close - at - 2));
+// The text without the times ":[n]" between its steps; the last one holds.
+std::string takeSequenceGrace(std::string_view raw, int& grace) {
+    std::string text;
+    for (;;) {
+        const std::size_t open = raw.find(":[");
+        const std::size_t close = open == raw.npos ? open : raw.find(']', open);
+        if (close == raw.npos) return text.append(raw);
+        const auto ticks = leadingInt(raw.substr(open + 2, close - open - 2));
         if (ticks) grace = std::max(1, *ticks);
-        text.replace(at, close - at + 1, 1, ' ');
+        text.append(raw.substr(0, open)).push_back(' ');
+        raw.remove_prefix(close + 1);
     }
-    return grace;
 }
 
 // Collects the steps of a command from its tokens.
@@ -80,8 +82,10 @@ class StepReader {
             addKey(token);
         }
     }
+    // One step more than the history has ticks is enough: such a command never fires.
     void flush() {
-        if (!isEmpty(step_)) command_.steps.push_back(step_);
+        const bool room = command_.steps.size() <= PlayerSlot::kLongestHistory;
+        if (room && !isEmpty(step_)) command_.steps.push_back(step_);
         step_ = {};
     }
 
@@ -128,8 +132,7 @@ const ParsedCommand& parsedCommand(std::string_view raw, int facing) {
     auto& ofSide = known[facing >= 0 ? 1 : 0];
     const auto found = ofSide.find(raw);
     if (found != ofSide.end()) return found->second;
-    return ofSide.try_emplace(std::string(raw), parseOpenBorCommand(std::string(raw), facing))
-        .first->second;
+    return ofSide.try_emplace(std::string(raw), parseOpenBorCommand(raw, facing)).first->second;
 }
 
 // Calls test(bit) for each bit that is set; whether all hold.
@@ -190,16 +193,16 @@ int bracketNumber(std::string_view text, std::size_t from, int fallback) {
     return number ? std::max(0, *number) : fallback;
 }
 
-ParsedCommand parseOpenBorCommand(std::string raw, int facing) {
+ParsedCommand parseOpenBorCommand(std::string_view raw, int facing) {
     ParsedCommand command;
-    command.sequenceGrace = takeSequenceGrace(raw, command.sequenceGrace);
+    const std::string timeless = takeSequenceGrace(raw, command.sequenceGrace);
     std::string text;
-    for (std::size_t at = 0; at < raw.size(); ++at) {
-        if (raw.compare(at, 2, "->") == 0) {
+    for (std::size_t at = 0; at < timeless.size(); ++at) {
+        if (timeless.compare(at, 2, "->") == 0) {
             text += " | ";
             ++at;
         } else {
-            text += raw[at] == ',' ? ' ' : raw[at];
+            text += timeless[at] == ',' ? ' ' : timeless[at];
         }
     }
     StepReader reader(command, facing);

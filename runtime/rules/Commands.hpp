@@ -53,8 +53,9 @@ struct ParsedCommand {
     bool operator==(const ParsedCommand&) const = default;
 };
 
-// Tokens that no key has for its name are passed over.
-[[nodiscard]] ParsedCommand parseOpenBorCommand(std::string raw, int facing);
+// Tokens that no key has for its name are passed over. Of a command that is too long for any
+// history only a part is kept that is so too.
+[[nodiscard]] ParsedCommand parseOpenBorCommand(std::string_view raw, int facing);
 
 using InputHistory = std::span<const InputHistoryEntry>;
 

@@ -76,9 +76,4 @@ int ticksToRise(int usual, int riseTime) {
     return static_cast<int>(std::clamp<double>(ticks, 1, INT_MAX));
 }
 
-int ticksOfRisingGuard(const generated::Character& model) {
-    const std::int64_t ticks = std::int64_t{std::max(0, model.riseInv)} * kTicksPerSecond;
-    return static_cast<int>(std::min<std::int64_t>(ticks, INT_MAX));
-}
-
 }  // namespace port

@@ -67,7 +67,4 @@ struct Walk {
 // Ticks on the ground after a fall, of the usual number; 1 or more.
 [[nodiscard]] int ticksToRise(int usual, int riseTime);
 
-// Ticks without harm after rising; 0 for none.
-[[nodiscard]] int ticksOfRisingGuard(const generated::Character& model);
-
 }  // namespace port

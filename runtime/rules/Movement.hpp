@@ -2,6 +2,9 @@
 
 // Rules of standing and falling that all actors share.
 
+#include <algorithm>
+#include <cstdint>
+
 #include "Actor.hpp"
 
 namespace port {
@@ -26,6 +29,26 @@ namespace port {
 [[nodiscard]] inline float actorAntigravity(const Actor& actor) {
     if (actor.hasScriptAntigravity) return actor.scriptAntigravity;
     return actor.model ? actor.model->antigravity : 0;
+}
+
+// Whether an actor of the model turns to where it goes.
+[[nodiscard]] inline bool turnsFreely(const generated::Character& model) {
+    return !model.noFlip && model.facingAdjust == 0;
+}
+
+// The depth nearest to `z` at which the stage, if there is one, lets the model stand.
+[[nodiscard]] inline float depthOnStage(const generated::Stage* stage,
+                                        const generated::Character& model, float z) {
+    if (!stage) return z;
+    if (model.subjectToMinZ) z = std::max(z, static_cast<float>(stage->zMin));
+    if (model.subjectToMaxZ) z = std::min(z, static_cast<float>(stage->zMax));
+    return z;
+}
+
+// Ticks without harm after rising; 0 for none.
+[[nodiscard]] inline int ticksOfRisingGuard(const generated::Character& model) {
+    const std::int64_t ticks = std::int64_t{std::max(0, model.riseInv)} * kTicksPerSecond;
+    return static_cast<int>(std::min<std::int64_t>(ticks, INT32_MAX));
 }
 
 }  // namespace port

@@ -198,6 +198,18 @@ TEST(Commands, FireOnTheTickOfTheirLastStepOnly) {
     EXPECT_FALSE(fires(far, "d a")) << "51 ticks apart";
 }
 
+TEST(Commands, ThatNoHistoryHoldsNeverFire) {
+    const auto presses = [](int count) {
+        std::string text;
+        for (int i = 0; i < count; ++i) text += "a:[1] ";
+        return text;
+    };
+    const Entries full(PlayerSlot::kLongestHistory, {SK_ATTACK, SK_ATTACK, 0});
+    EXPECT_TRUE(matchOpenBorCommand(full, presses(128), 1));
+    EXPECT_FALSE(matchOpenBorCommand(full, presses(20'000), 1));
+    EXPECT_EQ(parseOpenBorCommand(presses(20'000), 1).steps.size(), 129U);
+}
+
 TEST(Commands, TheHigherScoreWinsAndOfEqualsTheLater) {
     generated::Character model = *findCharacter("hero");
     generated::Animation animations[4] = {};

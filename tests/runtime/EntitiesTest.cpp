@@ -2,6 +2,7 @@
 // allows.
 
 #include "EntityTrial.hpp"
+#include "Spawning.hpp"
 
 namespace port {
 namespace {
@@ -38,6 +39,8 @@ TEST_F(EntityTurns, EndByTimeByDistanceAndAfterTheirDeath) {
     EXPECT_TRUE(entity.visible);
     turn();
     EXPECT_FALSE(entity.visible);
+    model.lifespanSeconds = 0.175F;
+    EXPECT_EQ(entityOf(&model).lifeTicks, 11) << "ten and a half";
 
     model.offscreenKill = 50;
     RuntimeEntity& far = add(model, static_cast<float>(config.logicalWidth) + 50);
