@@ -80,8 +80,9 @@ class ProjectileHits {
     bool touched(ActorHandle target) {
         RuntimeProjectile& projectile = self();
         projectile.hitTargets.insert(target);
-        if (attacksOne()) projectile.attackSpent = true;
-        const bool spent = projectile.attackSpent;
+        // Of this animation: what a bomb spent in its flight does not hold its explosion.
+        const bool spent = attacksOne();
+        if (spent) projectile.attackSpent = true;
         const bool exploded = projectileContact(tick_, projectile);
         return exploded || spent || !self().alive;
     }

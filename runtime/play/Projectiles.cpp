@@ -8,13 +8,13 @@
 #include "Frames.hpp"
 #include "Log.hpp"
 #include "Spawning.hpp"
+#include "StageRules.hpp"
 #include "Weapons.hpp"
 
 namespace port {
 namespace {
 
 constexpr float kStillFalling = 0.05F;  // pixels a tick; a slower fall no longer bounces
-constexpr int kLeastView = 160;
 
 // What the animation itself names comes before this. Empty where the model has nothing of the kind.
 std::string_view projectileNameOf(const generated::Character& model, bool bomb) {
@@ -77,8 +77,7 @@ void updateProjectile(Tick& tick, RuntimeProjectile& projectile) {
     }
     projectile.animation.update(1);
     const int width = tick.config.logicalWidth;
-    const int half = std::max(kLeastView, width) / 2;
-    const auto margin = static_cast<float>(half);
+    const auto margin = static_cast<float>(stageView(width) / 2);
     const float onScreen = projectile.worldX - tick.world.camera.x;
     if (onScreen < -margin || onScreen > static_cast<float>(width) + margin) {
         projectile.alive = false;

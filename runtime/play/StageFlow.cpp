@@ -12,6 +12,7 @@
 #include "Log.hpp"
 #include "ModelFacts.hpp"
 #include "PathEncoding.hpp"
+#include "RosterScan.hpp"
 #include "StageRules.hpp"
 #include "TextFields.hpp"
 
@@ -85,9 +86,11 @@ void triggerEnd(World& world, RuntimeEntity& trigger) {
 
 void updateEndLevelTriggers(Tick& tick) {
     World& world = tick.world;
-    for (std::size_t i = 0; i < world.entities.size() && !world.stage.complete; ++i) {
-        triggerEnd(world, world.entities[i]);
-    }
+    if (world.stage.complete) return;
+    visitRoster(world, world.roster.present, [&world](RuntimeEntity& entity) {
+        triggerEnd(world, entity);
+        return world.stage.complete;
+    });
 }
 
 std::size_t resolveBranchTarget(std::string_view name) {

@@ -1,6 +1,7 @@
 #include "Chip.hpp"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "Defence.hpp"
 
@@ -15,9 +16,10 @@ constexpr int kHealth = -1;
 
 constexpr float kGlobalRatio = 0.25F;
 
-// What is left of the amount; nothing that is below it already rises to the floor.
+// What falls below the floor, or was below it, ends up there: a block that must not kill does not
+// kill whom a script has left without health.
 void take(int& from, int amount, int floor) {
-    from = std::max(std::min(from, floor), from - std::min(amount, std::max(0, from)));
+    from = static_cast<int>(std::max<std::int64_t>(floor, std::int64_t{from} - amount));
 }
 
 int routeOf(const generated::Character& model, const generated::Defense* defence) {

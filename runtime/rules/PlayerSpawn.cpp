@@ -6,6 +6,7 @@
 #include <span>
 
 #include "Ground.hpp"
+#include "StageRules.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -103,7 +104,7 @@ StagePlayerSpawn stagePlayerSpawn(const generated::Stage* stage, int slot, float
         spawn.z = static_cast<float>(start.z);
         spawn.altitude = static_cast<float>(-std::max(0, start.a));
     } else {
-        const float margin = static_cast<float>(std::max(160, logicalWidth) - kNarrowView) * 0.5F;
+        const float margin = static_cast<float>(stageView(logicalWidth) - kNarrowView) * 0.5F;
         const int screenX = scrollDir < 0 ? 300 - kPlayerGap * slot : 20 + kPlayerGap * slot;
         spawn.x = cameraX + std::max(0.0F, margin) + static_cast<float>(screenX);
         spawn.z = static_cast<float>(stage->zMin) + (depthOf(*stage) > 5 ? 5.0F : 0.0F);

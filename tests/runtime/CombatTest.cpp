@@ -241,6 +241,18 @@ TEST_F(CombatTrial, TheThrownHitTheirOwnKindOnceAFall) {
     EXPECT_EQ(mate.health, 93);
     EXPECT_TRUE(mate.knockdownAir);
     EXPECT_EQ(player.health, 100);
+
+    player.landingMode = 0;
+    join(106);
+    RuntimeCoopPlayer& falling = world.coop[0];
+    falling.landingMode = 1;
+    falling.worldX = 90;
+    play(falling, "fall");
+    fight();
+    EXPECT_EQ(player.health, 93);
+    EXPECT_EQ(world.coop[1].health, 93);
+    EXPECT_EQ(falling.health, 93) << "but not itself";
+    EXPECT_EQ(other.health, 93) << "nor entities";
 }
 
 TEST_F(CombatTrial, WhoeverTouchesRunsItsHook) {
@@ -305,6 +317,33 @@ TEST_F(CombatTrial, ProjectilesHitEachOnceAndFlyOn) {
     EXPECT_EQ(mate.health, 80);
     EXPECT_FALSE(world.projectiles[0].alive);
     EXPECT_NE(log.find("Projectile hit coop player\n"), log.npos);
+}
+
+TEST_F(CombatTrial, AnExplosionHitsAllWhateverItsFlightHasSpent) {
+    Cast& bomb = cast("projectile", {});
+    arm(bomb, "idle", 5);
+    arm(bomb, "attack2", 20);
+    bomb.animations[0].attackOne = true;
+    RuntimeProjectile thrown;
+    thrown.model = &bomb.row;
+    thrown.ownerModel = &hero->row;
+    thrown.animation.setAnimation(&bomb.animations[0]);
+    thrown.worldX = 95;
+    thrown.bomb = true;
+    thrown.hitMask = kTypeEnemy | kTypeProjectile;
+    RuntimeEntity& twin = enter(bomb, 105);
+    RuntimeEntity& first = enter(robot, 110);
+    RuntimeEntity& second = enter(robot, 112);
+    world.projectiles.push_back(thrown);
+    fight();
+    EXPECT_EQ(first.health, 95);
+    EXPECT_EQ(second.health, 100) << "the contact sets it off";
+    EXPECT_TRUE(world.projectiles[0].exploded && world.projectiles[0].attackSpent);
+    first.worldX = 110;
+    fight();
+    EXPECT_EQ(first.health, 75) << "the explosion hits anew";
+    EXPECT_EQ(second.health, 80);
+    EXPECT_EQ(twin.health, 100) << "its like is left alone";
 }
 
 TEST_F(CombatTrial, AFlashStandsWhereTheyMet) {

@@ -107,9 +107,11 @@ TEST_F(Defence, ABlockedHitIsPaidForByItsRoute) {
     EXPECT_EQ(chip(INT_MAX), (Left{0, 4}));
     enemy.row.noChipDeath = true;
     EXPECT_EQ(chip(INT_MAX), (Left{1, 4}));
-    hp = 1;
-    applyBlockedChip(hp, mp, *model, &own, 100);
-    EXPECT_EQ(hp, 1);
+    for (const int before : {1, 0}) {
+        hp = before;
+        applyBlockedChip(hp, mp, *model, &own, 100);
+        EXPECT_EQ(hp, 1);
+    }
     own.blockRatioDefined = true;
     own.blockRatio = -1;
     EXPECT_EQ(chip(100), (Left{10, 4})) << "the defence's own ratio comes first";
