@@ -33,6 +33,8 @@ const SafeCall* findSafeCall(std::string_view name) {
 constexpr std::string_view kVerified = "verified ScriptVM call, bound to the following frame";
 constexpr std::string_view kOutside =
     "helper/API or arguments outside the verified subset; runtime executes and logs any failure";
+constexpr std::string_view kRequires = "helper compilation unit requires: ";
+constexpr std::string_view kTooDense = "helper compilation unit requires: include-walk-limit";
 constexpr std::string_view kCustomHelper =
     "custom helper function/arity or arguments still need behavioral validation; runtime executes "
     "and logs any failure";
@@ -204,7 +206,7 @@ AnimationCommandAuditor::Helper& AnimationCommandAuditor::helperOf(std::string_v
         return helper;
     }
     const std::vector<std::string> names = scanner_.scanScriptSource(helper.file);
-    if (!names.empty()) helper.fault = "helper compilation unit requires: " + joinNames(names);
+    if (!names.empty()) helper.fault = std::string(kRequires) + joinNames(names);
     return helper;
 }
 
@@ -226,10 +228,13 @@ std::string_view AnimationCommandAuditor::verdict(const TextLine& line, std::str
             return kOutside;
         }
     } else if (helper != nullptr) {
-        const std::string lowered = toLower(name);
-        const auto [entry, isNew] = helper->parameterCounts.try_emplace(lowered);
-        if (isNew) entry->second = scanner_.parameterCount(helper->file, lowered);
-        if (entry->second != arguments.size() || !argumentsVerified) return kCustomHelper;
+        const ScriptScanner::ParameterCounts* const known = scanner_.parameterCounts(helper->file);
+        if (known == nullptr) return kTooDense;
+        const auto function = known->find(toLower(name));
+        if (function == known->end() || function->second != arguments.size() ||
+            !argumentsVerified) {
+            return kCustomHelper;
+        }
         if (!hasVerifiedShape(text)) return kOutside;
     } else {
         return kOutside;

@@ -5,7 +5,6 @@
 
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,7 +33,6 @@ class AnimationCommandAuditor {
     struct Helper {
         std::filesystem::path file;
         std::string fault;  // why it cannot be relied on; empty when it can
-        std::map<std::string, std::optional<std::size_t>> parameterCounts;
     };
 
     void readContext(const TextFile& file, const std::filesystem::path& path);

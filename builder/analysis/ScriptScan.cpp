@@ -16,9 +16,10 @@ namespace {
 
 constexpr std::string_view kDepthLimitTag = "include-depth-limit";
 
-// Steps that ordering the findings may take in one analysis; the largest real games need a tenth.
-// Beyond it findings are as complete, but stand in the order in which the project shows them first.
-constexpr std::uint64_t kWalkBudget = 20'000'000;
+// No file needs more: the largest real games come by with a tenth of it in all.
+constexpr std::uint64_t kLargestShare = 20'000'000;
+// A parameter list weighs as much: it stays in memory.
+constexpr std::uint64_t kSignatureSteps = 8;
 
 // The configuration of a binding that the port's runtime executes.
 constexpr std::int32_t kNativeBindConfig = 15 | 64 | 128 | 256 | 512 | 1024 | 2048;
@@ -69,8 +70,8 @@ void appendDistinct(std::vector<SymbolId>& list, SymbolId symbol) {
 
 }  // namespace
 
-ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project)
-    : game_(game), project_(project), walkBudget_(kWalkBudget) {}
+ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project, std::uint64_t walkSteps)
+    : game_(game), project_(project), walkSteps_(walkSteps) {}
 
 const NativePath* ScriptScanner::findByBaseName(const std::string& name) {
     if (byBaseName_.empty()) {
@@ -191,6 +192,7 @@ void ScriptScanner::prepareProject() {
         }
     }
     scanPending();
+    walkShare_ = std::min(kLargestShare, walkSteps_ / std::max<std::uint64_t>(graph_.size(), 1));
     undefined_ = graph_.undefinedUses(static_cast<SymbolId>(symbols_.size()));
     heights_ = graph_.heights();
 }
@@ -227,9 +229,13 @@ std::vector<SymbolId> ScriptScanner::findingsOf(FileId id) {
 
 std::vector<std::string> ScriptScanner::report(FileId id) {
     std::vector<SymbolId> findings = findingsOf(id);
+    bool ordered = true;
     if (findings.size() > 1) {
         std::unordered_map<SymbolId, std::size_t> place;
-        for (const FileId file : graph_.walk(id, walkBudget_)) {
+        std::uint64_t steps = walkShare_;
+        const std::vector<FileId> files = graph_.walk(id, steps);
+        ordered = !files.empty();
+        for (const FileId file : files) {
             for (const SymbolId symbol : graph_.node(file).uses) {
                 place.try_emplace(symbol, place.size());
             }
@@ -241,6 +247,7 @@ std::vector<std::string> ScriptScanner::report(FileId id) {
     }
     std::vector<std::string> result;
     if (reachesDepthLimit(id)) result.emplace_back(kDepthLimitTag);
+    if (!ordered) result.emplace_back(kWalkLimitTag);
     for (const SymbolId symbol : findings) result.push_back(symbols_[symbol].text);
     return result;
 }
@@ -263,19 +270,29 @@ std::vector<std::string> ScriptScanner::scanScriptSource(
     return report(id);
 }
 
-std::optional<std::size_t> ScriptScanner::parameterCount(const fs::path& file,
-                                                         std::string_view lowerName) {
+const ScriptScanner::ParameterCounts* ScriptScanner::parameterCounts(const fs::path& file) {
     prepareProject();
     const FileId id = fileId(file);
     scanPending();
-    const auto name = symbolIds_.find(lowerName);
-    if (name == symbolIds_.end()) return std::nullopt;
-    for (const FileId unit : graph_.walk(id, walkBudget_)) {
-        for (const Signature& signature : signatures_[unit]) {
-            if (signature.name == name->second) return signature.parameters;
+    const auto [entry, isNew] = parameterCounts_.try_emplace(id);
+    std::optional<ParameterCounts>& counts = entry->second;
+    if (isNew) {
+        std::uint64_t steps = walkShare_;
+        const std::vector<FileId> files = graph_.walk(id, steps);
+        if (!files.empty()) counts.emplace();
+        for (const FileId unit : files) {
+            const std::uint64_t weight = signatures_[unit].size() * kSignatureSteps;
+            if (weight > steps) {
+                counts.reset();
+                break;
+            }
+            steps -= weight;
+            for (const Signature& signature : signatures_[unit]) {
+                counts->try_emplace(symbols_[signature.name].text, signature.parameters);
+            }
         }
     }
-    return std::nullopt;
+    return counts ? &*counts : nullptr;
 }
 
 }  // namespace tindrel

@@ -18,10 +18,18 @@
 
 namespace tindrel {
 
+// Steps that putting findings in the order of the text may take in one analysis, about a second's,
+// in equal shares for all script files: what is found in one must not depend on what was looked at
+// before it. A file beyond its share has all its findings, in another order.
+inline constexpr std::uint64_t kWalkSteps = 200'000'000;
+// Stands among the findings of a file whose includes are too dense to be put in order.
+inline constexpr std::string_view kWalkLimitTag = "include-walk-limit";
+
 // Scans one project. Every file is read and scanned once, whatever includes it.
 class ScriptScanner {
   public:
-    ScriptScanner(GameReader& game, const ProjectScan& project);
+    ScriptScanner(GameReader& game, const ProjectScan& project,
+                  std::uint64_t walkSteps = kWalkSteps);
 
     // The distinct unsupported names and tags of `file` with everything that it includes, or of
     // `inlineText` with what that includes as seen from `file`: first what is wrong with includes,
@@ -29,10 +37,10 @@ class ScriptScanner {
     [[nodiscard]] std::vector<std::string> scanScriptSource(
         const std::filesystem::path& file, std::optional<std::string_view> inlineText = {});
 
-    // How many parameters the function `lowerName` takes where `file` or what it includes defines
-    // it first; empty when none does.
-    [[nodiscard]] std::optional<std::size_t> parameterCount(const std::filesystem::path& file,
-                                                            std::string_view lowerName);
+    // How many parameters each function takes, by its name in lower case, where `file` or what it
+    // includes defines it first. Null when the includes are too dense to be put in order.
+    using ParameterCounts = std::unordered_map<std::string_view, std::size_t>;
+    [[nodiscard]] const ParameterCounts* parameterCounts(const std::filesystem::path& file);
 
     enum class Lookup { kFound, kMissing, kUnsafe };
     // The script that `raw` names: below the data folder, else beside `current` (when given), else
@@ -79,7 +87,9 @@ class ScriptScanner {
     std::vector<std::vector<SymbolId>> undefined_;
     std::vector<int> heights_;
     std::unordered_map<FileId, std::vector<std::string>> reports_;
-    std::uint64_t walkBudget_;
+    std::unordered_map<FileId, std::optional<ParameterCounts>> parameterCounts_;
+    std::uint64_t walkSteps_;
+    std::uint64_t walkShare_ = 0;
 
     // The game's files, made when a script is not at its path. Null for a name that several have.
     std::unordered_map<std::string_view, const NativePath*> byBaseName_;
