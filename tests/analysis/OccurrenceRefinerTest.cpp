@@ -82,7 +82,7 @@ constexpr Example kExamples[] = {
     {"counter 3", "weapnum two"},
     {"typeshot 1", "typeshot 2"},
     {"dust plain none plain", "dust nobody"},
-    {"com d ~f -> a + +[3] j*,k[10][20] freespecial", "com d+f a freespecial"},
+    {"com d ~f -> a + +[3] j*,k[10][20] + d freespecial", "com d+f a freespecial"},
     {"cancel 0 2 1 F D jump", "cancel 0 2 x F jump"},
     {"stage|rock 3", "stage|rock 4"},
     {"stage|water bgs/water 15", "stage|water bgs/water 16"},
@@ -152,6 +152,35 @@ TEST(OccurrenceRefiner, EveryRuleRaisesWhatItsTextSaysAndNothingElse) {
         const CommandRule before = lookupCommand(word.substr(0, word.find_first_of(" \n")));
         EXPECT_EQ(kept.impact, before.impact) << kExamples[i].kept;
         EXPECT_EQ(kept.status, before.status) << kExamples[i].kept;
+    }
+}
+
+// A command whose steps cannot all match never fires.
+TEST(OccurrenceRefiner, CommandsThatCannotFireAreNotRaised) {
+    const test::TempFolder folder;
+    folder.write("data/models.txt", "");
+    const ProjectScan project = scanProject(folder.path());
+    GameReader game(project.dataDir, project.root);
+    ScriptScanner scanner(game, project);
+    OccurrenceRefiner refiner(game, scanner);
+    const auto isRaised = [&](const std::string& text) {
+        const TextFile lines(text);
+        const TextLine& line = lines.lines().front();
+        CommandRule rule = lookupCommand(line.key);
+        refiner.refineOccurrence(rule, OccurrenceRefiner::rulesOf(line.key), line,
+                                 project.dataDir / "x.txt");
+        return rule.status == CompatStatus::kSupported;
+    };
+    for (const std::string keys :
+         {"a[10]", "d[20] u a", "d[20] -> a", "d[20],a", "a[10][5]", "~a[10][5]", "u d[3]",
+          "d[9] + ~a[1][4]", "a[]", "a[1][2][3]", "+[2]", ":[4]", "|[2] a", "a+j"}) {
+        EXPECT_FALSE(isRaised("com " + keys + " special2")) << keys;
+        EXPECT_FALSE(isRaised("cancel 0 2 1 " + keys + " special2")) << keys;
+    }
+    for (const std::string keys : {"~a[10]", "a*[10][5]", "d[20] + a", "d[20] +[3] f + a",
+                                   "d[5][20] + ~a", "~a[5][5]", "d f :[10] a"}) {
+        EXPECT_TRUE(isRaised("com " + keys + " special2")) << keys;
+        EXPECT_TRUE(isRaised("cancel 0 2 1 " + keys + " special2")) << keys;
     }
 }
 
