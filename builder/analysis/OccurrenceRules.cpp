@@ -465,7 +465,7 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
     // Stages
     {"rock", oneIntegerIn<0, 3>,
      "Legacy rock modes 0-3 are applied by native stage motion: steady, floating, periodic double-shake, or continuous rumble."},
-    {"water", [](const TextLine& l, GameFacts&) { return l.args.size() == 1 || (l.args.size() == 2 && isIntegerIn(l.args[1], 0, 15)); },
+    {"water", [](const TextLine& l, GameFacts& f) { return (l.args.size() == 1 || (l.args.size() == 2 && isIntegerIn(l.args[1], 0, 15))) && f.imageExists(l.args[0]); },
      "Legacy water is rendered at BGHeight with per-scanline sine warp (rock 0), perspective/parallax (rock 1), and stage rock modes 2/3; warp 0-15 controls animation speed."},
     {"light", [](const TextLine& l, GameFacts&) { return l.args.size() == 2 && allIntegers(l.args); },
      "Stage light vector is consumed by projected gfxshadow rendering."},
@@ -481,9 +481,9 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "Camera X/Z offsets are applied to native world-to-screen projection for layers, actors, projectiles and shadows."},
     {"cameratype", oneIntegerIn<0, 1>,
      "cameratype 0/1 maps to scrolling versus fixed native camera behavior."},
-    {"bglayer", [](const TextLine& l, GameFacts&) { return stageLayer(l.args, 0); },
+    {"bglayer", [](const TextLine& l, GameFacts& f) { return stageLayer(l.args, 0) && f.imageExists(l.args[0]); },
      "Legacy stage layer ratios, offsets, spacing/repeat, depth and OpenBOR alpha blend mode are rendered natively; this occurrence does not request unsupported wave distortion."},
-    {"fglayer", [](const TextLine& l, GameFacts&) { return stageLayer(l.args, 1); },
+    {"fglayer", [](const TextLine& l, GameFacts& f) { return stageLayer(l.args, 1) && f.imageExists(l.args[0]); },
      "Legacy stage layer ratios, offsets, spacing/repeat, depth and OpenBOR alpha blend mode are rendered natively; this occurrence does not request unsupported wave distortion."},
     {"frontpanel", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.imageExists(l.args[0]); },
      "Single-image frontpanel is loaded as a foreground stage layer."},
@@ -501,7 +501,7 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "Level-set unlock requirement is generated, persisted across completed campaigns, and enforced by the native set selector."},
     {"scene", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.isPlainScene(l.args[0]); },
      "Scene uses supported music/animation/silence directives; GIF playback runs a full animation cycle unless an explicit duration is supplied."},
-    {"nocost", oneInteger,
+    {"nocost", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && isInteger(l.args[0]) && f.isModelRegistry(); },
      "Global nocost is propagated to generated models and energy-cost execution."},
 });
 // clang-format on

@@ -96,7 +96,7 @@ class ProjectAnalyzer {
           game_(game),
           scripts_(game, project),
           animationCommands_(scripts_),
-          refiner_(game, scripts_) {}
+          refiner_(project, game, scripts_) {}
 
     ProjectAnalysis run() {
         readVideo();
