@@ -85,7 +85,7 @@ class HtmlReport {
           assets_(project, game),
           links_(project, linkBase(project, reportsFolder, pageLinks)),
           out_(reportsFolder / "index.html") {
-        if (project.hasData) missing_ = findMissingFiles(game, assets_);
+        if (project.hasData) missing_ = findMissingFiles(game, assets_, analysis);
         for (const MissingGroup& group : missing_) missingTotal_ += group.total;
         collectObstacles();
         judged_ = analysis.supported + analysis.partial + analysis.unsupported + analysis.unknown;

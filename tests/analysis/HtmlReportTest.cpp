@@ -116,7 +116,9 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
           "name Hero\ndiesound data/sounds/die.wav\nanim idle\nsound data/sounds/hit\n"
           "frame data/chars/HERE.gif\nframe data/chars/gone.gif\nframe data\\chars\\gone.gif\n"
           "frame data/chars/other.png\nframe data/chars/two.png\nframe none\n"
-          "thinkscript data/scripts/moved.c\nonspawnscript data/scripts/lost.c\n"
+          "dust data/nodust hero\nhitflash Spark\nframe none\nanimationscript first.c\n@cmd f\n"
+          "animationscript Data\\Scripts\\LOST.c\n@cmd f\nthinkscript "
+          "data/scripts/moved.c\nonspawnscript data/scripts/lost.c\n"
           "didhitscript data/scripts/twice.c\nonfallscript ../moved.c\n");
     for (const char* script : {"elsewhere/Moved.c", "a/twice.c", "b/twice.c"}) write(script, "");
     write("chars/here.gif", "");
@@ -135,12 +137,15 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
         "href=\"../assets/openbor-data/models.txt\">data/models.txt</a>:2<",
         "<code>Nobody</code><span class=\"at\"><a "
         "href=\"../assets/openbor-data/levels/one.txt\">data/levels/one.txt</a>:8<",
+        "nodust</code>",
+        "<code>Spark</code>",
         "none.txt</code>",
+        "LOST.c</code>",
         "scripts/twice.c</code>",
-        "scripts/lost.c</code>",
         "../moved.c</code>",
         "scripts/start.c</code>",
         "scripts/enter.c</code>",
+        "<code>first.c</code>",
         "gone.gif</code>",
         "two.png</code>",
         "die.wav</code>",
@@ -157,6 +162,9 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
         EXPECT_EQ(missing.find(piece), std::string::npos) << piece;
     }
     EXPECT_NE(missing.find("hero.txt</a>:6<"), std::string::npos);
+    // Spelled in two ways, and counted once.
+    EXPECT_EQ(count(missing, "gone.gif</code>") + count(missing, "<h3>Pictures <small>2<"), 2U);
+    EXPECT_EQ(count(missing, "<h3>Scripts <small>6<"), 1U);
 }
 
 TEST_F(HtmlReportTest, ScriptsAndAnimationCommandsHaveTheirSections) {
