@@ -1,5 +1,6 @@
 #include "generator/RepairPackage.hpp"
 
+#include <algorithm>
 #include <set>
 #include <string>
 
@@ -14,9 +15,15 @@ namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
+// Control bytes stand raw in issues.json, which strict parsers refuse.
 struct IssueSpelling {
-    static constexpr std::string_view kEscaped = "\t\n\"\\";
+    static constexpr Escapes kEscapes = escapes("\t\n\"\\", Escape::kNone);
 };
+
+bool hasControl(std::string_view text) {
+    return std::any_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x20; });
+}
 
 void copySources(const ProjectScan& project, const ProjectAnalysis& analysis,
                  const fs::path& folder) {
@@ -33,26 +40,31 @@ void copySources(const ProjectScan& project, const ProjectAnalysis& analysis,
     }
 }
 
-void writeIssues(const ProjectScan& project, const ProjectAnalysis& analysis,
+// Tells whether what it wrote holds raw control bytes.
+template <class Spelling>
+bool writeIssues(const ProjectScan& project, const ProjectAnalysis& analysis,
                  const fs::path& path) {
     std::string line;
-    appendValue<IssueSpelling>(line, displayPath(project.root));
+    appendValue<Spelling>(line, displayPath(project.root));
+    bool isRaw = hasControl(line);
     OutputFile out(path);
     out << "{\n  \"source\": " << line << ",\n  \"issues\": [\n";
     for (const Issue& issue : analysis.issues) {
         line = "    ";
-        JsonObject<IssueSpelling>(line)
+        JsonObject<Spelling>(line)
             .add("level", compatStatusName(issue.status))
             .add("file", issue.file->display)
             .add("line", issue.line)
             .add("command", issue.command)
             .add("message", issue.message)
             .close();
+        isRaw = isRaw || hasControl(line);
         line += &issue == &analysis.issues.back() ? "\n" : ",\n";
         out << line;
     }
     out << "  ]\n}\n";
     out.close();
+    return isRaw;
 }
 
 }  // namespace
@@ -64,7 +76,9 @@ void writeRepairPackage(const ProjectScan& project, const ProjectAnalysis& analy
     const fs::path logs = package / "logs";
     for (const fs::path& folder : {package, sources, logs}) createDirectories(folder);
     copySources(project, analysis, sources);
-    writeIssues(project, analysis, package / "issues.json");
+    if (writeIssues<IssueSpelling>(project, analysis, package / "issues.json")) {
+        writeIssues<JsonSpelling>(project, analysis, package / "issues-strict.json");
+    }
     writeTextFile(package / "README-AI-REPAIR.md", text::kRepairReadme);
     writeTextFile(logs / "runtime.log", text::kRuntimeLogPlaceholder);
 }

@@ -9,7 +9,8 @@
 
 namespace tindrel {
 
-// Throws ("create_directories", "copy_file", "exists", "write").
+// Where issues.json holds raw control bytes of the game, issues-strict.json stands beside it with
+// all of them escaped. Throws ("create_directories", "copy_file", "exists", "write").
 void writeRepairPackage(const ProjectScan& project, const ProjectAnalysis& analysis,
                         const std::filesystem::path& outputFolder);
 
