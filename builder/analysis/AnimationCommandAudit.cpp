@@ -205,8 +205,10 @@ AnimationCommandAuditor::Helper& AnimationCommandAuditor::helperOf(std::string_v
         helper.fault = "helper file missing";
         return helper;
     }
-    const std::vector<std::string> names = scanner_.scanScriptSource(helper.file);
-    if (!names.empty()) helper.fault = std::string(kRequires) + joinNames(names);
+    ScriptReport report = scanner_.scanScriptSource(helper.file);
+    if (report.clean()) return helper;
+    helper.fault = std::string(kRequires) + joinNames(report.names);
+    helper.report = std::make_shared<const ScriptReport>(std::move(report));
     return helper;
 }
 
@@ -257,7 +259,9 @@ AnimationCommandAudit AnimationCommandAuditor::audit(const TextFile& file, std::
     record.message = record.command;
     if (!record.helper.empty()) record.message += "; helper=" + record.helper;
     record.message += "; ";
-    record.message += verdict(line, record.command, context, record.status);
+    const std::string_view said = verdict(line, record.command, context, record.status);
+    record.message += said;
+    if (said.starts_with(kRequires)) record.helperReport = helperOf(context.helper).report;
     return record;
 }
 

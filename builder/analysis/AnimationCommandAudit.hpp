@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,7 @@ class AnimationCommandAuditor {
     struct Helper {
         std::filesystem::path file;
         std::string fault;  // why it cannot be relied on; empty when it can
+        std::shared_ptr<const ScriptReport> report;  // what the fault names
     };
 
     void readContext(const TextFile& file, const std::filesystem::path& path);

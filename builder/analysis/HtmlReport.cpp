@@ -430,7 +430,7 @@ class HtmlReport {
                     "call is logged when it is reached.");
         std::map<std::string_view, std::vector<const ScriptFinding*>> byName;
         for (const ScriptFinding& finding : analysis_.scriptFindings) {
-            for (const std::string& name : finding.names) byName[name].push_back(&finding);
+            for (const std::string& name : finding.report.names) byName[name].push_back(&finding);
         }
         using Entry = std::pair<std::string_view, std::vector<const ScriptFinding*>>;
         std::vector<Entry> entries(byName.begin(), byName.end());

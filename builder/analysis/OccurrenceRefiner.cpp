@@ -117,13 +117,13 @@ bool GameFacts::isVerifiedScript(std::string_view path) {
     if (isNew) {
         fs::path file;
         entry->second = scanner_.findScript(path, {}, file) == ScriptScanner::Lookup::kFound &&
-                        scanner_.scanScriptSource(file).empty();
+                        scanner_.scanScriptSource(file).clean();
     }
     return entry->second;
 }
 
 bool GameFacts::isVerifiedInline(std::string_view text) {
-    return scanner_.scanScriptSource(file_, text).empty();
+    return scanner_.scanScriptSource(file_, text).clean();
 }
 
 OccurrenceRefiner::OccurrenceRefiner(const ProjectScan& project, GameReader& game,

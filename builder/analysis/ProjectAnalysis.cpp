@@ -169,10 +169,10 @@ class ProjectAnalyzer {
         ++analysis_.textFiles;
         ++analysis_.scripts;
         ++analysis_.recognized;
-        std::vector<std::string> unsupported = scripts_.scanScriptSource(path);
-        if (unsupported.empty()) return;
+        ScriptReport unsupported = scripts_.scanScriptSource(path);
+        if (unsupported.clean()) return;
         std::string message(kScriptFilePrefix);
-        message += join(unsupported, ", ");
+        message += join(unsupported.names, ", ");
         message += kScriptFileSuffix;
         addScriptIssue({keepSource(path), 1, std::move(unsupported)}, "script-file",
                        std::move(message));
@@ -238,11 +238,11 @@ class ProjectAnalyzer {
     }
 
     void reportInlineScript(const FileContext& file, const TextLine& line) {
-        std::vector<std::string> unsupported = scripts_.scanScriptSource(file.path, line.text());
-        if (unsupported.empty()) return;
+        ScriptReport unsupported = scripts_.scanScriptSource(file.path, line.text());
+        if (unsupported.clean()) return;
         ++analysis_.recognized;
         std::string message(kInlineScriptPrefix);
-        message += join(unsupported, " ");
+        message += join(unsupported.names, " ");
         message += ' ';
         addScriptIssue({file.source, line.line, std::move(unsupported)}, "inline-script-api",
                        std::move(message));

@@ -7,11 +7,13 @@
 #include <deque>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "analysis/CommandRegistry.hpp"
+#include "analysis/ScriptReport.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 
@@ -45,13 +47,15 @@ struct AnimationCommandAudit {
     std::string helper;   // value of the "animationscript" line that governs this line
     std::string message;  // the verdict with its prefix
     CompatStatus status = CompatStatus::kPartial;
+    std::shared_ptr<const ScriptReport>
+        helperReport{};  // what the helper lacks, where that decided
 };
 
 // What one script file, or one "@script" block, uses and the port's script machine does not know.
 struct ScriptFinding {
     const SourceFile* file = nullptr;
     std::uint64_t line = 0;  // 1 for a whole file
-    std::vector<std::string> names;
+    ScriptReport report;
 };
 
 using CommandName = std::string;

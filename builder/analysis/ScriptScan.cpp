@@ -15,6 +15,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view kDepthLimitTag = "include-depth-limit";
+// Behind the name of a call that stands in code; no name can end so.
+constexpr std::string_view kCodeCallMark = "()";
 
 // No file needs more: the largest real games come by with a tenth of it in all.
 constexpr std::uint64_t kLargestShare = 20'000'000;
@@ -117,6 +119,10 @@ SymbolId ScriptScanner::intern(std::string_view text, Section section) {
     return id;
 }
 
+SymbolId ScriptScanner::internCodeCall(std::string_view name) {
+    return intern(std::string(name).append(kCodeCallMark), Section::kCodeCall);
+}
+
 FileId ScriptScanner::fileId(const fs::path& file) {
     const auto [entry, isNew] =
         fileIds_.try_emplace(PathEncoding::utf8(file), static_cast<FileId>(graph_.size()));
@@ -159,14 +165,24 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
         const std::string_view tag = bindentityTag(rest);
         if (!tag.empty()) appendDistinct(uses, intern(tag, Section::kBindentity));
     });
-    std::unordered_map<std::string, bool> seen;
+    std::unordered_set<std::string> called;
     forEachCall(text, [&](std::string_view name) {
         std::string lowered = toLower(name);
-        if (isKnownScriptName(lowered) || !seen.try_emplace(lowered).second) return;
+        if (isKnownScriptName(lowered) || !called.insert(lowered).second) return;
         uses.push_back(intern(lowered, Section::kCall));
     });
+    if (!called.empty()) {
+        std::unordered_set<std::string> inCode;
+        forEachCall(codeOf(text), [&](std::string_view name) {
+            std::string lowered = toLower(name);
+            if (!called.contains(lowered) || !inCode.insert(lowered).second) return;
+            uses.push_back(internCodeCall(lowered));
+        });
+    }
     const auto define = [&](std::string_view name) {
-        definitions.push_back(intern(toLower(name), Section::kCall));
+        const std::string lowered = toLower(name);
+        definitions.push_back(internCodeCall(lowered));
+        definitions.push_back(intern(lowered, Section::kCall));
     };
     forEachFunctionMacro(text, define);
     forEachObjectMacro(text, define);
@@ -227,8 +243,15 @@ std::vector<SymbolId> ScriptScanner::findingsOf(FileId id) {
     return findings;
 }
 
-std::vector<std::string> ScriptScanner::report(FileId id) {
+ScriptReport ScriptScanner::report(FileId id) {
     std::vector<SymbolId> findings = findingsOf(id);
+    std::unordered_set<std::string_view> inCode;
+    std::erase_if(findings, [&](SymbolId symbol) {
+        const auto& [text, section] = symbols_[symbol];
+        if (section != Section::kCodeCall) return false;
+        inCode.insert(std::string_view(text).substr(0, text.size() - kCodeCallMark.size()));
+        return true;
+    });
     bool ordered = true;
     if (findings.size() > 1) {
         std::unordered_map<SymbolId, std::size_t> place;
@@ -245,15 +268,19 @@ std::vector<std::string> ScriptScanner::report(FileId id) {
                    std::tuple(symbols_[b].section, place[b], b);
         });
     }
-    std::vector<std::string> result;
-    if (reachesDepthLimit(id)) result.emplace_back(kDepthLimitTag);
-    if (!ordered) result.emplace_back(kWalkLimitTag);
-    for (const SymbolId symbol : findings) result.push_back(symbols_[symbol].text);
+    ScriptReport result;
+    if (reachesDepthLimit(id)) result.names.emplace_back(kDepthLimitTag);
+    if (!ordered) result.names.emplace_back(kWalkLimitTag);
+    for (const SymbolId symbol : findings) {
+        const auto& [text, section] = symbols_[symbol];
+        result.names.push_back(text);
+        if (section == Section::kCall && !inCode.contains(text)) result.mentioned.push_back(text);
+    }
     return result;
 }
 
-std::vector<std::string> ScriptScanner::scanScriptSource(
-    const fs::path& file, std::optional<std::string_view> inlineText) {
+ScriptReport ScriptScanner::scanScriptSource(const fs::path& file,
+                                             std::optional<std::string_view> inlineText) {
     prepareProject();
     if (!inlineText) {
         const FileId id = fileId(file);

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "analysis/IncludeGraph.hpp"
+#include "analysis/ScriptReport.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 
@@ -34,8 +35,8 @@ class ScriptScanner {
     // The distinct unsupported names and tags of `file` with everything that it includes, or of
     // `inlineText` with what that includes as seen from `file`: first what is wrong with includes,
     // then the "bindentity" calls, then function names, each in the order of the text.
-    [[nodiscard]] std::vector<std::string> scanScriptSource(
-        const std::filesystem::path& file, std::optional<std::string_view> inlineText = {});
+    [[nodiscard]] ScriptReport scanScriptSource(const std::filesystem::path& file,
+                                                std::optional<std::string_view> inlineText = {});
 
     // How many parameters each function takes, by its name in lower case, where `file` or what it
     // includes defines it first. Null when the includes are too dense to be put in order.
@@ -50,7 +51,8 @@ class ScriptScanner {
 
   private:
     // Findings in the order of a report's sections.
-    enum class Section { kInclude, kBindentity, kCall };
+    // A name that code calls has a second symbol, which stands in no report.
+    enum class Section { kInclude, kBindentity, kCall, kCodeCall };
     struct Symbol {
         std::string text;
         Section section;
@@ -62,13 +64,14 @@ class ScriptScanner {
 
     [[nodiscard]] const NativePath* findByBaseName(const std::string& name);
     [[nodiscard]] SymbolId intern(std::string_view text, Section section);
+    [[nodiscard]] SymbolId internCodeCall(std::string_view name);
     [[nodiscard]] FileId fileId(const std::filesystem::path& file);
     void scanPending();
     void scanText(FileId id, std::string_view text, const std::filesystem::path& file);
     void prepareProject();
     [[nodiscard]] bool reachesDepthLimit(FileId id);
     [[nodiscard]] std::vector<SymbolId> findingsOf(FileId id);
-    [[nodiscard]] std::vector<std::string> report(FileId id);
+    [[nodiscard]] ScriptReport report(FileId id);
 
     GameReader& game_;
     const ProjectScan& project_;
@@ -86,7 +89,7 @@ class ScriptScanner {
     // Answers for the project's own files, computed together.
     std::vector<std::vector<SymbolId>> undefined_;
     std::vector<int> heights_;
-    std::unordered_map<FileId, std::vector<std::string>> reports_;
+    std::unordered_map<FileId, ScriptReport> reports_;
     std::unordered_map<FileId, std::optional<ParameterCounts>> parameterCounts_;
     std::uint64_t walkSteps_;
     std::uint64_t walkShare_ = 0;

@@ -24,7 +24,7 @@ class ScriptScanTest : public testing::Test {
         scanner_.emplace(*game_, project_, walkSteps);
     }
     Names scan(const std::string& file) {
-        return scanner_->scanScriptSource(project_.dataDir / file);
+        return scanner_->scanScriptSource(project_.dataDir / file).names;
     }
 
     test::TempFolder folder_;
@@ -41,11 +41,22 @@ TEST_F(ScriptScanTest, ReportsCallsThatNothingServes) {
     start();
     EXPECT_EQ(scan("a.c"), (Names{"odd", "other", "gone", "deeper"}));
     EXPECT_EQ(scan("lib.h"), (Names{"deeper"}));
-    EXPECT_EQ(scanner_->scanScriptSource(project_.dataDir / "x.txt", "fromlib(); a();"),
-              (Names{"fromlib", "a"}));
-    EXPECT_EQ(scanner_->scanScriptSource(project_.dataDir / "x.txt",
-                                         "#import \"LIB.H\"\nfromlib(); a();"),
-              (Names{"a", "deeper"}));
+    const auto inlined = [&](const char* text) {
+        return scanner_->scanScriptSource(project_.dataDir / "x.txt", text).names;
+    };
+    EXPECT_EQ(inlined("fromlib(); a();"), (Names{"fromlib", "a"}));
+    EXPECT_EQ(inlined("#import \"LIB.H\"\nfromlib(); a();"), (Names{"a", "deeper"}));
+}
+
+TEST_F(ScriptScanTest, TellsWhatOnlyCommentsAndTextsCall) {
+    write("a.c",
+          "#include \"b.c\"\n// one() two()\n/* three( */ log(\"four (\\\"five(1)\"); '\"' six();");
+    write("b.c", "two(); // own()\nvoid own(){}");
+    start();
+    const ScriptReport report = scanner_->scanScriptSource(project_.dataDir / "a.c");
+    EXPECT_EQ(report.names, (Names{"one", "two", "three", "four", "five", "six"}));
+    EXPECT_EQ(report.mentioned, (Names{"one", "three", "four", "five"}));
+    EXPECT_EQ(scanner_->scanScriptSource(project_.dataDir / "b.c").mentioned, Names{});
 }
 
 TEST_F(ScriptScanTest, FindsIncludesAsThePortDoes) {
