@@ -22,8 +22,8 @@ set(port_platform_units
 # the machine that runs scripts
 set(port_script_uses core)
 set(port_script_units
-  ScriptBuiltins ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
-  ScriptLimits ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
+  ScriptBuiltins ScriptCheck ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer
+  ScriptLibrary ScriptLimits ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
   ScriptValue ScriptVM Scripts)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)

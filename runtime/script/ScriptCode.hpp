@@ -100,6 +100,7 @@ struct Function {
     std::vector<Instr> code;
     std::vector<std::string_view> texts;  // of the program's tokens
     std::vector<std::string> errors;
+    std::vector<std::size_t> errorTokens;  // where each of them breaks off
     std::vector<CallSite> sites;
     std::vector<SwitchTable> switches;
     std::vector<CatchRange> ranges;        // inner ones first

@@ -73,6 +73,7 @@ void Compiler::breakOff(const Mark& from, const std::string& message) {
     const auto error = static_cast<std::int32_t>(fn_.errors.size());
     errorBytes_ += message.size();
     fn_.errors.push_back(errorBytes_ <= kMaxText ? message : kTooLarge);
+    fn_.errorTokens.push_back(std::min(pos_, tokens_.size() - 1));
     const std::int32_t thrower = label();
     fn_.code.push_back({Op::Throw, Word::None, false, error});
     for (; open_.size() > from.open; open_.pop_back()) instr(open_.back()).a = thrower;
