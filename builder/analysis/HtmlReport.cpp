@@ -16,6 +16,7 @@
 #include "analysis/HtmlStyle.hpp"
 #include "analysis/HtmlText.hpp"
 #include "analysis/MissingFiles.hpp"
+#include "analysis/ScriptCheckReport.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/OutputFile.hpp"
 
@@ -34,6 +35,7 @@ constexpr std::size_t kMaxBusyFiles = 12;
 constexpr std::size_t kMaxCalls = 80;
 constexpr std::size_t kMaxVerdicts = 60;
 constexpr std::size_t kMaxScriptNames = 200;
+constexpr std::size_t kMaxBroken = 300;
 constexpr std::size_t kMaxTableRows = 1500;
 
 struct StatusLook {
@@ -110,6 +112,7 @@ class HtmlReport {
         writeObstacles();
         writeBusyFiles();
         writeMissing();
+        writeBrokenScripts();
         writeScripts();
         writeAnimationCommands();
         if (project_.hasData) {
@@ -225,6 +228,9 @@ class HtmlReport {
         entry("commands", "In the way", obstacles_.size());
         if (!busyFiles_.empty()) entry("files", "Files to open", busyFiles_.size());
         entry("missing", "Missing files", missingTotal_);
+        if (analysis_.scriptCheck.scripts + analysis_.scriptCheck.commands > 0) {
+            entry("broken", "Broken scripts", analysis_.scriptCheck.broken.size());
+        }
         if (!analysis_.scriptFindings.empty()) {
             entry("scripts", "Scripts", analysis_.scriptFindings.size());
         }
@@ -421,6 +427,71 @@ class HtmlReport {
         out_ << escapeHtml(name.namedBy);
         if (!url.empty()) out_ << "</a>";
         if (name.line > 0) out_ << ':' << name.line;
+    }
+
+    void writeBrokenScripts() {
+        const ScriptCheckup& checkup = analysis_.scriptCheck;
+        if (checkup.scripts + checkup.commands == 0) return;
+        openSection(
+            "broken", "Scripts that break off",
+            "Every script that the game reaches was compiled as the port does it. A run that "
+            "comes to one of these places ends there, and the game goes on without the "
+            "rest of it.");
+        out_ << "<p class=\"" << (checkup.broken.empty() ? "good" : "summary") << "\">"
+             << escapeHtml(summaryOf(checkup)) << "</p>\n";
+        const std::size_t shown = std::min(checkup.broken.size(), kMaxBroken);
+        std::uint64_t most = 1;
+        for (const BrokenScript& broken : checkup.broken) {
+            most = std::max(most, broken.hooks + broken.commands);
+        }
+        if (shown > 0) out_ << "<div class=\"list\">\n";
+        for (std::size_t i = 0; i < shown; ++i) writeBrokenScript(checkup.broken[i], most);
+        if (shown > 0) out_ << "</div>\n";
+        writeRest(checkup.broken.size(), shown, "places");
+        out_ << "</section>\n";
+    }
+
+    void writeBrokenScript(const BrokenScript& broken, std::uint64_t most) {
+        const std::uint64_t callers = broken.hooks + broken.commands;
+        openRow(lookOf(kUnsupported), placeText(broken.file, broken.line), true, callers, most,
+                callers == 1 ? "use" : "uses");
+        out_ << "<p>" << codeMarks(faultOf(broken)) << "</p>\n<p>" << escapeHtml(costOf(broken))
+             << ".</p>\n<ul class=\"places\">\n";
+        for (const ScriptCaller& caller : broken.callers) {
+            out_ << "<li><span>";
+            writeSourceName(caller.file);
+            out_ << "</span><span class=\"at\">";
+            if (caller.line > 0) out_ << "line " << caller.line << ", ";
+            out_ << "<code>" << escapeHtml(caller.keyword) << "</code></span></li>\n";
+        }
+        out_ << "</ul>\n";
+        writeRest(callers, broken.callers.size(), "uses");
+        out_ << "</div></details>\n";
+    }
+
+    static std::string placeText(const std::string& file, std::uint64_t line) {
+        return line > 0 ? file + ':' + std::to_string(line) : file;
+    }
+
+    // The text with what stands between backquotes as code.
+    static std::string codeMarks(std::string_view text) {
+        std::string html;
+        bool open = false;
+        for (std::size_t at = 0; at <= text.size();) {
+            const std::size_t mark = std::min(text.find('`', at), text.size());
+            html += escapeHtml(text.substr(at, mark - at));
+            if (mark < text.size() || open) html += open ? "</code>" : "<code>";
+            open = !open && mark < text.size();
+            at = mark + 1;
+        }
+        return html;
+    }
+
+    void writeSourceName(std::string_view sourceFile) {
+        const std::string url = links_.toSource(sourceFile);
+        if (!url.empty()) out_ << "<a href=\"" << url << "\">";
+        out_ << "<code>" << escapeHtml(sourceFile) << "</code>";
+        if (!url.empty()) out_ << "</a>";
     }
 
     void writeScripts() {

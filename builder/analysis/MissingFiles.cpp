@@ -158,8 +158,8 @@ class MissingFileSearch {
             picture(remap.source);
             picture(remap.target);
         }
-        for (const auto script : kModelScripts) {
-            look(scripts_, &AssetFinder::script, model.*script, source);
+        for (const ModelScript& script : kModelScripts) {
+            look(scripts_, &AssetFinder::script, model.*script.path, source);
         }
         helpersOfModels_.emplace(model.sourceFile, model.animationScript);
         sound(model.dieSound);

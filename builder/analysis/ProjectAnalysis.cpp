@@ -106,6 +106,7 @@ class ProjectAnalyzer {
             if (entry.regularFile) analyzeFile(entry);
         }
         storeTallies();
+        analysis_.scriptCheck = checkScripts(game_, analysis_.animationAudit);
         return std::move(analysis_);
     }
 

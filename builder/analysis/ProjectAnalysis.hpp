@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/BrokenScripts.hpp"
 #include "analysis/CommandRegistry.hpp"
 #include "analysis/ScriptReport.hpp"
 #include "reader/GameReader.hpp"
@@ -79,6 +80,7 @@ struct ProjectAnalysis {
     std::vector<Issue> issues;  // in the order of the walk
     std::vector<ScriptFinding> scriptFindings;
     std::deque<AnimationCommandAudit> animationAudit;  // issues view its messages
+    ScriptCheckup scriptCheck;
     std::map<CommandName, std::map<CompatStatus, std::uint64_t>> commandStatusCounts;
 
     std::deque<SourceFile> files;   // what Issue::file points at

@@ -4,6 +4,8 @@
 #include <set>
 #include <string>
 
+#include "PathEncoding.hpp"
+#include "analysis/ScriptCheckReport.hpp"
 #include "generator/FixedTexts.hpp"
 #include "generator/PortFiles.hpp"
 #include "generator/TableText.hpp"
@@ -28,15 +30,18 @@ bool hasControl(std::string_view text) {
 void copySources(const ProjectScan& project, const ProjectAnalysis& analysis,
                  const fs::path& folder) {
     std::set<fs::path> seen;
-    for (const Issue& issue : analysis.issues) {
-        const fs::path& relative = issue.file->relative;
-        if (!seen.insert(relative).second) continue;
+    const auto copy = [&](const fs::path& relative) {
+        if (!seen.insert(relative).second) return;
         const fs::path source = project.root / relative;
-        if (!tindrel::exists(source)) continue;
-        const fs::path copy = folder / relative;
-        createDirectories(copy.parent_path());
-        const std::error_code error = replaceWithCopy(source, copy);
-        if (error) throw fs::filesystem_error("copy_file", source, copy, error);
+        if (!tindrel::exists(source)) return;
+        const fs::path target = folder / relative;
+        createDirectories(target.parent_path());
+        const std::error_code error = replaceWithCopy(source, target);
+        if (error) throw fs::filesystem_error("copy_file", source, target, error);
+    };
+    for (const Issue& issue : analysis.issues) copy(issue.file->relative);
+    for (const BrokenScript& broken : analysis.scriptCheck.broken) {
+        copy(PathEncoding::path(broken.file));
     }
 }
 
@@ -79,6 +84,7 @@ void writeRepairPackage(const ProjectScan& project, const ProjectAnalysis& analy
     if (writeIssues<IssueSpelling>(project, analysis, package / "issues.json")) {
         writeIssues<JsonSpelling>(project, analysis, package / "issues-strict.json");
     }
+    writeScriptCheck(analysis.scriptCheck, package / "script-check.txt");
     writeTextFile(package / "README-AI-REPAIR.md", text::kRepairReadme);
     writeTextFile(logs / "runtime.log", text::kRuntimeLogPlaceholder);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-// AI-Repair: all issues, the sources that they name, and a guide for whoever mends the game.
+// AI-Repair: all issues, what of the scripts breaks off, the sources that these name, and a guide
+// for whoever mends the game.
 
 #include <filesystem>
 

@@ -14,6 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::size_t kBytesPerToken = 4;
+constexpr std::size_t kBytesPerName = 16;
+
 // The line of the text that `token` is a part of, from 0. The value of a constant with escapes
 // stands elsewhere: then the line of the last token in front of it.
 std::size_t lineOf(const Tokens& tokens, std::size_t token) {
@@ -36,15 +39,24 @@ const CheckedFunction* CheckedScript::find(std::string_view lowerName) const {
     return found == functions.end() ? nullptr : &*found;
 }
 
+// The state is a copy, or new: both take their time with what stands in it.
+std::string ScriptCheck::expand(std::string_view text, PreprocessorState& state) {
+    const std::size_t consumed = state.consumed;
+    const std::size_t known = state.macros.size() + state.funcMacros.size() + state.imported.size();
+    std::string expanded = preprocessScript(sources_, path_, text, state);
+    work_ += state.consumed - consumed + known * kBytesPerName;
+    return expanded;
+}
+
 std::unique_ptr<Program> ScriptCheck::program(std::string text, Program* base) {
-    compiledBytes_ += text.size();
+    work_ += text.size();
     auto made = std::make_unique<Program>(lex(std::move(text)), *names_, base);
     for (const auto& [name, function] : made->byName) functionNames_[function] = name;
     return made;
 }
 
 CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origins) {
-    compile(function);
+    work_ += compile(function) * kBytesPerToken;
     CheckedFunction out;
     out.name = functionNames_[&function];
     std::set<std::string> calls;
@@ -92,7 +104,7 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
         return checked_;
     }
     state_.origins = &origins_;
-    program_ = program(preprocessScript(sources_, path_, *text, state_), nullptr);
+    program_ = program(expand(*text, state_), nullptr);
     state_.origins = nullptr;
     checked_.files = origins_.files;
     checked_.closed = program_->tokens.closed && program_->balanced;
@@ -116,7 +128,7 @@ CheckedFunction ScriptCheck::command(std::string_view command) {
     }
     const std::size_t ownFile = origins.files.size();
     state.origins = &origins;
-    text += preprocessScript(sources_, path_, frameText(command), state);
+    text += expand(frameText(command), state);
     origins.files[ownFile].clear();
     const std::unique_ptr<Program> frame = program(std::move(text), base);
     Function* const function = frame->find(kFrameFunction);

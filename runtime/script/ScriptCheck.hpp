@@ -48,15 +48,16 @@ class ScriptCheck {
     // and macros it sees; an empty path is a script without any. Lines count in `command`.
     CheckedFunction command(std::string_view command);
 
-    // Bytes of expanded text that were compiled so far.
-    [[nodiscard]] std::size_t compiledBytes() const { return compiledBytes_; }
+    // What was done so far, in about the time that a byte of text takes.
+    [[nodiscard]] std::size_t work() const { return work_; }
 
   private:
+    std::string expand(std::string_view text, PreprocessorState& state);
     std::unique_ptr<Program> program(std::string text, Program* base);
     CheckedFunction check(Function& function, const LineOrigins& origins);
 
     ScriptSources sources_;
-    std::size_t compiledBytes_ = 0;
+    std::size_t work_ = 0;
     // Of the last file(). Names last as long as a program.
     std::filesystem::path path_;
     PreprocessorState state_;
