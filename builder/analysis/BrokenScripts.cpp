@@ -18,7 +18,7 @@ namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
-// Some seconds' worth; the scripts of the largest games take a few hundred MiB.
+// About ten seconds; the scripts of large games take one of them.
 constexpr std::size_t kMaxWork = std::size_t{1} << 30U;
 
 // Nobody mends more before asking again.

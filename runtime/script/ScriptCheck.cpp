@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -39,7 +40,6 @@ const CheckedFunction* CheckedScript::find(std::string_view lowerName) const {
     return found == functions.end() ? nullptr : &*found;
 }
 
-// The state is a copy, or new: both take their time with what stands in it.
 std::string ScriptCheck::expand(std::string_view text, PreprocessorState& state) {
     const std::size_t consumed = state.consumed;
     const std::size_t known = state.macros.size() + state.funcMacros.size() + state.imported.size();
@@ -116,7 +116,17 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
 
 CheckedFunction ScriptCheck::command(std::string_view command) {
     if (!checked_.error.empty()) return {};
-    PreprocessorState state = state_;
+    // Without a directive a text leaves the macros as they are, which spares their copy.
+    const bool mayDefine = command.find('#') != std::string_view::npos;
+    std::optional<PreprocessorState> copy;
+    if (mayDefine) {
+        copy = state_;
+        work_ +=
+            (copy->macros.size() + copy->funcMacros.size() + copy->imported.size()) * kBytesPerName;
+    }
+    PreprocessorState& state = mayDefine ? *copy : state_;
+    const std::size_t produced = state.produced;
+    const bool full = state.full;
     LineOrigins origins;
     Program* base = program_.get();
     std::string text;
@@ -129,6 +139,9 @@ CheckedFunction ScriptCheck::command(std::string_view command) {
     const std::size_t ownFile = origins.files.size();
     state.origins = &origins;
     text += expand(frameText(command), state);
+    state.origins = nullptr;
+    state.produced = produced;
+    state.full = full;
     origins.files[ownFile].clear();
     const std::unique_ptr<Program> frame = program(std::move(text), base);
     Function* const function = frame->find(kFrameFunction);
