@@ -42,18 +42,6 @@ std::optional<std::int32_t> constantOf(std::string_view argument) {
     }
 }
 
-// What is wrong with a "bindentity" call whose arguments begin `rest`; empty for nothing.
-std::string_view bindentityTag(std::string_view rest) {
-    std::vector<std::string_view> arguments;
-    if (!splitCallArguments(rest, arguments) || arguments.size() < 2) {
-        return "api/function:bindentity-arguments";
-    }
-    if (arguments.size() <= kBindConfigArgument) return {};
-    const std::optional<std::int32_t> config = constantOf(arguments[kBindConfigArgument]);
-    if (!config) return "api/function:bindentity-config-dynamic";
-    return (*config & ~kNativeBindConfig) != 0 ? "api/function:bindentity-config-advanced" : "";
-}
-
 // Parameters between the parenthesis that opened `rest` and the next closing one.
 std::optional<std::size_t> countParameters(std::string_view rest) {
     const std::size_t close = rest.find(')');
@@ -71,6 +59,17 @@ void appendDistinct(std::vector<SymbolId>& list, SymbolId symbol) {
 }
 
 }  // namespace
+
+std::string_view bindentityTag(std::string_view rest) {
+    std::vector<std::string_view> arguments;
+    if (!splitCallArguments(rest, arguments) || arguments.size() < 2) {
+        return "api/function:bindentity-arguments";
+    }
+    if (arguments.size() <= kBindConfigArgument) return {};
+    const std::optional<std::int32_t> config = constantOf(arguments[kBindConfigArgument]);
+    if (!config) return "api/function:bindentity-config-dynamic";
+    return (*config & ~kNativeBindConfig) != 0 ? "api/function:bindentity-config-advanced" : "";
+}
 
 ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project, std::uint64_t walkSteps)
     : game_(game), project_(project), walkSteps_(walkSteps) {}

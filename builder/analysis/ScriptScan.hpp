@@ -26,6 +26,9 @@ inline constexpr std::uint64_t kWalkSteps = 200'000'000;
 // Stands among the findings of a file whose includes are too dense to be put in order.
 inline constexpr std::string_view kWalkLimitTag = "include-walk-limit";
 
+// What is wrong with a "bindentity" call whose arguments begin `rest`; empty for nothing.
+[[nodiscard]] std::string_view bindentityTag(std::string_view rest);
+
 // Scans one project. Every file is read and scanned once, whatever includes it.
 class ScriptScanner {
   public:
