@@ -23,9 +23,9 @@ set(port_platform_units
 # the machine that runs scripts
 set(port_script_uses core)
 set(port_script_units
-  ScriptBuiltins ScriptCalls ScriptCode ScriptCompiler ScriptExec ScriptExpressions ScriptLexer ScriptLibrary
-  ScriptLimits ScriptMemory ScriptOperators ScriptPaths ScriptPreprocessor ScriptProgram ScriptStatements
-  ScriptText ScriptValue ScriptVM Scripts UnansweredNames)
+  ScriptBuiltins ScriptCalls ScriptCheck ScriptCode ScriptCompiler ScriptExec ScriptExpressions
+  ScriptLexer ScriptLibrary ScriptLimits ScriptMemory ScriptOperators ScriptPaths ScriptPreprocessor
+  ScriptProgram Scripts ScriptStatements ScriptText ScriptValue ScriptVM UnansweredNames)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units

@@ -33,6 +33,8 @@ const SafeCall* findSafeCall(std::string_view name) {
 constexpr std::string_view kVerified = "verified ScriptVM call, bound to the following frame";
 constexpr std::string_view kOutside =
     "helper/API or arguments outside the verified subset; runtime executes and logs any failure";
+constexpr std::string_view kRequires = "helper compilation unit requires: ";
+constexpr std::string_view kTooDense = "helper compilation unit requires: include-walk-limit";
 constexpr std::string_view kCustomHelper =
     "custom helper function/arity or arguments still need behavioral validation; runtime executes "
     "and logs any failure";
@@ -203,8 +205,10 @@ AnimationCommandAuditor::Helper& AnimationCommandAuditor::helperOf(std::string_v
         helper.fault = "helper file missing";
         return helper;
     }
-    const std::vector<std::string> names = scanner_.scanScriptSource(helper.file);
-    if (!names.empty()) helper.fault = "helper compilation unit requires: " + joinNames(names);
+    ScriptReport report = scanner_.scanScriptSource(helper.file);
+    if (report.clean()) return helper;
+    helper.fault = std::string(kRequires) + joinNames(report.names);
+    helper.report = std::make_shared<const ScriptReport>(std::move(report));
     return helper;
 }
 
@@ -226,10 +230,13 @@ std::string_view AnimationCommandAuditor::verdict(const TextLine& line, std::str
             return kOutside;
         }
     } else if (helper != nullptr) {
-        const std::string lowered = toLower(name);
-        const auto [entry, isNew] = helper->parameterCounts.try_emplace(lowered);
-        if (isNew) entry->second = scanner_.parameterCount(helper->file, lowered);
-        if (entry->second != arguments.size() || !argumentsVerified) return kCustomHelper;
+        const ScriptScanner::ParameterCounts* const known = scanner_.parameterCounts(helper->file);
+        if (known == nullptr) return kTooDense;
+        const auto function = known->find(toLower(name));
+        if (function == known->end() || function->second != arguments.size() ||
+            !argumentsVerified) {
+            return kCustomHelper;
+        }
         if (!hasVerifiedShape(text)) return kOutside;
     } else {
         return kOutside;
@@ -252,7 +259,9 @@ AnimationCommandAudit AnimationCommandAuditor::audit(const TextFile& file, std::
     record.message = record.command;
     if (!record.helper.empty()) record.message += "; helper=" + record.helper;
     record.message += "; ";
-    record.message += verdict(line, record.command, context, record.status);
+    const std::string_view said = verdict(line, record.command, context, record.status);
+    record.message += said;
+    if (said.starts_with(kRequires)) record.helperReport = helperOf(context.helper).report;
     return record;
 }
 

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 #include <map>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -34,7 +34,7 @@ class AnimationCommandAuditor {
     struct Helper {
         std::filesystem::path file;
         std::string fault;  // why it cannot be relied on; empty when it can
-        std::map<std::string, std::optional<std::size_t>> parameterCounts;
+        std::shared_ptr<const ScriptReport> report;  // what the fault names
     };
 
     void readContext(const TextFile& file, const std::filesystem::path& path);

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/ClosestWord.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -505,33 +506,6 @@ bool isNumbered(std::string_view key, std::string_view stem) {
            std::all_of(key.begin() + static_cast<std::ptrdiff_t>(stem.size()), key.end(), isDigit);
 }
 
-// Letters to insert, drop, replace or swap with a neighbour to turn one word into the other.
-std::size_t editDistance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> previous(b.size() + 1);
-    std::vector<std::size_t> beforePrevious(b.size() + 1);
-    std::vector<std::size_t> current(b.size() + 1);
-    std::iota(previous.begin(), previous.end(), std::size_t{0});
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        current[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            current[j] = std::min({previous[j] + 1, current[j - 1] + 1,
-                                   previous[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
-            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
-                current[j] = std::min(current[j], beforePrevious[j - 2] + 1);
-            }
-        }
-        std::swap(beforePrevious, previous);
-        std::swap(previous, current);
-    }
-    return previous[b.size()];
-}
-
-std::string withoutDigits(std::string_view word) {
-    std::string letters(word);
-    letters.erase(std::remove_if(letters.begin(), letters.end(), isDigit), letters.end());
-    return letters;
-}
-
 const Row& findRow(std::string_view key) {
     static const Index kIndex = indexRows();
     const auto found = kIndex.find(key);
@@ -568,24 +542,9 @@ CommandRule lookupCommand(std::string_view command) {
 }
 
 std::string_view closestCommand(std::string_view command) {
-    // Short words are near to everything, and nobody misspells half a word.
-    constexpr std::size_t kShortest = 4;
-    constexpr std::size_t kLongest = 64;
-    constexpr std::size_t kTwoSlipsFrom = 8;
-    if (command.size() < kShortest || command.size() > kLongest) return {};
-    std::size_t best = command.size() >= kTwoSlipsFrom ? 2 : 1;
-    std::string_view closest;
-    forEachWord([&](std::string_view word, const Row&) {
-        // "p4smenu" is no slip for "p1smenu", nor a longer word one for its beginning.
-        const std::size_t longer = std::max(word.size(), command.size());
-        if (longer - std::min(word.size(), command.size()) > 1) return;
-        if (withoutDigits(word) == withoutDigits(command)) return;
-        const std::size_t distance = editDistance(command, word);
-        if (distance > best || (distance == best && !closest.empty())) return;
-        best = distance;
-        closest = word;
-    });
-    return closest;
+    ClosestWord closest(command);
+    forEachWord([&](std::string_view word, const Row&) { closest.offer(word); });
+    return closest.found();
 }
 
 }  // namespace tindrel

@@ -25,18 +25,26 @@ std::uint64_t percent(std::uint64_t count, const ProjectAnalysis& analysis) {
                                       static_cast<double>(std::max<std::uint64_t>(total, 1)));
 }
 
-// Quotes, backslashes and line ends only: other bytes pass, control characters included.
-std::string escapeJson(std::string_view text) {
+enum class JsonText { kRawControls, kStrict };
+
+// analysis.json escapes quotes, backslashes and line ends only: other bytes pass, control
+// characters included, which strict parsers refuse.
+std::string escapeJson(std::string_view text, JsonText form) {
+    constexpr std::string_view kHex = "0123456789abcdef";
     std::string escaped;
     escaped.reserve(text.size());
     for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
         if (c == '\r') continue;
         if (c == '\n') {
             escaped += "\\n";
-            continue;
+        } else if (byte < 0x20 && form == JsonText::kStrict) {
+            escaped += "\\u00";
+            escaped += {kHex[byte >> 4U], kHex[byte & 15U]};
+        } else {
+            if (c == '"' || c == '\\') escaped += '\\';
+            escaped += c;
         }
-        if (c == '"' || c == '\\') escaped += '\\';
-        escaped += c;
     }
     return escaped;
 }
@@ -115,11 +123,18 @@ void writeAnimationCommandAudit(const ProjectAnalysis& analysis, const fs::path&
     out.close();
 }
 
-void writeAnalysisJson(const ProjectScan& project, const ProjectAnalysis& analysis,
-                       const fs::path& file) {
+// Tells whether a strict form of the file would differ.
+bool writeAnalysisJson(const ProjectScan& project, const ProjectAnalysis& analysis,
+                       const fs::path& file, JsonText form) {
     OutputFile out(file);
+    bool differs = false;
+    const auto escape = [&](std::string_view text) {
+        std::string escaped = escapeJson(text, form);
+        differs = differs || escaped != escapeJson(text, JsonText::kStrict);
+        return escaped;
+    };
     out << "{\n";
-    out << "  \"game\": \"" << escapeJson(gameName(project)) << "\",\n";
+    out << "  \"game\": \"" << escape(gameName(project)) << "\",\n";
     out << "  \"logicalWidth\": " << analysis.logicalWidth << ",\n";
     out << "  \"logicalHeight\": " << analysis.logicalHeight << ",\n";
     out << "  \"models\": " << analysis.models << ",\n";
@@ -134,7 +149,7 @@ void writeAnalysisJson(const ProjectScan& project, const ProjectAnalysis& analys
     out << "  \"commands\": {\n";
     std::size_t left = analysis.commandCounts.size();
     for (const auto& [command, count] : analysis.commandCounts) {
-        out << "    \"" << escapeJson(command) << "\": {\"count\": " << count << ", \"status\": \""
+        out << "    \"" << escape(command) << "\": {\"count\": " << count << ", \"status\": \""
             << compatStatusName(statusOf(analysis, command)) << "\", \"statusCounts\": {";
         std::string_view separator = "\"";
         for (const auto& [status, statusCount] : statusCountsOf(analysis, command)) {
@@ -145,6 +160,7 @@ void writeAnalysisJson(const ProjectScan& project, const ProjectAnalysis& analys
     }
     out << "  }\n}\n";
     out.close();
+    return differs;
 }
 
 }  // namespace
@@ -154,7 +170,9 @@ void writeReports(const ProjectScan& project, const ProjectAnalysis& analysis,
     createDirectories(folder);
     writeCompatibilityReport(project, analysis, folder / "compatibility-report.txt");
     writeAnimationCommandAudit(analysis, folder / "animation-command-audit.txt");
-    writeAnalysisJson(project, analysis, folder / "analysis.json");
+    if (writeAnalysisJson(project, analysis, folder / "analysis.json", JsonText::kRawControls)) {
+        writeAnalysisJson(project, analysis, folder / "analysis-strict.json", JsonText::kStrict);
+    }
 }
 
 }  // namespace tindrel

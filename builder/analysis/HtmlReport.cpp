@@ -13,6 +13,8 @@
 #include "PathEncoding.hpp"
 #include "analysis/AssetFinder.hpp"
 #include "analysis/HtmlGallery.hpp"
+#include "analysis/HtmlPage.hpp"
+#include "analysis/HtmlScripts.hpp"
 #include "analysis/HtmlStyle.hpp"
 #include "analysis/HtmlText.hpp"
 #include "analysis/MissingFiles.hpp"
@@ -31,29 +33,7 @@ constexpr std::size_t kMaxMessages = 4;
 constexpr std::size_t kMaxFiles = 40;
 constexpr std::size_t kMaxLines = 24;
 constexpr std::size_t kMaxBusyFiles = 12;
-constexpr std::size_t kMaxCalls = 80;
-constexpr std::size_t kMaxVerdicts = 60;
-constexpr std::size_t kMaxScriptNames = 200;
 constexpr std::size_t kMaxTableRows = 1500;
-
-struct StatusLook {
-    std::string_view tone;  // class of the style sheet
-    std::string_view label;
-    std::string_view meaning;
-};
-
-// By CompatStatus.
-constexpr std::array<StatusLook, 5> kLooks = {{
-    {"ok", "Runs", "run as written"},
-    {"part", "Partly", "run in part"},
-    {"bad", "Not run", "do not run"},
-    {"skip", "Not needed", "not needed"},
-    {"odd", "Not known", "are not known"},
-}};
-
-const StatusLook& lookOf(CompatStatus status) {
-    return kLooks[std::min(static_cast<std::size_t>(status), kLooks.size() - 1)];
-}
 
 std::string lines(std::uint64_t count) {
     return counted(count, "line", "lines");
@@ -84,8 +64,9 @@ class HtmlReport {
           game_(game),
           assets_(project, game),
           links_(project, linkBase(project, reportsFolder, pageLinks)),
-          out_(reportsFolder / "index.html") {
-        if (project.hasData) missing_ = findMissingFiles(game, assets_);
+          out_(reportsFolder / "index.html"),
+          page_(out_, project, links_) {
+        if (project.hasData) missing_ = findMissingFiles(game, assets_, analysis);
         for (const MissingGroup& group : missing_) missingTotal_ += group.total;
         collectObstacles();
         judged_ = analysis.supported + analysis.partial + analysis.unsupported + analysis.unknown;
@@ -107,11 +88,12 @@ class HtmlReport {
         writeNavigation();
         out_ << "<main id=\"main\">\n";
         writeHero(name);
+        HtmlScripts scripts(page_, project_, analysis_, game_);
+        scripts.writeConsequences();
         writeObstacles();
         writeBusyFiles();
         writeMissing();
-        writeScripts();
-        writeAnimationCommands();
+        scripts.write();
         if (project_.hasData) {
             HtmlGallery gallery(out_, game_, assets_, links_, openLines_);
             gallery.writeCharacters();
@@ -196,26 +178,6 @@ class HtmlReport {
         if (use.lines.size() < kMaxLines) use.lines.push_back(issue.line);
     }
 
-    void writeFileName(const SourceFile& file) {
-        const std::string url = links_.to(project_.root / file.relative);
-        if (url.empty()) {
-            out_ << "<code>" << escapeHtml(file.display) << "</code>";
-        } else {
-            out_ << "<a href=\"" << url << "\"><code>" << escapeHtml(file.display) << "</code></a>";
-        }
-    }
-
-    void writeRest(std::uint64_t total, std::size_t shown, std::string_view what) {
-        if (total <= shown) return;
-        out_ << "<p class=\"rest\">and " << groupDigits(total - shown) << " more " << what
-             << "</p>\n";
-    }
-
-    void openSection(std::string_view id, std::string_view title, std::string_view lead) {
-        out_ << "<section id=\"" << id << "\">\n<h2>" << title << "</h2>\n<p class=\"lead\">"
-             << lead << "</p>\n";
-    }
-
     void writeNavigation() {
         out_ << "<nav aria-label=\"Sections\"><p>Compatibility</p><ol>\n";
         const auto entry = [&](std::string_view id, std::string_view title, std::uint64_t count) {
@@ -225,6 +187,9 @@ class HtmlReport {
         entry("commands", "In the way", obstacles_.size());
         if (!busyFiles_.empty()) entry("files", "Files to open", busyFiles_.size());
         entry("missing", "Missing files", missingTotal_);
+        if (analysis_.scriptCheck.scripts + analysis_.scriptCheck.commands > 0) {
+            entry("broken", "Broken scripts", analysis_.scriptCheck.broken.size());
+        }
         if (!analysis_.scriptFindings.empty()) {
             entry("scripts", "Scripts", analysis_.scriptFindings.size());
         }
@@ -310,9 +275,10 @@ class HtmlReport {
     }
 
     void writeObstacles() {
-        openSection("commands", "What stands in the way",
-                    "Commands that the port does not carry out in full. What does nothing comes "
-                    "first, then by how often the game uses it.");
+        page_.openSection(
+            "commands", "What stands in the way",
+            "Commands that the port does not carry out in full. What does nothing comes "
+            "first, then by how often the game uses it.");
         if (obstacles_.empty()) {
             out_ << "<p class=\"good\">Nothing: every command is carried out in full.</p>\n"
                     "</section>\n";
@@ -324,31 +290,21 @@ class HtmlReport {
         out_ << "<div class=\"list\">\n";
         for (std::size_t i = 0; i < shown; ++i) writeObstacle(obstacles_[i], most);
         out_ << "</div>\n";
-        writeRest(obstacles_.size(), shown, "commands");
+        page_.writeRest(obstacles_.size(), shown, "commands");
         out_ << "</section>\n";
     }
 
-    void openRow(const StatusLook& look, std::string_view name, bool mono, std::uint64_t count,
-                 std::uint64_t most, const std::string& below) {
-        out_ << "<details class=\"row " << look.tone << "\"><summary><span class=\"name"
-             << (mono ? "" : " text") << "\">" << escapeHtml(name) << "</span><span class=\"chip\">"
-             << look.label << "</span><span class=\"meter\" aria-hidden=\"true\"><i style=\"width:"
-             << count * 100 / std::max<std::uint64_t>(most, 1)
-             << "%\"></i></span><span class=\"count\">" << groupDigits(count) << "<small>" << below
-             << "</small></span></summary>\n<div class=\"body\">\n";
-    }
-
     void writeObstacle(const Obstacle& obstacle, std::uint64_t most) {
-        openRow(lookOf(obstacle.status), obstacle.command, true, obstacle.count, most,
-                counted(obstacle.files.size(), "file", "files"));
+        page_.openRow(lookOf(obstacle.status), obstacle.command, true, obstacle.count, most,
+                      counted(obstacle.files.size(), "file", "files"));
         for (const std::string_view message : obstacle.messages) {
             out_ << "<p>" << escapeHtml(message) << "</p>\n";
         }
         if (obstacle.status == kUnknown) {
             const std::string_view close = closestCommand(obstacle.command);
             if (!close.empty()) {
-                out_ << "<p class=\"hint\">Perhaps <code>" << escapeHtml(close)
-                     << "</code> was meant.</p>\n";
+                out_ << "<p class=\"hint\">Did you mean <code>" << escapeHtml(close)
+                     << "</code>?</p>\n";
             }
         }
         const std::size_t shown = std::min(obstacle.files.size(), kMaxFiles);
@@ -356,7 +312,7 @@ class HtmlReport {
         for (std::size_t i = 0; i < shown; ++i) {
             const FileUse& use = obstacle.files[i];
             out_ << "<li>";
-            writeFileName(*use.file);
+            page_.writeFile(*use.file);
             out_ << "<span class=\"at\">" << (use.count == 1 ? "line " : "lines ");
             for (std::size_t k = 0; k < use.lines.size(); ++k) {
                 out_ << (k > 0 ? ", " : "") << use.lines[k];
@@ -367,31 +323,32 @@ class HtmlReport {
             out_ << "</span></li>\n";
         }
         out_ << "</ul>\n";
-        writeRest(obstacle.files.size(), shown, "files");
+        page_.writeRest(obstacle.files.size(), shown, "files");
         out_ << "</div></details>\n";
     }
 
     void writeBusyFiles() {
         if (busyFiles_.empty()) return;
-        openSection("files", "Files to open first",
-                    "Where most of these lines stand, scripts and animation commands included.");
+        page_.openSection(
+            "files", "Files to open first",
+            "Where most of these lines stand, scripts and animation commands included.");
         const std::size_t shown = std::min(busyFiles_.size(), kMaxBusyFiles);
         out_ << "<ul class=\"list\">\n";
         for (std::size_t i = 0; i < shown; ++i) {
             out_ << "<li class=\"plain part\"><span>";
-            writeFileName(*busyFiles_[i].file);
+            page_.writeFile(*busyFiles_[i].file);
             out_ << "</span><span class=\"meter\" aria-hidden=\"true\"><i style=\"width:"
                  << busyFiles_[i].count * 100 / busyFiles_.front().count
                  << "%\"></i></span><span class=\"count\">" << groupDigits(busyFiles_[i].count)
                  << "</span></li>\n";
         }
         out_ << "</ul>\n";
-        writeRest(busyFiles_.size(), shown, "files");
+        page_.writeRest(busyFiles_.size(), shown, "files");
         out_ << "</section>\n";
     }
 
     void writeMissing() {
-        openSection(
+        page_.openSection(
             "missing", "Missing files",
             "Names in the game's text that nothing on disk answers to, whatever their case. "
             "For each the first place that names it.");
@@ -409,127 +366,21 @@ class HtmlReport {
                      << (name.mentions == 1 ? "use" : "uses") << "</small></span></li>\n";
             }
             out_ << "</ul>\n";
-            writeRest(group.total, group.names.size(), "names");
+            page_.writeRest(group.total, group.names.size(), "names");
         }
         out_ << "</section>\n";
     }
 
     void writeNamedBy(const MissingName& name) {
         if (name.namedBy.empty()) return;
-        const std::string url = links_.toSource(name.namedBy);
-        if (!url.empty()) out_ << "<a href=\"" << url << "\">";
-        out_ << escapeHtml(name.namedBy);
-        if (!url.empty()) out_ << "</a>";
+        page_.writeFile(name.namedBy);
         if (name.line > 0) out_ << ':' << name.line;
     }
 
-    void writeScripts() {
-        if (analysis_.scriptFindings.empty()) return;
-        openSection("scripts", "What scripts ask for",
-                    "Functions and includes that scripts use and the port does not know. Such a "
-                    "call is logged when it is reached.");
-        std::map<std::string_view, std::vector<const ScriptFinding*>> byName;
-        for (const ScriptFinding& finding : analysis_.scriptFindings) {
-            for (const std::string& name : finding.names) byName[name].push_back(&finding);
-        }
-        using Entry = std::pair<std::string_view, std::vector<const ScriptFinding*>>;
-        std::vector<Entry> entries(byName.begin(), byName.end());
-        std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-            return a.second.size() > b.second.size();
-        });
-        const std::size_t shown = std::min(entries.size(), kMaxScriptNames);
-        out_ << "<div class=\"list\">\n";
-        for (std::size_t i = 0; i < shown; ++i) {
-            const auto& [name, findings] = entries[i];
-            openRow(lookOf(kPartial), name, true, findings.size(), entries.front().second.size(),
-                    findings.size() == 1 ? "script" : "scripts");
-            const std::size_t files = std::min(findings.size(), kMaxFiles);
-            out_ << "<ul class=\"places\">\n";
-            for (std::size_t k = 0; k < files; ++k) {
-                out_ << "<li>";
-                writeFileName(*findings[k]->file);
-                if (findings[k]->line > 1) {
-                    out_ << "<span class=\"at\">line " << findings[k]->line << "</span>";
-                }
-                out_ << "</li>\n";
-            }
-            out_ << "</ul>\n";
-            writeRest(findings.size(), files, "scripts");
-            out_ << "</div></details>\n";
-        }
-        out_ << "</div>\n";
-        writeRest(entries.size(), shown, "names");
-        out_ << "</section>\n";
-    }
-
-    // What the record's message says behind the command and its helper.
-    static std::string_view verdictOf(const AnimationCommandAudit& audit) {
-        constexpr std::string_view kHelper = "; helper=";
-        constexpr std::string_view kEnd = "; ";
-        std::size_t prefix = audit.command.size() + kEnd.size();
-        if (!audit.helper.empty()) prefix += kHelper.size() + audit.helper.size();
-        return std::string_view(audit.message).substr(std::min(prefix, audit.message.size()));
-    }
-
-    void writeAnimationCommands() {
-        if (analysis_.animationAudit.empty()) return;
-        openSection("calls", "Animation commands",
-                    "Every <code>@cmd</code> line is judged by itself: whether this very call is "
-                    "known to run, bound to the frame that follows it.");
-        struct Group {
-            CompatStatus status;
-            std::string_view verdict;
-            std::uint64_t count = 0;
-            std::vector<const AnimationCommandAudit*> calls;
-        };
-        std::map<std::pair<CompatStatus, std::string_view>, Group> groups;
-        for (const AnimationCommandAudit& audit : analysis_.animationAudit) {
-            const std::string_view verdict = verdictOf(audit);
-            Group& group =
-                groups.try_emplace({audit.status, verdict}, Group{audit.status, verdict, 0, {}})
-                    .first->second;
-            ++group.count;
-            if (group.calls.size() < kMaxCalls) group.calls.push_back(&audit);
-        }
-        std::vector<const Group*> ordered;
-        for (const auto& [key, group] : groups) ordered.push_back(&group);
-        std::stable_sort(ordered.begin(), ordered.end(), [](const Group* a, const Group* b) {
-            const bool aRuns = a->status == kSupported;
-            const bool bRuns = b->status == kSupported;
-            return aRuns != bRuns ? bRuns : a->count > b->count;
-        });
-        std::uint64_t most = 1;
-        for (const Group* const group : ordered) most = std::max(most, group->count);
-        const std::size_t shown = std::min(ordered.size(), kMaxVerdicts);
-        out_ << "<div class=\"list\">\n";
-        for (std::size_t i = 0; i < shown; ++i) {
-            const Group& group = *ordered[i];
-            openRow(lookOf(group.status), group.verdict, false, group.count, most,
-                    group.count == 1 ? "line" : "lines");
-            out_ << "<ul class=\"calls\">\n";
-            for (const AnimationCommandAudit* const audit : group.calls) {
-                out_ << "<li><span class=\"at\">";
-                writeFileName(*audit->file);
-                out_ << ':' << audit->line << "</span><code>" << escapeHtml(audit->command)
-                     << "</code></li>\n";
-            }
-            out_ << "</ul>\n";
-            writeRest(group.count, group.calls.size(), "lines");
-            out_ << "</div></details>\n";
-        }
-        out_ << "</div>\n";
-        writeRest(ordered.size(), shown, "verdicts");
-        out_ << "</section>\n";
-    }
-
-    void openFold(std::string_view title, std::size_t count) {
-        out_ << "<details class=\"fold\"><summary>" << escapeHtml(title) << " <small>"
-             << groupDigits(count) << "</small></summary>\n";
-    }
-
     void writeAllCommands() {
-        openSection("all", "Every command", "All words that the game's text uses as commands.");
-        openFold("Show the table", analysis_.commandCounts.size());
+        page_.openSection("all", "Every command",
+                          "All words that the game's text uses as commands.");
+        page_.openFold("Show the table", analysis_.commandCounts.size());
         out_ << "<div class=\"list scroll\"><table><thead><tr><th scope=\"col\">Command</th>"
                 "<th scope=\"col\" class=\"n\">Uses</th><th scope=\"col\">Verdict</th>"
                 "<th scope=\"col\">Uses by verdict</th></tr></thead><tbody>\n";
@@ -551,7 +402,7 @@ class HtmlReport {
             out_ << "</td></tr>\n";
         }
         out_ << "</tbody></table></div></details>\n";
-        writeRest(analysis_.commandCounts.size(), kMaxTableRows, "commands");
+        page_.writeRest(analysis_.commandCounts.size(), kMaxTableRows, "commands");
         out_ << "</section>\n";
     }
 
@@ -561,6 +412,7 @@ class HtmlReport {
     AssetFinder assets_;
     DataLinks links_;
     OutputFile out_;
+    HtmlPage page_;
     std::vector<MissingGroup> missing_;
     std::uint64_t missingTotal_ = 0, judged_ = 0, ignored_ = 0;
     std::vector<Obstacle> obstacles_;

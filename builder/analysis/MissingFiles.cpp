@@ -1,6 +1,7 @@
 #include "analysis/MissingFiles.hpp"
 
 #include <map>
+#include <set>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -16,23 +17,22 @@ namespace {
 
 using Find = const NativePath* (AssetFinder::*)(std::string_view);
 
+// One name for all spellings of a path.
+std::string foldedPath(std::string_view text) {
+    return toLower(normalizeDataPath(text));
+}
+
 // The distinct names of one kind.
 class Names {
   public:
     explicit Names(std::string_view title) { group_.title = title; }
 
-    // `isMissing` is asked about the first mention only.
+    // `isMissing` is asked about the first mention of each spelling only.
     template <typename IsMissing>
     void mention(std::string_view text, std::string_view namedBy, IsMissing isMissing) {
         if (text.empty() || equalsFolded(text, "none")) return;
         const auto [entry, isNew] = states_.try_emplace(text, kPresent);
-        if (isNew && isMissing(text)) {
-            entry->second = kNotShown;
-            if (++group_.total <= kMaxMissingNames) {
-                entry->second = group_.names.size();
-                group_.names.push_back({std::string(text), std::string(namedBy), 0, 0});
-            }
-        }
+        if (isNew && isMissing(text)) entry->second = placeOf(text, namedBy);
         if (entry->second < kMaxMissingNames) ++group_.names[entry->second].mentions;
     }
 
@@ -42,26 +42,51 @@ class Names {
     static constexpr std::size_t kPresent = static_cast<std::size_t>(-1);
     static constexpr std::size_t kNotShown = static_cast<std::size_t>(-2);
 
+    std::size_t placeOf(std::string_view text, std::string_view namedBy) {
+        const auto [place, isNew] = missing_.try_emplace(foldedPath(text), kNotShown);
+        if (isNew && ++group_.total <= kMaxMissingNames) {
+            place->second = group_.names.size();
+            group_.names.push_back({std::string(text), std::string(namedBy), 0, 0});
+        }
+        return place->second;
+    }
+
     MissingGroup group_;
-    std::unordered_map<std::string_view, std::size_t> states_;  // index among the shown ones
+    std::unordered_map<std::string_view, std::size_t> states_;  // by spelling, as below
+    std::unordered_map<std::string, std::size_t> missing_;      // index among the shown ones
 };
 
 std::string_view baseName(std::string_view text) {
     return text.substr(text.find_last_of("/\\") + 1);
 }
 
+// Where one model names another.
+constexpr std::string ModelDef::*kModelNames[] = {
+    &ModelDef::flashModel,    &ModelDef::blockFlashModel, &ModelDef::subEntityModel,
+    &ModelDef::knifeModel,    &ModelDef::bombModel,       &ModelDef::projectModel,
+    &ModelDef::dustFallModel, &ModelDef::dustLandModel,   &ModelDef::dustJumpModel,
+};
+constexpr std::string AnimationDef::*kAnimationNames[] = {
+    &AnimationDef::custKnife,
+    &AnimationDef::custBomb,
+    &AnimationDef::custEntity,
+    &AnimationDef::landDustModel,
+};
+
 class MissingFileSearch {
   public:
-    MissingFileSearch(GameReader& game, AssetFinder& assets) : game_(game), assets_(assets) {}
+    MissingFileSearch(GameReader& game, AssetFinder& assets, const ProjectAnalysis& analysis)
+        : game_(game), assets_(assets), analysis_(analysis) {}
 
     std::vector<MissingGroup> run() {
         searchRegistry();
         searchLevelSets();
         for (const ModelDef& model : game_.models()) searchModel(model);
         for (const StageDef& stage : game_.stages()) searchStage(stage);
+        searchHelpers();
         std::vector<MissingGroup> groups;
-        for (Names* const names : {&modelFiles_, &spawns_, &stageFiles_, &scenes_, &scripts_,
-                                   &pictures_, &sounds_, &music_}) {
+        for (Names* const names : {&modelFiles_, &spawns_, &others_, &stageFiles_, &scenes_,
+                                   &scripts_, &pictures_, &sounds_, &music_}) {
             MissingGroup group = names->take();
             if (group.total > 0) groups.push_back(std::move(group));
         }
@@ -73,6 +98,11 @@ class MissingFileSearch {
     void look(Names& names, Find find, std::string_view text, std::string_view namedBy) {
         names.mention(text, namedBy,
                       [&](std::string_view name) { return (assets_.*find)(name) == nullptr; });
+    }
+
+    void lookForModel(Names& names, std::string_view text, std::string_view namedBy) {
+        names.mention(text, namedBy,
+                      [&](std::string_view name) { return modelNames_.count(toLower(name)) == 0; });
     }
 
     // The lines of a file of the data folder; null when it is not there.
@@ -128,15 +158,37 @@ class MissingFileSearch {
             picture(remap.source);
             picture(remap.target);
         }
-        for (const auto script : kModelScripts) {
-            look(scripts_, &AssetFinder::script, model.*script, source);
+        for (const ModelScript& script : kModelScripts) {
+            look(scripts_, &AssetFinder::script, model.*script.path, source);
         }
+        helpersOfModels_.emplace(model.sourceFile, model.animationScript);
         sound(model.dieSound);
+        const auto other = [&](std::string_view text) { lookForModel(others_, text, source); };
+        for (const auto name : kModelNames) other(model.*name);
+        for (const std::string& weapon : model.weapons) other(weapon);
         for (const AnimationDef& animation : model.animations) {
             sound(animation.hitFx);
+            for (const auto name : kAnimationNames) other(animation.*name);
             for (const FrameDef& frame : animation.frames) {
                 picture(frame.sprite);
                 sound(frame.sound);
+                other(frame.hitFlash);
+                other(frame.blockFlash);
+            }
+        }
+    }
+
+    // A later helper of a model file hides an earlier one, on which animations rest all the same.
+    void searchHelpers() {
+        const SourceFile* file = nullptr;
+        std::string_view helper;
+        for (const AnimationCommandAudit& audit : analysis_.animationAudit) {
+            if (audit.file == file && audit.helper == helper) continue;
+            file = audit.file;
+            helper = audit.helper;
+            const std::string source = PathEncoding::utf8(file->relative);
+            if (!helpersOfModels_.contains({source, helper})) {
+                look(scripts_, &AssetFinder::script, helper, source);
             }
         }
     }
@@ -162,9 +214,7 @@ class MissingFileSearch {
         for (const SpawnDef& spawn : stage.spawns) {
             script(spawn.spawnScript);
             for (const std::string* const model : {&spawn.model, &spawn.item}) {
-                spawns_.mention(*model, source, [&](std::string_view name) {
-                    return modelNames_.count(toLower(name)) == 0;
-                });
+                lookForModel(spawns_, *model, source);
             }
         }
         searchScenes(stage.sceneAnimations, stage.sceneMusic, stage.preScenes);
@@ -219,10 +269,13 @@ class MissingFileSearch {
 
     GameReader& game_;
     AssetFinder& assets_;
+    const ProjectAnalysis& analysis_;
     std::vector<LevelSetDef> levelSets_;
     std::unordered_set<std::string> modelNames_;
+    std::set<std::pair<std::string_view, std::string_view>> helpersOfModels_;  // by source file
     Names modelFiles_{"Model files"};
     Names spawns_{"Spawned names that no model has"};
+    Names others_{"Effects, weapons and children that no model has"};
     Names stageFiles_{"Stage files"};
     Names scenes_{"Scene files"};
     Names scripts_{"Scripts"};
@@ -233,8 +286,9 @@ class MissingFileSearch {
 
 }  // namespace
 
-std::vector<MissingGroup> findMissingFiles(GameReader& game, AssetFinder& assets) {
-    return MissingFileSearch(game, assets).run();
+std::vector<MissingGroup> findMissingFiles(GameReader& game, AssetFinder& assets,
+                                           const ProjectAnalysis& analysis) {
+    return MissingFileSearch(game, assets, analysis).run();
 }
 
 }  // namespace tindrel

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analysis/AssetFinder.hpp"
+#include "analysis/ProjectAnalysis.hpp"
 
 namespace tindrel {
 
@@ -26,7 +27,9 @@ struct MissingGroup {
 };
 inline constexpr std::size_t kMaxMissingNames = 200;
 
-// The groups that miss anything. Each distinct name is looked for once.
-[[nodiscard]] std::vector<MissingGroup> findMissingFiles(GameReader& game, AssetFinder& assets);
+// The groups that miss anything. A name counts once however it is spelled: case, slashes and a
+// leading "data/" make no difference. `analysis` tells which helpers the "@cmd" lines rest on.
+[[nodiscard]] std::vector<MissingGroup> findMissingFiles(GameReader& game, AssetFinder& assets,
+                                                         const ProjectAnalysis& analysis);
 
 }  // namespace tindrel

@@ -79,23 +79,19 @@ bool GameFacts::knowsModel(std::string_view name) {
     return modelNames_.contains(toLower(name));
 }
 
-fs::path GameFacts::findImage(std::string_view path) {
-    for (const std::string_view extension : {"", ".gif", ".png", ".bmp"}) {
-        const fs::path& file = game_.resolve(std::string(path).append(extension));
-        if (!file.empty() && game_.isFile(file)) return file;
-    }
-    return {};
+bool GameFacts::isModelRegistry() {
+    return file_.native() == game_.resolve("models.txt").native();
 }
 
 bool GameFacts::imageExists(std::string_view path) {
-    return !findImage(path).empty();
+    return assets_.picture(path) != nullptr;
 }
 
 bool GameFacts::isIndexedImage(std::string_view path) {
     const auto [entry, isNew] = indexed_.try_emplace(std::string(path));
     if (isNew) {
-        const fs::path file = findImage(path);
-        entry->second = !file.empty() && holdsPalette(file);
+        const NativePath* const file = assets_.picture(path);
+        entry->second = file != nullptr && holdsPalette(*file);
     }
     return entry->second;
 }
@@ -108,8 +104,10 @@ bool GameFacts::isPlainScene(std::string_view path) {
     bool plain = true;
     bool hasPicture = false;
     for (const TextLine& line : game_.lines(file)) {
-        plain = plain && (line.key == "music" || line.key == "animation" || line.key == "silence");
-        hasPicture = hasPicture || line.key == "animation";
+        const bool isPicture =
+            line.key == "animation" && !line.args.empty() && imageExists(line.args[0]);
+        plain = plain && (isPicture || line.key == "music" || line.key == "silence");
+        hasPicture = hasPicture || isPicture;
     }
     return entry->second = plain && hasPicture;
 }
@@ -119,17 +117,18 @@ bool GameFacts::isVerifiedScript(std::string_view path) {
     if (isNew) {
         fs::path file;
         entry->second = scanner_.findScript(path, {}, file) == ScriptScanner::Lookup::kFound &&
-                        scanner_.scanScriptSource(file).empty();
+                        scanner_.scanScriptSource(file).clean();
     }
     return entry->second;
 }
 
 bool GameFacts::isVerifiedInline(std::string_view text) {
-    return scanner_.scanScriptSource(file_, text).empty();
+    return scanner_.scanScriptSource(file_, text).clean();
 }
 
-OccurrenceRefiner::OccurrenceRefiner(GameReader& game, ScriptScanner& scanner)
-    : facts_(game, scanner) {}
+OccurrenceRefiner::OccurrenceRefiner(const ProjectScan& project, GameReader& game,
+                                     ScriptScanner& scanner)
+    : facts_(project, game, scanner) {}
 
 OccurrenceRefiner::Rules OccurrenceRefiner::rulesOf(std::string_view key) {
     static const RulesByCommand kRules = groupRules();

@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "analysis/AssetFinder.hpp"
 #include "analysis/CommandRegistry.hpp"
 #include "analysis/ScriptScan.hpp"
 #include "reader/GameReader.hpp"
@@ -21,7 +22,8 @@ namespace tindrel {
 // once, per file or per distinct text.
 class GameFacts {
   public:
-    GameFacts(GameReader& game, ScriptScanner& scanner) : game_(game), scanner_(scanner) {}
+    GameFacts(const ProjectScan& project, GameReader& game, ScriptScanner& scanner)
+        : game_(game), scanner_(scanner), assets_(project, game) {}
 
     // The file that the lines now come from.
     void enter(const std::filesystem::path& file);
@@ -29,11 +31,14 @@ class GameFacts {
     // The model that the file describes; null when no registry entry names the file.
     [[nodiscard]] const ModelDef* model();
     [[nodiscard]] bool isStage();
+    // models.txt itself.
+    [[nodiscard]] bool isModelRegistry();
     [[nodiscard]] bool knowsModel(std::string_view name);
     // A picture with a palette of its own: GIF, indexed PNG or BMP, or an ACT palette.
     [[nodiscard]] bool isIndexedImage(std::string_view path);
     [[nodiscard]] bool imageExists(std::string_view path);
-    // A scene file that holds nothing but "music", "animation" and "silence".
+    // A scene file that holds nothing but "music", "silence" and "animation" with pictures that
+    // are there.
     [[nodiscard]] bool isPlainScene(std::string_view path);
     // A script that is found and uses nothing unsupported.
     [[nodiscard]] bool isVerifiedScript(std::string_view path);
@@ -41,10 +46,9 @@ class GameFacts {
 
   private:
     void readModelNames();
-    [[nodiscard]] std::filesystem::path findImage(std::string_view path);
-
     GameReader& game_;
     ScriptScanner& scanner_;
+    AssetFinder assets_;
     std::filesystem::path file_;
     std::optional<std::string> relative_;
     bool modelsRead_ = false;
@@ -66,7 +70,7 @@ struct OccurrenceRule {
 
 class OccurrenceRefiner {
   public:
-    OccurrenceRefiner(GameReader& game, ScriptScanner& scanner);
+    OccurrenceRefiner(const ProjectScan& project, GameReader& game, ScriptScanner& scanner);
 
     // The rules for a command, to be looked up once for all of its lines. `key` is in lower case.
     using Rules = std::span<const OccurrenceRule* const>;

@@ -178,43 +178,100 @@ constexpr std::array<std::string_view, 32> kInputTokens = {
     "right",   "moveup",  "up",   "movedown", "down",  "attack",   "attack1", "attack2",
     "attack3", "attack4", "jump", "special",  "start", "esc",      "escape",  "anybutton"};
 
-// A step, chord or separator that the runtime's matcher takes whole: "~f", "a*", "d[20]", "+[3]".
-bool isInputToken(std::string_view token) {
-    const std::size_t bracket = token.find('[');
-    if (bracket != std::string_view::npos) {
-        std::string_view rest = token.substr(bracket);
-        // Up to two groups of one number each: the least and the greatest time.
-        for (int group = 0; group < 2 && !rest.empty(); ++group) {
-            const std::size_t close = rest.find(']');
-            if (rest.front() != '[' || close == std::string_view::npos) return false;
-            if (!isIntegerIn(rest.substr(1, close - 1), 0, kAny)) return false;
-            rest.remove_prefix(close + 1);
-        }
-        if (!rest.empty()) return false;
-        token = token.substr(0, bracket);
-        if (token == "+" || token == ":") return true;
+// A token that the runtime's matcher takes whole: "~f", "a*", "d[20]", "+[3]".
+struct InputToken {
+    enum class Kind { kKey, kJoin, kStepEnd, kPause } kind = Kind::kKey;
+    bool release = false, trigger = false, timed = false;
+    int least = 0, most = 0;  // times in brackets; most 0: no limit
+};
+
+// One or two groups of one number each.
+bool readTimes(std::string_view rest, InputToken& out) {
+    for (int* const time : {&out.least, &out.most}) {
+        const std::size_t close = rest.find(']');
+        if (rest.front() != '[' || close == std::string_view::npos) return false;
+        const std::optional<int> number = integer(rest.substr(1, close - 1));
+        if (!number || *number < 0 || *number > kAny) return false;
+        *time = *number;
+        rest.remove_prefix(close + 1);
+        if (rest.empty()) return true;
     }
-    if (token == "+" || token == "->" || token == "|") return true;
-    if (!token.empty() && token.front() == '~') token.remove_prefix(1);
-    std::string key(token);
-    std::erase(key, '*');
-    return isOneOf(key, kInputTokens);
+    return false;
 }
 
-// Every token is known, and one of them names a key.
+std::optional<InputToken> readInputToken(std::string_view token) {
+    using enum InputToken::Kind;
+    InputToken out;
+    const std::size_t bracket = std::min(token.find('['), token.size());
+    out.timed = bracket < token.size();
+    if (out.timed && !readTimes(token.substr(bracket), out)) return std::nullopt;
+    token = token.substr(0, bracket);
+    if (token == "+") {
+        out.kind = kJoin;
+    } else if (out.timed && token == ":") {
+        out.kind = kPause;
+    } else if (!out.timed && (token == "->" || token == "|")) {
+        out.kind = kStepEnd;
+    } else {
+        out.release = token.starts_with('~');
+        token.remove_prefix(out.release ? 1 : 0);
+        std::string key(token);
+        out.trigger = std::erase(key, '*') > 0;
+        if (!isOneOf(key, kInputTokens)) return std::nullopt;
+    }
+    return out;
+}
+
+// The keys of one moment. Something must happen in it: keys that are merely held make no moment,
+// and none can be held longer than the longest time and shorter than the least.
+class InputStep {
+  public:
+    void add(const InputToken& key) {
+        const bool holds = !key.release && !key.trigger && key.timed;
+        isEmpty_ = false;
+        happens_ = happens_ || !holds;
+        isTimed_ = isTimed_ || holds || key.release;
+        least_ = std::max(least_, key.least);
+        if (key.most > 0) most_ = most_ == 0 ? key.most : std::min(most_, key.most);
+    }
+    [[nodiscard]] bool isEmpty() const { return isEmpty_; }
+    [[nodiscard]] bool canMatch() const {
+        return happens_ && (!isTimed_ || most_ == 0 || least_ <= most_);
+    }
+
+  private:
+    bool isEmpty_ = true, happens_ = false, isTimed_ = false;
+    int least_ = 0, most_ = 0;
+};
+
+// Every token is known, at least one names a key, and every step can match.
 bool isInputSequence(Args args) {
+    InputStep step;
+    bool joins = false;
     bool hasKey = false;
-    for (const std::string_view argument : args) {
-        std::string_view rest = argument;
+    const auto takeStep = [&] {
+        const bool good = step.isEmpty() || step.canMatch();
+        step = {};
+        return good;
+    };
+    for (std::string_view rest : args) {
         while (!rest.empty()) {
             const std::size_t comma = std::min(rest.find(','), rest.size());
-            const std::string_view token = rest.substr(0, comma);
-            if (!token.empty() && !isInputToken(token)) return false;
-            hasKey = hasKey || (!token.empty() && token != "+" && token != "->" && token != "|");
+            const std::string_view text = rest.substr(0, comma);
             rest.remove_prefix(std::min(comma + 1, rest.size()));
+            if (text.empty()) continue;
+            const std::optional<InputToken> token = readInputToken(text);
+            if (!token) return false;
+            if (token->kind == InputToken::Kind::kPause) continue;
+            const bool ends = token->kind == InputToken::Kind::kStepEnd;
+            const bool isKey = token->kind == InputToken::Kind::kKey;
+            if ((ends || (isKey && !joins)) && !takeStep()) return false;
+            joins = token->kind == InputToken::Kind::kJoin;
+            if (isKey) step.add(*token);
+            hasKey = hasKey || isKey;
         }
     }
-    return hasKey;
+    return hasKey && takeStep();
 }
 
 bool commandSequence(const TextLine& line, GameFacts&) {
@@ -408,7 +465,7 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
     // Stages
     {"rock", oneIntegerIn<0, 3>,
      "Legacy rock modes 0-3 are applied by native stage motion: steady, floating, periodic double-shake, or continuous rumble."},
-    {"water", [](const TextLine& l, GameFacts&) { return l.args.size() == 1 || (l.args.size() == 2 && isIntegerIn(l.args[1], 0, 15)); },
+    {"water", [](const TextLine& l, GameFacts& f) { return (l.args.size() == 1 || (l.args.size() == 2 && isIntegerIn(l.args[1], 0, 15))) && f.imageExists(l.args[0]); },
      "Legacy water is rendered at BGHeight with per-scanline sine warp (rock 0), perspective/parallax (rock 1), and stage rock modes 2/3; warp 0-15 controls animation speed."},
     {"light", [](const TextLine& l, GameFacts&) { return l.args.size() == 2 && allIntegers(l.args); },
      "Stage light vector is consumed by projected gfxshadow rendering."},
@@ -424,9 +481,9 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "Camera X/Z offsets are applied to native world-to-screen projection for layers, actors, projectiles and shadows."},
     {"cameratype", oneIntegerIn<0, 1>,
      "cameratype 0/1 maps to scrolling versus fixed native camera behavior."},
-    {"bglayer", [](const TextLine& l, GameFacts&) { return stageLayer(l.args, 0); },
+    {"bglayer", [](const TextLine& l, GameFacts& f) { return stageLayer(l.args, 0) && f.imageExists(l.args[0]); },
      "Legacy stage layer ratios, offsets, spacing/repeat, depth and OpenBOR alpha blend mode are rendered natively; this occurrence does not request unsupported wave distortion."},
-    {"fglayer", [](const TextLine& l, GameFacts&) { return stageLayer(l.args, 1); },
+    {"fglayer", [](const TextLine& l, GameFacts& f) { return stageLayer(l.args, 1) && f.imageExists(l.args[0]); },
      "Legacy stage layer ratios, offsets, spacing/repeat, depth and OpenBOR alpha blend mode are rendered natively; this occurrence does not request unsupported wave distortion."},
     {"frontpanel", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.imageExists(l.args[0]); },
      "Single-image frontpanel is loaded as a foreground stage layer."},
@@ -444,7 +501,7 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "Level-set unlock requirement is generated, persisted across completed campaigns, and enforced by the native set selector."},
     {"scene", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.isPlainScene(l.args[0]); },
      "Scene uses supported music/animation/silence directives; GIF playback runs a full animation cycle unless an explicit duration is supplied."},
-    {"nocost", oneInteger,
+    {"nocost", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && isInteger(l.args[0]) && f.isModelRegistry(); },
      "Global nocost is propagated to generated models and energy-cost execution."},
 });
 // clang-format on

@@ -96,7 +96,7 @@ class ProjectAnalyzer {
           game_(game),
           scripts_(game, project),
           animationCommands_(scripts_),
-          refiner_(game, scripts_) {}
+          refiner_(project, game, scripts_) {}
 
     ProjectAnalysis run() {
         readVideo();
@@ -106,6 +106,7 @@ class ProjectAnalyzer {
             if (entry.regularFile) analyzeFile(entry);
         }
         storeTallies();
+        analysis_.scriptCheck = checkScripts(game_, analysis_.animationAudit);
         return std::move(analysis_);
     }
 
@@ -169,10 +170,10 @@ class ProjectAnalyzer {
         ++analysis_.textFiles;
         ++analysis_.scripts;
         ++analysis_.recognized;
-        std::vector<std::string> unsupported = scripts_.scanScriptSource(path);
-        if (unsupported.empty()) return;
+        ScriptReport unsupported = scripts_.scanScriptSource(path);
+        if (unsupported.clean()) return;
         std::string message(kScriptFilePrefix);
-        message += join(unsupported, ", ");
+        message += join(unsupported.names, ", ");
         message += kScriptFileSuffix;
         addScriptIssue({keepSource(path), 1, std::move(unsupported)}, "script-file",
                        std::move(message));
@@ -238,11 +239,11 @@ class ProjectAnalyzer {
     }
 
     void reportInlineScript(const FileContext& file, const TextLine& line) {
-        std::vector<std::string> unsupported = scripts_.scanScriptSource(file.path, line.text());
-        if (unsupported.empty()) return;
+        ScriptReport unsupported = scripts_.scanScriptSource(file.path, line.text());
+        if (unsupported.clean()) return;
         ++analysis_.recognized;
         std::string message(kInlineScriptPrefix);
-        message += join(unsupported, " ");
+        message += join(unsupported.names, " ");
         message += ' ';
         addScriptIssue({file.source, line.line, std::move(unsupported)}, "inline-script-api",
                        std::move(message));

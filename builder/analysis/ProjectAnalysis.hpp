@@ -7,11 +7,14 @@
 #include <deque>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "analysis/BrokenScripts.hpp"
 #include "analysis/CommandRegistry.hpp"
+#include "analysis/ScriptReport.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 
@@ -45,13 +48,15 @@ struct AnimationCommandAudit {
     std::string helper;   // value of the "animationscript" line that governs this line
     std::string message;  // the verdict with its prefix
     CompatStatus status = CompatStatus::kPartial;
+    std::shared_ptr<const ScriptReport>
+        helperReport{};  // what the helper lacks, where that decided
 };
 
 // What one script file, or one "@script" block, uses and the port's script machine does not know.
 struct ScriptFinding {
     const SourceFile* file = nullptr;
     std::uint64_t line = 0;  // 1 for a whole file
-    std::vector<std::string> names;
+    ScriptReport report;
 };
 
 using CommandName = std::string;
@@ -75,6 +80,7 @@ struct ProjectAnalysis {
     std::vector<Issue> issues;  // in the order of the walk
     std::vector<ScriptFinding> scriptFindings;
     std::deque<AnimationCommandAudit> animationAudit;  // issues view its messages
+    ScriptCheckup scriptCheck;
     std::map<CommandName, std::map<CompatStatus, std::uint64_t>> commandStatusCounts;
 
     std::deque<SourceFile> files;   // what Issue::file points at

@@ -187,6 +187,36 @@ bool splitCallArguments(std::string_view rest, std::vector<std::string_view>& ar
     return false;
 }
 
+std::string codeOf(std::string_view text) {
+    std::string code(text);
+    const auto blank = [&](std::size_t first, std::size_t last) {
+        for (std::size_t i = first; i < std::min(last, code.size()); ++i) {
+            if (code[i] != '\n') code[i] = ' ';
+        }
+    };
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t first = i;
+        const std::string_view rest = text.substr(i, 2);
+        if (rest == "//") {
+            i = std::min(text.find('\n', i), text.size());
+            blank(first, i);
+        } else if (rest == "/*") {
+            const std::size_t end = text.find("*/", i + 2);
+            i = end == std::string_view::npos ? text.size() : end + 2;
+            blank(first, i);
+        } else if (text[i] == '"' || text[i] == '\'') {
+            for (++i; i < text.size() && text[i] != text[first]; ++i) {
+                if (text[i] == '\\') ++i;
+            }
+            blank(first + 1, i);
+            i = std::min(i + 1, text.size());
+        } else {
+            ++i;
+        }
+    }
+    return code;
+}
+
 bool isIdentifier(std::string_view text) {
     return !text.empty() && isLetter(text.front()) &&
            std::all_of(text.begin(), text.end(), isWordByte);

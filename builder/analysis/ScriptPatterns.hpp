@@ -40,6 +40,9 @@ inline constexpr std::size_t kMaxCallBytes = 4096;
 [[nodiscard]] bool splitCallArguments(std::string_view rest,
                                       std::vector<std::string_view>& arguments);
 
+// The text with comments and what stands between quotes as blanks, every other byte in its place.
+[[nodiscard]] std::string codeOf(std::string_view text);
+
 // [A-Za-z_][A-Za-z0-9_]* as a whole.
 [[nodiscard]] bool isIdentifier(std::string_view text);
 

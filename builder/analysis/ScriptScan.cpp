@@ -15,10 +15,13 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view kDepthLimitTag = "include-depth-limit";
+// Behind the name of a call that stands in code; no name can end so.
+constexpr std::string_view kCodeCallMark = "()";
 
-// Steps that ordering the findings may take in one analysis; the largest real games need a tenth.
-// Beyond it findings are as complete, but stand in the order in which the project shows them first.
-constexpr std::uint64_t kWalkBudget = 20'000'000;
+// No file needs more: the largest real games come by with a tenth of it in all.
+constexpr std::uint64_t kLargestShare = 20'000'000;
+// A parameter list weighs as much: it stays in memory.
+constexpr std::uint64_t kSignatureSteps = 8;
 
 // The configuration of a binding that the port's runtime executes.
 constexpr std::int32_t kNativeBindConfig = 15 | 64 | 128 | 256 | 512 | 1024 | 2048;
@@ -39,18 +42,6 @@ std::optional<std::int32_t> constantOf(std::string_view argument) {
     }
 }
 
-// What is wrong with a "bindentity" call whose arguments begin `rest`; empty for nothing.
-std::string_view bindentityTag(std::string_view rest) {
-    std::vector<std::string_view> arguments;
-    if (!splitCallArguments(rest, arguments) || arguments.size() < 2) {
-        return "api/function:bindentity-arguments";
-    }
-    if (arguments.size() <= kBindConfigArgument) return {};
-    const std::optional<std::int32_t> config = constantOf(arguments[kBindConfigArgument]);
-    if (!config) return "api/function:bindentity-config-dynamic";
-    return (*config & ~kNativeBindConfig) != 0 ? "api/function:bindentity-config-advanced" : "";
-}
-
 // Parameters between the parenthesis that opened `rest` and the next closing one.
 std::optional<std::size_t> countParameters(std::string_view rest) {
     const std::size_t close = rest.find(')');
@@ -69,8 +60,19 @@ void appendDistinct(std::vector<SymbolId>& list, SymbolId symbol) {
 
 }  // namespace
 
-ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project)
-    : game_(game), project_(project), walkBudget_(kWalkBudget) {}
+std::string_view bindentityTag(std::string_view rest) {
+    std::vector<std::string_view> arguments;
+    if (!splitCallArguments(rest, arguments) || arguments.size() < 2) {
+        return "api/function:bindentity-arguments";
+    }
+    if (arguments.size() <= kBindConfigArgument) return {};
+    const std::optional<std::int32_t> config = constantOf(arguments[kBindConfigArgument]);
+    if (!config) return "api/function:bindentity-config-dynamic";
+    return (*config & ~kNativeBindConfig) != 0 ? "api/function:bindentity-config-advanced" : "";
+}
+
+ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project, std::uint64_t walkSteps)
+    : game_(game), project_(project), walkSteps_(walkSteps) {}
 
 const NativePath* ScriptScanner::findByBaseName(const std::string& name) {
     if (byBaseName_.empty()) {
@@ -116,6 +118,10 @@ SymbolId ScriptScanner::intern(std::string_view text, Section section) {
     return id;
 }
 
+SymbolId ScriptScanner::internCodeCall(std::string_view name) {
+    return intern(std::string(name).append(kCodeCallMark), Section::kCodeCall);
+}
+
 FileId ScriptScanner::fileId(const fs::path& file) {
     const auto [entry, isNew] =
         fileIds_.try_emplace(PathEncoding::utf8(file), static_cast<FileId>(graph_.size()));
@@ -158,14 +164,24 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
         const std::string_view tag = bindentityTag(rest);
         if (!tag.empty()) appendDistinct(uses, intern(tag, Section::kBindentity));
     });
-    std::unordered_map<std::string, bool> seen;
+    std::unordered_set<std::string> called;
     forEachCall(text, [&](std::string_view name) {
         std::string lowered = toLower(name);
-        if (knownScriptNames().contains(lowered) || !seen.try_emplace(lowered).second) return;
+        if (knownScriptNames().contains(lowered) || !called.insert(lowered).second) return;
         uses.push_back(intern(lowered, Section::kCall));
     });
+    if (!called.empty()) {
+        std::unordered_set<std::string> inCode;
+        forEachCall(codeOf(text), [&](std::string_view name) {
+            std::string lowered = toLower(name);
+            if (!called.contains(lowered) || !inCode.insert(lowered).second) return;
+            uses.push_back(internCodeCall(lowered));
+        });
+    }
     const auto define = [&](std::string_view name) {
-        definitions.push_back(intern(toLower(name), Section::kCall));
+        const std::string lowered = toLower(name);
+        definitions.push_back(internCodeCall(lowered));
+        definitions.push_back(intern(lowered, Section::kCall));
     };
     forEachFunctionMacro(text, define);
     forEachObjectMacro(text, define);
@@ -191,6 +207,7 @@ void ScriptScanner::prepareProject() {
         }
     }
     scanPending();
+    walkShare_ = std::min(kLargestShare, walkSteps_ / std::max<std::uint64_t>(graph_.size(), 1));
     undefined_ = graph_.undefinedUses(static_cast<SymbolId>(symbols_.size()));
     heights_ = graph_.heights();
 }
@@ -225,11 +242,22 @@ std::vector<SymbolId> ScriptScanner::findingsOf(FileId id) {
     return findings;
 }
 
-std::vector<std::string> ScriptScanner::report(FileId id) {
+ScriptReport ScriptScanner::report(FileId id) {
     std::vector<SymbolId> findings = findingsOf(id);
+    std::unordered_set<std::string_view> inCode;
+    std::erase_if(findings, [&](SymbolId symbol) {
+        const auto& [text, section] = symbols_[symbol];
+        if (section != Section::kCodeCall) return false;
+        inCode.insert(std::string_view(text).substr(0, text.size() - kCodeCallMark.size()));
+        return true;
+    });
+    bool ordered = true;
     if (findings.size() > 1) {
         std::unordered_map<SymbolId, std::size_t> place;
-        for (const FileId file : graph_.walk(id, walkBudget_)) {
+        std::uint64_t steps = walkShare_;
+        const std::vector<FileId> files = graph_.walk(id, steps);
+        ordered = !files.empty();
+        for (const FileId file : files) {
             for (const SymbolId symbol : graph_.node(file).uses) {
                 place.try_emplace(symbol, place.size());
             }
@@ -239,14 +267,19 @@ std::vector<std::string> ScriptScanner::report(FileId id) {
                    std::tuple(symbols_[b].section, place[b], b);
         });
     }
-    std::vector<std::string> result;
-    if (reachesDepthLimit(id)) result.emplace_back(kDepthLimitTag);
-    for (const SymbolId symbol : findings) result.push_back(symbols_[symbol].text);
+    ScriptReport result;
+    if (reachesDepthLimit(id)) result.names.emplace_back(kDepthLimitTag);
+    if (!ordered) result.names.emplace_back(kWalkLimitTag);
+    for (const SymbolId symbol : findings) {
+        const auto& [text, section] = symbols_[symbol];
+        result.names.push_back(text);
+        if (section == Section::kCall && !inCode.contains(text)) result.mentioned.push_back(text);
+    }
     return result;
 }
 
-std::vector<std::string> ScriptScanner::scanScriptSource(
-    const fs::path& file, std::optional<std::string_view> inlineText) {
+ScriptReport ScriptScanner::scanScriptSource(const fs::path& file,
+                                             std::optional<std::string_view> inlineText) {
     prepareProject();
     if (!inlineText) {
         const FileId id = fileId(file);
@@ -263,19 +296,29 @@ std::vector<std::string> ScriptScanner::scanScriptSource(
     return report(id);
 }
 
-std::optional<std::size_t> ScriptScanner::parameterCount(const fs::path& file,
-                                                         std::string_view lowerName) {
+const ScriptScanner::ParameterCounts* ScriptScanner::parameterCounts(const fs::path& file) {
     prepareProject();
     const FileId id = fileId(file);
     scanPending();
-    const auto name = symbolIds_.find(lowerName);
-    if (name == symbolIds_.end()) return std::nullopt;
-    for (const FileId unit : graph_.walk(id, walkBudget_)) {
-        for (const Signature& signature : signatures_[unit]) {
-            if (signature.name == name->second) return signature.parameters;
+    const auto [entry, isNew] = parameterCounts_.try_emplace(id);
+    std::optional<ParameterCounts>& counts = entry->second;
+    if (isNew) {
+        std::uint64_t steps = walkShare_;
+        const std::vector<FileId> files = graph_.walk(id, steps);
+        if (!files.empty()) counts.emplace();
+        for (const FileId unit : files) {
+            const std::uint64_t weight = signatures_[unit].size() * kSignatureSteps;
+            if (weight > steps) {
+                counts.reset();
+                break;
+            }
+            steps -= weight;
+            for (const Signature& signature : signatures_[unit]) {
+                counts->try_emplace(symbols_[signature.name].text, signature.parameters);
+            }
         }
     }
-    return std::nullopt;
+    return counts ? &*counts : nullptr;
 }
 
 }  // namespace tindrel

@@ -13,26 +13,38 @@
 #include <vector>
 
 #include "analysis/IncludeGraph.hpp"
+#include "analysis/ScriptReport.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 
 namespace tindrel {
 
+// Steps that putting findings in the order of the text may take in one analysis, about a second's,
+// in equal shares for all script files: what is found in one must not depend on what was looked at
+// before it. A file beyond its share has all its findings, in another order.
+inline constexpr std::uint64_t kWalkSteps = 200'000'000;
+// Stands among the findings of a file whose includes are too dense to be put in order.
+inline constexpr std::string_view kWalkLimitTag = "include-walk-limit";
+
+// What is wrong with a "bindentity" call whose arguments begin `rest`; empty for nothing.
+[[nodiscard]] std::string_view bindentityTag(std::string_view rest);
+
 // Scans one project. Every file is read and scanned once, whatever includes it.
 class ScriptScanner {
   public:
-    ScriptScanner(GameReader& game, const ProjectScan& project);
+    ScriptScanner(GameReader& game, const ProjectScan& project,
+                  std::uint64_t walkSteps = kWalkSteps);
 
     // The distinct unsupported names and tags of `file` with everything that it includes, or of
     // `inlineText` with what that includes as seen from `file`: first what is wrong with includes,
     // then the "bindentity" calls, then function names, each in the order of the text.
-    [[nodiscard]] std::vector<std::string> scanScriptSource(
-        const std::filesystem::path& file, std::optional<std::string_view> inlineText = {});
+    [[nodiscard]] ScriptReport scanScriptSource(const std::filesystem::path& file,
+                                                std::optional<std::string_view> inlineText = {});
 
-    // How many parameters the function `lowerName` takes where `file` or what it includes defines
-    // it first; empty when none does.
-    [[nodiscard]] std::optional<std::size_t> parameterCount(const std::filesystem::path& file,
-                                                            std::string_view lowerName);
+    // How many parameters each function takes, by its name in lower case, where `file` or what it
+    // includes defines it first. Null when the includes are too dense to be put in order.
+    using ParameterCounts = std::unordered_map<std::string_view, std::size_t>;
+    [[nodiscard]] const ParameterCounts* parameterCounts(const std::filesystem::path& file);
 
     enum class Lookup { kFound, kMissing, kUnsafe };
     // The script that `raw` names: below the data folder, else beside `current` (when given), else
@@ -42,7 +54,8 @@ class ScriptScanner {
 
   private:
     // Findings in the order of a report's sections.
-    enum class Section { kInclude, kBindentity, kCall };
+    // A name that code calls has a second symbol, which stands in no report.
+    enum class Section { kInclude, kBindentity, kCall, kCodeCall };
     struct Symbol {
         std::string text;
         Section section;
@@ -54,13 +67,14 @@ class ScriptScanner {
 
     [[nodiscard]] const NativePath* findByBaseName(const std::string& name);
     [[nodiscard]] SymbolId intern(std::string_view text, Section section);
+    [[nodiscard]] SymbolId internCodeCall(std::string_view name);
     [[nodiscard]] FileId fileId(const std::filesystem::path& file);
     void scanPending();
     void scanText(FileId id, std::string_view text, const std::filesystem::path& file);
     void prepareProject();
     [[nodiscard]] bool reachesDepthLimit(FileId id);
     [[nodiscard]] std::vector<SymbolId> findingsOf(FileId id);
-    [[nodiscard]] std::vector<std::string> report(FileId id);
+    [[nodiscard]] ScriptReport report(FileId id);
 
     GameReader& game_;
     const ProjectScan& project_;
@@ -78,8 +92,10 @@ class ScriptScanner {
     // Answers for the project's own files, computed together.
     std::vector<std::vector<SymbolId>> undefined_;
     std::vector<int> heights_;
-    std::unordered_map<FileId, std::vector<std::string>> reports_;
-    std::uint64_t walkBudget_;
+    std::unordered_map<FileId, ScriptReport> reports_;
+    std::unordered_map<FileId, std::optional<ParameterCounts>> parameterCounts_;
+    std::uint64_t walkSteps_;
+    std::uint64_t walkShare_ = 0;
 
     // The game's files, made when a script is not at its path. Null for a name that several have.
     std::unordered_map<std::string_view, const NativePath*> byBaseName_;

@@ -159,6 +159,11 @@ int dispatch(const std::vector<std::string>& arguments, const Console& console) 
     const fs::path input = argumentPath(arguments[2]);
     std::optional<fs::path> folder;
     if (arguments.size() > 3) folder = argumentPath(arguments[3]);
+    // An unset variable of a calling script: as a path it would mean the working directory.
+    if (folder && folder->empty()) {
+        console.err << "Erro: a pasta de saida esta vazia.\n";
+        return kRefused;
+    }
 
     if (!tindrel::exists(input)) {
         console.err << "Erro: entrada nao encontrada: " << displayPath(input) << '\n';

@@ -12,7 +12,7 @@
 namespace tindrel {
 namespace {
 
-using Json = JsonObject<JsonSpelling<CharacterSpelling>>;
+using Json = JsonObject<JsonSpelling>;
 
 // The scripts that make a model a scripted one; the others run beside combat only.
 constexpr std::string ModelDef::*kCountedScripts[] = {

@@ -1,8 +1,11 @@
 #include "generator/RepairPackage.hpp"
 
+#include <algorithm>
 #include <set>
 #include <string>
 
+#include "PathEncoding.hpp"
+#include "analysis/ScriptCheckReport.hpp"
 #include "generator/FixedTexts.hpp"
 #include "generator/PortFiles.hpp"
 #include "generator/TableText.hpp"
@@ -14,45 +17,59 @@ namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
+// Control bytes stand raw in issues.json, which strict parsers refuse.
 struct IssueSpelling {
-    static constexpr std::string_view kEscaped = "\t\n\"\\";
+    static constexpr Escapes kEscapes = escapes("\t\n\"\\", Escape::kNone);
 };
+
+bool hasControl(std::string_view text) {
+    return std::any_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x20; });
+}
 
 void copySources(const ProjectScan& project, const ProjectAnalysis& analysis,
                  const fs::path& folder) {
     std::set<fs::path> seen;
-    for (const Issue& issue : analysis.issues) {
-        const fs::path& relative = issue.file->relative;
-        if (!seen.insert(relative).second) continue;
+    const auto copy = [&](const fs::path& relative) {
+        if (!seen.insert(relative).second) return;
         const fs::path source = project.root / relative;
-        if (!tindrel::exists(source)) continue;
-        const fs::path copy = folder / relative;
-        createDirectories(copy.parent_path());
-        const std::error_code error = replaceWithCopy(source, copy);
-        if (error) throw fs::filesystem_error("copy_file", source, copy, error);
+        if (!tindrel::exists(source)) return;
+        const fs::path target = folder / relative;
+        createDirectories(target.parent_path());
+        const std::error_code error = replaceWithCopy(source, target);
+        if (error) throw fs::filesystem_error("copy_file", source, target, error);
+    };
+    for (const Issue& issue : analysis.issues) copy(issue.file->relative);
+    for (const BrokenScript& broken : analysis.scriptCheck.broken) {
+        copy(PathEncoding::path(broken.file));
     }
 }
 
-void writeIssues(const ProjectScan& project, const ProjectAnalysis& analysis,
+// Tells whether what it wrote holds raw control bytes.
+template <class Spelling>
+bool writeIssues(const ProjectScan& project, const ProjectAnalysis& analysis,
                  const fs::path& path) {
     std::string line;
-    appendValue<IssueSpelling>(line, displayPath(project.root));
+    appendValue<Spelling>(line, displayPath(project.root));
+    bool isRaw = hasControl(line);
     OutputFile out(path);
     out << "{\n  \"source\": " << line << ",\n  \"issues\": [\n";
     for (const Issue& issue : analysis.issues) {
         line = "    ";
-        JsonObject<IssueSpelling>(line)
+        JsonObject<Spelling>(line)
             .add("level", compatStatusName(issue.status))
             .add("file", issue.file->display)
             .add("line", issue.line)
             .add("command", issue.command)
             .add("message", issue.message)
             .close();
+        isRaw = isRaw || hasControl(line);
         line += &issue == &analysis.issues.back() ? "\n" : ",\n";
         out << line;
     }
     out << "  ]\n}\n";
     out.close();
+    return isRaw;
 }
 
 }  // namespace
@@ -64,7 +81,10 @@ void writeRepairPackage(const ProjectScan& project, const ProjectAnalysis& analy
     const fs::path logs = package / "logs";
     for (const fs::path& folder : {package, sources, logs}) createDirectories(folder);
     copySources(project, analysis, sources);
-    writeIssues(project, analysis, package / "issues.json");
+    if (writeIssues<IssueSpelling>(project, analysis, package / "issues.json")) {
+        writeIssues<JsonSpelling>(project, analysis, package / "issues-strict.json");
+    }
+    writeScriptCheck(analysis.scriptCheck, package / "script-check.txt");
     writeTextFile(package / "README-AI-REPAIR.md", text::kRepairReadme);
     writeTextFile(logs / "runtime.log", text::kRuntimeLogPlaceholder);
 }

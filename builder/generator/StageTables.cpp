@@ -13,7 +13,7 @@ namespace tindrel {
 namespace {
 
 using StageRow = Row<StageSpelling>;
-using Json = JsonObject<JsonSpelling<StageSpelling>>;
+using Json = JsonObject<JsonSpelling>;
 
 std::vector<StageInstructionDef> inSequence(const StageDef& stage) {
     std::vector<StageInstructionDef> rows = stage.instructions;
@@ -165,9 +165,8 @@ void appendStage(std::string& out, const StageDef& stage) {
         .add("scene", stage.preSceneFile)
         .add("postSceneCount", stage.postSceneAnimations.size())
         .addList("z", stage.zMin, stage.zMax)
-        .addEach(
-            "panels", stage.panels,
-            [&](const std::string& panel) { appendValue<JsonSpelling<StageSpelling>>(out, panel); })
+        .addEach("panels", stage.panels,
+                 [&](const std::string& panel) { appendValue<JsonSpelling>(out, panel); })
         .addEach("layers", stage.layers,
                  [&](const LayerDef& layer) {
                      Json(out)

@@ -29,14 +29,26 @@ char escapeLetter(char c) {
 
 }  // namespace
 
-void appendEscaped(std::string& out, std::string_view text, std::string_view escaped) {
-    for (;;) {
-        const std::size_t plain = text.find_first_of(escaped);
-        out += text.substr(0, plain);
-        if (plain == std::string_view::npos) return;
-        out += '\\';
-        out += escapeLetter(text[plain]);
-        text.remove_prefix(plain + 1);
+void appendEscaped(std::string& out, std::string_view text, const Escapes& escapes) {
+    constexpr std::string_view kHex = "0123456789abcdef";
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        switch (escapes[byte]) {
+            case Escape::kNone:
+                out += c;
+                break;
+            case Escape::kBackslash:
+                out += {'\\', escapeLetter(c)};
+                break;
+            case Escape::kOctal:
+                // Three digits, so that no digit behind them is taken for a fourth.
+                out += {'\\', '0', kHex[byte >> 3U], kHex[byte & 7U]};
+                break;
+            case Escape::kUnicode:
+                out += "\\u00";
+                out += {kHex[byte >> 4U], kHex[byte & 15U]};
+                break;
+        }
     }
 }
 

@@ -3,17 +3,32 @@
 // How values and rows of the generated tables and of their JSON reports are spelled. Everything is
 // appended to a text, and nothing depends on the locale.
 
+#include <array>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace tindrel {
 
-// Appends `text`, each byte of `escaped` in it written with a backslash (tab, line feed and
-// carriage return as letters).
-void appendEscaped(std::string& out, std::string_view text, std::string_view escaped);
+// How each byte of a text is written: as it is, behind a backslash (tab, line feed and carriage
+// return as letters), or as a number in the form of the language.
+enum class Escape : std::uint8_t { kNone, kBackslash, kOctal, kUnicode };
+using Escapes = std::array<Escape, 256>;
+
+// `backslash` lists the bytes behind a backslash; other control bytes are written by `control`,
+// except those of `raw`.
+constexpr Escapes escapes(std::string_view backslash, Escape control, std::string_view raw = {}) {
+    Escapes all{};
+    for (std::size_t c = 0; c < 0x20; ++c) all[c] = control;
+    for (const char c : raw) all[static_cast<unsigned char>(c)] = Escape::kNone;
+    for (const char c : backslash) all[static_cast<unsigned char>(c)] = Escape::kBackslash;
+    return all;
+}
+
+void appendEscaped(std::string& out, std::string_view text, const Escapes& escapes);
 
 // Fixed, at most three decimals and at least one: "1.5f", "2.0f".
 void appendFixedFloat(std::string& out, float value);
@@ -31,19 +46,18 @@ void appendInteger(std::string& out, T value) {
     out.append(digits, end);
 }
 
-// The spellings of the two tables.
+// The spellings of the two tables. Compilers warn of raw control bytes, or drop them.
 struct CharacterSpelling {
-    static constexpr std::string_view kEscaped = "\t\n\r\"\\";
+    static constexpr Escapes kEscapes = escapes("\t\n\r\"\\", Escape::kOctal);
     static void appendFloat(std::string& out, float value) { appendFixedFloat(out, value); }
 };
 struct StageSpelling {
-    static constexpr std::string_view kEscaped = "\n\"\\";
+    static constexpr Escapes kEscapes = escapes("\n\"\\", Escape::kOctal, "\t\r");
     static void appendFloat(std::string& out, float value) { appendShortFloat(out, value); }
 };
-// The JSON report beside a table: its escapes, but floats of its own.
-template <class Table>
+// The JSON reports beside the tables.
 struct JsonSpelling {
-    static constexpr std::string_view kEscaped = Table::kEscaped;
+    static constexpr Escapes kEscapes = escapes("\t\n\r\"\\", Escape::kUnicode);
     static void appendFloat(std::string& out, float value) { appendJsonFloat(out, value); }
 };
 
@@ -64,7 +78,7 @@ void appendValue(std::string& out, const T& value) {
         Spelling::appendFloat(out, value);
     } else {
         out += '"';
-        appendEscaped(out, value, Spelling::kEscaped);
+        appendEscaped(out, value, Spelling::kEscapes);
         out += '"';
     }
 }

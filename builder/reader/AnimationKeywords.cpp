@@ -17,16 +17,10 @@ void addFrame(ModelParser& parser, Args args) {
     parser.frame.sound.clear();
 }
 
-// The tokens of an "@cmd" line become a call: the function and its arguments.
 void addAnimationCommand(ModelParser& parser, Args args) {
     std::string& text = parser.pendingCommand;
     if (!text.empty()) text += '\n';
-    text.append(args[0]).append("(");
-    for (std::size_t i = 1; i < args.size(); ++i) {
-        if (i > 1) text += ',';
-        text += args[i];
-    }
-    text += ");";
+    text += callOf(args);
 }
 
 void setChargeTime(ModelParser& parser, Args args) {
@@ -117,6 +111,17 @@ constexpr ModelKeyword kAnimationKeywords[] = {
 // clang-format on
 
 }  // namespace
+
+std::string callOf(KeywordArgs tokens) {
+    std::string call(tokens[0]);
+    call += '(';
+    for (std::size_t i = 1; i < tokens.size(); ++i) {
+        if (i > 1) call += ',';
+        call += tokens[i];
+    }
+    call += ");";
+    return call;
+}
 
 std::span<const ModelKeyword> animationKeywords() {
     return kAnimationKeywords;

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "reader/AnimationDef.hpp"
@@ -128,21 +129,37 @@ struct ModelDef {
     std::string onFallScript;
 };
 
-// All script paths of a model.
-inline constexpr std::string ModelDef::*kModelScripts[] = {
-    &ModelDef::thinkScript,       &ModelDef::updateScript,
-    &ModelDef::keyScript,         &ModelDef::onMoveXScript,
-    &ModelDef::onMoveZScript,     &ModelDef::onBlockAScript,
-    &ModelDef::onBlockYScript,    &ModelDef::onBlockZScript,
-    &ModelDef::onBlockSScript,    &ModelDef::onBlockWScript,
-    &ModelDef::onBlockOScript,    &ModelDef::onBlockPScript,
-    &ModelDef::didBlockScript,    &ModelDef::onDoAttackScript,
-    &ModelDef::onKillScript,      &ModelDef::onEntityCollisionScript,
-    &ModelDef::onModelCopyScript, &ModelDef::animationScript,
-    &ModelDef::takeDamageScript,  &ModelDef::didHitScript,
-    &ModelDef::onDrawScript,      &ModelDef::onSpawnScript,
-    &ModelDef::onDeathScript,     &ModelDef::onPainScript,
-    &ModelDef::onFallScript,
+// All script paths of a model, with the keyword that sets each.
+struct ModelScript {
+    std::string_view keyword;
+    std::string ModelDef::*path;
+};
+inline constexpr ModelScript kModelScripts[] = {
+    {"thinkscript", &ModelDef::thinkScript},
+    {"updatescript", &ModelDef::updateScript},
+    {"keyscript", &ModelDef::keyScript},
+    {"onmovexscript", &ModelDef::onMoveXScript},
+    {"onmovezscript", &ModelDef::onMoveZScript},
+    {"onblockascript", &ModelDef::onBlockAScript},
+    {"onblockyscript", &ModelDef::onBlockYScript},
+    {"onblockzscript", &ModelDef::onBlockZScript},
+    {"onblocksscript", &ModelDef::onBlockSScript},
+    {"onblockwscript", &ModelDef::onBlockWScript},
+    {"onblockoscript", &ModelDef::onBlockOScript},
+    {"onblockpscript", &ModelDef::onBlockPScript},
+    {"didblockscript", &ModelDef::didBlockScript},
+    {"ondoattack", &ModelDef::onDoAttackScript},
+    {"onkillscript", &ModelDef::onKillScript},
+    {"onentitycollision", &ModelDef::onEntityCollisionScript},
+    {"onmodelcopy", &ModelDef::onModelCopyScript},
+    {"animationscript", &ModelDef::animationScript},
+    {"takedamagescript", &ModelDef::takeDamageScript},
+    {"didhitscript", &ModelDef::didHitScript},
+    {"ondrawscript", &ModelDef::onDrawScript},
+    {"onspawnscript", &ModelDef::onSpawnScript},
+    {"ondeathscript", &ModelDef::onDeathScript},
+    {"onpainscript", &ModelDef::onPainScript},
+    {"onfallscript", &ModelDef::onFallScript},
 };
 
 }  // namespace tindrel

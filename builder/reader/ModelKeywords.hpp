@@ -49,6 +49,9 @@ struct ModelKeyword {
 [[nodiscard]] std::span<const ModelKeyword> animationKeywords();
 [[nodiscard]] std::span<const ModelKeyword> frameKeywords();
 
+// The call that the tokens of an "@cmd" line mean: the function and its arguments.
+[[nodiscard]] std::string callOf(KeywordArgs tokens);
+
 // The action of "attack" with the digits that stand behind it glued on: "attack7".
 void readNumberedAttack(ModelParser& parser, std::string_view digits, KeywordArgs args);
 

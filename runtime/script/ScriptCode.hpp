@@ -143,6 +143,7 @@ struct Function {
     std::vector<Instr> code;
     std::vector<ScriptValue> constants;
     std::vector<std::string> errors;
+    std::vector<std::size_t> errorTokens;  // where each of them breaks off
     std::vector<CallSite> sites;
     std::vector<SwitchTable> switches;
     std::vector<Maybe> maybes;

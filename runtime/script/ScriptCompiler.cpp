@@ -117,6 +117,7 @@ void Compiler::breakOff(const Mark& from, const std::string& message) {
     const auto error = static_cast<std::int32_t>(fn_.errors.size());
     errorBytes_ += message.size();
     fn_.errors.push_back(errorBytes_ <= kMaxText ? message : kTooLarge);
+    fn_.errorTokens.push_back(std::min(pos_, tokens_.size() - 1));
     const std::int32_t thrower = label();
     Instr thrown{Op::Throw};
     thrown.setWide(static_cast<std::size_t>(error));

@@ -12,9 +12,13 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kFull = "script library limit exceeded";
-constexpr std::string_view kFrameFunction = "__tindrel_animation_frame";
-// Exists only as the place that the includes of a command without helper are relative to.
-constexpr std::string_view kFrameFile = "__generated_animation_command.c";
+
+UnansweredNames::Complaints listed(std::vector<std::string> complaints) {
+    if (complaints.empty()) return nullptr;
+    return std::make_shared<const std::vector<std::string>>(std::move(complaints));
+}
+
+}  // namespace
 
 std::string frameText(std::string_view command) {
     std::string text = "\nvoid ";
@@ -25,24 +29,10 @@ std::string frameText(std::string_view command) {
     return text;
 }
 
-UnansweredNames::Complaints listed(std::vector<std::string> complaints) {
-    if (complaints.empty()) return nullptr;
-    return std::make_shared<const std::vector<std::string>>(std::move(complaints));
-}
-
-}  // namespace
-
 // Whether a command on the helper could run that function.
 bool ScriptLibrary::reaches(const Helper& helper, const Function* function) {
     return function != nullptr &&
            (function->name == "main" || helper.called.contains(function->name));
-}
-
-fs::path ScriptLibrary::find(std::string_view raw, const fs::path& relative) {
-    fs::path path = sources_.paths.scriptCasePath(sources_.paths.root() / relative);
-    if (sources_.paths.exists(path)) return path;
-    fs::path unique = sources_.paths.scriptUniqueBasename(raw);
-    return unique.empty() ? path : unique;
 }
 
 Tokens ScriptLibrary::lexed(std::string text) {
@@ -98,7 +88,7 @@ const Script& ScriptLibrary::file(std::string_view raw) {
     const Script* script = nullptr;
     fs::path relative;
     if (relativeScriptPath(raw, relative)) {
-        script = &load(find(raw, relative));
+        script = &load(sources_.paths.locate(raw, relative));
     } else {
         auto& refused = refused_[std::string(raw)] = std::make_unique<Script>();
         refused->error = "unsafe script path";
@@ -191,7 +181,7 @@ const Command& ScriptLibrary::command(std::string_view rawHelper, std::string_vi
         command.script.error = "unsafe animation script path";
         return command;
     }
-    const fs::path path = find(rawHelper, relative);
+    const fs::path path = sources_.paths.locate(rawHelper, relative);
     const Helper& found = helper(path);
     if (!found.script->program) {
         command.script.error = "animation helper not found: " + PathEncoding::utf8(path);

@@ -18,6 +18,14 @@
 
 namespace port::script {
 
+// The function that an animation command is turned into, and its text: the command stands in whole
+// lines behind kFrameHead lines.
+inline constexpr std::string_view kFrameFunction = "__tindrel_animation_frame";
+inline constexpr std::size_t kFrameHead = 2;
+[[nodiscard]] std::string frameText(std::string_view command);
+// Exists only as the place that the includes of a command without helper are relative to.
+inline constexpr std::string_view kFrameFile = "__generated_animation_command.c";
+
 // A script ready to run, or `error` instead of a program.
 struct Script {
     std::string error;
@@ -57,7 +65,6 @@ class ScriptLibrary {
         std::unordered_set<std::string> called;  // lower-cased names of its settled calls
     };
 
-    std::filesystem::path find(std::string_view raw, const std::filesystem::path& relative);
     const Script& load(const std::filesystem::path& path);
     const Helper& helper(const std::filesystem::path& path);
     [[nodiscard]] bool full() const { return kept_ > kMaxLibrary; }

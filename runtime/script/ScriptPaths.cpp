@@ -71,6 +71,13 @@ fs::path ScriptPaths::scriptCasePath(const fs::path& path) {
     return folded(path).path;
 }
 
+fs::path ScriptPaths::locate(std::string_view raw, const fs::path& relative) {
+    fs::path path = scriptCasePath(root_ / relative);
+    if (exists(path)) return path;
+    fs::path unique = scriptUniqueBasename(raw);
+    return unique.empty() ? path : unique;
+}
+
 fs::path ScriptPaths::scriptUniqueBasename(std::string_view wanted) {
     if (!indexed_) indexBasenames();
     std::string text(wanted);

@@ -33,6 +33,10 @@ class ScriptPaths {
                         std::filesystem::path& out);
     // `path` with the case that its components have on the disk; what is missing stays as written.
     [[nodiscard]] std::filesystem::path scriptCasePath(const std::filesystem::path& path);
+    // The file that `relative`, which `raw` came to, means below the root, else the only one of its
+    // base name; the place below the root if there is none.
+    [[nodiscard]] std::filesystem::path locate(std::string_view raw,
+                                               const std::filesystem::path& relative);
     // The only file below the root with the file name of `wanted`, in any case; empty if there is
     // none or more than one.
     [[nodiscard]] std::filesystem::path scriptUniqueBasename(std::string_view wanted);

@@ -153,23 +153,9 @@ class Preprocessor {
         : sources_(sources), state_(state), out_(out) {}
 
     void file(const fs::path& path, std::string_view source, std::vector<char>& active, int depth) {
-        if (depth > kMaxIncludeDepth) {
-            report("preprocessor-depth");
-            return append(source);
-        }
-        const Place place{path, active, depth};
-        while (!source.empty() && !state_.full) {
-            const std::size_t end = source.find('\n');
-            const std::string_view line = source.substr(0, end);
-            source.remove_prefix(end == source.npos ? source.size() : end + 1);
-            consume(line.size() + 1);
-            const std::string_view text = trimmed(line);
-            if (text.starts_with('#')) {
-                directive(place, trimmed(text.substr(1)));
-            } else if (active.back() != 0) {
-                copy(line);
-            }
-        }
+        const LineOrigins::Line includer = enter(path);
+        expand({path, active, depth}, source);
+        origin_ = includer;
     }
 
   private:
@@ -184,7 +170,37 @@ class Preprocessor {
         bool known = false;
         std::string text;
         std::vector<std::string> reports;
+        std::vector<LineOrigins::Line> origins;
     };
+
+    void expand(const Place& place, std::string_view source) {
+        if (place.depth > kMaxIncludeDepth) {
+            report("preprocessor-depth");
+            return append(source);
+        }
+        for (; !source.empty() && !state_.full; ++origin_.line) {
+            const std::size_t end = source.find('\n');
+            const std::string_view line = source.substr(0, end);
+            source.remove_prefix(end == source.npos ? source.size() : end + 1);
+            consume(line.size() + 1);
+            const std::string_view text = trimmed(line);
+            if (text.starts_with('#')) {
+                directive(place, trimmed(text.substr(1)));
+            } else if (place.active.back() != 0) {
+                copy(line);
+            }
+        }
+    }
+
+    // The first line of a file; gives the place that was read before.
+    LineOrigins::Line enter(const fs::path& path) {
+        const LineOrigins::Line before = origin_;
+        if (state_.origins != nullptr) {
+            origin_ = {static_cast<std::uint32_t>(state_.origins->files.size()), 1};
+            state_.origins->files.push_back(path);
+        }
+        return before;
+    }
 
     void directive(const Place& place, std::string_view text) {
         const std::string name = lower(leadingName(text));
@@ -278,11 +294,12 @@ class Preprocessor {
         Remembered& memory = remembered_[PathEncoding::utf8(path) + '\n' + std::to_string(depth) +
                                          '\n' + std::to_string(state_.version)];
         if (memory.known) {
-            append(memory.text);
+            append(memory.text, &memory.origins);
             for (const std::string& line : memory.reports) report(line);
         } else {
             const std::uint64_t version = state_.version;
             const std::size_t from = out_.size();
+            const std::size_t firstLine = state_.origins ? state_.origins->lines.size() : 0;
             const std::size_t reports = state_.unsupported.size();
             std::vector<char> active{1};
             file(path, text, active, depth);
@@ -294,6 +311,11 @@ class Preprocessor {
                 memory.reports.assign(
                     state_.unsupported.begin() + static_cast<std::ptrdiff_t>(reports),
                     state_.unsupported.end());
+                if (state_.origins != nullptr) {
+                    const auto& lines = state_.origins->lines;
+                    memory.origins.assign(lines.begin() + static_cast<std::ptrdiff_t>(firstLine),
+                                          lines.end());
+                }
             }
         }
         append("\n");
@@ -311,11 +333,21 @@ class Preprocessor {
         append("\n");
     }
 
-    void append(std::string_view text) {
+    // `origins` of its lines, where they do not all stand in the line that is being read.
+    void append(std::string_view text, const std::vector<LineOrigins::Line>* origins = nullptr) {
         if (state_.full) return;
         if (text.size() > kMaxExpandedText - state_.produced) return stop();
         state_.produced += text.size();
         out_ += text;
+        if (state_.origins == nullptr) return;
+        std::vector<LineOrigins::Line>& lines = state_.origins->lines;
+        if (origins != nullptr) {
+            lines.insert(lines.end(), origins->begin(), origins->end());
+        } else {
+            lines.insert(lines.end(),
+                         static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')),
+                         origin_);
+        }
     }
 
     void report(std::string complaint) {
@@ -336,6 +368,7 @@ class Preprocessor {
     ScriptSources& sources_;
     PreprocessorState& state_;
     std::string& out_;
+    LineOrigins::Line origin_;  // of what is being read
     std::unordered_map<std::string, Remembered> remembered_;
 };
 

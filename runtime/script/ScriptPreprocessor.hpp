@@ -52,6 +52,16 @@ class ScriptSources {
     std::unordered_map<std::string, Source> sourceCache_;
 };
 
+// Where each line of an expanded text stood.
+struct LineOrigins {
+    struct Line {
+        std::uint32_t file = 0;  // among `files`
+        std::uint32_t line = 0;  // from 1
+    };
+    std::vector<std::filesystem::path> files;  // in the order of reading; one may come again
+    std::vector<Line> lines;
+};
+
 // What spans all files of a run.
 struct PreprocessorState {
     Macros macros;
@@ -63,6 +73,7 @@ struct PreprocessorState {
     std::size_t produced = 0;              // bytes of expanded text
     std::size_t consumed = 0;              // bytes of source, whatever came of them
     bool full = false;                     // a limit was reached: nothing more is added
+    LineOrigins* origins = nullptr;        // filled along with the text, if anybody asks
 };
 
 // The expanded text of `source`, which stands in `file`. Refuses nothing: complaints go to

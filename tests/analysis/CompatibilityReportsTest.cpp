@@ -95,6 +95,13 @@ TEST(CompatibilityReports, CommandsIssuesAndAudit) {
               "    \"lost\": {\"count\": 7, \"status\": \"UNKNOWN\", \"statusCounts\": {}}\n"
               "  }\n"
               "}\n");
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "analysis-strict.json"));
+
+    analysis.commandCounts.emplace("\x1A", 1);
+    writeReports(project, analysis, folder.path());
+    EXPECT_NE(folder.read("analysis.json").find("\"\x1A\": {\"count\": 1"), std::string::npos);
+    EXPECT_NE(folder.read("analysis-strict.json").find("\"\\u001a\": {\"count\": 1"),
+              std::string::npos);
 }
 
 TEST(CompatibilityReports, FolderThatCannotBeMade) {

@@ -62,8 +62,8 @@ TEST_F(HtmlReportTest, ObstaclesBySeverityThenByUse) {
     }
     EXPECT_TRUE(std::is_sorted(places.begin(), places.end()));
     EXPECT_NE(places.back(), std::string::npos);
-    EXPECT_NE(commands.find("Perhaps <code>credits</code> was meant."), std::string::npos);
-    EXPECT_EQ(count(commands, "Perhaps"), 1U);
+    EXPECT_NE(commands.find("Did you mean <code>credits</code>?"), std::string::npos);
+    EXPECT_EQ(count(commands, "Did you mean"), 1U);
     EXPECT_NE(commands.find("a.cfg</code></a><span class=\"at\">lines 2, 3, 4</span>"),
               std::string::npos);
     EXPECT_EQ(count(commands, "Projectile reflection opt-out"), 1U);
@@ -116,7 +116,9 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
           "name Hero\ndiesound data/sounds/die.wav\nanim idle\nsound data/sounds/hit\n"
           "frame data/chars/HERE.gif\nframe data/chars/gone.gif\nframe data\\chars\\gone.gif\n"
           "frame data/chars/other.png\nframe data/chars/two.png\nframe none\n"
-          "thinkscript data/scripts/moved.c\nonspawnscript data/scripts/lost.c\n"
+          "dust data/nodust hero\nhitflash Spark\nframe none\nanimationscript first.c\n@cmd f\n"
+          "animationscript Data\\Scripts\\LOST.c\n@cmd f\nthinkscript "
+          "data/scripts/moved.c\nonspawnscript data/scripts/lost.c\n"
           "didhitscript data/scripts/twice.c\nonfallscript ../moved.c\n");
     for (const char* script : {"elsewhere/Moved.c", "a/twice.c", "b/twice.c"}) write(script, "");
     write("chars/here.gif", "");
@@ -132,15 +134,18 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
     const std::string missing = section(page(), "missing");
     const std::vector<std::string> expected = {
         "<code>data/chars/lost.txt</code><span class=\"at\"><a "
-        "href=\"../assets/openbor-data/models.txt\">data/models.txt</a>:2<",
+        "href=\"../assets/openbor-data/models.txt\"><code>data/models.txt</code></a>:2<",
         "<code>Nobody</code><span class=\"at\"><a "
-        "href=\"../assets/openbor-data/levels/one.txt\">data/levels/one.txt</a>:8<",
+        "href=\"../assets/openbor-data/levels/one.txt\"><code>data/levels/one.txt</code></a>:8<",
+        "nodust</code>",
+        "<code>Spark</code>",
         "none.txt</code>",
+        "LOST.c</code>",
         "scripts/twice.c</code>",
-        "scripts/lost.c</code>",
         "../moved.c</code>",
         "scripts/start.c</code>",
         "scripts/enter.c</code>",
+        "<code>first.c</code>",
         "gone.gif</code>",
         "two.png</code>",
         "die.wav</code>",
@@ -156,7 +161,10 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
     for (const char* piece : {"HERE", "scripts/moved", "other.png", "hit.", ">lost<", ">hero<"}) {
         EXPECT_EQ(missing.find(piece), std::string::npos) << piece;
     }
-    EXPECT_NE(missing.find("hero.txt</a>:6<"), std::string::npos);
+    EXPECT_NE(missing.find("hero.txt</code></a>:6<"), std::string::npos);
+    // Spelled in two ways, and counted once.
+    EXPECT_EQ(count(missing, "gone.gif</code>") + count(missing, "<h3>Pictures <small>2<"), 2U);
+    EXPECT_EQ(count(missing, "<h3>Scripts <small>6<"), 1U);
 }
 
 TEST_F(HtmlReportTest, ScriptsAndAnimationCommandsHaveTheirSections) {
@@ -174,6 +182,33 @@ TEST_F(HtmlReportTest, ScriptsAndAnimationCommandsHaveTheirSections) {
               std::string::npos);
     EXPECT_NE(calls.find("<code>setglobalvar &quot;&lt;x&gt;&quot; 1</code>"), std::string::npos);
     EXPECT_LT(calls.find("no following animation frame"), calls.find("verified ScriptVM call"));
+}
+
+TEST_F(HtmlReportTest, ConsequencesStandInSentencesWithTheirPlaces) {
+    write("a.txt",
+          "animationscript odd.c\nanim idle\n@cmd f 1\nframe a\n@cmd f 2\nframe a\n"
+          "animationscript noted.c\n@cmd g 1\nframe a\nanimationscript gone.c\n@cmd h\nframe a\n");
+    write("odd.c", "void f(int a){\n  odd(a);\n}\n");
+    write("noted.c", "// was noted()\nvoid g(int a){ setglobalvarr(a); }\n/* noted() */\n");
+    const std::string html = page();
+    const std::string costs = section(html, "consequences");
+    EXPECT_NE(costs.find("One call, <code>odd</code>, holds back 2 animation commands."),
+              std::string::npos);
+    EXPECT_NE(costs.find("odd.c</code></a></span><span class=\"at\">line 2</span>"),
+              std::string::npos);
+    EXPECT_NE(costs.find("2 calls, <code>noted</code> and <code>setglobalvarr</code>, hold back 1 "
+                         "animation command."),
+              std::string::npos);
+    EXPECT_NE(costs.find("Only comments and texts call <code>noted</code>."), std::string::npos);
+    EXPECT_NE(
+        costs.find(
+            "One helper that is not there, <code>gone.c</code>, holds back 1 animation command."),
+        std::string::npos);
+    const std::string scripts = section(html, "scripts");
+    EXPECT_LT(scripts.find(">setglobalvarr<"), scripts.find("Only in comments and texts"));
+    EXPECT_GT(scripts.find(">noted<"), scripts.find("Only in comments and texts"));
+    EXPECT_NE(scripts.find("Did you mean <code>setglobalvar</code>?"), std::string::npos);
+    EXPECT_NE(scripts.find("line 3, in a comment or text"), std::string::npos);
 }
 
 TEST_F(HtmlReportTest, ListsAreBoundedAndSayWhatTheyLeaveOut) {

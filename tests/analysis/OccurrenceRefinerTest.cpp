@@ -82,10 +82,10 @@ constexpr Example kExamples[] = {
     {"counter 3", "weapnum two"},
     {"typeshot 1", "typeshot 2"},
     {"dust plain none plain", "dust nobody"},
-    {"com d ~f -> a + +[3] j*,k[10][20] freespecial", "com d+f a freespecial"},
+    {"com d ~f -> a + +[3] j*,k[10][20] + d freespecial", "com d+f a freespecial"},
     {"cancel 0 2 1 F D jump", "cancel 0 2 x F jump"},
     {"stage|rock 3", "stage|rock 4"},
-    {"stage|water bgs/water 15", "stage|water bgs/water 16"},
+    {"stage|water pal 15", "stage|water pal 16"},
     {"stage|light -100 60", "stage|light 10"},
     {"stage|shadowalpha 6", "stage|shadowalpha 7"},
     {"stage|shadowcolor -1", "stage|shadowcolor 2"},
@@ -93,9 +93,9 @@ constexpr Example kExamples[] = {
     {"stage|notime 1", "stage|notime 0"},
     {"stage|cameraoffset 0 -10", "stage|cameraoffset 5"},
     {"stage|cameratype 1", "stage|cameratype 2"},
-    {"stage|bglayer a.gif 0.5 0.5 0 0 0 0 2 1 0 6 0 0 0 0 1.5",
-     "stage|bglayer a 1 1 0 0 0 0 0 0 0 0 1"},
-    {"stage|fglayer a.gif 5 1.5 1 0 0 0 0 1 1 0 2", "stage|fglayer a 5 1 1 0 0 0 0 0 0 0 7"},
+    {"stage|bglayer data/PAL.gif 0.5 0.5 0 0 0 0 2 1 0 6 0 0 0 0 1.5",
+     "stage|bglayer pal 1 1 0 0 0 0 0 0 0 0 1"},
+    {"stage|fglayer pal 5 1.5 1 0 0 0 0 1 1 0 2", "stage|fglayer pal 5 1 1 0 0 0 0 0 0 0 7"},
     {"stage|frontpanel pal", "stage|frontpanel gone"},
     {"stage|wall 1 2 3 4 5 6 7 8", "stage|wall 1 2 3 4"},
     {"stage|blockade 500", "stage|blockade here"},
@@ -116,14 +116,14 @@ TEST(OccurrenceRefiner, EveryRuleRaisesWhatItsTextSaysAndNothingElse) {
     folder.write("data/pal.gif", "GIF89a");
     folder.write("data/8bit.png", std::string("\x89PNG") + std::string(21, '\0') + "\x03");
     folder.write("data/true.png", std::string("\x89PNG") + std::string(21, '\0') + "\x06");
-    folder.write("data/scene.txt", "music a.bor\nanimation a.gif 0 0 1 0\nsilence\n");
-    folder.write("data/odd.txt", "animation a.gif 0 0 1 0\nskipto 2\n");
+    folder.write("data/scene.txt", "music a.bor\nanimation pal.gif 0 0 1 0\nsilence\n");
+    folder.write("data/odd.txt", "animation pal.gif 0 0 1 0\nskipto 2\n");
     folder.write("data/ok.c", "void main(){ setlocalvar(1, 2); }");
     folder.write("data/bad.c", "void main(){ odd(); }");
     const ProjectScan project = scanProject(folder.path());
     GameReader game(project.dataDir, project.root);
     ScriptScanner scanner(game, project);
-    OccurrenceRefiner refiner(game, scanner);
+    OccurrenceRefiner refiner(project, game, scanner);
 
     const auto refine = [&](std::string text) {
         std::string file = "hero";
@@ -152,6 +152,67 @@ TEST(OccurrenceRefiner, EveryRuleRaisesWhatItsTextSaysAndNothingElse) {
         const CommandRule before = lookupCommand(word.substr(0, word.find_first_of(" \n")));
         EXPECT_EQ(kept.impact, before.impact) << kExamples[i].kept;
         EXPECT_EQ(kept.status, before.status) << kExamples[i].kept;
+    }
+}
+
+// Single lines of a small game.
+class OccurrenceRefinerLines : public testing::Test {
+  protected:
+    void write(const std::string& file, std::string_view text) {
+        folder_.write("data/" + file, text);
+    }
+    void start() {
+        write("any.txt", "");
+        project_ = scanProject(folder_.path());
+        game_.emplace(project_.dataDir, project_.root);
+        scanner_.emplace(*game_, project_);
+        refiner_.emplace(project_, *game_, *scanner_);
+    }
+    bool isRaised(const std::string& text, const std::string& file = "x.txt") {
+        const TextFile lines(text);
+        const TextLine& line = lines.lines().front();
+        CommandRule rule = lookupCommand(line.key);
+        refiner_->refineOccurrence(rule, OccurrenceRefiner::rulesOf(line.key), line,
+                                   project_.dataDir / file);
+        return rule.status == CompatStatus::kSupported;
+    }
+
+    test::TempFolder folder_;
+    ProjectScan project_;
+    std::optional<GameReader> game_;
+    std::optional<ScriptScanner> scanner_;
+    std::optional<OccurrenceRefiner> refiner_;
+};
+
+// What rests on a file that is absent, or stands where nothing reads it, does nothing.
+TEST_F(OccurrenceRefinerLines, NamesThatLeadNowhereAreNotRaised) {
+    write("levels.txt", "set A\nfile stage.txt\n");
+    write("models.txt", "load A a.txt\n");
+    write("a.txt", "anim idle\nframe a\n");
+    write("stage.txt", "");
+    write("gone.txt", "animation gone.gif 0 0 1 0\n");
+    start();
+    for (const char* line : {"water gone 3", "bglayer gone 1 1", "fglayer gone 5 1 1"}) {
+        EXPECT_FALSE(isRaised(line, "stage.txt")) << line;
+    }
+    EXPECT_FALSE(isRaised("scene gone.txt", "levels.txt"));
+    EXPECT_FALSE(isRaised("nocost 1", "a.txt"));
+    EXPECT_TRUE(isRaised("nocost 1", "models.txt"));
+}
+
+// A command whose steps cannot all match never fires.
+TEST_F(OccurrenceRefinerLines, CommandsThatCannotFireAreNotRaised) {
+    start();
+    for (const std::string keys :
+         {"a[10]", "d[20] u a", "d[20] -> a", "d[20],a", "a[10][5]", "~a[10][5]", "u d[3]",
+          "d[9] + ~a[1][4]", "a[]", "a[1][2][3]", "+[2]", ":[4]", "|[2] a", "a+j"}) {
+        EXPECT_FALSE(isRaised("com " + keys + " special2")) << keys;
+        EXPECT_FALSE(isRaised("cancel 0 2 1 " + keys + " special2")) << keys;
+    }
+    for (const std::string keys : {"~a[10]", "a*[10][5]", "d[20] + a", "d[20] +[3] f + a",
+                                   "d[5][20] + ~a", "~a[5][5]", "d f :[10] a"}) {
+        EXPECT_TRUE(isRaised("com " + keys + " special2")) << keys;
+        EXPECT_TRUE(isRaised("cancel 0 2 1 " + keys + " special2")) << keys;
     }
 }
 

@@ -19,13 +19,13 @@ class ScriptScanTest : public testing::Test {
     void write(const std::string& file, const std::string& text) {
         folder_.write("data/" + file, text);
     }
-    void start() {
+    void start(std::uint64_t walkSteps = kWalkSteps) {
         project_ = scanProject(folder_.path());
         game_.emplace(project_.dataDir, project_.root);
-        scanner_.emplace(*game_, project_);
+        scanner_.emplace(*game_, project_, walkSteps);
     }
     Names scan(const std::string& file) {
-        return scanner_->scanScriptSource(project_.dataDir / file);
+        return scanner_->scanScriptSource(project_.dataDir / file).names;
     }
 
     test::TempFolder folder_;
@@ -51,11 +51,22 @@ TEST_F(ScriptScanTest, ReportsCallsThatNothingServes) {
     start();
     EXPECT_EQ(scan("a.c"), (Names{"odd", "other", "gone", "deeper"}));
     EXPECT_EQ(scan("lib.h"), (Names{"deeper"}));
-    EXPECT_EQ(scanner_->scanScriptSource(project_.dataDir / "x.txt", "fromlib(); a();"),
-              (Names{"fromlib", "a"}));
-    EXPECT_EQ(scanner_->scanScriptSource(project_.dataDir / "x.txt",
-                                         "#import \"LIB.H\"\nfromlib(); a();"),
-              (Names{"a", "deeper"}));
+    const auto inlined = [&](const char* text) {
+        return scanner_->scanScriptSource(project_.dataDir / "x.txt", text).names;
+    };
+    EXPECT_EQ(inlined("fromlib(); a();"), (Names{"fromlib", "a"}));
+    EXPECT_EQ(inlined("#import \"LIB.H\"\nfromlib(); a();"), (Names{"a", "deeper"}));
+}
+
+TEST_F(ScriptScanTest, TellsWhatOnlyCommentsAndTextsCall) {
+    write("a.c",
+          "#include \"b.c\"\n// one() two()\n/* three( */ log(\"four (\\\"five(1)\"); '\"' six();");
+    write("b.c", "two(); // own()\nvoid own(){}");
+    start();
+    const ScriptReport report = scanner_->scanScriptSource(project_.dataDir / "a.c");
+    EXPECT_EQ(report.names, (Names{"one", "two", "three", "four", "five", "six"}));
+    EXPECT_EQ(report.mentioned, (Names{"one", "three", "four", "five"}));
+    EXPECT_EQ(scanner_->scanScriptSource(project_.dataDir / "b.c").mentioned, Names{});
 }
 
 TEST_F(ScriptScanTest, FindsIncludesAsThePortDoes) {
@@ -106,13 +117,34 @@ TEST_F(ScriptScanTest, CountsParametersOfTheFirstDefinition) {
     write("a.c", "#include \"b.h\"\nvoid none( void ){}\nint Two(int a, float b){}\nvoid no(){}");
     write("b.h", "void far(int x){}\nvoid two(){}");
     start();
-    const auto count = [&](const char* name) {
-        return scanner_->parameterCount(project_.dataDir / "a.c", name);
-    };
-    EXPECT_EQ(count("none"), 0U);
-    EXPECT_EQ(count("two"), 2U);
-    EXPECT_EQ(count("far"), 1U);
-    EXPECT_EQ(count("absent"), std::nullopt);
+    const auto* const counts = scanner_->parameterCounts(project_.dataDir / "a.c");
+    ASSERT_NE(counts, nullptr);
+    EXPECT_EQ(*counts,
+              (ScriptScanner::ParameterCounts{{"none", 0}, {"two", 2}, {"no", 0}, {"far", 1}}));
+}
+
+// Seven files share 140 steps, 20 each: five that include one another need more.
+TEST_F(ScriptScanTest, AFileBeyondItsShareSaysSoAndTakesNothingFromOthers) {
+    const std::string all = [] {
+        std::string text;
+        for (const char* name : {"a", "b", "c", "d", "e"}) {
+            text += std::string("#include \"") + name + ".h\"\n";
+        }
+        return text;
+    }();
+    for (const char* name : {"a", "b", "c", "d", "e"}) {
+        write(std::string(name) + ".h", all + "odd(); more();");
+    }
+    write("plain1.c", "two(); one();\nvoid f(int a){}");
+    write("plain2.c", "#include \"plain1.c\"\nlast();");
+    for (const char* first : {"a.h", "plain2.c"}) {
+        start(140);
+        static_cast<void>(scan(first));
+        EXPECT_EQ(scan("plain2.c"), (Names{"last", "two", "one"})) << "after " << first;
+        EXPECT_EQ(scan("a.h"), (Names{"include-depth-limit", "include-walk-limit", "odd", "more"}));
+        EXPECT_EQ(scanner_->parameterCounts(project_.dataDir / "a.h"), nullptr);
+        EXPECT_NE(scanner_->parameterCounts(project_.dataDir / "plain1.c"), nullptr);
+    }
 }
 
 // A graph in which a walk without memory would take longer than anybody waits.

@@ -26,7 +26,7 @@ class DispatchTest : public testing::Test {
         out_.str("");
         err_.str("");
         for (std::string& argument : arguments) {
-            if (argument[0] == '/') argument = path(argument);
+            if (argument.starts_with('/')) argument = path(argument);
         }
         arguments.insert(arguments.begin(), "tindrel-builder");
         return runBuilder(arguments, {out_, err_}, [] { return std::nullopt; });
@@ -81,6 +81,19 @@ TEST_F(DispatchTest, ReportsAnInputThatCannotBeUsed) {
     EXPECT_EQ(err_.str(),
               "Erro preparando entrada: Formato de entrada nao suportado. Use pasta, .zip, .rar ou "
               ".pak.\n");
+}
+
+TEST_F(DispatchTest, AnEmptyOutputIsNotTheWorkingDirectory) {
+    const fs::path before = fs::current_path();
+    fs::create_directories(path("/cwd"));
+    fs::current_path(path("/cwd"));
+    for (const char* command : {"convert", "build", "analyze", "repair"}) {
+        EXPECT_EQ(run({command, "/game", ""}), 5) << command;
+        EXPECT_EQ(err_.str(), "Erro: a pasta de saida esta vazia.\n");
+        EXPECT_EQ(out_.str(), "");
+    }
+    fs::current_path(before);
+    EXPECT_TRUE(fs::is_empty(path("/cwd")));
 }
 
 TEST_F(DispatchTest, ScanSumsUpAndEnds) {

@@ -50,6 +50,10 @@ TEST_F(RepairPackage, ListsIssuesAndCopiesTheirFilesOnce) {
                   R"(    {"level":"UNSUPPORTED","file":"data/gone.txt","line":7,)"
                   R"("command":"word","message":""})"
                   "\n  ]\n}\n");
+    // The carriage return stands raw there, and escaped in the strict form.
+    const std::string strict = out_.read("AI-Repair/issues-strict.json");
+    EXPECT_NE(strict.find("says \\\"no\\\"\\t\\\\\\n\\r\"}"), std::string::npos) << strict;
+    EXPECT_EQ(strict.find('\r'), std::string::npos);
     EXPECT_EQ(out_.read("AI-Repair/original-sources/data/a.txt"), "a");
     EXPECT_EQ(out_.read("AI-Repair/original-sources/data/chars/b.txt"), "b");
     EXPECT_FALSE(fs::exists(out_.path() / "AI-Repair/original-sources/data/c.txt"));
@@ -62,6 +66,7 @@ TEST_F(RepairPackage, WithoutIssues) {
     writeRepairPackage(project_, analysis_, out_.path());
     EXPECT_EQ(out_.read("AI-Repair/issues.json"),
               "{\n  \"source\": \"" + game_.path().string() + "\",\n  \"issues\": [\n  ]\n}\n");
+    EXPECT_FALSE(fs::exists(out_.path() / "AI-Repair/issues-strict.json"));
     EXPECT_TRUE(fs::is_empty(out_.path() / "AI-Repair/original-sources"));
 }
 

@@ -40,8 +40,9 @@ class Fill {
     int number_ = 0;
 };
 
-constexpr std::string_view kCharacterEscapes = "\t\r\n\"\\? \xC3\xA9";
-constexpr std::string_view kStageEscapes = "\t\n\"\\? \xC3\xA9";
+// A digit follows the last byte.
+constexpr std::string_view kCharacterEscapes = "\t\r\n\"\\? \xC3\xA9\x1B";
+constexpr std::string_view kStageEscapes = "\t\n\"\\? \xC3\xA9\x1B";
 
 ModelDef model(int record) {
     Fill fill(record, kCharacterEscapes);

@@ -42,6 +42,21 @@ TEST(TableText, FloatsHaveTheFormOfTheirTable) {
     }
 }
 
+TEST(TableText, ControlBytesAreWrittenAsNumbers) {
+    const auto spelled = [](const Escapes& escapes) {
+        std::string out;
+        appendEscaped(out,
+                      std::string_view("\0\1\t\n\r\x1F"
+                                       "7\x7F\"",
+                                       9),
+                      escapes);
+        return out;
+    };
+    EXPECT_EQ(spelled(CharacterSpelling::kEscapes), "\\000\\001\\t\\n\\r\\0377\x7F\\\"");
+    EXPECT_EQ(spelled(StageSpelling::kEscapes), "\\000\\001\t\\n\r\\0377\x7F\\\"");
+    EXPECT_EQ(spelled(JsonSpelling::kEscapes), "\\u0000\\u0001\\t\\n\\r\\u001f7\x7F\\\"");
+}
+
 // The lines of `text` that begin with `start`, with their line ends.
 std::string linesWith(const std::string& text, std::string_view start) {
     std::string found;

@@ -328,8 +328,9 @@ TEST(ModelReader, ScriptPathsStayAsWritten) {
     };
     ASSERT_EQ(keywords.size(), std::size(kModelScripts));
     for (std::size_t i = 0; i < keywords.size(); ++i) {
+        EXPECT_EQ(keywords[i].front(), kModelScripts[i].keyword);
         for (const std::string& keyword : keywords[i]) {
-            EXPECT_EQ(parse(keyword + " data/U.c").*kModelScripts[i], "data/U.c") << keyword;
+            EXPECT_EQ(parse(keyword + " data/U.c").*kModelScripts[i].path, "data/U.c") << keyword;
         }
     }
 }

@@ -1,0 +1,304 @@
+#include "analysis/BrokenScripts.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <tuple>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "PathEncoding.hpp"
+#include "ScriptCheck.hpp"
+#include "analysis/ProjectAnalysis.hpp"
+#include "reader/ModelKeywords.hpp"
+#include "reader/Tokens.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+namespace {
+
+// About ten seconds; the scripts of large games take one of them.
+constexpr std::size_t kMaxWork = std::size_t{1} << 30U;
+
+// Nobody mends more before asking again.
+constexpr std::size_t kMaxBroken = 2000;
+
+// Scripts that the runtime runs by their names.
+constexpr std::string_view kNamedScripts[] = {
+    "scripts/update.c", "scripts/updated.c", "scripts/key1.c",    "scripts/key2.c",
+    "scripts/key3.c",   "scripts/key4.c",    "scripts/keyall.c",  "scripts/join2.c",
+    "scripts/join3.c",  "scripts/join4.c",   "scripts/joinall.c",
+};
+
+constexpr std::string_view kNoMain = "requested function/main() not found";
+constexpr std::string_view kLeftOpen = "a comment, a text or a bracket is left open";
+
+// The text of a frame's command, as the runtime puts it together.
+std::string composed(const AnimationDef& animation, const FrameDef& frame) {
+    std::string text = animation.inlineScript;
+    if (!frame.animationCommand.empty()) text.append(1, '\n').append(frame.animationCommand);
+    return text;
+}
+
+std::string lineOf(std::string_view text, std::size_t line) {
+    for (; line > 1; --line) {
+        const std::size_t end = text.find('\n');
+        if (end == std::string_view::npos) return {};
+        text.remove_prefix(end + 1);
+    }
+    return std::string(text.substr(0, text.find('\n')));
+}
+
+class Checkup {
+  public:
+    Checkup(GameReader& game, const std::deque<AnimationCommandAudit>& commands)
+        : game_(game), check_(game.dataDir()) {
+        for (const AnimationCommandAudit& audit : commands) {
+            commandLines_[PathEncoding::utf8(audit.file->relative)].push_back(&audit);
+        }
+    }
+
+    ScriptCheckup run() {
+        collectHooks();
+        for (const ModelDef& model : game_.models()) {
+            units_[model.animationScript].models.push_back(&model);
+        }
+        for (const auto& [path, unit] : units_) checkUnit(path, unit);
+        for (auto& [place, broken] : broken_) result_.broken.push_back(std::move(broken));
+        locateCallers();
+        return std::move(result_);
+    }
+
+  private:
+    // What runs one script.
+    struct Unit {
+        std::vector<ScriptCaller> hooks;
+        std::vector<const ModelDef*> models;  // whose animations it helps
+    };
+    using Place = std::tuple<std::string, std::uint64_t, std::string, std::string, std::string>;
+    using CommandLines = std::map<std::string, std::vector<ScriptCaller>>;
+    using NameSet = std::unordered_set<std::string_view>;
+
+    void addHook(std::string_view path, std::string_view keyword, std::string_view file) {
+        if (!path.empty()) units_[std::string(path)].hooks.push_back({keyword, std::string(file)});
+    }
+
+    void collectHooks() {
+        for (const ModelDef& model : game_.models()) {
+            for (const ModelScript& script : kModelScripts) {
+                // A helper runs with the commands of frames, see units_.
+                if (script.path == &ModelDef::animationScript) continue;
+                addHook(model.*script.path, script.keyword, model.sourceFile);
+            }
+        }
+        for (const StageDef& stage : game_.stages()) {
+            addHook(stage.levelScript, "levelscript", stage.sourceFile);
+            for (const SpawnDef& spawn : stage.spawns) {
+                addHook(spawn.spawnScript, "spawnscript", stage.sourceFile);
+            }
+        }
+        for (const std::string_view name : kNamedScripts) {
+            const fs::path& file = game_.resolve(name);
+            if (file.empty() || !game_.isFile(file)) continue;
+            addHook(name, name, game_.relativeToProject(file));
+        }
+    }
+
+    void checkUnit(const std::string& path, const Unit& unit) {
+        if (check_.work() > kMaxWork) {
+            ++result_.unchecked;
+            return;
+        }
+        const port::script::CheckedScript& script = check_.file(path);
+        const CommandLines lines = linesOf(unit);
+        if (!path.empty() && script.error.empty()) {
+            ++result_.scripts;
+            for (const fs::path& file : script.files) result_.files.insert(relative(file));
+            judgeWhole(script, unit, lines);
+        }
+        for (const port::script::CheckedFunction& function : script.functions) {
+            if (function.breaks.empty() || isFull()) continue;
+            const NameSet leading = leadingTo(script, function.name);
+            for (const port::script::ScriptBreak& found : function.breaks) {
+                BrokenScript& broken = entry(relative(found.file), found.line, function.name,
+                                             found.token, found.error);
+                if (leading.contains("main")) {
+                    for (const ScriptCaller& hook : unit.hooks) add(broken, hook, broken.hooks);
+                }
+                // The "main" of a helper runs ahead of each command.
+                for (const auto& [called, callers] : lines) {
+                    if (!leading.contains("main") && !leading.contains(called)) continue;
+                    for (const ScriptCaller& line : callers) add(broken, line, broken.commands);
+                }
+            }
+        }
+        for (const ModelDef* const model : unit.models) checkCommands(*model);
+    }
+
+    // What is wrong with a script rather than with a place in it. A bracket left open shows at the
+    // place that breaks off for it, if there is one.
+    void judgeWhole(const port::script::CheckedScript& script, const Unit& unit,
+                    const CommandLines& lines) {
+        const std::string file = relative(script.files.front());
+        const bool showsElsewhere =
+            std::any_of(script.functions.begin(), script.functions.end(),
+                        [](const auto& function) { return !function.breaks.empty(); });
+        if (!script.closed && !showsElsewhere) {
+            BrokenScript& broken = entry(file, 0, {}, {}, kLeftOpen);
+            for (const ScriptCaller& hook : unit.hooks) add(broken, hook, broken.hooks);
+            for (const auto& [called, callers] : lines) {
+                for (const ScriptCaller& line : callers) add(broken, line, broken.commands);
+            }
+        }
+        if (!unit.hooks.empty() && script.find("main") == nullptr) {
+            BrokenScript& broken = entry(file, 0, {}, {}, kNoMain);
+            for (const ScriptCaller& hook : unit.hooks) add(broken, hook, broken.hooks);
+        }
+    }
+
+    // The functions from which a run may come to `name`, itself included.
+    static NameSet leadingTo(const port::script::CheckedScript& script, std::string_view name) {
+        std::unordered_map<std::string_view, std::vector<std::string_view>> callers;
+        for (const port::script::CheckedFunction& function : script.functions) {
+            for (const std::string& called : function.calls) {
+                callers[called].push_back(function.name);
+            }
+        }
+        NameSet leading{name};
+        for (std::vector<std::string_view> open{name}; !open.empty();) {
+            const std::string_view next = open.back();
+            open.pop_back();
+            for (const std::string_view caller : callers[next]) {
+                if (leading.insert(caller).second) open.push_back(caller);
+            }
+        }
+        return leading;
+    }
+
+    // The "@cmd" lines that a script helps, by the function that they call.
+    CommandLines linesOf(const Unit& unit) const {
+        CommandLines lines;
+        for (const ModelDef* const model : unit.models) {
+            const auto audits = commandLines_.find(model->sourceFile);
+            if (audits == commandLines_.end()) continue;
+            for (const AnimationCommandAudit* const audit : audits->second) {
+                const std::size_t end = audit->command.find(' ');
+                lines[toLower(std::string_view(audit->command).substr(0, end))].push_back(
+                    {"@cmd", model->sourceFile, audit->line});
+            }
+        }
+        return lines;
+    }
+
+    // The frames' own texts behind the script that was checked last.
+    void checkCommands(const ModelDef& model) {
+        std::unordered_map<std::string, std::vector<OwnLine>> ownLines;
+        for (const AnimationDef& animation : model.animations) {
+            std::unordered_set<std::string_view> known;
+            for (const FrameDef& frame : animation.frames) {
+                if (animation.inlineScript.empty() && frame.animationCommand.empty()) continue;
+                if (!known.insert(frame.animationCommand).second) continue;
+                if (check_.work() > kMaxWork) {
+                    ++result_.unchecked;
+                    continue;
+                }
+                ++result_.commands;
+                const std::string text = composed(animation, frame);
+                for (const port::script::ScriptBreak& found : check_.command(text).breaks) {
+                    if (!found.file.empty() || isFull()) continue;
+                    if (ownLines.empty()) ownLines = readOwnLines(model);
+                    addOwnBreak(model, ownLines[lineOf(text, found.line)], found);
+                }
+            }
+        }
+    }
+
+    // The lines of the model's file that a line of a command's text may come from: a block of an
+    // "@script" stands under the line that opens it.
+    struct OwnLine {
+        std::string_view keyword;
+        std::uint64_t line;
+    };
+    std::unordered_map<std::string, std::vector<OwnLine>> readOwnLines(const ModelDef& model) {
+        std::unordered_map<std::string, std::vector<OwnLine>> own;
+        const fs::path path = game_.projectRoot() / PathEncoding::path(model.sourceFile);
+        for (const TextLine& line : game_.lines(path)) {
+            if (line.key == "@cmd" && !line.args.empty()) {
+                own[callOf(line.args)].push_back({"@cmd", line.line});
+            }
+            for (std::string_view rest = line.text(); !rest.empty();) {
+                const std::size_t end = std::min(rest.find('\n'), rest.size());
+                own[std::string(rest.substr(0, end))].push_back({"@script", line.line});
+                rest.remove_prefix(std::min(end + 1, rest.size()));
+            }
+        }
+        game_.release(path);
+        return own;
+    }
+
+    void addOwnBreak(const ModelDef& model, const std::vector<OwnLine>& lines,
+                     const port::script::ScriptBreak& found) {
+        for (const OwnLine& line : lines) {
+            BrokenScript& broken = entry(model.sourceFile, line.line, {}, found.token, found.error);
+            if (!broken.callers.empty()) continue;
+            add(broken, {line.keyword, model.sourceFile, line.line}, broken.commands);
+        }
+    }
+
+    [[nodiscard]] bool isFull() {
+        result_.cutShort = result_.cutShort || broken_.size() >= kMaxBroken;
+        return broken_.size() >= kMaxBroken;
+    }
+
+    BrokenScript& entry(const std::string& file, std::uint64_t line, std::string_view function,
+                        std::string_view token, std::string_view error) {
+        BrokenScript made{
+            file, line, std::string(function), std::string(token), std::string(error), {}, 0, 0};
+        const Place place{made.file, line, made.function, made.token, made.error};
+        return broken_.try_emplace(place, std::move(made)).first->second;
+    }
+
+    static void add(BrokenScript& broken, const ScriptCaller& caller, std::uint64_t& total) {
+        ++total;
+        if (broken.callers.size() < kMaxCallers) broken.callers.push_back(caller);
+    }
+
+    // Finds the lines of hooks, in the few files that have any to show.
+    void locateCallers() {
+        std::map<std::string_view, std::vector<ScriptCaller*>> byFile;
+        for (BrokenScript& broken : result_.broken) {
+            for (ScriptCaller& caller : broken.callers) {
+                if (caller.line == 0) byFile[caller.file].push_back(&caller);
+            }
+        }
+        for (const auto& [file, callers] : byFile) {
+            const fs::path path = game_.projectRoot() / PathEncoding::path(file);
+            for (const TextLine& line : game_.lines(path)) {
+                for (ScriptCaller* const caller : callers) {
+                    if (caller->line == 0 && caller->keyword == line.key) caller->line = line.line;
+                }
+            }
+            game_.release(path);
+        }
+    }
+
+    [[nodiscard]] std::string relative(const fs::path& file) const {
+        return PathEncoding::utf8(file.lexically_relative(game_.projectRoot()));
+    }
+
+    GameReader& game_;
+    port::script::ScriptCheck check_;
+    std::map<std::string, Unit> units_;  // by script path as written
+    std::unordered_map<std::string, std::vector<const AnimationCommandAudit*>> commandLines_;
+    std::map<Place, BrokenScript> broken_;
+    ScriptCheckup result_;
+};
+
+}  // namespace
+
+ScriptCheckup checkScripts(GameReader& game, const std::deque<AnimationCommandAudit>& commands) {
+    return Checkup(game, commands).run();
+}
+
+}  // namespace tindrel

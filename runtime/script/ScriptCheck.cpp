@@ -1,0 +1,157 @@
+#include "ScriptCheck.hpp"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "PathEncoding.hpp"
+#include "ScriptLibrary.hpp"
+#include "ScriptPaths.hpp"
+
+namespace port::script {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kBytesPerToken = 4;
+constexpr std::size_t kBytesPerName = 16;
+
+// The line of the text that `token` is a part of, from 0. The value of a constant with escapes
+// stands elsewhere: then the line of the last token in front of it.
+std::size_t lineOf(const Tokens& tokens, std::size_t token) {
+    const std::string& text = *tokens.source;
+    const auto inText = [&](const Tok& tok) {
+        const std::less_equal<> notBehind;
+        return tok.s.data() != nullptr && notBehind(text.data(), tok.s.data()) &&
+               notBehind(tok.s.data(), text.data() + text.size());
+    };
+    while (token > 0 && !inText(tokens.list[token])) --token;
+    if (!inText(tokens.list[token])) return 0;
+    return static_cast<std::size_t>(std::count(text.data(), tokens.list[token].s.data(), '\n'));
+}
+
+}  // namespace
+
+const CheckedFunction* CheckedScript::find(std::string_view lowerName) const {
+    const auto found = std::find_if(functions.begin(), functions.end(),
+                                    [&](const auto& f) { return f.name == lowerName; });
+    return found == functions.end() ? nullptr : &*found;
+}
+
+std::string ScriptCheck::expand(std::string_view text, PreprocessorState& state) {
+    const std::size_t consumed = state.consumed;
+    const std::size_t known = state.macros.size() + state.funcMacros.size() + state.imported.size();
+    std::string expanded = preprocessScript(sources_, path_, text, state);
+    work_ += state.consumed - consumed + known * kBytesPerName;
+    return expanded;
+}
+
+std::unique_ptr<Program> ScriptCheck::program(std::string text, Program* base) {
+    work_ += text.size();
+    auto made = std::make_unique<Program>(lex(std::move(text)), *names_, base);
+    for (const auto& [name, function] : made->byName) functionNames_[function] = name;
+    return made;
+}
+
+CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origins) {
+    work_ += compile(function) * kBytesPerToken;
+    CheckedFunction out;
+    out.name = functionNames_[&function];
+    std::set<std::string> calls;
+    for (const CallSite& site : function.sites) {
+        if (site.user != nullptr) calls.insert(functionNames_[site.user]);
+    }
+    out.calls.assign(calls.begin(), calls.end());
+    const Tokens& tokens = function.program->tokens;
+    for (std::size_t i = 0; i < function.errors.size(); ++i) {
+        const std::size_t token = function.errorTokens[i];
+        ScriptBreak& found = out.breaks.emplace_back();
+        found.error = function.errors[i];
+        found.token = tokens.list[token].s;
+        const std::size_t line = lineOf(tokens, token);
+        if (line >= origins.lines.size()) continue;
+        const LineOrigins::Line origin = origins.lines[line];
+        found.file = origins.files[origin.file];
+        found.line = origin.line;
+    }
+    return out;
+}
+
+const CheckedScript& ScriptCheck::file(std::string_view raw) {
+    program_.reset();
+    functionNames_.clear();
+    names_ = std::make_unique<Names>();
+    state_ = {};
+    origins_ = {};
+    checked_ = {};
+    path_ = sources_.paths.root() / kFrameFile;
+    if (raw.empty()) {
+        state_.imported.insert(PathEncoding::utf8(path_));
+        return checked_;
+    }
+    fs::path relative;
+    if (!relativeScriptPath(raw, relative)) {
+        checked_.error = "unsafe script path";
+        return checked_;
+    }
+    path_ = sources_.paths.locate(raw, relative);
+    state_.imported.insert(PathEncoding::utf8(path_));
+    const std::string* const text = sources_.text(path_);
+    if (text == nullptr) {
+        checked_.error = "script not found";
+        return checked_;
+    }
+    state_.origins = &origins_;
+    program_ = program(expand(*text, state_), nullptr);
+    state_.origins = nullptr;
+    checked_.files = origins_.files;
+    checked_.closed = program_->tokens.closed && program_->balanced;
+    for (Function& function : program_->functions) {
+        checked_.functions.push_back(check(function, origins_));
+    }
+    return checked_;
+}
+
+CheckedFunction ScriptCheck::command(std::string_view command) {
+    if (!checked_.error.empty()) return {};
+    // Without a directive a text leaves the macros as they are, which spares their copy.
+    const bool mayDefine = command.find('#') != std::string_view::npos;
+    std::optional<PreprocessorState> copy;
+    if (mayDefine) {
+        copy = state_;
+        work_ +=
+            (copy->macros.size() + copy->funcMacros.size() + copy->imported.size()) * kBytesPerName;
+    }
+    PreprocessorState& state = mayDefine ? *copy : state_;
+    const std::size_t produced = state.produced;
+    const bool full = state.full;
+    LineOrigins origins;
+    Program* base = program_.get();
+    std::string text;
+    if (base != nullptr && !checked_.closed) {
+        // What the script leaves open takes the command in.
+        text = *base->tokens.source;
+        origins = origins_;
+        base = nullptr;
+    }
+    const std::size_t ownFile = origins.files.size();
+    state.origins = &origins;
+    text += expand(frameText(command), state);
+    state.origins = nullptr;
+    state.produced = produced;
+    state.full = full;
+    origins.files[ownFile].clear();
+    const std::unique_ptr<Program> frame = program(std::move(text), base);
+    Function* const function = frame->find(kFrameFunction);
+    CheckedFunction out;
+    if (function != nullptr) out = check(*function, origins);
+    for (ScriptBreak& found : out.breaks) {
+        if (found.file.empty()) found.line -= std::min(found.line, kFrameHead);
+    }
+    for (Function& part : frame->functions) functionNames_.erase(&part);
+    return out;
+}
+
+}  // namespace port::script

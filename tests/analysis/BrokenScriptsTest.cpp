@@ -1,0 +1,69 @@
+#include "analysis/BrokenScripts.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "TempFolder.hpp"
+#include "analysis/ProjectAnalysis.hpp"
+#include "analysis/ScriptCheckReport.hpp"
+
+namespace tindrel {
+namespace {
+
+TEST(BrokenScripts, TellPlaceTokenAndWhoComesThere) {
+    const test::TempFolder folder;
+    folder.write("data/models.txt", "load A a.txt\nload B b.txt\n");
+    folder.write("data/a.txt",
+                 "animationscript moves.c\nthinkscript data/think.c\nondeathscript empty.c\n"
+                 "onspawnscript open.c\n"
+                 "anim idle\n@cmd dash 1\nframe a\n@cmd jump\n@cmd dash (2\nframe a\n"
+                 "anim walk\n@script\n  int x = ;\n@end_script\nframe b\n");
+    folder.write("data/b.txt",
+                 "animationscript moves.c\nanim idle\n@cmd jump\n@cmd DASH 2\nframe a\n");
+    folder.write("data/moves.c",
+                 "#include \"lib.c\"\nvoid dash(int n){ step(n); }\nvoid jump(){}\n");
+    folder.write("data/lib.c", "// steps\nvoid step(int n){\n  if (n { move(n); }\n}\n");
+    folder.write("data/think.c", "#import \"moves.c\"\nvoid main(){ jump(); }\n");
+    folder.write("data/empty.c", "void other(){}\n");
+    folder.write("data/open.c", "void main(){}\n/* void later(){}\n");
+    folder.write("data/unused.c", "void main(){ ; ( }\n");
+    folder.write("data/scripts/update.c", "#include \"data/lib.c\"\nvoid main(){ step(1); }\n");
+    const ProjectScan project = scanProject(folder.path());
+    GameReader game(project.dataDir, project.root);
+    const ProjectAnalysis analysis = analyzeProject(project, game);
+
+    writeScriptCheck(analysis.scriptCheck, folder.path() / "check.txt");
+    EXPECT_EQ(folder.read("check.txt"),
+              "SCRIPT CHECK\n"
+              "Compiled 5 scripts and 4 animation commands: 5 places break off.\n"
+              "\n"
+              "data/a.txt:9 breaks off at `;`: expected ) near ';'\n"
+              "    1 animation command comes there\n"
+              "    data/a.txt:9 @cmd\n"
+              "\n"
+              "data/a.txt:12 breaks off at `;`: unexpected token ;\n"
+              "    1 animation command comes there\n"
+              "    data/a.txt:12 @script\n"
+              "\n"
+              "data/empty.c requested function/main() not found\n"
+              "    1 hook comes there\n"
+              "    data/a.txt:3 ondeathscript\n"
+              "\n"
+              "data/lib.c:3 `step` breaks off at `{`: expected ) near '{'\n"
+              "    1 hook and 3 animation commands come there\n"
+              "    data/a.txt:6 @cmd\n"
+              "    data/a.txt:9 @cmd\n"
+              "    data/b.txt:4 @cmd\n"
+              "    data/scripts/update.c scripts/update.c\n"
+              "\n"
+              "data/open.c a comment, a text or a bracket is left open\n"
+              "    1 hook comes there\n"
+              "    data/a.txt:4 onspawnscript\n");
+    EXPECT_TRUE(analysis.scriptCheck.files.contains("data/lib.c"));
+    EXPECT_FALSE(analysis.scriptCheck.files.contains("data/unused.c"));
+}
+
+}  // namespace
+}  // namespace tindrel

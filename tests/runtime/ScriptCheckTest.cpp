@@ -1,0 +1,65 @@
+#include "ScriptCheck.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "TempFolder.hpp"
+
+namespace port::script {
+namespace {
+
+// "<function> <file>:<line> <token>: <error>" of each break.
+std::vector<std::string> shown(const std::vector<CheckedFunction>& functions) {
+    std::vector<std::string> out;
+    for (const CheckedFunction& function : functions) {
+        for (const ScriptBreak& found : function.breaks) {
+            out.push_back(function.name + " " + found.file.filename().string() + ":" +
+                          std::to_string(found.line) + " " + found.token + ": " + found.error);
+        }
+    }
+    return out;
+}
+
+TEST(ScriptCheck, NamesThePlaceInTheFileThatHoldsIt) {
+    const tindrel::test::TempFolder folder;
+    folder.write("main.c",
+                 "#include \"lib.h\"\n#define PAIR(a) a,\\\n\n#include \"lib.h\"\n"
+                 "void main(){\n  int x = 1;\n  Good(x);\n}\nvoid twice(){ f(PAIR(1)); }\n");
+    folder.write("lib.h",
+                 "// one\nvoid Bad()\n{\n#ifdef NEVER\n  x y z\n#endif\n  if (1 { }\n}\n"
+                 "void good(int a){ bad(); log(\"a\\tb\" }; }\n");
+    ScriptCheck check(folder.path());
+    const CheckedScript& script = check.file("data/MAIN.c");
+    EXPECT_EQ(script.error, "");
+    EXPECT_TRUE(script.files.size() >= 3 && script.files.back().filename() == "lib.h");
+    EXPECT_EQ(shown(script.functions),
+              (std::vector<std::string>{"bad lib.h:7 {: expected ) near '{'",
+                                        "good lib.h:9 }: expected ) near '}'",
+                                        "twice main.c:9 \\: unexpected token \\"}));
+    ASSERT_NE(script.find("main"), nullptr);
+    EXPECT_EQ(script.find("main")->calls, (std::vector<std::string>{"good"}));
+    EXPECT_EQ(script.find("good")->calls, (std::vector<std::string>{"bad"}));
+
+    // A command sees the script's macros and functions; its lines count from its own first one.
+    EXPECT_EQ(shown({check.command("good(1);\ngood(2;")}),
+              (std::vector<std::string>{"__tindrel_animation_frame :2 ;: expected ) near ';'"}));
+    EXPECT_EQ(shown({check.command("good(1);\nx = 2;")}), std::vector<std::string>{});
+    EXPECT_EQ(check.command("good(1);").calls, (std::vector<std::string>{"good"}));
+}
+
+TEST(ScriptCheck, ScriptsThatCannotBeHadOrAreLeftOpen) {
+    const tindrel::test::TempFolder folder;
+    folder.write("open.c", "void main(){ }\n/* for ever");
+    ScriptCheck check(folder.path());
+    EXPECT_EQ(check.file("../open.c").error, "unsafe script path");
+    EXPECT_EQ(check.file("gone.c").error, "script not found");
+    EXPECT_FALSE(check.file("open.c").closed);
+    EXPECT_EQ(check.file("").error, "");
+    EXPECT_EQ(shown({check.command("f(;")}).size(), 1U);
+    EXPECT_EQ(shown({check.command("f();")}).size(), 0U);
+}
+
+}  // namespace
+}  // namespace port::script
