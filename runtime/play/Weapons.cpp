@@ -8,25 +8,15 @@
 
 #include "AnimationLookup.hpp"
 #include "Log.hpp"
-#include "ModelFacts.hpp"
 #include "Spawning.hpp"
 #include "TextFields.hpp"
+#include "WeaponItems.hpp"
 
 namespace port {
 namespace {
 
 constexpr float kReachX = 24, kReachZ = 18;
 constexpr float kDropDistance = 12;
-
-bool isThrowable(const generated::Character& item) {
-    return containsFolded(item.subtype, "project") || *item.projectModel != '\0';
-}
-
-bool canBePickedUp(const generated::Character& item) {
-    return openborTypeBit(&item) == kTypeItem &&
-           (item.weaponNumber > 0 || item.reloadAmount > 0 || isThrowable(item) ||
-            containsFolded(item.subtype, "weapon"));
-}
 
 bool isInReach(const Actor& actor, const Actor& item) {
     return std::abs(item.worldX - actor.worldX) <= kReachX && std::abs(item.z - actor.z) <= kReachZ;

@@ -13,13 +13,15 @@ namespace {
 // Ten minutes without the camera moving on or anybody falling.
 constexpr std::uint64_t kMostIdleTicks = 10 * 60 * kTicksPerSecond;
 
-int meansOf(const World& world) {
-    std::int64_t means =
-        std::int64_t{world.player1.livesRemaining} + world.player1.creditsRemaining;
+// Lives and credits of everybody. A death costs one of the owner's lives, or a credit that buys new
+// ones.
+Autoplay::Means meansOf(const World& world) {
+    Autoplay::Means means{{world.player1.livesRemaining, world.player1.creditsRemaining}};
     for (const RuntimeCoopPlayer& player : world.coop) {
-        means += std::int64_t{player.livesRemaining} + player.creditsRemaining;
+        means.push_back(player.livesRemaining);
+        means.push_back(player.creditsRemaining);
     }
-    return static_cast<int>(std::clamp<std::int64_t>(means, 0, INT32_MAX));
+    return means;
 }
 
 }  // namespace
@@ -57,6 +59,7 @@ void Autoplay::openStage(const Game& game) {
     ticks_ = idle_ = 0;
     deaths_ = 0;
     means_ = meansOf(game.world);
+    completions_ = game.frontend.completionCount;
     progress_ = progressOf(game.world);
 }
 
@@ -68,8 +71,10 @@ void Autoplay::closeStage(const char* result) {
 bool Autoplay::goesOn(const Game& game) {
     const World& world = game.world;
     ++ticks_;
-    const int means = meansOf(world);
-    deaths_ += std::max(0, means_ - means);
+    const Means means = meansOf(world);
+    for (std::size_t i = 0; i < std::min(means.size(), means_.size()); ++i) {
+        deaths_ += means[i] < means_[i] ? 1 : 0;
+    }
     means_ = means;
     const FrontendState state = game.frontend.state;
     const auto end = [this](const char* result, int code) {
@@ -85,6 +90,10 @@ bool Autoplay::goesOn(const Game& game) {
     const bool finished = state != FrontendState::Playing;
     if (finished || world.stage.row != stage_) {
         ++cleared_;
+        if (finished && game.frontend.completionCount == completions_) {
+            warnLine("AUTOPLAY FAIL: no stage is what comes after ", stage_->sourceFile);
+            return end("cleared", kAutoplayStuck);
+        }
         if (finished || cleared_ == switches_.stages) return end("cleared", kRanWell);
         closeStage("cleared");
         openStage(game);

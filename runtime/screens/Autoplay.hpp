@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "Bot.hpp"
 #include "Pilot.hpp"
@@ -23,6 +24,8 @@ class Autoplay final : public Pilot {
     bool goesOn(const Game& game) override;
     int result(const Game& game) override;
 
+    using Means = std::vector<int>;
+
   private:
     // How far a stage has come: any change is progress.
     struct Progress {
@@ -43,7 +46,8 @@ class Autoplay final : public Pilot {
     const generated::Stage* stage_ = nullptr;
     std::uint64_t ticks_ = 0, idle_ = 0;
     int deaths_ = 0;
-    int means_ = 0;  // lives and credits of all, as they were after the last pass
+    Means means_;          // as they were after the last pass
+    int completions_ = 0;  // of campaigns, before this stage
     Progress progress_;
     int cleared_ = 0;
     int code_ = 0;
