@@ -38,8 +38,9 @@ HeldInput Game::heldInput() const {
     return held;
 }
 
-void Game::show() {
+void Game::show(bool over) {
     drawing.sort();
+    if (!over) renderer.beginFrame();
     paint(drawing, renderer, config);
     renderer.endFrame();
 }

@@ -9,6 +9,7 @@
 #include "Log.hpp"
 #include "Player1.hpp"
 #include "Players.hpp"
+#include "Progress.hpp"
 #include "Projectiles.hpp"
 #include "Spawning.hpp"
 #include "StageCamera.hpp"
@@ -32,6 +33,8 @@ void pollAudioHotkeys(Game& game) {
             " music=", game.audio.musicVolume(), " effects=", game.audio.effectsVolume());
 }
 
+}  // namespace
+
 // Frames take effect between the scenery, which stays as the logic left it, and the actors, who are
 // drawn where their frames have put them.
 void drawStage(Game& game) {
@@ -49,10 +52,13 @@ void drawStage(Game& game) {
     flushChildSpawns(tick);
 }
 
+namespace {
+
 bool closeTick(Game& game) {
     World& world = game.world;
     if (!anyPlayerAlive(world)) {
         game.frontend.state = FrontendState::GameOver;
+        saveProgress(game);
         return false;
     }
     if (!world.stage.row) return false;
@@ -78,6 +84,7 @@ bool playPass(Game& game) {
     updatePlayer(tick);
     if (updateInProgressJoins(tick)) {
         game.config.activePlayers = 1 + static_cast<int>(world.coop.size());
+        saveProgress(game);
     }
     updateCoopPlayers(tick);
     updateEntities(tick);
