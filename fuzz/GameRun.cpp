@@ -117,6 +117,12 @@ std::filesystem::path FuzzPorts::root(bool globalScripts) const {
     return folder_.path() / (globalScripts ? "b" : "a");
 }
 
+void FuzzPorts::writeScript(bool globalScripts, const std::string& path,
+                            std::string_view text) const {
+    folder_.write((globalScripts ? "b/assets/openbor-data/" : "a/assets/openbor-data/") + path,
+                  text);
+}
+
 void playTwice(const std::filesystem::path& root, int mostPasses,
                const std::function<std::unique_ptr<port::Pilot>()>& pilot) {
     const auto play = [&] {

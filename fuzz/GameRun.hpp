@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "Pilot.hpp"
 #include "TempFolder.hpp"
@@ -16,6 +18,8 @@ class FuzzPorts {
   public:
     FuzzPorts();
     [[nodiscard]] std::filesystem::path root(bool globalScripts) const;
+    // Puts another text in the place of a script.
+    void writeScript(bool globalScripts, const std::string& path, std::string_view text) const;
 
   private:
     tindrel::test::TempFolder folder_;

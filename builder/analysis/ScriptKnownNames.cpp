@@ -1,12 +1,13 @@
 #include "analysis/ScriptKnownNames.hpp"
 
+#include <array>
 #include <unordered_set>
 
 namespace tindrel {
 namespace {
 
-// Keywords that look like calls, the script machine's own functions and the game's functions.
-constexpr std::string_view kKnownNames[] = {
+// Keywords that look like calls, and the script machine's own functions.
+constexpr auto kWordsOfTheLanguage = std::to_array<std::string_view>({
     "main",
     "if",
     "while",
@@ -36,143 +37,40 @@ constexpr std::string_view kKnownNames[] = {
     "previous",
     "reset",
     "value",
-    "key",
-    "free",
     "isempty",
     "rand",
     "null",
-    "sin",
-    "cos",
-    "sqrt",
-    "atan",
-    "atan2",
-    "pow",
-    "abs",
-    "floor",
-    "ceil",
-    "openborconstant",
-    "openborvariant",
-    "changeopenborvariant",
-    "setopenborvariant",
-    "getentityproperty",
-    "get_entity_property",
-    "changeentityproperty",
-    "change_entity_property",
-    "setentityproperty",
-    "performattack",
-    "perform_attack",
-    "setanimation",
-    "changeanimation",
-    "damageentity",
-    "damage_entity",
-    "bindentity",
-    "killentity",
-    "kill_entity",
-    "tossentity",
-    "checkhole",
-    "checkholeindex",
-    "checkwall",
-    "checkwallindex",
-    "playerkeys",
-    "getplayerproperty",
-    "get_player_property",
-    "changeplayerproperty",
-    "change_player_property",
-    "log",
-    "printf",
-    "debug",
-    "rgbcolor",
-    "playmusic",
-    "pausemusic",
-    "fademusic",
-    "playsound",
-    "loadsample",
-    "unloadsample",
-    "playsample",
-    "jumptobranch",
-    "getentity",
-    "findtarget",
-    "find_target",
-    "checkrange",
-    "check_range",
-    "getentityvar",
-    "get_entity_var",
-    "setentityvar",
-    "set_entity_var",
-    "clearentityvar",
-    "clear_entity_var",
-    "getscriptvar",
-    "setscriptvar",
-    "clearspawnentry",
-    "clear_spawn_entry",
-    "setspawnentry",
-    "set_spawn_entry",
-    "spawn",
-    "spawnentity",
-    "spawn_entity",
-    "spawn01",
-    "spawn01map",
-    "spawn000",
-    "projectile",
-    "setidle",
-    "updateframe",
-    "getmodelproperty",
-    "get_model_property",
-    "getlevelproperty",
-    "get_level_property",
-    "changelevelproperty",
-    "setlevelproperty",
-    "set_level_property",
-    "drawdot",
-    "drawline",
-    "drawbox",
-    "drawstring",
-    "drawsprite",
-    "loadsprite",
-    "freesprite",
-    "getgfxproperty",
-    "get_gfx_property",
-    "rgbcolour",
-    "openfilestream",
-    "getfilestreamline",
-    "getfilestreamargument",
-    "filestreamnextline",
-    "getfilestreamposition",
-    "setfilestreamposition",
-    "filestreamappend",
-    "createfilestream",
-    "savefilestream",
-    "closefilestream",
-    "strlength",
-    "allocscreen",
-    "clearscreen",
-    "drawspritetoscreen",
-    "drawboxtoscreen",
-    "drawlinetoscreen",
-    "drawdottoscreen",
-    "drawstringtoscreen",
-    "drawscreen",
-    "drawspriteq",
-    "clearspriteq",
-    "setdrawmethod",
-    "changedrawmethod",
-    "aichecklie",
-    "aicheckgrabbed",
-    "aicheckgrab",
-    "aicheckescape",
-    "aicheckbusy",
+});
+
+struct HostName {
+    std::string_view name;
+    bool promised;
 };
+
+// The game's functions, from the very table by which a port answers them: nothing is promised that
+// a port lacks.
+constexpr bool SCREENED = true;
+constexpr bool UNSCREENED = false;
+constexpr auto kHostNames = std::to_array<HostName>({
+#define HOST_FUNCTION(name, needs, function, screening) {#name, screening},
+#include "host/HostFunctions.def"
+#undef HOST_FUNCTION
+});
+
+std::unordered_set<std::string_view> allKnownNames() {
+    std::unordered_set<std::string_view> names(kWordsOfTheLanguage.begin(),
+                                               kWordsOfTheLanguage.end());
+    for (const HostName& function : kHostNames) {
+        if (function.promised) names.insert(function.name);
+    }
+    return names;
+}
 
 }  // namespace
 
-bool isKnownScriptName(std::string_view lowerName) {
-    static const std::unordered_set<std::string_view> kNames(std::begin(kKnownNames),
-                                                             std::end(kKnownNames));
-    return kNames.contains(lowerName);
-}
-
-std::span<const std::string_view> knownScriptNames() {
-    return kKnownNames;
+const std::unordered_set<std::string_view>& knownScriptNames() {
+    static const std::unordered_set<std::string_view> kNames = allKnownNames();
+    return kNames;
 }
 
 }  // namespace tindrel

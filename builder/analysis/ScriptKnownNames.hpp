@@ -2,14 +2,12 @@
 
 // The names that a script may call because the port's script machine serves them.
 
-#include <span>
 #include <string_view>
+#include <unordered_set>
 
 namespace tindrel {
 
-[[nodiscard]] bool isKnownScriptName(std::string_view lowerName);
-
-// All of them, in no particular order.
-[[nodiscard]] std::span<const std::string_view> knownScriptNames();
+// In lower case.
+[[nodiscard]] const std::unordered_set<std::string_view>& knownScriptNames();
 
 }  // namespace tindrel

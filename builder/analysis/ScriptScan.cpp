@@ -161,7 +161,7 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
     std::unordered_map<std::string, bool> seen;
     forEachCall(text, [&](std::string_view name) {
         std::string lowered = toLower(name);
-        if (isKnownScriptName(lowered) || !seen.try_emplace(lowered).second) return;
+        if (knownScriptNames().contains(lowered) || !seen.try_emplace(lowered).second) return;
         uses.push_back(intern(lowered, Section::kCall));
     });
     const auto define = [&](std::string_view name) {

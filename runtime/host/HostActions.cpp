@@ -130,7 +130,7 @@ ScriptValue performAttack(HostCall& call) {
     const std::string name = nameOr(call, 1, "attack1");
     if (!beginEnergyAnimation(*actor, actionAnimation(*actor, {name}))) return false;
     asItsKind(*actor, [](auto& one) { startCounters(one); });
-    actor->scriptCtx.local["attack"] = name;
+    actor->scriptCtx.local["attack"] = ScriptText(name);
     call.tick.scripts.runHook(actor->model->onDoAttackScript, actor->scriptCtx,
                               performAttackEvent(*actor));
     return true;

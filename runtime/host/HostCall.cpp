@@ -56,7 +56,7 @@ bool HostCall::flag(std::size_t index, bool fallback) const {
 
 const std::string& HostCall::text(std::size_t index) {
     const ScriptValue& given = value(index);
-    if (const auto* text = std::get_if<std::string>(&given)) return *text;
+    if (const auto* text = std::get_if<ScriptText>(&given)) return text->str();
     scratch.clear();
     if (const auto* truth = std::get_if<bool>(&given)) scratch = *truth ? "1" : "0";
     if (const auto* number = std::get_if<double>(&given)) scratch = decimalText(*number);

@@ -14,6 +14,7 @@
 #include "AudioSystem.hpp"
 #include "Renderer.hpp"
 #include "ScriptLimits.hpp"
+#include "ScriptPictures.hpp"
 #include "SoundEffects.hpp"
 #include "SpriteCache.hpp"
 #include "Tick.hpp"
@@ -31,6 +32,7 @@ struct HostServices {
     AudioSystem& audio;
     SoundEffects& effects;
     SpriteCache& sprites;
+    ScriptPictures& pictures;
     const Renderer& renderer;
     const std::filesystem::path& root;  // of the port
     const std::filesystem::path& dataRoot;
@@ -91,7 +93,7 @@ struct HostCall {
     return number;
 }
 [[nodiscard]] inline ScriptValue scriptValue(const char* text) {
-    return std::string(text);
+    return ScriptText(text);
 }
 [[nodiscard]] inline ScriptValue scriptTruth(bool truth) {
     return truth ? 1.0 : 0.0;

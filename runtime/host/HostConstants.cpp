@@ -150,7 +150,7 @@ ScriptValue constant(HostCall& call) {
     const std::string& given = call.text(0);
     for (const std::string_view prefix : {"ani_", "type_"}) {
         if (equalsFolded(std::string_view(given).substr(0, prefix.size()), prefix)) {
-            return foldAscii(std::string_view(given).substr(prefix.size()));
+            return ScriptText(foldAscii(std::string_view(given).substr(prefix.size())));
         }
     }
     const FoldedKey name(given);

@@ -57,7 +57,7 @@ constexpr auto kModelRows =
 
 // By name, by its own handle, or the one of an actor.
 const Character* modelOf(HostCall& call) {
-    if (std::holds_alternative<std::string>(call.value(0))) return call.model(0);
+    if (std::holds_alternative<ScriptText>(call.value(0))) return call.model(0);
     if (const Character* model = modelOfHandle(call.handle(0))) return model;
     const Actor* actor = call.actor(0);
     return actor ? actor->model : nullptr;

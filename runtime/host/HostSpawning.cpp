@@ -23,7 +23,7 @@ struct EntryRow {
 
 // A longer text names nothing.
 std::string entryText(HostCall& call, std::size_t index) {
-    return call.text(index).substr(0, script::kMaxVariableName);
+    return call.text(index).substr(0, script::kMaxSpawnName);
 }
 
 template <auto Field>

@@ -1,5 +1,5 @@
 // Variables that scripts keep under names of their own: numbered ones of a context, and those of an
-// actor.
+// actor. What they weigh is counted by their values.
 
 #include <string>
 
@@ -7,8 +7,6 @@
 
 namespace port::host {
 namespace {
-
-using Variables = std::unordered_map<std::string, ScriptValue>;
 
 // Null for a number out of range.
 std::string* scriptVariableName(HostCall& call) {
@@ -21,65 +19,11 @@ std::string* scriptVariableName(HostCall& call) {
     return &call.scratch;
 }
 
-Variables* variablesOf(World& world, Actor* actor) {
+ScriptVariables* variablesOf(World& world, Actor* actor) {
     if (!actor) return nullptr;
     if (isPlayer(*actor)) return &world.slots[actor->handle - kPlayer1Handle].scriptVars;
     return &static_cast<RuntimeEntity*>(actor)->scriptVars;
 }
-
-std::size_t bytesOf(const Variables::value_type& variable) {
-    constexpr std::size_t kEntry = 96;
-    const auto* text = std::get_if<std::string>(&variable.second);
-    return kEntry + variable.first.size() + (text ? text->size() : 0);
-}
-
-bool isShort(const ScriptValue& value) {
-    const auto* text = std::get_if<std::string>(&value);
-    return !text || text->size() <= script::kMaxVariableText;
-}
-
-// The variables of an actor, and the count of their bytes. Players, of whom there are few, are
-// bounded by the number of their variables alone.
-class Keeper {
-  public:
-    Keeper(World& world, Actor& actor)
-        : variables_(*variablesOf(world, &actor)),
-          bytes_(isPlayer(actor) ? uncounted_ : world.scripted.variableBytes) {}
-
-    // False where there is no room.
-    bool set(const std::string& name, const ScriptValue& value) {
-        if (!isShort(value)) return false;
-        auto known = variables_.find(name);
-        if (known == variables_.end()) {
-            if (!hasRoomFor(name)) return false;
-            known = variables_.try_emplace(name).first;
-        } else {
-            bytes_ -= bytesOf(*known);
-        }
-        known->second = value;
-        bytes_ += bytesOf(*known);
-        return true;
-    }
-    void erase(Variables::const_iterator variable) {
-        if (variable == variables_.end()) return;
-        bytes_ -= bytesOf(*variable);
-        variables_.erase(variable);
-    }
-    void erase(const std::string& name) { erase(variables_.find(name)); }
-    void clear() {
-        while (!variables_.empty()) erase(variables_.begin());
-    }
-
-  private:
-    [[nodiscard]] bool hasRoomFor(const std::string& name) const {
-        return variables_.size() < script::kMaxActorVariables &&
-               name.size() <= script::kMaxVariableName && bytes_ < script::kMaxVariableBytes;
-    }
-
-    Variables& variables_;
-    std::size_t uncounted_ = 0;
-    std::size_t& bytes_;
-};
 
 }  // namespace
 
@@ -97,29 +41,34 @@ ScriptValue setScriptVariable(HostCall& call) {
 }
 
 ScriptValue getActorVariable(HostCall& call) {
-    const Variables* variables = variablesOf(call.world(), call.actor(0));
+    const ScriptVariables* variables = variablesOf(call.world(), call.actor(0));
     if (!variables) return {};
     const auto found = variables->find(call.text(1));
     return found == variables->end() ? ScriptValue() : found->second;
 }
 
 ScriptValue setActorVariable(HostCall& call) {
-    Actor* actor = call.actor(0);
-    if (!actor) return {};
-    if (Keeper(call.world(), *actor).set(call.text(1), call.value(2))) return call.value(2);
-    call.tag(call.name, "-limit");
-    return {};
+    ScriptVariables* variables = variablesOf(call.world(), call.actor(0));
+    if (!variables) return {};
+    const std::string& name = call.text(1);
+    const auto known = variables->find(name);
+    if (known == variables->end()) {
+        variables->emplace(name, call.value(2));
+    } else {
+        known->second = call.value(2);
+    }
+    return call.value(2);
 }
 
 ScriptValue clearActorVariable(HostCall& call) {
-    Actor* actor = call.actor(0);
-    if (!actor) return false;
-    Keeper keeper(call.world(), *actor);
-    if (call.has(1)) {
-        keeper.erase(call.text(1));
-    } else {
-        keeper.clear();
+    ScriptVariables* variables = variablesOf(call.world(), call.actor(0));
+    if (!variables) return false;
+    if (!call.has(1)) {
+        variables->clear();
+        return true;
     }
+    const auto known = variables->find(call.text(1));
+    if (known != variables->end()) variables->erase(known);
     return true;
 }
 

@@ -5,42 +5,59 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <random>
 #include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <variant>
 #include <vector>
 
+#include "ScriptMemory.hpp"
+#include "ScriptText.hpp"
 #include "UnansweredNames.hpp"
 
 namespace port {
 
 struct ScriptArray;
-using ScriptArrayPtr = std::shared_ptr<ScriptArray>;
+using ScriptArrayPtr = ScriptShared<ScriptArray>;
 
-// Empty, number, text, truth, handle or array, in this order.
+// Empty, number, text, truth, handle or array, in this order; 16 bytes, so that one is moved like a
+// number.
 using ScriptValue =
-    std::variant<std::monostate, double, std::string, bool, std::uintptr_t, ScriptArrayPtr>;
+    std::variant<std::monostate, double, ScriptText, bool, std::uintptr_t, ScriptArrayPtr>;
+static_assert(sizeof(ScriptValue) == 16);
+
+// Values by name.
+using ScriptVariables =
+    std::unordered_map<ScriptName, ScriptValue, ScriptNameHash, std::equal_to<>,
+                       ScriptAllocator<std::pair<const ScriptName, ScriptValue>>>;
 
 // Shared by reference between the variables that hold it.
 struct ScriptArray {
-    std::vector<ScriptValue> indexed;
-    std::unordered_map<std::string, ScriptValue> named;
-    std::vector<std::string> namedOrder;  // names in the order of first insertion
-    std::size_t cursor = 0;               // place in namedOrder
+    std::vector<ScriptValue, ScriptAllocator<ScriptValue>> indexed;
+    ScriptVariables named;
+    // Names in the order of first insertion.
+    std::vector<ScriptName, ScriptAllocator<ScriptName>> namedOrder;
+    std::size_t cursor = 0;   // place in namedOrder
+    std::size_t holders = 0;  // variables and values that hold it
 
-    ScriptArray() = default;
+    ScriptArray() { ScriptMemory::take(sizeof(ScriptArray)); }
     ScriptArray(const ScriptArray&) = delete;
     ScriptArray& operator=(const ScriptArray&) = delete;
     ~ScriptArray();
 };
 
+[[nodiscard]] inline ScriptArrayPtr newScriptArray() {
+    return ScriptArrayPtr(new ScriptArray);
+}
+
 // One actor's variables; its owner keeps it from run to run.
 struct ScriptContext {
-    std::unordered_map<std::string, ScriptValue> local;
+    ScriptVariables local;
     // Whom the script is for and whom it met: 0 nobody, 1 player 1, 2 to 4 the co-op players, above
     // that the serial number of an entity.
     std::uintptr_t entity = 0, other = 0;
@@ -95,10 +112,8 @@ class ScriptVM {
     void setHost(ScriptHost* host);
     [[nodiscard]] ScriptHost* host() const { return host_; }
     // Variables that all scripts of the game share.
-    [[nodiscard]] std::unordered_map<std::string, ScriptValue>& globals() { return globals_; }
-    [[nodiscard]] const std::unordered_map<std::string, ScriptValue>& globals() const {
-        return globals_;
-    }
+    [[nodiscard]] ScriptVariables& globals() { return globals_; }
+    [[nodiscard]] const ScriptVariables& globals() const { return globals_; }
 
     // Runs `function` of a script file, else its "main". An empty path is no script and no error.
     // What goes wrong stands in the result; a host may run further scripts from inside a call.
@@ -126,7 +141,7 @@ class ScriptVM {
 
     std::filesystem::path root_;
     ScriptHost* host_ = nullptr;
-    std::unordered_map<std::string, ScriptValue> globals_;
+    ScriptVariables globals_;
     std::int64_t steps_;
     std::mt19937 random_{0x0B0B0B};
     std::unique_ptr<Machine> machine_;

@@ -22,7 +22,6 @@ namespace {
 // Whatever stood on the last stage or was about to. Players keep their places and scripts.
 void clearStage(World& world) {
     world.entities.clear();
-    world.scripted.variableBytes = 0;
     world.projectiles.clear();
     world.pendingChildSpawns.clear();
     world.pendingWeaponDrops.clear();

@@ -13,8 +13,6 @@
 namespace port::script {
 namespace {
 
-using Variables = std::unordered_map<std::string, ScriptValue>;
-
 // Null unless the first argument is an array.
 ScriptArray* arrayOf(const BuiltinCall& call) {
     if (call.args.empty()) return nullptr;
@@ -23,7 +21,8 @@ ScriptArray* arrayOf(const BuiltinCall& call) {
 }
 
 const std::string* textKey(const BuiltinCall& call) {
-    return std::get_if<std::string>(&call.args[1]);
+    const auto* text = std::get_if<ScriptText>(&call.args[1]);
+    return text == nullptr ? nullptr : &text->str();
 }
 
 std::int64_t indexKey(const BuiltinCall& call) {
@@ -43,14 +42,15 @@ void grow(BuiltinCall& call, std::size_t from, std::size_t to) {
     call.exec.charge(kEntrySteps * (to - std::min(from, to)));
 }
 
-void read(BuiltinCall& call, const Variables& variables, const std::string& name) {
+void read(BuiltinCall& call, const ScriptVariables& variables, const std::string& name) {
     const auto found = variables.find(name);
-    if (found != variables.end()) call.exec.copy(call.result, found->second);
+    if (found != variables.end()) call.result = found->second;
 }
 
 // The stored value is the result as well.
-void write(BuiltinCall& call, Variables& variables, const std::string& name, ScriptValue& value) {
-    call.exec.copy(call.result, value);
+void write(BuiltinCall& call, ScriptVariables& variables, const std::string& name,
+           ScriptValue& value) {
+    call.result = value;
     const auto [slot, added] = variables.try_emplace(name);
     if (added) call.exec.charge(kEntrySteps);
     slot->second = std::move(value);
@@ -67,12 +67,13 @@ bool setGlobalVar(BuiltinCall& call) {
 }
 
 // Takes the table's memory as well, which clearing it would walk again each time.
-void forgetAll(Variables& variables) {
-    Variables().swap(variables);
+void forgetAll(BuiltinCall& call, ScriptVariables& variables) {
+    call.exec.charge(kEntrySteps * variables.size());
+    ScriptVariables().swap(variables);
 }
 
 bool clearGlobalVar(BuiltinCall& call) {
-    forgetAll(call.globals);
+    forgetAll(call, call.globals);
     call.result = 1.0;
     return true;
 }
@@ -88,7 +89,7 @@ bool setLocalVar(BuiltinCall& call) {
 }
 
 bool clearLocalVar(BuiltinCall& call) {
-    forgetAll(call.context.local);
+    forgetAll(call, call.context.local);
     call.exec.forgetVariables();
     call.result = 1.0;
     return true;
@@ -110,7 +111,7 @@ bool setIndexedVar(BuiltinCall& call) {
 }
 
 bool clearIndexedVar(BuiltinCall& call) {
-    call.exec.charge(call.globals.size());
+    call.exec.charge(kEntrySteps * call.globals.size());
     std::erase_if(call.globals, [](const auto& entry) { return entry.first.starts_with('#'); });
     call.result = 1.0;
     return true;
@@ -132,7 +133,7 @@ bool null(BuiltinCall& call) {
 }
 
 bool newArray(BuiltinCall& call) {
-    auto array = std::make_shared<ScriptArray>();
+    auto array = newScriptArray();
     call.exec.charge(kEntrySteps);
     const std::int64_t size = call.args.empty() ? 0 : integer(num(call.args[0]));
     if (size > 0) {
@@ -155,7 +156,7 @@ bool get(BuiltinCall& call) {
     if (const std::string* name = textKey(call)) {
         read(call, array->named, *name);
     } else if (const std::int64_t index = indexKey(call); within(index, array->indexed.size())) {
-        call.exec.copy(call.result, array->indexed[static_cast<std::size_t>(index)]);
+        call.result = array->indexed[static_cast<std::size_t>(index)];
     }
     return true;
 }
@@ -181,7 +182,7 @@ bool set(BuiltinCall& call) {
         grow(call, array->indexed.size(), place + 1);
         array->indexed.resize(place + 1);
     }
-    call.exec.copy(call.result, call.args[2]);
+    call.result = call.args[2];
     array->indexed[place] = std::move(call.args[2]);
     return true;
 }
@@ -258,7 +259,9 @@ bool reset(BuiltinCall& call) {
 bool key(BuiltinCall& call) {
     const ScriptArray* array = arrayOf(call);
     if (array != nullptr && array->cursor < array->namedOrder.size()) {
-        call.exec.copy(call.result, std::string_view(array->namedOrder[array->cursor]));
+        const std::string& name = array->namedOrder[array->cursor];
+        call.exec.charge(name.size() / kTextPerStep);
+        call.result = name;
     }
     return true;
 }

@@ -18,7 +18,7 @@ class Exec;
 struct BuiltinCall {
     Exec& exec;
     ScriptContext& context;
-    std::unordered_map<std::string, ScriptValue>& globals;
+    ScriptVariables& globals;
     std::mt19937& random;
     std::span<ScriptValue> args;
     ScriptValue& result;  // empty before the call

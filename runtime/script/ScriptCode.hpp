@@ -95,12 +95,13 @@ struct SwitchTable {
 // Compiled at its first call.
 struct Function {
     Program* program = nullptr;
+    std::string name;                 // lower-cased
     std::size_t body = 0;             // the token of its '{'
     std::vector<std::string> params;  // an unnamed one is empty
 
     bool compiled = false;
     std::vector<Instr> code;
-    std::vector<std::string_view> texts;  // of the program's tokens
+    std::vector<ScriptValue> texts;
     std::vector<std::string> errors;
     std::vector<CallSite> sites;
     std::vector<SwitchTable> switches;
@@ -125,7 +126,8 @@ class Names {
     std::deque<std::string> texts_;
 };
 
-// The tokens of one text and the functions defined in it, on top of those of `base`.
+// The tokens of one text and the functions defined in it, on top of the settled ones of `base`,
+// whose other tokens the text begins with.
 struct Program {
     Program(Tokens text, Names& allNames, Program* under = nullptr);
     Program(const Program&) = delete;
@@ -133,16 +135,24 @@ struct Program {
 
     // The first definition of that name in any case; null if there is none.
     [[nodiscard]] Function* find(std::string_view name) const;
+    [[nodiscard]] Function* findSettled(std::string_view name) const;
 
     Tokens tokens;
     Names& names;
     Program* base = nullptr;
     std::deque<Function> functions;
     TextMap<Function*> byName;  // lower-cased
-    bool balanced = true;       // every '(' has its ')', and every '{' outside functions its '}'
+    // The tokens up to here, a number of whole definitions, mean the same whatever follows the
+    // text.
+    std::size_t settled = 0;
+    // Whether the text ends inside a brace that `more` does not close: no more functions begin.
+    [[nodiscard]] bool swallows(const std::vector<Tok>& more) const;
+    const Function* unclosed = nullptr;  // the function of that brace, if it is one's
 
   private:
     void findFunctions();
+
+    std::size_t depth_ = 0;  // open braces at the end; 0 also where that is not the whole story
 };
 
 // Compiles a function in place. What is no valid statement becomes an instruction that throws

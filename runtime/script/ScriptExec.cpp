@@ -91,6 +91,7 @@ void Exec::run() {
                 release(*--r.top);
                 break;
             case Op::Unary:
+                chargeText(r.top[-1]);
                 applyPrefix(i.word, r.top[-1]);
                 break;
             case Op::Binary:
@@ -112,6 +113,8 @@ void Exec::run() {
                 break;
             case Op::JumpUnless: {
                 r.top -= 2;
+                chargeText(r.top[0]);
+                chargeText(r.top[1]);
                 const bool met = compare(i.word, r.top[0], r.top[1]);
                 release(r.top[0]);
                 release(r.top[1]);
@@ -121,6 +124,7 @@ void Exec::run() {
             case Op::JumpUnlessNumber: {
                 --r.top;
                 const auto* left = std::get_if<double>(r.top);
+                chargeText(*r.top);
                 const bool met = left != nullptr ? compareNumbers(i.word, *left, i.number)
                                                  : compare(i.word, *r.top, i.number);
                 release(*r.top);
@@ -152,6 +156,8 @@ void Exec::run() {
                 break;
             case Op::CaseTest:
                 --r.top;
+                chargeText(r.top[-1]);
+                chargeText(r.top[0]);
                 if (r.counters[i.b] == kNoMatch && eq(r.top[-1], r.top[0])) r.counters[i.b] = i.a;
                 release(r.top[0]);
                 break;
@@ -306,6 +312,7 @@ void Exec::callUser(const CallSite& site, const Instr* next, const ScriptValue* 
 ScriptValue* Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptValue* top) {
     ScriptValue result;
     ScriptValue* const args = top - site.count;
+    for (std::size_t i = 0; i < site.count; ++i) chargeText(args[i]);
     BuiltinCall call{*this, *context_, globals_, random_, {args, site.count}, result};
     if (!site.builtin->run(call)) {
         if (site.user == nullptr) return callHost(site, next, top);
@@ -322,6 +329,7 @@ ScriptValue* Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptVa
 ScriptValue* Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* top) {
     const std::span<ScriptValue> args(top - site.count, site.count);
     const std::size_t noted = unsupported_->names().size();
+    for (const ScriptValue& arg : args) chargeText(arg);
     ScriptValue result;
     bool answered = false;
     const auto leaveBy = [&](bool breaks) {
@@ -385,6 +393,8 @@ void Exec::store(std::int32_t name, ScriptValue& from) {
 void Exec::updateName(const Instr& instr, const ScriptValue& right) {
     ScriptValue value;
     load(instr.b, value);
+    chargeText(value);
+    chargeText(right);
     put(value, arithmetic(instr.word, num(value), num(right)));
     store(instr.b, value);
 }
@@ -392,6 +402,8 @@ void Exec::updateName(const Instr& instr, const ScriptValue& right) {
 void Exec::updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right) {
     if (!slot.present && !instr.flag) return updateName(instr, right);
     if (!slot.present) load(instr.b, slot.value);
+    chargeText(slot.value);
+    chargeText(right);
     put(slot.value, arithmetic(instr.word, num(slot.value), num(right)));
     slot.present = true;
 }
@@ -400,18 +412,7 @@ void Exec::updateSlot(const Instr& instr, Slot& slot, const ScriptValue& right) 
 
 void Exec::copy(ScriptValue& to, const ScriptValue& from) {
     if (const auto* number = std::get_if<double>(&from)) return put(to, *number);
-    if (const auto* text = std::get_if<std::string>(&from))
-        return copy(to, std::string_view(*text));
     to = from;
-}
-
-void Exec::copy(ScriptValue& to, std::string_view from) {
-    charge(from.size() / kTextPerStep);
-    if (auto* text = std::get_if<std::string>(&to)) {
-        *text = from;
-    } else {
-        to.emplace<std::string>(from);
-    }
 }
 
 void Exec::binaryNumber(const Instr& instr, ScriptValue& left) {
@@ -424,6 +425,8 @@ void Exec::binaryNumber(const Instr& instr, ScriptValue& left) {
 }
 
 void Exec::binary(Word op, ScriptValue& left, const ScriptValue& right) {
+    chargeText(left);
+    chargeText(right);
     if (isComparison(op)) return putTruth(left, compare(op, left, right));
     auto* a = std::get_if<double>(&left);
     const auto* b = std::get_if<double>(&right);
@@ -437,9 +440,9 @@ void Exec::binary(Word op, ScriptValue& left, const ScriptValue& right) {
 }
 
 void Exec::join(ScriptValue& left, const ScriptValue& right) {
-    std::string text = left.index() == 2 ? std::move(*std::get_if<std::string>(&left)) : str(left);
-    if (const auto* tail = std::get_if<std::string>(&right)) {
-        text += *tail;
+    std::string text = str(left);
+    if (const auto* tail = std::get_if<ScriptText>(&right)) {
+        text += tail->str();
     } else {
         text += str(right);
     }

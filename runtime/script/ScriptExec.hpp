@@ -13,14 +13,15 @@
 
 #include "ScriptCode.hpp"
 #include "ScriptLibrary.hpp"
+#include "ScriptLimits.hpp"
 #include "ScriptVM.hpp"
 
 namespace port::script {
 
 class Exec {
   public:
-    Exec(ScriptLibrary& library, std::unordered_map<std::string, ScriptValue>& globals,
-         std::int64_t& steps, std::mt19937& random)
+    Exec(ScriptLibrary& library, ScriptVariables& globals, std::int64_t& steps,
+         std::mt19937& random)
         : library_(library),
           names_(library.names()),
           globals_(globals),
@@ -38,9 +39,12 @@ class Exec {
         steps_ -= static_cast<std::int64_t>(count);
         if (steps_ < 0) outOfSteps();
     }
-    // A second holder of a value. Long texts cost steps.
+    // For reading a value as a text, number or name.
+    void chargeText(const ScriptValue& value) {
+        if (const auto* text = std::get_if<ScriptText>(&value)) charge(text->size() / kTextPerStep);
+    }
+    // A second holder of a value.
     void copy(ScriptValue& to, const ScriptValue& from);
-    void copy(ScriptValue& to, std::string_view from);
     // Variables of the context were erased: where they stood is no longer known.
     void forgetVariables() { ++epoch_; }
 
@@ -104,7 +108,7 @@ class Exec {
 
     ScriptLibrary& library_;
     const Names& names_;
-    std::unordered_map<std::string, ScriptValue>& globals_;
+    ScriptVariables& globals_;
     std::int64_t& steps_;
     std::mt19937& random_;
     ScriptHost* host_ = nullptr;

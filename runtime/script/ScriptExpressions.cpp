@@ -123,7 +123,7 @@ void Compiler::primary() {
         ++pos_;
     } else if (first.k == TK::Str) {
         emit({Op::Text, Word::None, false, static_cast<std::int32_t>(fn_.texts.size())}, 1);
-        fn_.texts.emplace_back(first.s);
+        fn_.texts.emplace_back(ScriptText(first.s));
         ++pos_;
     } else if (accept(Word::LeftParen)) {
         expression(0);

@@ -9,55 +9,45 @@
 namespace port::script {
 namespace {
 
-struct Spelling {
-    std::string_view text;
-    Word word;
+// What a character means alone, before '=', twice, and twice before '='.
+struct Symbol {
+    char first;
+    Word alone;
+    Word assigned = Word::None;
+    Word doubled = Word::None;
+    Word doubledAssigned = Word::None;
 };
 
-// Longer spellings first: the first that fits is taken.
-constexpr Spelling kSymbols[] = {
-    {"<<=", Word::ShiftLeftAssign},
-    {">>=", Word::ShiftRightAssign},
-    {"==", Word::Equal},
-    {"!=", Word::NotEqual},
-    {"<=", Word::LessEqual},
-    {">=", Word::GreaterEqual},
-    {"&&", Word::AndAnd},
-    {"||", Word::OrOr},
-    {"+=", Word::AddAssign},
-    {"-=", Word::SubAssign},
-    {"*=", Word::MulAssign},
-    {"/=", Word::DivAssign},
-    {"%=", Word::ModAssign},
-    {"&=", Word::AndAssign},
-    {"|=", Word::OrAssign},
-    {"^=", Word::XorAssign},
-    {"++", Word::Increment},
-    {"--", Word::Decrement},
-    {"<<", Word::ShiftLeft},
-    {">>", Word::ShiftRight},
-    {"{", Word::LeftBrace},
-    {"}", Word::RightBrace},
-    {"(", Word::LeftParen},
-    {")", Word::RightParen},
-    {";", Word::Semicolon},
-    {",", Word::Comma},
-    {":", Word::Colon},
-    {"?", Word::Question},
-    {"!", Word::Not},
-    {"~", Word::Tilde},
-    {"|", Word::Or},
-    {"^", Word::Xor},
-    {"&", Word::And},
-    {"<", Word::Less},
-    {">", Word::Greater},
-    {"+", Word::Add},
-    {"-", Word::Sub},
-    {"*", Word::Mul},
-    {"/", Word::Div},
-    {"%", Word::Mod},
-    {"=", Word::Assign},
+constexpr Symbol kSymbols[] = {
+    {'{', Word::LeftBrace},
+    {'}', Word::RightBrace},
+    {'(', Word::LeftParen},
+    {')', Word::RightParen},
+    {';', Word::Semicolon},
+    {',', Word::Comma},
+    {':', Word::Colon},
+    {'?', Word::Question},
+    {'~', Word::Tilde},
+    {'=', Word::Assign, Word::Equal},
+    {'!', Word::Not, Word::NotEqual},
+    {'<', Word::Less, Word::LessEqual, Word::ShiftLeft, Word::ShiftLeftAssign},
+    {'>', Word::Greater, Word::GreaterEqual, Word::ShiftRight, Word::ShiftRightAssign},
+    {'&', Word::And, Word::AndAssign, Word::AndAnd},
+    {'|', Word::Or, Word::OrAssign, Word::OrOr},
+    {'^', Word::Xor, Word::XorAssign},
+    {'+', Word::Add, Word::AddAssign, Word::Increment},
+    {'-', Word::Sub, Word::SubAssign, Word::Decrement},
+    {'*', Word::Mul, Word::MulAssign},
+    {'/', Word::Div, Word::DivAssign},
+    {'%', Word::Mod, Word::ModAssign},
 };
+
+// By the first character; any other is a symbol without meaning.
+constexpr auto kSymbolOf = [] {
+    std::array<Symbol, 256> table{};
+    for (const Symbol& symbol : kSymbols) table[static_cast<unsigned char>(symbol.first)] = symbol;
+    return table;
+}();
 
 constexpr std::size_t kLongestKeyword = 8;
 
@@ -129,8 +119,8 @@ class Lexer {
                 skipWhile([](char c) { return c != '\n'; });
             } else if (peek() == '/' && peek(1) == '*') {
                 const std::size_t end = text_.find("*/", at_ + 2);
-                tokens_.closed = end != text_.npos;
-                at_ = tokens_.closed ? end + 2 : text_.size();
+                if (end == text_.npos) tokens_.open = Tokens::Open::Comment;
+                at_ = end == text_.npos ? text_.size() : end + 2;
             } else {
                 return;
             }
@@ -180,10 +170,11 @@ class Lexer {
             }
             ++at_;
         }
-        tokens_.closed = at_ < text_.size();
-        if (!tokens_.closed) at_ = text_.size();
+        const bool closed = at_ < text_.size();
+        if (!closed) tokens_.open = Tokens::Open::Constant;
+        if (!closed) at_ = text_.size();
         std::string_view value = text_.substr(from, at_ - from);
-        if (tokens_.closed) ++at_;
+        if (closed) ++at_;
         if (!plain) value = tokens_.decoded.emplace_back(decoded(value));
         // Some scans compare texts without regard to kind, and so find a brace in a constant.
         const Word word = value == "{"   ? Word::LeftBrace
@@ -206,14 +197,13 @@ class Lexer {
 
     void symbol() {
         const std::size_t from = at_;
-        const std::string_view rest = text_.substr(at_);
-        for (const Spelling& symbol : kSymbols) {
-            if (rest.substr(0, symbol.text.size()) != symbol.text) continue;
-            at_ += symbol.text.size();
-            return add(TK::Sym, from, symbol.word);
-        }
-        ++at_;
-        add(TK::Sym, from, Word::None);
+        const Symbol& symbol = kSymbolOf[static_cast<unsigned char>(text_[at_])];
+        const bool twice = symbol.doubled != Word::None && peek(1) == symbol.first;
+        const std::size_t size = twice ? 2 : 1;
+        const Word assigned = twice ? symbol.doubledAssigned : symbol.assigned;
+        const bool assigns = assigned != Word::None && peek(size) == '=';
+        at_ += size + (assigns ? 1 : 0);
+        add(TK::Sym, from, assigns ? assigned : twice ? symbol.doubled : symbol.alone);
     }
 
     Tokens tokens_;

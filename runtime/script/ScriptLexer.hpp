@@ -87,10 +87,12 @@ struct Tok {
 
 // The tokens of a text, always ended by an End, and the storage that their texts point into.
 struct Tokens {
+    enum class Open : std::uint8_t { Nothing, Comment, Constant };
+
     std::unique_ptr<const std::string> source;
     std::deque<std::string> decoded;
     std::vector<Tok> list;
-    bool closed = true;  // false if a comment or a constant was still open at the end
+    Open open = Open::Nothing;  // what the end of the text cut off
 };
 
 [[nodiscard]] Tokens lex(std::string text);

@@ -32,6 +32,12 @@ UnansweredNames::Complaints listed(std::vector<std::string> complaints) {
 
 }  // namespace
 
+// Whether a command on the helper could run that function.
+bool ScriptLibrary::reaches(const Helper& helper, const Function* function) {
+    return function != nullptr &&
+           (function->name == "main" || helper.called.contains(function->name));
+}
+
 fs::path ScriptLibrary::find(std::string_view raw, const fs::path& relative) {
     fs::path path = sources_.paths.scriptCasePath(sources_.paths.root() / relative);
     if (sources_.paths.exists(path)) return path;
@@ -39,12 +45,16 @@ fs::path ScriptLibrary::find(std::string_view raw, const fs::path& relative) {
     return unique.empty() ? path : unique;
 }
 
-std::unique_ptr<Program> ScriptLibrary::program(std::string text, Program* base) {
+Tokens ScriptLibrary::lexed(std::string text) {
     kept_ += text.size();
     cost_ += text.size() / kExpandedPerStep;
-    auto made = std::make_unique<Program>(lex(std::move(text)), names_, base);
-    kept_ += made->tokens.list.size() * sizeof(Tok);
-    return made;
+    return lex(std::move(text));
+}
+
+std::unique_ptr<Program> ScriptLibrary::program(Tokens tokens, Program* base) {
+    kept_ += tokens.list.size() * sizeof(Tok);
+    cost_ += tokens.list.size() / kCompiledPerStep;
+    return std::make_unique<Program>(std::move(tokens), names_, base);
 }
 
 // For what preprocessing took from `before` to `state`, and for the copy of what stood before.
@@ -78,7 +88,7 @@ const Script& ScriptLibrary::load(const fs::path& path) {
     std::string expanded = preprocessScript(sources_, path, *text, state);
     pay(state, {});
     known->complaints = listed(std::move(state.unsupported));
-    known->program = program(std::move(expanded));
+    known->program = program(lexed(std::move(expanded)));
     return *known;
 }
 
@@ -109,15 +119,42 @@ const ScriptLibrary::Helper& ScriptLibrary::helper(const fs::path& path) {
     (void)preprocessScript(sources_, path, *sources_.text(path), helper.state);
     pay(helper.state, {});
     const std::vector<Tok>& tokens = script.program->tokens.list;
-    helper.closed = script.program->tokens.closed && script.program->balanced &&
-                    std::none_of(tokens.begin(), tokens.end(), [](const Tok& token) {
-                        return equalsFolded(token.s, kFrameFunction);
-                    });
+    for (std::size_t i = 0; i + 1 < script.program->settled; ++i) {
+        const bool call = tokens[i].k == TK::Id && tokens[i + 1].is(Word::LeftParen);
+        if (call) helper.called.insert(lower(tokens[i].s));
+    }
     return helper;
 }
 
-// A game has thousands of commands and few helpers. As long as the command's text adds its one
-// function and nothing else, it stands on the helper's program instead of a copy of it.
+// `text` behind the helper's. A game has thousands of commands and few helpers: what is settled of
+// the helper is shared by all that stand on it, and the rest, if any, begins their own tokens.
+std::unique_ptr<Program> ScriptLibrary::onHelper(const Helper& helper, const std::string& text) {
+    if (helper.script == nullptr || !helper.script->program) return program(lexed(text));
+    Program& base = *helper.script->program;
+    if (base.tokens.open == Tokens::Open::Constant) {
+        return program(lexed(*base.tokens.source + text));
+    }
+    std::string_view alive = text;
+    if (base.tokens.open == Tokens::Open::Comment) {
+        alive.remove_prefix(std::min(alive.size(), alive.find("*/")));
+        alive.remove_prefix(std::min<std::size_t>(alive.size(), 2));
+    }
+    Tokens own = lexed(std::string(alive));
+    if (base.swallows(own.list) && !reaches(helper, base.unclosed)) return program(lex({}), &base);
+    const auto& all = base.tokens.list;
+    const auto settled = all.begin() + static_cast<std::ptrdiff_t>(base.settled);
+    own.list.insert(own.list.begin(), settled, all.end() - 1);
+    auto made = program(std::move(own), &base);
+    // A function of the helper that calls one of these means another there than here.
+    const bool shared = std::ranges::none_of(made->functions, [&](const Function& function) {
+        return base.findSettled(function.name) == nullptr && helper.called.contains(function.name);
+    });
+    if (shared) return made;
+    own = std::move(made->tokens);
+    own.list.insert(own.list.begin(), all.begin(), settled);
+    return program(std::move(own));
+}
+
 void ScriptLibrary::build(Command& command, const Helper& helper, const fs::path& path,
                           std::string_view text) {
     Script& script = command.script;
@@ -132,10 +169,7 @@ void ScriptLibrary::build(Command& command, const Helper& helper, const fs::path
     script.complaints = helper.script != nullptr && state.unsupported == helper.state.unsupported
                             ? helper.script->complaints
                             : listed(std::move(state.unsupported));
-    Program* const base = helper.script ? helper.script->program.get() : nullptr;
-    script.program = program(expanded, base);
-    const bool stands = base == nullptr || (helper.closed && script.program->functions.size() == 1);
-    if (!stands) script.program = program(*base->tokens.source + expanded);
+    script.program = onHelper(helper, expanded);
     if (helper.script != nullptr) command.helperMain = script.program->find("main");
     command.frame = script.program->find(kFrameFunction);
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -53,14 +54,17 @@ class ScriptLibrary {
     struct Helper {
         const Script* script = nullptr;
         PreprocessorState state;
-        bool closed = false;  // nothing that follows can change what it means
+        std::unordered_set<std::string> called;  // lower-cased names of its settled calls
     };
 
     std::filesystem::path find(std::string_view raw, const std::filesystem::path& relative);
     const Script& load(const std::filesystem::path& path);
     const Helper& helper(const std::filesystem::path& path);
     [[nodiscard]] bool full() const { return kept_ > kMaxLibrary; }
-    std::unique_ptr<Program> program(std::string text, Program* base = nullptr);
+    std::unique_ptr<Program> program(Tokens tokens, Program* base = nullptr);
+    static bool reaches(const Helper& helper, const Function* function);
+    Tokens lexed(std::string text);
+    std::unique_ptr<Program> onHelper(const Helper& helper, const std::string& text);
     void pay(const PreprocessorState& state, const PreprocessorState& before);
     void build(Command& command, const Helper& helper, const std::filesystem::path& path,
                std::string_view text);

@@ -97,15 +97,16 @@ inline constexpr std::size_t kScannedPerStep = 4;
 // at each call.
 inline constexpr std::size_t kFileSteps = 20'000;
 inline constexpr std::size_t kMusicSteps = 1'000'000;
+// What drawing costs: of each command, of each letter, and the pixels that one step pays for where
+// they are put down, and where they are mixed, scaled or turned.
+inline constexpr std::size_t kDrawSteps = 20;
+inline constexpr std::size_t kLetterSteps = 12;
+inline constexpr std::size_t kPixelsPerStep = 8;
+inline constexpr std::size_t kMixedPixelsPerStep = 1;
 // What comes into the world: an entity, a projectile.
 inline constexpr std::size_t kSpawnSteps = 1000;
-// Variables that scripts keep on one actor, and the bytes of a name and of a text among them; real
-// games have some dozens of short ones.
-inline constexpr std::size_t kMaxActorVariables = 1024;
-inline constexpr std::size_t kMaxVariableName = 256;
-inline constexpr std::size_t kMaxVariableText = 4096;
-// Bytes that the variables of all entities of a stage take, the dead among them.
-inline constexpr std::size_t kMaxVariableBytes = std::size_t{64} << 20U;
+// The longest name of something that a script spawns.
+inline constexpr std::size_t kMaxSpawnName = 256;
 // Numbers of `setscriptvar`, from 0 on.
 inline constexpr int kMaxScriptVariables = 1024;
 // Sounds with a number; games have some hundreds.

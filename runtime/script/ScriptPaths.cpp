@@ -10,10 +10,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr bool isLetter(char c) {
+    return foldAscii(c) >= 'a' && foldAscii(c) <= 'z';
+}
+
 constexpr std::string_view kDataPrefix = "data/";
 
 bool climbs(const fs::path& path) {
     return std::any_of(path.begin(), path.end(), [](const fs::path& part) { return part == ".."; });
+}
+
+// On every system, so that a game means the same files everywhere.
+bool hasDrive(const fs::path& path) {
+    const std::string text = path.generic_string();
+    return text.size() > 1 && text[1] == ':' && isLetter(text[0]);
 }
 
 bool onDisk(const fs::path& path) {
@@ -31,7 +41,8 @@ bool relativeScriptPath(std::string_view raw, fs::path& out) {
         rest.remove_prefix(kDataPrefix.size());
     }
     out = PathEncoding::path(rest).lexically_normal();
-    return !out.is_absolute() && !out.has_root_name() && !out.has_root_directory() && !climbs(out);
+    return !out.is_absolute() && !out.has_root_name() && !out.has_root_directory() &&
+           !hasDrive(out) && !climbs(out);
 }
 
 bool ScriptPaths::safeScriptPath(const fs::path& current, std::string_view raw, fs::path& out) {

@@ -18,7 +18,7 @@ namespace port::script {
 }
 
 // `raw` with forward slashes, without any leading "data/", normalised. False for a path that is
-// absolute or climbs out by "..".
+// absolute, begins with a drive letter or climbs out by "..".
 [[nodiscard]] bool relativeScriptPath(std::string_view raw, std::filesystem::path& out);
 
 class ScriptPaths {

@@ -23,6 +23,7 @@ void moveArrays(ScriptArray& from, std::vector<ScriptArrayPtr>& to) {
 // Arrays may hold arrays to any depth; they are let go one by one, so that the depth of the data
 // is never a depth of calls.
 ScriptArray::~ScriptArray() {
+    ScriptMemory::giveBack(sizeof(ScriptArray));
     std::vector<ScriptArrayPtr> waiting;
     moveArrays(*this, waiting);
     while (!waiting.empty()) {
@@ -39,13 +40,13 @@ bool truth(const ScriptValue& value) {
         case 1:
             return *std::get_if<double>(&value) != 0.0;
         case 2:
-            return !std::get_if<std::string>(&value)->empty();
+            return !std::get_if<ScriptText>(&value)->empty();
         case 3:
             return *std::get_if<bool>(&value);
         case 4:
             return *std::get_if<std::uintptr_t>(&value) != 0;
         case 5:
-            return *std::get_if<ScriptArrayPtr>(&value) != nullptr;
+            return static_cast<bool>(*std::get_if<ScriptArrayPtr>(&value));
         default:
             return false;
     }
@@ -56,7 +57,7 @@ double num(const ScriptValue& value) {
         case 1:
             return *std::get_if<double>(&value);
         case 2:
-            return parsedNumber(*std::get_if<std::string>(&value));
+            return parsedNumber(*std::get_if<ScriptText>(&value));
         case 3:
             return *std::get_if<bool>(&value) ? 1.0 : 0.0;
         case 4:
@@ -75,7 +76,7 @@ std::string str(const ScriptValue& value) {
             return {text, end.ptr};
         }
         case 2:
-            return *std::get_if<std::string>(&value);
+            return *std::get_if<ScriptText>(&value);
         case 3:
             return *std::get_if<bool>(&value) ? "1" : "0";
         case 4:
@@ -88,8 +89,8 @@ std::string str(const ScriptValue& value) {
 }
 
 bool eq(const ScriptValue& a, const ScriptValue& b) {
-    const auto* left = std::get_if<std::string>(&a);
-    const auto* right = std::get_if<std::string>(&b);
+    const auto* left = std::get_if<ScriptText>(&a);
+    const auto* right = std::get_if<ScriptText>(&b);
     if (left != nullptr && right != nullptr) return *left == *right;
     if (left != nullptr) return *left == str(b);
     if (right != nullptr) return *right == str(a);

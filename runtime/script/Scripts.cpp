@@ -22,13 +22,10 @@ std::string singleLine(const Scripts::FrameCommand& command) {
     return text;
 }
 
-// Keeps the memory of the name that stands there.
+// Keeps the text that stands there if it is the same.
 void setText(ScriptValue& value, const char* text) {
-    if (auto* known = std::get_if<std::string>(&value)) {
-        *known = text;
-    } else {
-        value.emplace<std::string>(text);
-    }
+    const auto* known = std::get_if<ScriptText>(&value);
+    if (known == nullptr || *known != text) value = text;
 }
 
 }  // namespace

@@ -83,6 +83,8 @@ struct Actor {
     int facing = 1;
     bool hasScriptAntigravity = false;  // a script's value instead of the model's
     float scriptAntigravity = 0;
+    bool hasScriptDraw = false;  // a script's draw method instead of the frames'
+    generated::DrawMethod scriptDraw{};
     EntityBinding binding;
 
     int health = 100, maxHealth = 100, mp = 0, maxMp = 0;
@@ -112,11 +114,12 @@ struct Actor {
 
     PORT_FIELDS(handle, model, animation, lastFrame, shown, worldX, z, altitude, verticalVelocity,
                 scriptVelocityX, scriptVelocityZ, facing, hasScriptAntigravity, scriptAntigravity,
-                binding, health, maxHealth, mp, maxMp, alive, paletteMap, score, guardPoints,
-                blockState, blocking, knockdownMeter, hitStun, attackTicks, attackCooldown,
-                attackHits, attackHasHit, projectileFired, invincibleTicks, reactionType,
-                landingDamage, landingMode, landingType, landingHitTargets, energyPending,
-                equippedWeapon, weaponUses, weaponItemModel, weaponDropsRemaining, scriptCtx)
+                hasScriptDraw, scriptDraw, binding, health, maxHealth, mp, maxMp, alive, paletteMap,
+                score, guardPoints, blockState, blocking, knockdownMeter, hitStun, attackTicks,
+                attackCooldown, attackHits, attackHasHit, projectileFired, invincibleTicks,
+                reactionType, landingDamage, landingMode, landingType, landingHitTargets,
+                energyPending, equippedWeapon, weaponUses, weaponItemModel, weaponDropsRemaining,
+                scriptCtx)
 };
 
 // What all players have, whoever drives them.
@@ -187,7 +190,7 @@ struct RuntimeEntity : Actor {
     int freezeTicks = 0, preFreezePaletteMap = -1;
     int lifeTicks = -1;  // negative: no lifespan
     unsigned lastPlayerAttackId = 0;
-    std::unordered_map<std::string, ScriptValue> scriptVars;
+    ScriptVariables scriptVars;
 
     PORT_DERIVED_FIELDS(Actor, spawn, animationEffect, effectSpawnType, parentHandle, summonedChild,
                         visible, grabbed, subjectToScreen, fallTicks, recoveryTicks,

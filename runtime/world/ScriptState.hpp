@@ -2,12 +2,13 @@
 
 // What the scripts of a game keep in the world beside their variables.
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "Fields.hpp"
+#include "ScriptDrawing.hpp"
+#include "ScriptFiles.hpp"
 
 namespace port {
 
@@ -30,9 +31,10 @@ struct ScriptSpawnEntry {
 struct ScriptState {
     ScriptSpawnEntry spawnEntry;
     std::vector<std::string> samples;  // loaded sounds by their numbers; empty where unloaded
-    std::size_t variableBytes = 0;     // that the variables of the stage's entities take, about
+    ScriptDrawing drawing;
+    ScriptFiles files;
 
-    PORT_FIELDS(spawnEntry, samples, variableBytes)
+    PORT_FIELDS(spawnEntry, samples, drawing, files)
 };
 
 }  // namespace port

@@ -63,7 +63,7 @@ struct PlayerSlot {
     unsigned playKeys = 0;                        // what the game logic may see of those held
     unsigned disabledKeys = 0;                    // masked out before everything else
     std::vector<InputHistoryEntry> inputHistory;  // the oldest first, kLongestHistory at most
-    std::unordered_map<std::string, ScriptValue> scriptVars;
+    ScriptVariables scriptVars;
 
     PORT_FIELDS(joined, selectIndex, keys, newKeys, releasedKeys, playKeys, disabledKeys,
                 inputHistory, scriptVars)

@@ -89,8 +89,6 @@ class FieldWalk {
     }
 
   private:
-    using Variables = std::unordered_map<std::string, ScriptValue>;
-
     template <class Name, class Value>
     void field(const Name& name, const Value& value) {
         sink_.enter(name);
@@ -123,6 +121,8 @@ class FieldWalk {
     requires std::is_enum_v<Enum>
     void walk(Enum value) { sink_.number(static_cast<std::int64_t>(value)); }
     void walk(const std::string& value) { sink_.text(value); }
+    void walk(const ScriptName& value) { sink_.text(value); }
+    void walk(const ScriptText& value) { sink_.text(value); }
 
     void walk(const generated::Character* model) { sink_.text(model ? model->name : ""); }
     void walk(const generated::Animation* animation) {
@@ -131,6 +131,17 @@ class FieldWalk {
     void walk(const generated::Frame* frame) { sink_.text(frame ? frame->sprite : ""); }
     void walk(const generated::Spawn* spawn) { sink_.number(spawn ? spawn->id : -1); }
     void walk(const generated::Stage* stage) { sink_.text(stage ? stage->sourceFile : ""); }
+
+    void walk(const generated::DrawMethod& draw) {
+        static_assert(fields::count<generated::DrawMethod>() == 13, "a field is missing below");
+        walk(draw.enabled);
+        for (const float part : {draw.scaleX, draw.scaleY, draw.shiftX}) walk(part);
+        for (const bool part : {draw.flipX, draw.flipY, draw.flipRotate}) walk(part);
+        for (const int part : {draw.alphaMode, draw.remap, draw.fillColor, draw.tintMode,
+                               draw.tintColor, draw.rotate}) {
+            walk(part);
+        }
+    }
 
     template <std::ranges::range Values>
     void walk(const Values& values) {
@@ -165,14 +176,16 @@ class FieldWalk {
         field("player", context.player);
         field("playerIndex", context.playerIndex);
     }
-    void walk(const Variables& variables) {
-        std::vector<const Variables::value_type*> sorted;
+    void walk(const ScriptVariables& variables) {
+        std::vector<const ScriptVariables::value_type*> sorted;
         for (const auto& variable : variables) sorted.push_back(&variable);
-        std::ranges::sort(sorted, {}, [](const auto* variable) { return variable->first; });
+        std::ranges::sort(
+            sorted, {}, [](const auto* variable) -> const std::string& { return variable->first; });
         walk(sorted.size());
         for (const auto* variable : sorted) {
-            walk(variable->first);
-            field(variable->first, variable->second);
+            const std::string& name = variable->first;
+            walk(name);
+            field(name, variable->second);
         }
     }
     void walk(const ScriptValue& value) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "TempFolder.hpp"
+#include "analysis/ScriptKnownNames.hpp"
 
 namespace tindrel {
 namespace {
@@ -32,6 +33,15 @@ class ScriptScanTest : public testing::Test {
     std::optional<GameReader> game_;
     std::optional<ScriptScanner> scanner_;
 };
+
+TEST_F(ScriptScanTest, KnowsWhatAPortAnswersAndPromises) {
+    const auto& known = knownScriptNames();
+    EXPECT_EQ(known.size(), 154U);
+    EXPECT_TRUE(known.contains("bindentity") && known.contains("switch"));
+    for (const char* answered : {"get_entity", "aicheckattack", "aicheckmove"}) {
+        EXPECT_FALSE(known.contains(answered)) << answered << " is not promised";
+    }
+}
 
 TEST_F(ScriptScanTest, ReportsCallsThatNothingServes) {
     write("a.c",

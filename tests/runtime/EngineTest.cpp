@@ -27,7 +27,7 @@ TEST_F(EngineTest, InitializeReadsThePortAndTellsWhatItFound) {
     EXPECT_TRUE(world.slots[1].joined);
     EXPECT_FALSE(world.slots[2].joined);
     EXPECT_EQ(game.scripts.machine().root(), folder.path() / "assets" / "openbor-data");
-    EXPECT_EQ(game.scripts.machine().host(), &engine);
+    EXPECT_EQ(game.scripts.machine().host(), &engine.game().host);
     EXPECT_EQ(game.frontend.campaigns, (std::vector<Campaign>{{0, "Story", 0}, {4, "Bonus", 2}}))
         << "STORY is no other set";
 

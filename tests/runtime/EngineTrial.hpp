@@ -112,9 +112,9 @@ struct EngineTrial : testing::Test {
     std::string global(const std::string& name) {
         const auto found = game.scripts.machine().globals().find(name);
         if (found == game.scripts.machine().globals().end()) return "";
-        const auto* text = std::get_if<std::string>(&found->second);
+        const auto* text = std::get_if<ScriptText>(&found->second);
         const auto* number = std::get_if<double>(&found->second);
-        return text ? *text : number ? std::to_string(static_cast<int>(*number)) : "?";
+        return text ? text->str() : number ? std::to_string(static_cast<int>(*number)) : "?";
     }
 };
 

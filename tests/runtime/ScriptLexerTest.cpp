@@ -50,10 +50,10 @@ TEST(ScriptLexer, CutsTokens) {
 }
 
 TEST(ScriptLexer, TellsWhetherTheTextEndsInsideSomething) {
-    EXPECT_TRUE(lex("a \"b\" /* c */ // d").closed);
-    EXPECT_FALSE(lex("a /* b").closed);
-    EXPECT_FALSE(lex("a 'b").closed);
-    EXPECT_FALSE(lex("a \"b\\\"").closed);
+    EXPECT_EQ(lex("a \"b\" /* c */ // d").open, Tokens::Open::Nothing);
+    EXPECT_EQ(lex("a /* b").open, Tokens::Open::Comment);
+    EXPECT_EQ(lex("a 'b").open, Tokens::Open::Constant);
+    EXPECT_EQ(lex("a \"b\\\"").open, Tokens::Open::Constant);
 }
 
 TEST(ScriptLexer, KnowsTypesInAnyCase) {

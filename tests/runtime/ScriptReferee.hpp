@@ -32,7 +32,7 @@ class Referee {
     struct Undecided {};
 
     Referee(const std::vector<Tok>& tokens, ScriptHost& host, ScriptContext& context,
-            std::unordered_map<std::string, ScriptValue>& globals, UnansweredNames& unsupported)
+            ScriptVariables& globals, UnansweredNames& unsupported)
         : tokens_(tokens),
           host_(host),
           context_(context),
@@ -477,7 +477,7 @@ class Referee {
     const std::vector<Tok>& tokens_;
     ScriptHost& host_;
     ScriptContext& context_;
-    std::unordered_map<std::string, ScriptValue>& globals_;
+    ScriptVariables& globals_;
     UnansweredNames& unsupported_;
     std::size_t pos_ = 0;
     std::vector<Values> scopes_;
@@ -523,8 +523,7 @@ struct Witness : NamedHost {
 
 // Runs work(context, unsupported) and completes the story by what it left behind.
 template <typename Work>
-Outcome observed(Witness& host, const std::unordered_map<std::string, ScriptValue>& globals,
-                 Work work) {
+Outcome observed(Witness& host, const ScriptVariables& globals, Work work) {
     Outcome outcome;
     ScriptContext context;
     UnansweredNames unsupported;
@@ -577,7 +576,7 @@ inline Outcome byReferee(const std::string& text) {
     const Tokens tokens = lex(preprocessScript(
         sources, "/nonexistent/frame.c", "\nvoid " + frame + "(){\n" + text + "\n}\n", state));
     referee::Witness host;
-    std::unordered_map<std::string, ScriptValue> globals;
+    ScriptVariables globals;
     return referee::observed(
         host, globals, [&](ScriptContext& context, UnansweredNames& unsupported) -> std::string {
             unsupported = UnansweredNames(

@@ -60,7 +60,14 @@ TEST(ScriptLoops, EndARunThatMultipliesThem) {
     EXPECT_EQ(ends("int i; for (;;) { i++; setlocalvar(i, i); }"), kOut);
     // What costs time without being an instruction.
     for (const char* body : {
-             "int i; for (i = 0; i < 9000; i++) setglobalvar(i, i); for (;;) clearindexedvar();",
+             "int i; for (i = 0; i < 9000; i++) setglobalvar(i, i); for (i = 0; i < 99; i++) "
+             "clearindexedvar();",
+             "int i; int j; for (i = 0; i < 99; i++) { for (j = 0; j < 400; j++) setlocalvar(j, j);"
+             "clearlocalvar(); for (j = 0; j < 400; j++) setglobalvar(j, j); clearglobalvar(); }",
+             "mixed t = \"x\"; int i; for (i = 0; i < 15; i++) t = t + t; mixed u = t + 1; t = t + "
+             "1;"
+             "for (;;) t == u;",
+             "mixed t = \"1\"; int i; for (i = 0; i < 15; i++) t = t + t; for (;;) -t;",
              "mixed a = array(9000); for (;;) { add(a, 0, 1); delete(a, 0); }",
              "mixed a = array(); mixed t = \"x\"; int i; for (i = 0; i < 9; i++) t = t + t;"
              "for (i = 0; i < 99; i++) set(a, t + i, 1); for (;;) delete(a, t + 99);",
@@ -223,6 +230,9 @@ TEST(ScriptRuns, FindFiles) {
     EXPECT_EQ(run("lone.c"), "requested function/main() not found");
     EXPECT_EQ(run("../Hook.C"), "unsafe script path");
     EXPECT_EQ(run("/Hook.C"), "unsafe script path");
+    trial.folder.write("C:/m.c", "void main() { say(3); }");
+    EXPECT_EQ(run("C:/m.c"), "unsafe script path");
+    EXPECT_EQ(run("data/./c:m.c"), "unsafe script path");
     for (int again = 0; again < 2; ++again) {
         const std::string error = run("none.c");
         EXPECT_EQ(error.find("script not found: "), 0U);
@@ -244,6 +254,11 @@ TEST(ScriptRuns, AnimationCommandsStandOnTheirHelper) {
     trial.folder.write("open.c", "void main() { say(1); }\nvoid f() { say(2); /* ");
     trial.folder.write("off.c", "void main() { say(1); }\n#ifdef NONE\n");
     trial.folder.write("bad.c", "void main() { say(1); ) }");
+    trial.folder.write("brace.c", "void main() { say(1); } void f() { if (1) { say(2); }");
+    trial.folder.write("main.c", "void main() { say(1);");
+    trial.folder.write("calls.c", "void main() { f(); } void f() { say(1);");
+    trial.folder.write("text.c", "void main() { say(\"}\");");
+    trial.folder.write("later.c", "void main() { extra(6); }");
     const auto run = [&](const char* helper, const char* text) {
         trial.host.said.clear();
         return trial.vm.runAnimationCommand(helper, text, trial.context);
@@ -264,7 +279,14 @@ TEST(ScriptRuns, AnimationCommandsStandOnTheirHelper) {
         {"helper.c", "extra(5); } void extra(int y) { say(y);", "1 5"},
         {"helper.c", "say(1", "1", "expected ) near '}'"},
         {"open.c", "say(3);", "1", "generated animation function not found"},
+        {"open.c", "say(3); */ } void g() { } void", "1", "generated animation function not found"},
         {"off.c", "say(3);", "1", "generated animation function not found"},
+        {"brace.c", "say(3);", "1", "generated animation function not found"},
+        {"brace.c", "} } void __tindrel_animation_frame() { say(3);", "1 3"},
+        {"main.c", "say(3);", "1 3", "expected } near ''"},  // a call, and a block of main
+        {"calls.c", "say(3);", "1 3", "expected } near ''"},
+        {"text.c", "say(3);", "'}' 3 3", "expected } near ''"},  // ends main only for the search
+        {"later.c", "say(3); } void extra(int y) { say(y);", "6 3"},
         {"bad.c", "say(3);", "1", "unexpected token )"},  // its error ends the run
         {"../helper.c", "say(3);", "", "unsafe animation script path"},
     };
@@ -279,6 +301,18 @@ TEST(ScriptRuns, AnimationCommandsStandOnTheirHelper) {
                 EXPECT_EQ(result.unsupported.all(), std::vector<std::string>{"preprocessor:undef"});
             }
         }
+    }
+    // What a command cannot change is shared by all of them.
+    std::string large = "void main() { say(1); }";
+    for (int i = 0; i < 2000; ++i) large += "void f" + std::to_string(i) + "() { x = 1; }";
+    for (const char* end : {"", "void f() {", "/*", "\n#ifdef NONE"}) {
+        const std::string name = "large" + std::to_string(large.size()) + ".c";
+        trial.folder.write(name, large + end);
+        large += ' ';
+        run(name.c_str(), "say(2);");
+        const std::int64_t before = trial.vm.stepsLeft();
+        run(name.c_str(), "say(3);");
+        EXPECT_LT(before - trial.vm.stepsLeft(), 100) << end;
     }
     // A missing helper lets the command run all the same.
     const ScriptRunResult missing = run("none.c", "say(3);");

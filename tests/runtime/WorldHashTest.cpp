@@ -94,7 +94,7 @@ class FieldChanges {
         field(path + ".player", context.player);
         field(path + ".playerIndex", context.playerIndex);
     }
-    void special(const std::string& path, std::unordered_map<std::string, ScriptValue>& variables) {
+    void special(const std::string& path, ScriptVariables& variables) {
         auto more = variables;
         more["zz"] = 1.0;
         change(path, variables, more);
@@ -144,8 +144,8 @@ TEST(WorldHash, ScriptsCountWithEveryElementOfTheirArrays) {
     World world;
     ScriptVM scripts;
     const auto hash = [&](int screen = 0) { return worldHash({world, scripts, screen}); };
-    auto inner = std::make_shared<ScriptArray>();
-    auto outer = std::make_shared<ScriptArray>();
+    auto inner = newScriptArray();
+    auto outer = newScriptArray();
     inner->indexed = {1.0, outer};  // they hold each other
     outer->named["in"] = inner;
     outer->namedOrder = {"in"};
@@ -162,7 +162,7 @@ TEST(WorldHash, ScriptsCountWithEveryElementOfTheirArrays) {
     change("cursor", [&] { outer->cursor = 1; });
     change("order", [&] { outer->namedOrder = {"out"}; });
     change("sharing", [&] {
-        auto copy = std::make_shared<ScriptArray>();
+        auto copy = newScriptArray();
         copy->indexed = {"2", outer};
         outer->named["in"] = copy;
         scripts.globals()["b"] = inner;

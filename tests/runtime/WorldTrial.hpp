@@ -69,9 +69,9 @@ struct WorldTrial : testing::Test {
         const auto& globals = scripts.machine().globals();
         const auto found = globals.find(name);
         if (found == globals.end()) return "";
-        const auto* text = std::get_if<std::string>(&found->second);
+        const auto* text = std::get_if<ScriptText>(&found->second);
         const auto* number = std::get_if<double>(&found->second);
-        return text ? *text : number ? std::to_string(static_cast<int>(*number)) : "?";
+        return text ? text->str() : number ? std::to_string(static_cast<int>(*number)) : "?";
     }
 };
 
