@@ -62,7 +62,7 @@ set(port_host_units
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units
-  Scenery StageScene)
+  Hud Scenery StageScene)
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated host picture platform play rules script sound view world)
 set(port_screens_units

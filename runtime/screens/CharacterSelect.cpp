@@ -59,7 +59,8 @@ class CharacterSelect final : public Screen {
         }
         int drawn = 0;
         for (int slot = 0; slot < places(); ++slot) {
-            if (place(slot).joined && modelOf(slot)) addPreview(list, *modelOf(slot), drawn++, joined);
+            if (place(slot).joined && modelOf(slot))
+                addPreview(list, *modelOf(slot), drawn++, joined);
         }
         const int height = game_.config.logicalHeight;
         addText(list, 14, std::max(150, height - 30), 7, "P1 arrows choose | pads D-PAD choose");
@@ -114,16 +115,18 @@ class CharacterSelect final : public Screen {
         const generated::Animation* animation = previewAnimation(model);
         if (!animation) return;
         const generated::Frame& frame = previewFrame(*animation, game_.frontend.tick);
-        SpritePtr image = game_.sprites.load(game_.renderer, game_.dataRoot, frame.sprite, nullptr, 0);
+        SpritePtr image =
+            game_.sprites.load(game_.renderer, game_.dataRoot, frame.sprite, nullptr, 0);
         if (!image) return;
         const RuntimeConfig& config = game_.config;
         const int x = config.logicalWidth * (place + 1) / (std::max(1, count) + 1);
         const int y = std::max(kLeastRow, config.logicalHeight - kAboveBottom);
         const auto offset = [](int at, int back) {
-            return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{at} - back, INT32_MIN / 2,
-                                                             INT32_MAX / 2));
+            return static_cast<int>(
+                std::clamp<std::int64_t>(std::int64_t{at} - back, INT32_MIN / 2, INT32_MAX / 2));
         };
-        list.addBackdrop(DrawImage{std::move(image), offset(x, frame.offsetX), offset(y, frame.offsetY)});
+        list.addBackdrop(
+            DrawImage{std::move(image), offset(x, frame.offsetX), offset(y, frame.offsetY)});
     }
 
     Game& game_;

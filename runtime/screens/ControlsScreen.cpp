@@ -97,9 +97,8 @@ class ControlsScreen final : public Screen {
             --delay_;
             return;
         }
-        const int pressed = row < kFirstButton
-                                ? pressedKey(input)
-                                : pressedButton(input, game_.config.player1Gamepad);
+        const int pressed = row < kFirstButton ? pressedKey(input)
+                                               : pressedButton(input, game_.config.player1Gamepad);
         if (pressed == 0) return;
         game_.config.*controlRow(row).value = pressed;
         capturing_ = false;

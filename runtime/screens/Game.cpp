@@ -41,8 +41,7 @@ HeldInput Game::heldInput() const {
 
 void Game::show(bool over) {
     drawing.sort();
-    if (!over) renderer.beginFrame();
-    paint(drawing, renderer, config);
+    paint(drawing, renderer, config, over);
     renderer.endFrame();
 }
 

@@ -16,6 +16,7 @@
 #include "DrawList.hpp"
 #include "FrameCapture.hpp"
 #include "Host.hpp"
+#include "Hud.hpp"
 #include "Recording.hpp"
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
@@ -64,11 +65,6 @@ struct Frontend {
     std::unordered_map<std::string, std::string> legacyKeyLabels;
     std::set<std::string> legacyDisabledKeys;
     SpritePtr titleBackground, selectBackground;  // null where there is none
-};
-
-// The life bars of the HUD, in pixels.
-struct HudSize {
-    int barWidth = 70, barHeight = 7;
 };
 
 // A run that checks itself, until its frames are played.

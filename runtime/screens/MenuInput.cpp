@@ -27,9 +27,8 @@ int pressedKey(const TickInput& input) {
 }
 
 int pressedButton(const TickInput& input, int pad) {
-    for (const int button :
-         {kPadA, kPadB, kPadX, kPadY, kPadLeftShoulder, kPadRightShoulder, kPadBack, kPadStart,
-          kPadLeftThumb, kPadRightThumb}) {
+    for (const int button : {kPadA, kPadB, kPadX, kPadY, kPadLeftShoulder, kPadRightShoulder,
+                             kPadBack, kPadStart, kPadLeftThumb, kPadRightThumb}) {
         if (input.buttonPressed(pad, static_cast<unsigned>(button))) return button;
     }
     return 0;

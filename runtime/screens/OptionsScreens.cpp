@@ -37,9 +37,8 @@ template <class Value, std::size_t Count>
 const Value& cycled(const std::array<Value, Count>& choices, const auto& current,
                     std::size_t fallback, int direction) {
     const auto found = std::ranges::find(choices, current);
-    const std::size_t at = found == choices.end()
-                               ? fallback
-                               : static_cast<std::size_t>(found - choices.begin());
+    const std::size_t at =
+        found == choices.end() ? fallback : static_cast<std::size_t>(found - choices.begin());
     return choices[static_cast<std::size_t>(
         wrapped(static_cast<int>(at), direction, static_cast<int>(Count)))];
 }

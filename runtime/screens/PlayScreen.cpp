@@ -41,13 +41,14 @@ void drawStage(Game& game) {
     Tick tick = game.tick();
     shakeScreen(game.world);
     game.drawing.clear();
-    StageScene scene(game.world, game.scenery, game.config,
-                     {game.sprites, game.renderer, game.dataRoot}, game.drawing);
+    const SpriteSource sprites{game.sprites, game.renderer, game.dataRoot};
+    StageScene scene(game.world, game.scenery, game.config, sprites, game.drawing);
     scene.addScenery();
     enterFrames(tick);
     game.playSounds();
     scene.addActors();
     scene.addScriptDrawing(game.scriptPictures);
+    addHud(game.world, game.config, game.hud, sprites, game.drawing);
     game.show();
     game.capture.pass(game.renderer.canvas());
     flushChildSpawns(tick);

@@ -43,7 +43,9 @@ class PlayerWriter {
         : out_(out), player_(player), number_(number) {}
 
     void line(const TextLine& line) { key(line.key) << player_.*line.value << '\n'; }
-    void line(const NumberLine& line) { key(line.key) << (player_.*line.value).value_or(0) << '\n'; }
+    void line(const NumberLine& line) {
+        key(line.key) << (player_.*line.value).value_or(0) << '\n';
+    }
     void score() { key(kScoreKey) << player_.score.value_or(0) << '\n'; }
 
   private:
@@ -115,9 +117,8 @@ void writeSavedGame(std::ostream& out, const SavedGame& game) {
 
 SavedGame readSavedGame(std::istream& in) {
     SavedGame game;
-    eachKeyValue(in, [&](std::string_view key, std::string_view text) {
-        readLine(game, key, text);
-    });
+    eachKeyValue(in,
+                 [&](std::string_view key, std::string_view text) { readLine(game, key, text); });
     return game;
 }
 
