@@ -62,12 +62,13 @@ set(port_host_units
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)
 set(port_view_units
-  Scenery StageScene)
+  Hud Scenery StageScene)
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated host picture platform play rules script sound view world)
 set(port_screens_units
-  Autoplay Bot FrontendScreens Game Pilot PlayScreen Playtest PlaytestReport Recording Replay
-  StageLoading StageShows TimedShow)
+  Autoplay Bot Campaigns CharacterSelect ControlsScreen FrontendScreens Game MainMenus MenuInput
+  MenuScreens MenuText OptionsScreens Pilot PlayScreen Playtest PlaytestReport Progress Recording
+  Replay SavedGame Settings StageLoading StageShows TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses
   core generated host picture platform play rules screens script sound view world)

@@ -21,4 +21,20 @@ std::optional<std::vector<std::uint8_t>> readFileBytes(const std::filesystem::pa
     return bytes;
 }
 
+bool replaceFile(const std::filesystem::path& path, std::string_view text) {
+    std::filesystem::path temporary = path;
+    temporary += ".tmp";
+    std::ofstream out(temporary, std::ios::trunc | std::ios::binary);
+    if (!out) return false;
+    out << text;
+    out.close();
+    std::error_code failed;
+    if (out) {
+        std::filesystem::rename(temporary, path, failed);
+        if (!failed) return true;
+    }
+    std::filesystem::remove(temporary, failed);
+    return false;
+}
+
 }  // namespace port

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace port {
@@ -11,5 +12,9 @@ namespace port {
 // longer than it, so that the caller can tell.
 [[nodiscard]] std::optional<std::vector<std::uint8_t>> readFileBytes(
     const std::filesystem::path& path, std::uintmax_t limit);
+
+// Puts the text into the place of the file, whole or not at all: whoever reads it finds the old one
+// or the new one. False when it cannot be written; the old file then stands.
+[[nodiscard]] bool replaceFile(const std::filesystem::path& path, std::string_view text);
 
 }  // namespace port

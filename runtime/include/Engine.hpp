@@ -25,7 +25,10 @@ class Engine {
     }
     // Before initialize(). A game then begins at once, is played by the pilot and ends when the
     // pilot says so; the settings are not saved.
-    void setPilot(std::unique_ptr<Pilot> pilot) { pilot_ = std::move(pilot); }
+    void setPilot(std::unique_ptr<Pilot> pilot) {
+        pilot_ = std::move(pilot);
+        game_.keepsSettings = false;
+    }
 
     // Keeps pictures of the gameplay passes to come.
     void setCapture(FrameCapture capture) { game_.capture = std::move(capture); }
@@ -60,7 +63,6 @@ class Engine {
     void logHeadlessProgress() const;
     void pace() const;
     int endRun(int passes);
-    void saveSettings();
 
     Game game_;
     FrontendState screenState_ = FrontendState::Playing;  // whose screen_ is up

@@ -81,8 +81,8 @@ class Painter {
 
 }  // namespace
 
-void paint(const DrawList& list, Renderer& renderer, const RuntimeConfig& config) {
-    renderer.beginFrame();
+void paint(const DrawList& list, Renderer& renderer, const RuntimeConfig& config, bool over) {
+    if (!over) renderer.beginFrame();
     Painter painter(renderer, config);
     for (const DrawShape& shape : list.backdrop()) std::visit(painter, shape);
     for (const DrawCommand& command : list.scene()) std::visit(painter, list.shape(command));

@@ -1,34 +1,24 @@
 #include "FrontendScreens.hpp"
 
-#include <algorithm>
 #include <fstream>
-#include <span>
 #include <string_view>
 #include <utility>
 
 #include "AssetPaths.hpp"
+#include "Campaigns.hpp"
+#include "MenuScreens.hpp"
+#include "MenuText.hpp"
+#include "Progress.hpp"
 #include "TextFields.hpp"
 
 namespace port {
 namespace {
 
-// A picture behind a menu. Where nobody is there to choose, play goes on.
-class MenuScreen final : public Screen {
+// Stands for every menu where nobody is there to choose: play goes on.
+class SkippedMenu final : public Screen {
   public:
-    MenuScreen(FrontendState state, SpritePtr background, bool skipped)
-        : state_(state), background_(std::move(background)), skipped_(skipped) {}
-
-    FrontendState update(const TickInput&) override {
-        return skipped_ ? FrontendState::Playing : state_;
-    }
-    void draw(DrawList& list) const override {
-        if (background_) list.addBackdrop(DrawImage{background_});
-    }
-
-  private:
-    FrontendState state_;
-    SpritePtr background_;
-    bool skipped_;
+    FrontendState update(const TickInput&) override { return FrontendState::Playing; }
+    void draw(DrawList&) const override {}
 };
 
 SpritePtr loadBackground(const Game& game, std::string_view name) {
@@ -50,35 +40,50 @@ void loadLegacyMenuConfig(Game& game) {
     }
 }
 
-void loadUnlockProgress(Game& game) {
-    std::ifstream in(game.root / "saves" / "unlocks.ini");
-    eachKeyValue(in, [&game](std::string_view key, std::string_view text) {
-        const auto value = leadingInt(text);
-        if (!value) return;
-        if (equalsFolded(key, "completion_count") || equalsFolded(key, "completions")) {
-            game.frontend.completionCount = std::max(0, *value);
-        }
-    });
-}
+}  // namespace
 
-void buildCampaigns(std::vector<Campaign>& campaigns) {
-    for (std::size_t i = 0; i < generated::kStageCount; ++i) {
-        const generated::Stage& stage = generated::kStages[i];
-        const std::string_view set = stage.setName;
-        const std::string name(set.empty() ? "NEW GAME" : set);
-        const bool known = std::ranges::any_of(
-            campaigns, [&](const Campaign& other) { return equalsFolded(other.name, name); });
-        if (!known) campaigns.push_back({i, name, std::max(0, stage.ifComplete)});
+std::unique_ptr<Screen> screenOf(FrontendState state, Game& game) {
+    if (game.skipsMenus) return std::make_unique<SkippedMenu>();
+    switch (state) {
+        case FrontendState::LevelSetSelect:
+            return levelSetSelect(game);
+        case FrontendState::CharacterSelect:
+            return characterSelect(game);
+        case FrontendState::Options:
+            return optionsScreen(game);
+        case FrontendState::GraphicsOptions:
+            return graphicsOptionsScreen(game);
+        case FrontendState::Controls:
+            return controlsScreen(game);
+        case FrontendState::Paused:
+            return pauseMenu(game);
+        case FrontendState::GameOver:
+            return gameOverScreen(game);
+        default:
+            return mainMenu(game);
     }
 }
 
-}  // namespace
+bool liesOverStage(const Frontend& frontend) {
+    const bool options = frontend.state == FrontendState::Options ||
+                         frontend.state == FrontendState::GraphicsOptions;
+    return frontend.state == FrontendState::Paused || (options && frontend.optionsFromPause);
+}
 
-std::unique_ptr<Screen> screenOf(FrontendState state, const Game& game) {
-    const Frontend& frontend = game.frontend;
-    const bool selecting = state == FrontendState::CharacterSelect && frontend.selectBackground;
-    return std::make_unique<MenuScreen>(
-        state, selecting ? frontend.selectBackground : frontend.titleBackground, game.skipsMenus);
+void addMenuBackground(DrawList& list, const Frontend& frontend) {
+    if (liesOverStage(frontend)) {
+        list.addBackdrop(DrawRectangle{8, 22, 304, 210, 0x121218});
+        return;
+    }
+    const bool selecting = frontend.state == FrontendState::CharacterSelect;
+    const SpritePtr& image = selecting && frontend.selectBackground ? frontend.selectBackground
+                                                                    : frontend.titleBackground;
+    if (image) {
+        list.addBackdrop(DrawImage{image});
+        return;
+    }
+    addText(list, 10, 6, 15, "TINDREL PORT", true);
+    addText(list, 11, 25, 8, "Tindrel Builder");
 }
 
 void loadFrontend(Game& game) {
@@ -87,7 +92,7 @@ void loadFrontend(Game& game) {
     game.frontend.selectBackground = loadBackground(game, "bgs/select");
     loadLegacyMenuConfig(game);
     loadUnlockProgress(game);
-    buildCampaigns(game.frontend.campaigns);
+    game.frontend.campaigns = campaignsOfTables();
 }
 
 }  // namespace port

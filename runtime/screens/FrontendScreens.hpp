@@ -17,7 +17,13 @@ class Screen {
 };
 
 // The screen of a state; not of Playing, which is no screen of its own.
-[[nodiscard]] std::unique_ptr<Screen> screenOf(FrontendState state, const Game& game);
+[[nodiscard]] std::unique_ptr<Screen> screenOf(FrontendState state, Game& game);
+
+// Whether the menu stands in front of the stage that is being played.
+[[nodiscard]] bool liesOverStage(const Frontend& frontend);
+// What is behind the rows of a menu: a picture of the game or the program's name, or a panel in
+// front of the stage.
+void addMenuBackground(DrawList& list, const Frontend& frontend);
 
 // Reads the game's labels for keys, the games that were finished before, and the campaigns.
 void loadFrontend(Game& game);

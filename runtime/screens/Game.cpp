@@ -38,9 +38,9 @@ HeldInput Game::heldInput() const {
     return held;
 }
 
-void Game::show() {
+void Game::show(bool over) {
     drawing.sort();
-    paint(drawing, renderer, config);
+    paint(drawing, renderer, config, over);
     renderer.endFrame();
 }
 

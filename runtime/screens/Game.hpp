@@ -16,6 +16,7 @@
 #include "DrawList.hpp"
 #include "FrameCapture.hpp"
 #include "Host.hpp"
+#include "Hud.hpp"
 #include "Recording.hpp"
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
@@ -55,17 +56,16 @@ struct Campaign {
 
 struct Frontend {
     FrontendState state = FrontendState::MainMenu;
-    int menuIndex = 0, pauseIndex = 0;
+    // The rows that menus stand on; they outlast their screens.
+    int menuIndex = 0, pauseIndex = 0, optionIndex = 0, graphicsOptionIndex = 0, controlsIndex = 0;
+    int campaignIndex = 0;
+    bool optionsFromPause = false;  // and back to it
+    std::uint64_t tick = 0;         // passes outside play
     std::vector<Campaign> campaigns;
     int completionCount = 0;  // games finished
     std::unordered_map<std::string, std::string> legacyKeyLabels;
     std::set<std::string> legacyDisabledKeys;
     SpritePtr titleBackground, selectBackground;  // null where there is none
-};
-
-// The life bars of the HUD, in pixels.
-struct HudSize {
-    int barWidth = 70, barHeight = 7;
 };
 
 // A run that checks itself, until its frames are played.
@@ -123,9 +123,10 @@ struct Game {
     }
     // Whether what is reached in this run is the player's own, to be kept and to be lost.
     bool ownProgress = false;
+    bool keepsSettings = true;  // what is changed in menus is written down
 
-    // Paints the list and brings it to the window.
-    void show();
+    // Paints the list, on a fresh canvas or over what it shows, and brings it to the window.
+    void show(bool over = false);
     // Plays what the steps have left word of.
     void playSounds();
     // A line of the start-up log, in a run that checks itself.

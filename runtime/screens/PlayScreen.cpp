@@ -9,6 +9,7 @@
 #include "Log.hpp"
 #include "Player1.hpp"
 #include "Players.hpp"
+#include "Progress.hpp"
 #include "Projectiles.hpp"
 #include "Spawning.hpp"
 #include "StageCamera.hpp"
@@ -32,28 +33,34 @@ void pollAudioHotkeys(Game& game) {
             " music=", game.audio.musicVolume(), " effects=", game.audio.effectsVolume());
 }
 
+}  // namespace
+
 // Frames take effect between the scenery, which stays as the logic left it, and the actors, who are
 // drawn where their frames have put them.
 void drawStage(Game& game) {
     Tick tick = game.tick();
     shakeScreen(game.world);
     game.drawing.clear();
-    StageScene scene(game.world, game.scenery, game.config,
-                     {game.sprites, game.renderer, game.dataRoot}, game.drawing);
+    const SpriteSource sprites{game.sprites, game.renderer, game.dataRoot};
+    StageScene scene(game.world, game.scenery, game.config, sprites, game.drawing);
     scene.addScenery();
     enterFrames(tick);
     game.playSounds();
     scene.addActors();
     scene.addScriptDrawing(game.scriptPictures);
+    addHud(game.world, game.config, game.hud, sprites, game.drawing);
     game.show();
     game.capture.pass(game.renderer.canvas());
     flushChildSpawns(tick);
 }
 
+namespace {
+
 bool closeTick(Game& game) {
     World& world = game.world;
     if (!anyPlayerAlive(world)) {
         game.frontend.state = FrontendState::GameOver;
+        saveProgress(game);
         return false;
     }
     if (!world.stage.row) return false;
@@ -80,6 +87,7 @@ bool playPass(Game& game) {
     updatePlayer(tick);
     if (updateInProgressJoins(tick)) {
         game.config.activePlayers = 1 + static_cast<int>(world.coop.size());
+        saveProgress(game);
     }
     updateCoopPlayers(tick);
     updateEntities(tick);

@@ -12,4 +12,7 @@ inline constexpr const char* kUpdatedScript = "scripts/updated.c";
 // at once.
 bool playPass(Game& game);
 
+// The picture of the tick, in which frames take effect, brought to the window.
+void drawStage(Game& game);
+
 }  // namespace port

@@ -78,6 +78,7 @@ class Recorder {
     // Replaces the file. False when it cannot be written.
     [[nodiscard]] bool open(const std::filesystem::path& file);
 
+    [[nodiscard]] bool isOpen() const { return out_.is_open(); }
     // Before a game begins. Games that begin after the first pass follow from the input.
     void begin(const RecordedStart& start, const RuntimeConfig& config);
     // At the top of a pass.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <system_error>
 #include <utility>
 
 #include "AnimationLookup.hpp"
@@ -11,6 +10,7 @@
 #include "MusicPreview.hpp"
 #include "PathEncoding.hpp"
 #include "Players.hpp"
+#include "Progress.hpp"
 #include "StageFlow.hpp"
 #include "StageRules.hpp"
 #include "StageShows.hpp"
@@ -71,14 +71,11 @@ void enterNextStage(Game& game, std::size_t target, int chapter) {
     }
     world.stage.nextSpawn = world.stage.nextInstruction = 0;
     game.frontend.state = FrontendState::Playing;
+    saveProgress(game);
 }
 
 void finishCampaign(Game& game) {
-    if (game.drive != PlayerDrive::SelfCheck) ++game.frontend.completionCount;
-    if (game.ownProgress) {
-        std::error_code absent;
-        std::filesystem::remove(game.root / "saves" / "slot1.sav", absent);
-    }
+    finishProgress(game);
     enterMainMenu(game);
 }
 
@@ -161,6 +158,7 @@ void beginGame(Game& game, bool keepLooks) {
     const char* music = world.stage.row->music;
     playStageMusic(game, runtimeCasePath(game.dataRoot / normalizeDataPath(music)));
     game.frontend.state = FrontendState::Playing;
+    if (!keepLooks) saveProgress(game);
     game.trace("game: run the spawn scripts");
     runPlayerSpawnScripts(tick);
     logLine("New game started local_players=", 1 + world.coop.size());

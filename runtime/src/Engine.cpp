@@ -13,6 +13,7 @@
 #include "Log.hpp"
 #include "PlayScreen.hpp"
 #include "Players.hpp"
+#include "Settings.hpp"
 #include "StageLoading.hpp"
 #include "StageRules.hpp"
 #include "TextFields.hpp"
@@ -186,16 +187,25 @@ bool Engine::runPass() {
     return false;
 }
 
+// The screen that a choice leads to is shown in the same pass.
 void Engine::runFrontendPass() {
-    FrontendState& state = game_.frontend.state;
-    if (!screen_ || screenState_ != state) {
-        screen_ = screenOf(state, game_);
-        screenState_ = state;
-    }
-    state = screen_->update(game_.input);
+    Frontend& frontend = game_.frontend;
+    const auto bringUp = [&] {
+        if (screen_ && screenState_ == frontend.state) return;
+        screen_ = screenOf(frontend.state, game_);
+        screenState_ = frontend.state;
+    };
+    bringUp();
+    frontend.state = screen_->update(game_.input);
+    ++frontend.tick;
+    if (frontend.state == FrontendState::Playing || frontend.state == FrontendState::Quit) return;
+    bringUp();
+    const bool overStage = liesOverStage(frontend);
+    if (overStage) drawStage(game_);
     game_.drawing.clear();
+    addMenuBackground(game_.drawing, frontend);
     screen_->draw(game_.drawing);
-    game_.show();
+    game_.show(overStage);
 }
 
 bool Engine::smokeRunIsOver() const {
@@ -228,21 +238,10 @@ int Engine::endRun(int passes) {
     const std::uint64_t hash = game_.hash();
     game_.recorder.end(hash);
     if (pilot_) return pilot_->result(game_);
-    saveSettings();
+    saveSettings(game_);
     if (game_.playsByItself()) logLine("SMOKE GAME HASH ", hashDigits(hash));
     if (!smokeRunIsOver() && smokeRunIsStuck()) return kSmokeStuck;
     return !game_.renderer.headless() && passes < kLeastPasses ? kWindowLost : kRanWell;
-}
-
-void Engine::saveSettings() {
-    RuntimeConfig& config = game_.config;
-    config.masterVolume = game_.audio.masterVolume();
-    config.musicVolume = game_.audio.musicVolume();
-    config.effectsVolume = game_.audio.effectsVolume();
-    game_.renderer.setConfig(config);
-    if (!saveRuntimeConfig(game_.root / "config" / "graphics.ini", config)) {
-        warnLine("Could not save graphics.ini");
-    }
 }
 
 int Engine::runSmokeGame(int frames) {

@@ -6,8 +6,9 @@
 #include <limits>
 #include <locale>
 #include <optional>
-#include <system_error>
+#include <sstream>
 
+#include "FileBytes.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -246,24 +247,9 @@ void writeRuntimeSection(std::ostream& out, const RuntimeConfig& config, std::st
 }
 
 bool saveRuntimeConfig(const std::filesystem::path& iniPath, const RuntimeConfig& config) {
-    // A rename at the end: a port that dies while it saves must not leave half a file.
-    std::filesystem::path temporary = iniPath;
-    temporary += ".tmp";
-    std::error_code error;
-    {
-        std::ofstream out(temporary, std::ios::trunc);
-        if (!out) return false;
-        writeConfig(out, config);
-        out.close();
-        if (!out) {
-            std::filesystem::remove(temporary, error);
-            return false;
-        }
-    }
-    std::filesystem::rename(temporary, iniPath, error);
-    if (!error) return true;
-    std::filesystem::remove(temporary, error);
-    return false;
+    std::ostringstream out;
+    writeConfig(out, config);
+    return replaceFile(iniPath, out.view());
 }
 
 void applyGraphicsPreset(RuntimeConfig& config, std::string_view preset) {
