@@ -371,14 +371,15 @@ TEST_F(Scene, WhatScriptsDrawStandsAmongTheRest) {
     std::string order;
     for (const DrawCommand& item : list.scene()) {
         const DrawShape& shape = list.shape(item);
+        if (item.kind == SceneKind::Panel) order += "panel ";
+        if (item.kind == SceneKind::Actor) order += "actor ";
+        if (item.kind != SceneKind::ScriptDrawing) continue;
         if (std::holds_alternative<DrawRectangle>(shape)) order += "box ";
         if (std::holds_alternative<DrawDot>(shape)) order += "dot ";
         if (std::holds_alternative<DrawScriptScreen>(shape)) order += "screen ";
         if (const auto* line = std::get_if<DrawTextLine>(&shape)) {
             order += "text" + std::to_string(line->size) + " ";
         }
-        if (item.kind == SceneKind::Panel) order += "panel ";
-        if (item.kind == SceneKind::Actor) order += "actor ";
     }
     EXPECT_EQ(order, "box panel dot actor text6 screen ")
         << "by when they came; a screen that is gone shows nothing";
