@@ -6,7 +6,7 @@
 
 # text, paths, files, settings
 set(port_core_units
-  AssetPaths ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
+  AssetPaths ConfinedPath ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
   TickInput)
 # the tables that the builder writes
 set(port_generated_units
@@ -29,8 +29,8 @@ set(port_script_units
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
-  DrawList FrameCapture Painter Palette Renderer SpriteBlit SpriteCache SpriteCompositor
-  SpriteLoading SpriteTransform WaterSurface)
+  BitmapFont BitmapGlyphs DrawList FrameCapture Painter Palette Renderer ScriptPictures ScriptSurface
+  SpriteBlit SpriteCache SpriteCompositor SpriteLoading SpriteTransform WaterSurface)
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
@@ -38,7 +38,7 @@ set(port_sound_units
 # everything that changes while a game is played, as data
 set(port_world_uses core generated script)
 set(port_world_units
-  Actor AnimationPlayer EntityList Projectile ScriptState StageRun World WorldHash)
+  Actor AnimationPlayer EntityList Projectile ScriptDrawing ScriptFiles ScriptState StageRun World WorldHash)
 # pure functions over the world's values
 set(port_rules_uses core generated world)
 set(port_rules_units
@@ -56,8 +56,8 @@ set(port_play_units
 # what scripts may call
 set(port_host_uses core generated picture pixels platform play rules script sound world)
 set(port_host_units
-  Host HostActions HostBindings HostCall HostConstants HostEntities HostFunctions HostMath
-  HostModels HostPlayers HostProperties HostSound HostSpawning HostStage HostTerrain HostVariables
+  Host HostActions HostBindings HostCall HostConstants HostDrawing HostEntities HostFiles HostFunctions HostMath
+  HostModels HostPlayers HostProperties HostScreens HostSound HostSpawning HostStage HostTerrain HostVariables
   KeyTable)
 # from the world to what is drawn
 set(port_view_uses core generated picture rules world)

@@ -14,6 +14,7 @@
 #include "AudioSystem.hpp"
 #include "Renderer.hpp"
 #include "ScriptLimits.hpp"
+#include "ScriptPictures.hpp"
 #include "SoundEffects.hpp"
 #include "SpriteCache.hpp"
 #include "Tick.hpp"
@@ -31,6 +32,7 @@ struct HostServices {
     AudioSystem& audio;
     SoundEffects& effects;
     SpriteCache& sprites;
+    ScriptPictures& pictures;
     const Renderer& renderer;
     const std::filesystem::path& root;  // of the port
     const std::filesystem::path& dataRoot;

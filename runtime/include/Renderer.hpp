@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -67,6 +68,11 @@ class Renderer {
     void drawFrame(const SpriteImage& image, const generated::Frame& frame,
                    const generated::DrawMethod& draw, int originX, int originY,
                    const RuntimeConfig& config, bool flipX, int modelAlphaMode);
+    // The image by a script's draw method, with its top left corner at (x, y).
+    void drawScriptImage(const SpriteImage& image, const generated::DrawMethod& draw, int x, int y,
+                         int mode);
+    // One line, cut off at the canvas's right side. `size` is the height of its letters about.
+    void drawText(std::string_view text, int x, int y, int size, bool selected);
     // Side by side from (x, y) to where the canvas ends.
     void drawWater(const SpriteImage& image, const WaterSurface& surface, std::int64_t x,
                    std::int64_t y);

@@ -4,11 +4,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "GeneratedCharacters.hpp"
+#include "ScriptPictures.hpp"
 #include "SpriteCache.hpp"
 #include "SpriteImage.hpp"
 #include "WaterSurface.hpp"
@@ -72,7 +75,44 @@ struct DrawRectangle {
     bool operator==(const DrawRectangle&) const = default;
 };
 
-using DrawShape = std::variant<DrawImage, DrawTiles, DrawWater, DrawSprite, DrawRectangle>;
+struct DrawDot {
+    int x = 0, y = 0;
+    ColorKey color = 0;
+    bool operator==(const DrawDot&) const = default;
+};
+
+// Both ends included.
+struct DrawLine {
+    int x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+    ColorKey color = 0;
+    bool operator==(const DrawLine&) const = default;
+};
+
+struct DrawTextLine {
+    int x = 0, y = 0, size = 0;
+    std::string text;
+    bool selected = false;
+    bool operator==(const DrawTextLine&) const = default;
+};
+
+// A picture by a script's draw method, with its top left corner at (x, y).
+struct DrawScriptImage {
+    SpritePtr image;
+    generated::DrawMethod draw{};
+    int x = 0, y = 0;
+    int blend = 0;
+};
+
+// The same with a script's screen, and its text in front.
+struct DrawScriptScreen {
+    std::shared_ptr<const ScriptScreen> screen;
+    generated::DrawMethod draw{};
+    int x = 0, y = 0;
+    int blend = 0;
+};
+
+using DrawShape = std::variant<DrawImage, DrawTiles, DrawWater, DrawSprite, DrawRectangle, DrawDot,
+                               DrawLine, DrawTextLine, DrawScriptImage, DrawScriptScreen>;
 
 // Where a shape of the scene stands in its order. Small, because sorting moves it about.
 struct DrawCommand {
@@ -85,11 +125,11 @@ struct DrawCommand {
 
 class DrawList {
   public:
-    // Forgets all, but keeps its memory. Sequences run on from frame to frame.
+    // Forgets all, but keeps its memory.
     void clear();
     void addBackdrop(DrawShape shape) { backdrop_.push_back(std::move(shape)); }
-    void add(SceneKind kind, int z, int sortId, DrawShape shape);
-    // Puts the scene into the order of z, then sortId, then sequence.
+    void add(SceneKind kind, int z, int sortId, std::size_t sequence, DrawShape shape);
+    // Puts the scene into the order of z, then sortId, then sequence, then of being added.
     void sort();
 
     [[nodiscard]] const std::vector<DrawShape>& backdrop() const { return backdrop_; }
@@ -101,7 +141,6 @@ class DrawList {
   private:
     std::vector<DrawShape> backdrop_, shapes_;
     std::vector<DrawCommand> scene_;
-    std::size_t sequence_ = 0;
 };
 
 }  // namespace port

@@ -52,6 +52,28 @@ class Painter {
                                 channel(2), channel(1), channel(0));
     }
 
+    void operator()(const DrawDot& dot) { renderer_.drawDot(dot.x, dot.y, dot.color); }
+
+    void operator()(const DrawLine& line) {
+        renderer_.drawLine(line.x1, line.y1, line.x2, line.y2, line.color);
+    }
+
+    void operator()(const DrawTextLine& line) {
+        renderer_.drawText(line.text, line.x, line.y, line.size, line.selected);
+    }
+
+    void operator()(const DrawScriptImage& sprite) {
+        renderer_.drawScriptImage(*sprite.image, sprite.draw, sprite.x, sprite.y, sprite.blend);
+    }
+
+    void operator()(const DrawScriptScreen& shown) {
+        renderer_.drawScriptImage(shown.screen->image, shown.draw, shown.x, shown.y, shown.blend);
+        for (const ScriptScreenText& line : shown.screen->text) {
+            renderer_.drawText(line.text, shown.x + line.x, shown.y + line.y,
+                               scriptTextSize(line.font), false);
+        }
+    }
+
   private:
     Renderer& renderer_;
     const RuntimeConfig& config_;

@@ -1,7 +1,6 @@
 #include "SpriteBlit.hpp"
 
 #include <array>
-#include <cstdlib>
 #include <cstring>
 
 #if defined(__SSE2__) || defined(_M_X64)
@@ -176,29 +175,7 @@ void drawDot(SpriteImage& canvas, int x, int y, ColorKey color) {
 }
 
 void drawLine(SpriteImage& canvas, int x1, int y1, int x2, int y2, ColorKey color) {
-    // Far beyond any canvas, and small enough for the products below.
-    constexpr int kFar = 1 << 28;
-    for (int* coordinate : {&x1, &y1, &x2, &y2}) *coordinate = std::clamp(*coordinate, -kFar, kFar);
-    const std::int64_t across = std::abs(x2 - x1);
-    const std::int64_t down = std::abs(y2 - y1);
-    const bool steep = down > across;
-    const std::int64_t steps = steep ? down : across;
-    const std::int64_t drift = steep ? across : down;
-    const int stepX = x2 < x1 ? -1 : 1;
-    const int stepY = y2 < y1 ? -1 : 1;
-
-    // Only the steps whose longer coordinate is on the canvas: what a script asks for may start a
-    // thousand million pixels away.
-    const std::int64_t from = steep ? y1 : x1;
-    const std::int64_t limit = steep ? canvas.height : canvas.width;
-    const bool backwards = (steep ? stepY : stepX) < 0;
-    const std::int64_t first = std::max<std::int64_t>(0, backwards ? from - (limit - 1) : -from);
-    const std::int64_t last = std::min(steps, backwards ? from : limit - 1 - from);
-    for (std::int64_t i = first; i <= last; ++i) {
-        const std::int64_t drifted = steps == 0 ? 0 : (2 * i * drift + steps) / (2 * steps);
-        drawDot(canvas, static_cast<int>(x1 + stepX * (steep ? drifted : i)),
-                static_cast<int>(y1 + stepY * (steep ? i : drifted)), color);
-    }
+    visitLine(canvas, x1, y1, x2, y2, [&](int x, int y) { drawDot(canvas, x, y, color); });
 }
 
 }  // namespace port

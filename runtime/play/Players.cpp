@@ -36,12 +36,14 @@ void fillVitals(PlayerActor& player) {
     player.guardPoints = std::max(0, player.model->guardPoints);
 }
 
-// What player 1's scripts have stored outlasts a game.
+// What player 1's scripts have stored and how they draw it outlasts a game.
 void startPlayer1(World& world, const RuntimeConfig& config, bool keepLooks) {
     Player1 player = freshPlayer<Player1>(0, kPlayer1Handle);
     Player1& before = world.player1;
     player.model = before.model;
     player.scriptCtx.local.merge(before.scriptCtx.local);
+    player.hasScriptDraw = before.hasScriptDraw;
+    player.scriptDraw = before.scriptDraw;
     if (keepLooks) {
         player.paletteMap = before.paletteMap;
         player.score = before.score;

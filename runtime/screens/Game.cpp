@@ -21,6 +21,7 @@ Game::Game(platform::Devices given)
             .audio = audio,
             .effects = effects,
             .sprites = sprites,
+            .pictures = scriptPictures,
             .renderer = renderer,
             .root = root,
             .dataRoot = dataRoot,

@@ -20,6 +20,7 @@
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
 #include "Scenery.hpp"
+#include "ScriptPictures.hpp"
 #include "Scripts.hpp"
 #include "SoundEffects.hpp"
 #include "SpriteCache.hpp"
@@ -87,6 +88,7 @@ struct Game {
     Scripts scripts;
     bool hasUpdateScript = false, hasUpdatedScript = false;
     SpriteCache sprites;
+    ScriptPictures scriptPictures;
     Scenery scenery;
     DrawList drawing;
     FrameCapture capture;

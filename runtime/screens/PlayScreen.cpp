@@ -44,6 +44,7 @@ void drawStage(Game& game) {
     enterFrames(tick);
     game.playSounds();
     scene.addActors();
+    scene.addScriptDrawing(game.scriptPictures);
     game.show();
     game.capture.pass(game.renderer.canvas());
     flushChildSpawns(tick);
@@ -70,6 +71,7 @@ bool closeTick(Game& game) {
 bool playPass(Game& game) {
     World& world = game.world;
     Tick tick = game.tick();
+    world.scripted.drawing.clearQueues();
     ++world.tick;
     pollAudioHotkeys(game);
     if (game.hasUpdateScript) {

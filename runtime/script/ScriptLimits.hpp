@@ -102,6 +102,12 @@ inline constexpr std::size_t kScannedPerStep = 4;
 // at each call.
 inline constexpr std::size_t kFileSteps = 20'000;
 inline constexpr std::size_t kMusicSteps = 1'000'000;
+// What drawing costs: of each command, of each letter, and the pixels that one step pays for where
+// they are put down, and where they are mixed, scaled or turned.
+inline constexpr std::size_t kDrawSteps = 20;
+inline constexpr std::size_t kLetterSteps = 12;
+inline constexpr std::size_t kPixelsPerStep = 8;
+inline constexpr std::size_t kMixedPixelsPerStep = 1;
 // What comes into the world: an entity, a projectile.
 inline constexpr std::size_t kSpawnSteps = 1000;
 // The longest name of something that a script spawns.

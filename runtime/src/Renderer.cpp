@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "BitmapFont.hpp"
 #include "DecodedImage.hpp"
 #include "Log.hpp"
 #include "PathEncoding.hpp"
+#include "ScriptSurface.hpp"
 #include "SpriteBlit.hpp"
 #include "SpriteCompositor.hpp"
 #include "SpriteLoading.hpp"
@@ -123,6 +125,15 @@ void Renderer::drawFrame(const SpriteImage& image, const generated::Frame& frame
         const generated::AttackBox& box = frame.attack;
         outline.draw(canvas_, box.x, box.y, box.w, box.h, 255, 60, 60);
     }
+}
+
+void Renderer::drawScriptImage(const SpriteImage& image, const generated::DrawMethod& draw, int x,
+                               int y, int mode) {
+    scriptSurfaceBlit(canvas_, image, draw, x, y, mode);
+}
+
+void Renderer::drawText(std::string_view text, int x, int y, int size, bool selected) {
+    drawBitmapText(canvas_, text, x, y, size, selected);
 }
 
 void Renderer::drawWater(const SpriteImage& image, const WaterSurface& surface, std::int64_t x,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "BindingOrder.hpp"
@@ -40,6 +41,34 @@ constexpr int kPatchAbove = 2;
 constexpr ColorKey kPatchColor = colorKey(35, 35, 35);
 constexpr const char* kShadowSprites[] = {"sprites/shadow1", "sprites/shadow2", "sprites/shadow3",
                                           "sprites/shadow4", "sprites/shadow5", "sprites/shadow6"};
+
+// None where what it shows is gone.
+std::optional<DrawShape> shapeOf(const ScriptDrawCommand& command, const ScriptPictures& pictures) {
+    const int x = command.x;
+    const int y = command.y;
+    switch (command.kind) {
+        case ScriptDrawKind::Text:
+            return DrawTextLine{x, y, scriptTextSize(command.font), command.text};
+        case ScriptDrawKind::Box:
+            return DrawRectangle{x, y, command.w, command.h, command.color};
+        case ScriptDrawKind::Line:
+            return DrawLine{x, y, command.x2, command.y2, command.color};
+        case ScriptDrawKind::Dot:
+            return DrawDot{x, y, command.color};
+        case ScriptDrawKind::Sprite: {
+            const int blend = command.draw.enabled ? command.draw.alphaMode : 0;
+            SpritePtr image = pictures.sprite(command.sprite);
+            if (image) return DrawScriptImage{std::move(image), command.draw, x, y, blend};
+            break;
+        }
+        case ScriptDrawKind::Screen: {
+            auto screen = pictures.screen(command.screen);
+            if (screen) return DrawScriptScreen{screen, command.draw, x, y, command.blend};
+            break;
+        }
+    }
+    return std::nullopt;
+}
 
 }  // namespace
 
@@ -139,9 +168,9 @@ DrawTiles StageScene::layerTiles(const RuntimeStageLayer& layer) const {
 void StageScene::addLayer(const RuntimeStageLayer& layer) {
     if (layer.kind == LayerKind::Background) return;
     if (layer.kind == LayerKind::FrontPanel) {
-        list_.add(SceneKind::FrontPanel, zMax_ + kFrontPanelsAhead, 0, layerTiles(layer));
+        add(SceneKind::FrontPanel, zMax_ + kFrontPanelsAhead, 0, layerTiles(layer));
     } else {
-        list_.add(SceneKind::ForegroundLayer, layer.row->zOrder, 0, layerTiles(layer));
+        add(SceneKind::ForegroundLayer, layer.row->zOrder, 0, layerTiles(layer));
     }
 }
 
@@ -150,8 +179,8 @@ void StageScene::addPanels() {
     for (const SpritePtr& panel : scenery_.panels) {
         if (!panel) continue;
         if (x < config_.logicalWidth && x + panel->width > 0) {
-            list_.add(SceneKind::Panel, zMin_ - kPanelsBehind, 0,
-                      DrawImage{panel, static_cast<int>(x), groundY_});
+            add(SceneKind::Panel, zMin_ - kPanelsBehind, 0,
+                DrawImage{panel, static_cast<int>(x), groundY_});
         }
         x += panel->width;
     }
@@ -168,11 +197,11 @@ void StageScene::addShadow(const Actor& actor) {
     if (SpritePtr image = sprites_.load(kShadowSprites[size - 1])) {
         const int left = x - image->width / 2;
         const int top = y - image->height / 2;
-        list_.add(SceneKind::Shadow, z, sortId, DrawImage{std::move(image), left, top});
+        add(SceneKind::Shadow, z, sortId, DrawImage{std::move(image), left, top});
     } else {
-        list_.add(SceneKind::Shadow, z, sortId,
-                  DrawRectangle{x - kPatchWidth / 2, y - kPatchAbove, kPatchWidth, kPatchHeight,
-                                kPatchColor});
+        add(SceneKind::Shadow, z, sortId,
+            DrawRectangle{x - kPatchWidth / 2, y - kPatchAbove, kPatchWidth, kPatchHeight,
+                          kPatchColor});
     }
 }
 
@@ -195,21 +224,39 @@ void StageScene::addActor(const Actor& actor) {
     if (!image) return;
     const int sortId = bindingSortId(world_, actor);
     DrawSprite shown = sprite(std::move(image), actor.shown, actor.model, actor.place());
+    if (actor.hasScriptDraw) shown.draw = actor.scriptDraw;
     if (castsProjectedShadow(actor.model, row_)) {
         DrawSprite shadow = shown;
-        shadow.draw = projectedShadowMethod(shown.frame->draw, row_);
+        shadow.draw = projectedShadowMethod(shown.draw, row_);
         shadow.y = pixel(projectedShadowRow(world_, actor)) + groundY_;
-        list_.add(SceneKind::Shadow, zMin_ - kShadowsBehind, sortId, std::move(shadow));
+        add(SceneKind::Shadow, zMin_ - kShadowsBehind, sortId, std::move(shadow));
     }
-    list_.add(SceneKind::Actor, depth(actor.model, actor.z), sortId, std::move(shown));
+    add(SceneKind::Actor, depth(actor.model, actor.z), sortId, std::move(shown));
 }
 
 void StageScene::addProjectile(const RuntimeProjectile& projectile) {
     if (!projectile.animation.frame()) return;
     SpritePtr image = sprites_.load(projectile.shown);
     if (!image) return;
-    list_.add(SceneKind::Projectile, depth(projectile.model, projectile.z), 0,
-              sprite(std::move(image), projectile.shown, projectile.model, projectile.place()));
+    add(SceneKind::Projectile, depth(projectile.model, projectile.z), 0,
+        sprite(std::move(image), projectile.shown, projectile.model, projectile.place()));
+}
+
+void StageScene::addScriptDrawing(const ScriptPictures& pictures) {
+    const ScriptDrawing& drawing = world_.scripted.drawing;
+    for (const auto* queue : {&drawing.flushedQueue, &drawing.queue}) {
+        for (const ScriptDrawCommand& command : *queue) {
+            if (auto shape = shapeOf(command, pictures)) {
+                list_.add(SceneKind::ScriptDrawing, command.z, command.sortId, command.sequence,
+                          std::move(*shape));
+            }
+        }
+    }
+}
+
+// What the scripts of the pass have drawn so far lies behind.
+void StageScene::add(SceneKind kind, int z, int sortId, DrawShape shape) {
+    list_.add(kind, z, sortId, world_.scripted.drawing.sequence, std::move(shape));
 }
 
 DrawSprite StageScene::sprite(SpritePtr image, const ShownFrame& shown,

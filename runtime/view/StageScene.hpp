@@ -9,6 +9,7 @@
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
 #include "Scenery.hpp"
+#include "ScriptPictures.hpp"
 #include "SpriteCache.hpp"
 #include "World.hpp"
 
@@ -36,8 +37,11 @@ class StageScene {
     void addScenery();
     // Everybody where they are, when all frames of the pass have taken effect.
     void addActors();
+    // What scripts want drawn, wherever it stands in depth.
+    void addScriptDrawing(const ScriptPictures& pictures);
 
   private:
+    void add(SceneKind kind, int z, int sortId, DrawShape shape);
     void addBackground();
     void addWater();
     void addPanels();

@@ -83,6 +83,8 @@ struct Actor {
     int facing = 1;
     bool hasScriptAntigravity = false;  // a script's value instead of the model's
     float scriptAntigravity = 0;
+    bool hasScriptDraw = false;  // a script's draw method instead of the frames'
+    generated::DrawMethod scriptDraw{};
     EntityBinding binding;
 
     int health = 100, maxHealth = 100, mp = 0, maxMp = 0;
@@ -112,11 +114,12 @@ struct Actor {
 
     PORT_FIELDS(handle, model, animation, lastFrame, shown, worldX, z, altitude, verticalVelocity,
                 scriptVelocityX, scriptVelocityZ, facing, hasScriptAntigravity, scriptAntigravity,
-                binding, health, maxHealth, mp, maxMp, alive, paletteMap, score, guardPoints,
-                blockState, blocking, knockdownMeter, hitStun, attackTicks, attackCooldown,
-                attackHits, attackHasHit, projectileFired, invincibleTicks, reactionType,
-                landingDamage, landingMode, landingType, landingHitTargets, energyPending,
-                equippedWeapon, weaponUses, weaponItemModel, weaponDropsRemaining, scriptCtx)
+                hasScriptDraw, scriptDraw, binding, health, maxHealth, mp, maxMp, alive, paletteMap,
+                score, guardPoints, blockState, blocking, knockdownMeter, hitStun, attackTicks,
+                attackCooldown, attackHits, attackHasHit, projectileFired, invincibleTicks,
+                reactionType, landingDamage, landingMode, landingType, landingHitTargets,
+                energyPending, equippedWeapon, weaponUses, weaponItemModel, weaponDropsRemaining,
+                scriptCtx)
 };
 
 // What all players have, whoever drives them.

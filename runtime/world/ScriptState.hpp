@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "Fields.hpp"
+#include "ScriptDrawing.hpp"
+#include "ScriptFiles.hpp"
 
 namespace port {
 
@@ -29,8 +31,10 @@ struct ScriptSpawnEntry {
 struct ScriptState {
     ScriptSpawnEntry spawnEntry;
     std::vector<std::string> samples;  // loaded sounds by their numbers; empty where unloaded
+    ScriptDrawing drawing;
+    ScriptFiles files;
 
-    PORT_FIELDS(spawnEntry, samples)
+    PORT_FIELDS(spawnEntry, samples, drawing, files)
 };
 
 }  // namespace port

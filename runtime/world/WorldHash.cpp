@@ -132,6 +132,17 @@ class FieldWalk {
     void walk(const generated::Spawn* spawn) { sink_.number(spawn ? spawn->id : -1); }
     void walk(const generated::Stage* stage) { sink_.text(stage ? stage->sourceFile : ""); }
 
+    void walk(const generated::DrawMethod& draw) {
+        static_assert(fields::count<generated::DrawMethod>() == 13, "a field is missing below");
+        walk(draw.enabled);
+        for (const float part : {draw.scaleX, draw.scaleY, draw.shiftX}) walk(part);
+        for (const bool part : {draw.flipX, draw.flipY, draw.flipRotate}) walk(part);
+        for (const int part : {draw.alphaMode, draw.remap, draw.fillColor, draw.tintMode,
+                               draw.tintColor, draw.rotate}) {
+            walk(part);
+        }
+    }
+
     template <std::ranges::range Values>
     void walk(const Values& values) {
         elements(values);
