@@ -56,7 +56,7 @@ std::unique_ptr<Program> ScriptCheck::program(std::string text, Program* base) {
 }
 
 CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origins) {
-    work_ += compile(function) * kBytesPerToken;
+    work_ += compile(function, nullptr) * kBytesPerToken;
     CheckedFunction out;
     out.name = functionNames_[&function];
     std::set<std::string> calls;
@@ -107,7 +107,8 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     program_ = program(expand(*text, state_), nullptr);
     state_.origins = nullptr;
     checked_.files = origins_.files;
-    checked_.closed = program_->tokens.closed && program_->balanced;
+    // The last token is the text's end.
+    checked_.closed = program_->settled + 1 == program_->tokens.list.size();
     for (Function& function : program_->functions) {
         checked_.functions.push_back(check(function, origins_));
     }

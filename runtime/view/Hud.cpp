@@ -95,7 +95,10 @@ class Hud {
     }
 
   private:
-    void add(DrawShape shape) { list_.add(SceneKind::Hud, z_, 0, 0, std::move(shape)); }
+    template <class Shape>
+    void add(Shape shape) {
+        list_.add(SceneKind::Hud, z_, 0, 0, DrawShape(std::move(shape)));
+    }
     void addText(Place at, std::string text, bool selected) {
         add(DrawTextLine{at.x, at.y, kTextSize, std::move(text), selected});
     }
