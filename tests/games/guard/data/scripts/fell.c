@@ -1,0 +1,3 @@
+void main(){
+	setglobalvar("fell", getglobalvar("fell") + 1);
+}

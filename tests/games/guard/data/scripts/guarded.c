@@ -1,0 +1,3 @@
+void main(){
+	setglobalvar("guarded", getglobalvar("guarded") + 1);
+}

@@ -1,0 +1,3 @@
+void main(){
+	setglobalvar("parried", getglobalvar("parried") + 1);
+}

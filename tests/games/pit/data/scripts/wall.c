@@ -1,0 +1,3 @@
+void main(){
+	setglobalvar("wall" + getlocalvar("height"), getlocalvar("plane"));
+}
