@@ -6,7 +6,7 @@
 // The script says what the players do and what must come of it. A line is one of
 //
 //     players 1 3            who plays, by places; without it player 1 alone
-//     bot 2400               a bot plays, for so many passes
+//     bot 1500               a bot plays, for so many passes
 //     lives 5                that bot's players have so many more lives
 //     60 right run, 3: jump  what player 1 holds for 60 passes, and what player 3 does meanwhile
 //     to 300 right           the same until player 1 has come to that place on the stage
@@ -163,7 +163,7 @@ class ScriptedPlay final : public Pilot {
         const auto place = static_cast<float>(move.place);
         const bool done =
             move.passes > 0 ? passes_ >= move.passes : (move.right ? x >= place : x <= place);
-        lost_ = !done && passes_ > kLongestWay;
+        lost_ = !done && move.passes == 0 && passes_ > kLongestWay;
         if (lost_) warnLine("Player 1 does not come to ", move.place, " but to ", x);
         if (done || lost_) {
             logMove(game.world);
