@@ -86,22 +86,22 @@ struct DrawRow {
     void (*write)(const HostCall&, generated::DrawMethod&);
 };
 
-constexpr std::size_t kValue = 2;
+constexpr std::size_t kSetting = 2;
 
 template <auto Field>
 void setFlag(const HostCall& call, generated::DrawMethod& draw) {
-    draw.*Field = call.flag(kValue);
+    draw.*Field = call.flag(kSetting);
 }
 template <auto Field>
 void setInteger(const HostCall& call, generated::DrawMethod& draw) {
-    draw.*Field = call.integer(kValue);
+    draw.*Field = call.integer(kSetting);
 }
 template <auto Field>
 void setFraction(const HostCall& call, generated::DrawMethod& draw) {
-    draw.*Field = fraction(call, kValue, 0);
+    draw.*Field = fraction(call, kSetting, 0);
 }
 void setTurn(const HostCall& call, generated::DrawMethod& draw) {
-    draw.rotate = turn(call, kValue);
+    draw.rotate = turn(call, kSetting);
 }
 
 using Draw = generated::DrawMethod;

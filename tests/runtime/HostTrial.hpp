@@ -18,6 +18,7 @@ struct HostTrial : EntityTrial {
     AudioSystem audio;
     SoundEffects effects;
     SpriteCache sprites;
+    ScriptPictures pictures;
     Renderer renderer;
     bool inPlay = true;
     Host host{{.world = world,
@@ -29,6 +30,7 @@ struct HostTrial : EntityTrial {
                .audio = audio,
                .effects = effects,
                .sprites = sprites,
+               .pictures = pictures,
                .renderer = renderer,
                .root = root,
                .dataRoot = dataRoot,

@@ -342,5 +342,60 @@ TEST_F(Scene, WhoIsBoundStandsBesideItsTarget) {
     EXPECT_NE(bindingSortId(world, first), 0) << "a circle has an end";
 }
 
+TEST_F(Scene, WhatScriptsDrawStandsAmongTheRest) {
+    ScriptPictures pictures;
+    ScriptDrawing& drawing = world.scripted.drawing;
+    const std::uintptr_t screen = pictures.addScreen(4, 4);
+    const auto command = [](ScriptDrawKind kind, int z) {
+        ScriptDrawCommand made;
+        made.kind = kind;
+        made.z = z;
+        return made;
+    };
+    drawing.add(drawing.queue, command(ScriptDrawKind::Box, 110));
+    auto text = command(ScriptDrawKind::Text, 9000);
+    text.font = -5;
+    drawing.add(drawing.queue, text);
+    auto shown = command(ScriptDrawKind::Screen, 9000);
+    shown.screen = screen;
+    drawing.add(drawing.flushedQueue, shown);
+    shown.screen = screen + 1;
+    drawing.add(drawing.flushedQueue, shown);
+
+    draw();
+    // What a script asks for while frames take effect.
+    drawing.add(drawing.queue, command(ScriptDrawKind::Dot, 110));
+    StageScene(world, scenery, config, {cache, renderer, dataRoot}, list)
+        .addScriptDrawing(pictures);
+    list.sort();
+    std::string order;
+    for (const DrawCommand& item : list.scene()) {
+        const DrawShape& shape = list.shape(item);
+        if (item.kind == SceneKind::Panel) order += "panel ";
+        if (item.kind == SceneKind::Actor) order += "actor ";
+        if (item.kind != SceneKind::ScriptDrawing) continue;
+        if (std::holds_alternative<DrawRectangle>(shape)) order += "box ";
+        if (std::holds_alternative<DrawDot>(shape)) order += "dot ";
+        if (std::holds_alternative<DrawScriptScreen>(shape)) order += "screen ";
+        if (const auto* line = std::get_if<DrawTextLine>(&shape)) {
+            order += "text" + std::to_string(line->size) + " ";
+        }
+    }
+    EXPECT_EQ(order, "box panel dot actor text6 screen ")
+        << "by when they came; a screen that is gone shows nothing";
+}
+
+TEST_F(Scene, AScriptsDrawMethodReplacesThatOfTheFrames) {
+    player.hasScriptDraw = true;
+    player.scriptDraw = kPlainDrawMethod;
+    player.scriptDraw.enabled = true;
+    player.scriptDraw.scaleX = 3;
+    draw();
+    EXPECT_EQ(first<DrawSprite>(SceneKind::Actor).draw.scaleX, 3);
+    // It outlasts the stage, and a new game.
+    startPlayers(tick, false);
+    EXPECT_TRUE(player.hasScriptDraw);
+}
+
 }  // namespace
 }  // namespace port

@@ -99,6 +99,15 @@ class FieldChanges {
         more["zz"] = 1.0;
         change(path, variables, more);
     }
+    void special(const std::string& path, generated::DrawMethod& draw) {
+        auto& [enabled, scaleX, scaleY, flipX, flipY, shiftX, alphaMode, remap, fillColor, tintMode,
+               tintColor, rotate, flipRotate] = draw;
+        for (bool* part : {&enabled, &flipX, &flipY, &flipRotate}) field(path, *part);
+        for (float* part : {&scaleX, &scaleY, &shiftX}) field(path, *part);
+        for (int* part : {&alphaMode, &remap, &fillColor, &tintMode, &tintColor, &rotate}) {
+            field(path, *part);
+        }
+    }
     void special(const std::string& path, std::mt19937& random) {
         change(path, random, std::mt19937(7));
     }

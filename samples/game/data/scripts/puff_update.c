@@ -1,3 +1,11 @@
+// As steam does: the wider, the lower. In 256ths of his size.
+void breathe_in(void self, float more)
+{
+	changedrawmethod(self, "enabled", 1);
+	changedrawmethod(self, "scalex", 256 + more);
+	changedrawmethod(self, "scaley", 256 - more);
+}
+
 // Every tick: Puff floats up and down, and once a second he mends a little.
 void main()
 {
@@ -10,4 +18,5 @@ void main()
 		playsound("data/sounds/ting.wav");
 	}
 	changeentityproperty(self, "a", 40 + sin(now * 0.08) * 5);
+	breathe_in(self, sin(now * 0.1) * 24);
 }

@@ -1,5 +1,21 @@
 // Runs at the end of every tick: draws what the status bar does not show, and
 // lets it rain.
+
+// The count, over a gauge of the time that is left for the next blow.
+void show_combo(int count, int age)
+{
+	void gauge = getglobalvar("combo_gauge");
+	if(isempty(gauge)){
+		gauge = allocscreen(68, 22);
+		setglobalvar("combo_gauge", gauge);
+	}
+	clearscreen(gauge);
+	drawboxtoscreen(gauge, 0, 17, 68, 5, rgbcolor(24, 18, 32));
+	drawboxtoscreen(gauge, 2, 19, 64 * (70 - age) / 70, 1, rgbcolor(255, 216, 106));
+	drawstringtoscreen(gauge, 2, 0, 5, count + " HITS");
+	drawscreen(gauge, 380, 36, 9000, 0);
+}
+
 void main()
 {
 	void icon = getglobalvar("button_icon");
@@ -23,7 +39,6 @@ void main()
 	drawstring(388, 10, 1, "x " + buttons, 9000);
 
 	if(count > 1 && age < 70){
-		drawstring(380, 38, 5, count + " HITS", 9000);
-		drawbox(380, 52, 64 * (70 - age) / 70, 2, 9000, rgbcolor(255, 216, 106), 0);
+		show_combo(count, age);
 	}
 }
