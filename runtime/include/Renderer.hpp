@@ -13,14 +13,15 @@
 #include "Presentation.hpp"
 #include "RuntimeConfig.hpp"
 #include "SpriteImage.hpp"
+#include "TextRuns.hpp"
 #include "WaterSurface.hpp"
 
 namespace port {
 
 class Renderer {
   public:
-    explicit Renderer(platform::Presentation presentation = {})
-        : presentation_(std::move(presentation)) {}
+    explicit Renderer(platform::Presentation presentation = {}, platform::TextFace fonts = {})
+        : presentation_(std::move(presentation)), texts_(std::move(fonts)) {}
 
     // False when there is nothing to draw on; the port then cannot start.
     [[nodiscard]] bool initialize(const RuntimeConfig& config);
@@ -71,7 +72,8 @@ class Renderer {
     // The image by a script's draw method, with its top left corner at (x, y).
     void drawScriptImage(const SpriteImage& image, const generated::DrawMethod& draw, int x, int y,
                          int mode);
-    // One line, cut off at the canvas's right side. `size` is the height of its letters about.
+    // One line, cut off at the canvas's right side, in the system's font or else the built-in one.
+    // `size` is the height of its letters about.
     void drawText(std::string_view text, int x, int y, int size, bool selected);
     // Side by side from (x, y) to where the canvas ends.
     void drawWater(const SpriteImage& image, const WaterSurface& surface, std::int64_t x,
@@ -85,6 +87,7 @@ class Renderer {
     bool opened_ = false;
     bool running_ = false;
     SpriteImage canvas_;
+    TextRuns texts_;
 };
 
 }  // namespace port

@@ -7,6 +7,7 @@
 #include "Clock.hpp"
 #include "Input.hpp"
 #include "Presentation.hpp"
+#include "TextFace.hpp"
 
 namespace port::platform {
 
@@ -15,14 +16,17 @@ struct Devices {
     Clock clock = systemClock();
     Input input;
     Presentation presentation;
+    TextFace fonts;
     AudioOutput audio;
 };
 
-// What the machine has. Where nobody sees the game nobody plays or hears it either.
+// What the machine has. Where nobody sees the game nobody plays or hears it either, and its
+// pictures are the same on all machines.
 [[nodiscard]] inline Devices systemDevices() {
     Devices devices;
     devices.presentation = systemPresentation();
     if (devices.presentation.headless) return devices;
+    devices.fonts = systemTextFace();
     devices.input = systemInput();
     devices.audio = systemAudioOutput();
     return devices;

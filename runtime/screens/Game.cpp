@@ -9,7 +9,7 @@ namespace port {
 
 Game::Game(platform::Devices given)
     : devices(std::move(given)),
-      renderer(devices.presentation),
+      renderer(devices.presentation, devices.fonts),
       audio(devices.audio),
       host({.world = world,
             .drive = drive,

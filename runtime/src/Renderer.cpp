@@ -133,6 +133,7 @@ void Renderer::drawScriptImage(const SpriteImage& image, const generated::DrawMe
 }
 
 void Renderer::drawText(std::string_view text, int x, int y, int size, bool selected) {
+    if (texts_.draw(canvas_, text, x, y, size, selected)) return;
     drawBitmapText(canvas_, text, x, y, size, selected);
 }
 
