@@ -14,11 +14,6 @@ namespace port::script {
 
 // --- Calls
 
-void Exec::callUser(const CallSite& site, const Instr* next, const ScriptValue* args) {
-    frame().next = next;
-    enter(*site.user, static_cast<std::size_t>(args - registers_.data()), site.count);
-}
-
 bool Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptValue* args) {
     for (std::size_t i = 0; i < site.count; ++i) chargeText(args[i]);
     ScriptValue result;
@@ -71,7 +66,7 @@ bool Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* args) 
 void Exec::look(std::uint32_t name, Known& known) {
     static const ScriptValue kUnset(0.0);
     static const ScriptValue kNobody(std::uintptr_t{0});
-    const std::string& text = names_.text(static_cast<std::int32_t>(name));
+    const std::string& text = library_.names().text(static_cast<std::int32_t>(name));
     known = {epoch_, equalsFolded(text, "null") ? &kNobody : &kUnset, nullptr};
     const auto local = context_->local.find(text);
     if (local != context_->local.end()) {
@@ -89,7 +84,7 @@ void Exec::store(std::uint32_t name, const ScriptValue& from) {
     Known& found = known(name);
     if (found.own == nullptr) {
         chargeEntries(1);
-        const std::string& text = names_.text(static_cast<std::int32_t>(name));
+        const std::string& text = library_.names().text(static_cast<std::int32_t>(name));
         found.value = found.own = &context_->local[text];
     }
     copy(*found.own, from);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "ScriptLimits.hpp"
 #include "ScriptTrial.hpp"
 
 namespace port::script {
@@ -84,6 +85,36 @@ TEST(ScriptLoops, EndARunThatMultipliesThem) {
     EXPECT_EQ(trial.script(wide + "int q) {}").error, kOut);
     EXPECT_EQ(ends("for (;;) x++;"), "");
     EXPECT_EQ(trial.host.said, "1");
+}
+
+// However little each run takes: what all values weigh together is bounded.
+TEST(ScriptLoops, CannotGrowFromPassToPass) {
+    Trial trial;
+    trial.folder.write("grow.c",
+                       "void main() { mixed t = \"x\"; int i; for (i = 0; i < 20; i++) t = t + t;"
+                       "kept++; setlocalvar(kept, t); }");
+    std::string error;
+    int runs = 0;
+    for (; error.empty() && runs < 1000; ++runs) {
+        trial.vm.setSteps(kPassSteps);
+        error = trial.vm.runFile("grow.c", trial.context).error;
+    }
+    EXPECT_EQ(error, "script memory limit exceeded");
+    EXPECT_LE(runs, 256);
+    EXPECT_GT(runs, 200);
+    EXPECT_EQ(trial.body("clearlocalvar();").error, "");
+    EXPECT_EQ(trial.vm.runFile("grow.c", trial.context).error, "");
+    trial.context.local.clear();
+    const std::size_t before = ScriptMemory::bytes();
+    for (const char* body :
+         {"mixed a = array(9); set(a, \"name\", \"x\" + 1); delete(a, \"name\");",
+          "mixed a = array(); int i; for (i = 0; i < 99; i++) set(a, i, a + i);",
+          "x = \"a\" + 1; x = 0; setglobalvar(x + \"y\", 2); clearglobalvar();"}) {
+        EXPECT_EQ(trial.body(body).error, "");
+        trial.context.local = {};
+        trial.vm.setHost(&trial.host);  // forgets the scripts and their texts
+        EXPECT_LE(ScriptMemory::bytes(), before) << body;
+    }
 }
 
 TEST(ScriptFunctions, AreFoundByTheirDefinition) {
