@@ -52,8 +52,9 @@ bool Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* args) 
         chargeEntries(unsupported_->names().size() - noted);
     }
     if (!answered) {
-        unsupported_->add(*site.name);
+        charge(site.name->size() / kTextPerStep);
         chargeEntries(1);
+        unsupported_->add(*site.name);
         result.emplace<std::monostate>();
     }
     take(*args, result);
@@ -67,6 +68,7 @@ void Exec::look(std::uint32_t name, Known& known) {
     static const ScriptValue kUnset(0.0);
     static const ScriptValue kNobody(std::uintptr_t{0});
     const std::string& text = library_.names().text(static_cast<std::int32_t>(name));
+    charge(1 + text.size() / kTextPerStep);
     known = {epoch_, equalsFolded(text, "null") ? &kNobody : &kUnset, nullptr};
     const auto local = context_->local.find(text);
     if (local != context_->local.end()) {
@@ -141,7 +143,7 @@ void Exec::join(ScriptValue& to, const ScriptValue& left, const ScriptValue& rig
 // Where the key leads in a switch whose labels are numbers far apart.
 std::int32_t Exec::labelOf(const SwitchTable& table, const ScriptValue& key) {
     if (key.index() == 2) {
-        charge(table.numbers.size());
+        charge(kEntrySteps * table.numbers.size());
         chargeText(key);
         for (const auto& [label, target] : table.numbers) {
             if (eq(key, label)) return target;

@@ -301,6 +301,7 @@ void Exec::grow(const Frame& frame, std::size_t count) {
     if (counters_.size() < frame.countersEnd) counters_.resize(2 * frame.countersEnd);
     names_ = library_.names().size();
     known_.resize(names_);
+    chargeEntries(0);
 }
 
 // Missing arguments are empty, and spare ones are dropped.

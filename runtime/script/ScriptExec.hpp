@@ -133,7 +133,7 @@ class Exec {
     UnansweredNames* unsupported_ = nullptr;
 
     // What is left behind in a register stays until it is overwritten or its call ends.
-    std::vector<ScriptValue> registers_;
+    std::vector<ScriptValue, ScriptAllocator<ScriptValue>> registers_;
     std::vector<char> declared_;  // by register, for those of maybes
     std::vector<std::int32_t> counters_;
     std::array<Frame, kMaxCalls> frames_{};

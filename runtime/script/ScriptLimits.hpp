@@ -59,7 +59,9 @@ inline constexpr std::size_t kMaxVariables = 4096;
 inline constexpr std::size_t kMaxArguments = 255;
 // Registers and constants that an instruction can name.
 inline constexpr std::size_t kMaxOperands = std::size_t{1} << 16U;
-static_assert(kMaxVariables + kMaxNesting * (kMaxArguments + 1) < kMaxOperands);
+// At each level of nesting there may be the arguments of a call and a value for each of the ten
+// levels of operators.
+static_assert(kMaxVariables + kMaxNesting * (kMaxArguments + 10) < kMaxOperands);
 
 // --- Preprocessing
 

@@ -63,8 +63,6 @@ TEST(ScriptLoops, EndARunThatMultipliesThem) {
     for (const char* body : {
              "int i; for (i = 0; i < 9000; i++) setglobalvar(i, i); for (i = 0; i < 99; i++) "
              "clearindexedvar();",
-             "int i; int j; for (i = 0; i < 99; i++) { for (j = 0; j < 400; j++) setlocalvar(j, j);"
-             "clearlocalvar(); for (j = 0; j < 400; j++) setglobalvar(j, j); clearglobalvar(); }",
              "mixed t = \"x\"; int i; for (i = 0; i < 15; i++) t = t + t; mixed u = t + 1; t = t + "
              "1;"
              "for (;;) t == u;",
@@ -79,6 +77,17 @@ TEST(ScriptLoops, EndARunThatMultipliesThem) {
         EXPECT_LT(trial.vm.stepsLeft(), 0);
         trial.vm.globals().clear();
     }
+    for (const char* name : {"local", "global"}) {
+        const std::string of = std::string(name) + "var(";
+        EXPECT_EQ(ends(("int i; for (i = 0; i < 5000; i++) set" + of + "i, i);").c_str()), "");
+        const std::int64_t before = trial.vm.stepsLeft();
+        EXPECT_EQ(trial.body("clear" + of + ");").error, "");
+        EXPECT_GT(before - trial.vm.stepsLeft(), 5000) << name;
+    }
+    const std::string longName(50'000, 'b');
+    EXPECT_EQ(ends(("for (;;) " + longName + "();").c_str()), kOut);
+    EXPECT_EQ(ends(("int i; for (;;) { " + longName + "; i++; setlocalvar(i, 1); }").c_str()),
+              kOut);
     std::string wide = "void main() { for (;;) f(); } void f(";
     for (int i = 0; i < 4000; ++i) wide += "int p" + std::to_string(i) + ", ";
     trial.vm.setSteps(1'000'000);
