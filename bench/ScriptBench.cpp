@@ -97,6 +97,35 @@ void recursionScript(benchmark::State& state) {
 }
 BENCHMARK(recursionScript);
 
+void forLoopScript(benchmark::State& state) {
+    runScript(state, "void main() { int s = 0; int i; for (i = 0; i < 10000; i++) s += i; }");
+}
+BENCHMARK(forLoopScript);
+
+// A switch is a chain of comparisons in Lua.
+void switchScript(benchmark::State& state) {
+    runScript(state,
+              "void main() { int s = 0; int i = 0; while (i < 10000) { switch (i % 5) {"
+              " case 0: s = s + 1; break; case 1: s = s + 2; break; case 2: s = s + 3; break;"
+              " case 3: s = s + 4; break; default: s = s + 5; } i = i + 1; } }");
+}
+BENCHMARK(switchScript);
+
+// With the name that nobody sets, as games compare handles.
+void compareNullScript(benchmark::State& state) {
+    runScript(state,
+              "void main() { int s = 0; int i = 0; while (i < 10000) {"
+              " if (i != NULL) s = s + 1; i = i + 1; } }");
+}
+BENCHMARK(compareNullScript);
+
+void compareTextsScript(benchmark::State& state) {
+    runScript(state,
+              "void main() { string name = \"WALK\"; int s = 0; int i = 0; while (i < 10000) {"
+              " if (name == \"IDLE\") s = s + 1; if (name == \"WALK\") s = s + 2; i = i + 1; } }");
+}
+BENCHMARK(compareTextsScript);
+
 #ifdef TINDREL_BENCH_LUA
 
 int plus(lua_State* lua) {
@@ -143,6 +172,34 @@ void recursionLua(benchmark::State& state) {
            " function main() fib(20) end");
 }
 BENCHMARK(recursionLua);
+
+void forLoopLua(benchmark::State& state) {
+    runLua(state, "function main() local s = 0.0 for i = 0, 9999 do s = s + i end end");
+}
+BENCHMARK(forLoopLua);
+
+void switchLua(benchmark::State& state) {
+    runLua(state,
+           "function main() local s = 0.0 local i = 0 while i < 10000 do local k = i % 5"
+           " if k == 0 then s = s + 1 elseif k == 1 then s = s + 2 elseif k == 2 then s = s + 3"
+           " elseif k == 3 then s = s + 4 else s = s + 5 end i = i + 1 end end");
+}
+BENCHMARK(switchLua);
+
+void compareNullLua(benchmark::State& state) {
+    runLua(state,
+           "function main() local s = 0.0 local i = 0.0 while i < 10000 do"
+           " if i ~= NULL then s = s + 1 end i = i + 1 end end");
+}
+BENCHMARK(compareNullLua);
+
+void compareTextsLua(benchmark::State& state) {
+    runLua(state,
+           "function main() local name = 'WALK' local s = 0.0 local i = 0.0 while i < 10000 do"
+           " if name == 'IDLE' then s = s + 1 end if name == 'WALK' then s = s + 2 end"
+           " i = i + 1 end end");
+}
+BENCHMARK(compareTextsLua);
 
 #endif
 

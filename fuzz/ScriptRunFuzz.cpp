@@ -20,10 +20,12 @@ namespace {
 
 void compare(const std::string& text) {
     port::ScriptVM vm;
+    referee::Witness host;
     vm.setRoot("/nonexistent");
-    const Outcome first = byMachine(vm, text);
+    vm.setHost(&host);
+    const Outcome first = byMachine(vm, host, text);
     const bool draws = text.find("rand") != text.npos;  // a second run draws other numbers
-    const Outcome second = byMachine(vm, text);
+    const Outcome second = byMachine(vm, host, text);
     require(draws || !first.decided || !second.decided || first == second,
             "a run does not depend on those before");
     if (!first.decided) return;

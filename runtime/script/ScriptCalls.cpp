@@ -14,11 +14,6 @@ namespace port::script {
 
 // --- Calls
 
-void Exec::callUser(const CallSite& site, const Instr* next, const ScriptValue* args) {
-    frame().next = next;
-    enter(*site.user, static_cast<std::size_t>(args - registers_.data()), site.count);
-}
-
 bool Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptValue* args) {
     for (std::size_t i = 0; i < site.count; ++i) chargeText(args[i]);
     ScriptValue result;
@@ -57,8 +52,9 @@ bool Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* args) 
         chargeEntries(unsupported_->names().size() - noted);
     }
     if (!answered) {
-        unsupported_->add(*site.name);
+        charge(site.name->size() / kTextPerStep);
         chargeEntries(1);
+        unsupported_->add(*site.name);
         result.emplace<std::monostate>();
     }
     take(*args, result);
@@ -71,7 +67,8 @@ bool Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* args) 
 void Exec::look(std::uint32_t name, Known& known) {
     static const ScriptValue kUnset(0.0);
     static const ScriptValue kNobody(std::uintptr_t{0});
-    const std::string& text = names_.text(static_cast<std::int32_t>(name));
+    const std::string& text = library_.names().text(static_cast<std::int32_t>(name));
+    charge(1 + text.size() / kTextPerStep);
     known = {epoch_, equalsFolded(text, "null") ? &kNobody : &kUnset, nullptr};
     const auto local = context_->local.find(text);
     if (local != context_->local.end()) {
@@ -89,7 +86,7 @@ void Exec::store(std::uint32_t name, const ScriptValue& from) {
     Known& found = known(name);
     if (found.own == nullptr) {
         chargeEntries(1);
-        const std::string& text = names_.text(static_cast<std::int32_t>(name));
+        const std::string& text = library_.names().text(static_cast<std::int32_t>(name));
         found.value = found.own = &context_->local[text];
     }
     copy(*found.own, from);
@@ -146,7 +143,7 @@ void Exec::join(ScriptValue& to, const ScriptValue& left, const ScriptValue& rig
 // Where the key leads in a switch whose labels are numbers far apart.
 std::int32_t Exec::labelOf(const SwitchTable& table, const ScriptValue& key) {
     if (key.index() == 2) {
-        charge(table.numbers.size());
+        charge(kEntrySteps * table.numbers.size());
         chargeText(key);
         for (const auto& [label, target] : table.numbers) {
             if (eq(key, label)) return target;

@@ -65,6 +65,7 @@ enum class Op : std::uint8_t {
     JumpIfTrue,
     LoopBegin,     // counter a = 0
     LoopBack,      // one round more, unless counter a is at its limit
+    StepBack,      // SumK and the LoopBack behind it
     SwitchBegin,   // counter a = no match
     CaseTest,      // counter c = the number of this label, if R[a] is R[b] and it has no match
     SwitchJump,    // by switches[wide] and counter a
@@ -151,6 +152,8 @@ struct Function {
     std::size_t bound = 0;           // parameters that have a register, the first ones
     std::size_t registers = 0;
     std::size_t counters = 0;
+    std::size_t names = 0;  // variable names of the machine that it may use
+    std::size_t cost = 0;   // steps of a call
 
     void forget();  // what compiling has made of it
 };

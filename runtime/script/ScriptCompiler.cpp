@@ -12,8 +12,6 @@ namespace {
 
 constexpr const char* kTooLarge = "script function too large";
 constexpr const char* kTooManyVariables = "too many script variables";
-// Constants that an instruction can name.
-constexpr std::size_t kMaxConstants = 65'536;
 
 // Whether R[a] is what the instruction makes, and nothing else.
 constexpr bool makesValue(Op op) {
@@ -44,6 +42,8 @@ std::size_t compile(Function& function, const ScriptHost* host) {
         second.run();
         work += second.work();
     }
+    function.names = function.program->names.size();
+    function.cost = function.code.size() + function.registers;
     function.compiled = true;
     return work;
 }
@@ -185,7 +185,7 @@ std::uint16_t Compiler::constant(ScriptValue value) {
         const auto [known, added] = texts_.try_emplace(text->str(), place);
         if (!added) return known->second;
     }
-    if (fn_.constants.size() == kMaxConstants) tooLarge();
+    if (fn_.constants.size() == kMaxOperands) tooLarge();
     fn_.constants.push_back(std::move(value));
     return place;
 }

@@ -67,6 +67,12 @@ void Exec::run() {
         const double* const b = numberOf(right);
         v.passIf(a != nullptr && b != nullptr ? comparison(*a, *b) : compares(i.word, left, right));
     };
+    // At its limit a loop just goes on behind it.
+    const auto loopBack = [&](const Instr& i) {
+        if (++v.counters[i.a] >= kMaxRounds) return;
+        charge(static_cast<std::size_t>(v.ip - (v.code + i.wide())));
+        v.jump(i.wide());
+    };
     for (;;) {
         const Instr& i = *v.ip++;
         switch (i.op) {
@@ -199,11 +205,12 @@ void Exec::run() {
             case Op::LoopBegin:
                 v.counters[i.a] = 0;
                 break;
+            case Op::StepBack:
+                operate(i, v.constants[i.c], kAdd);
+                loopBack(*v.ip++);
+                break;
             case Op::LoopBack:
-                // At its limit a loop just goes on behind it.
-                if (++v.counters[i.a] >= kMaxRounds) break;
-                charge(static_cast<std::size_t>(v.ip - (v.code + i.wide())));
-                v.jump(i.wide());
+                loopBack(i);
                 break;
             case Op::SwitchBegin:
                 v.counters[i.a] = kNoMatch;
@@ -274,12 +281,15 @@ Exec::View Exec::view() {
 void Exec::enter(Function& function, std::size_t base, std::size_t count) {
     if (depth_ == kMaxCalls) throw std::runtime_error("script recursion limit exceeded");
     if (!function.compiled) charge(library_.compile(function));
-    charge(function.code.size() + function.registers);
-    Frame entered{&function, function.code.data(), base, 0};
-    if (depth_ > 0) entered.counters = frame().counters + frame().function->counters;
-    grow(entered, count);
+    charge(function.cost);
+    Frame& entered = frames_[depth_];
+    const std::size_t counters = depth_ > 0 ? frame().countersEnd : 0;
+    entered = {&function, function.code.data(), base, counters, counters + function.counters};
+    const bool fits = base + std::max(count, function.registers) <= registers_.size() &&
+                      entered.countersEnd <= counters_.size() && function.names <= names_;
+    if (!fits) grow(entered, count);
     if (count != function.bound || !function.maybes.empty()) settle(entered, count);
-    frames_[depth_++] = entered;
+    ++depth_;
 }
 
 void Exec::grow(const Frame& frame, std::size_t count) {
@@ -288,9 +298,10 @@ void Exec::grow(const Frame& frame, std::size_t count) {
         registers_.resize(std::max(end, 2 * registers_.size()));
         declared_.resize(registers_.size());
     }
-    const std::size_t counters = frame.counters + frame.function->counters;
-    if (counters_.size() < counters) counters_.resize(std::max(counters, 2 * counters_.size()));
-    if (known_.size() < names_.size()) known_.resize(names_.size());
+    if (counters_.size() < frame.countersEnd) counters_.resize(2 * frame.countersEnd);
+    names_ = library_.names().size();
+    known_.resize(names_);
+    chargeEntries(0);
 }
 
 // Missing arguments are empty, and spare ones are dropped.

@@ -20,11 +20,7 @@ class Exec {
   public:
     Exec(ScriptLibrary& library, ScriptVariables& globals, std::int64_t& steps,
          std::mt19937& random)
-        : library_(library),
-          names_(library.names()),
-          globals_(globals),
-          steps_(steps),
-          random_(random) {}
+        : library_(library), globals_(globals), steps_(steps), random_(random) {}
 
     // The world of the calls that follow.
     void begin(ScriptHost* host, ScriptContext& context, UnansweredNames& unsupported);
@@ -53,6 +49,7 @@ class Exec {
         // Where its parts of the registers and counters begin.
         std::size_t base = 0;
         std::size_t counters = 0;
+        std::size_t countersEnd = 0;
     };
     // Where a variable was found in this epoch.
     struct Known {
@@ -101,7 +98,10 @@ class Exec {
 
     // Calls: the arguments begin at `args`, where the result comes. False if the run goes on
     // elsewhere: in a function of the script, or behind a loop.
-    void callUser(const CallSite& site, const Instr* next, const ScriptValue* args);
+    void callUser(const CallSite& site, const Instr* next, const ScriptValue* args) {
+        frame().next = next;
+        enter(*site.user, static_cast<std::size_t>(args - registers_.data()), site.count);
+    }
     bool callBuiltin(const CallSite& site, const Instr* next, ScriptValue* args);
     bool callHost(const CallSite& site, const Instr* next, ScriptValue* args);
 
@@ -125,7 +125,6 @@ class Exec {
     std::int32_t labelOf(const SwitchTable& table, const ScriptValue& key);
 
     ScriptLibrary& library_;
-    const Names& names_;
     ScriptVariables& globals_;
     std::int64_t& steps_;
     std::mt19937& random_;
@@ -134,12 +133,13 @@ class Exec {
     UnansweredNames* unsupported_ = nullptr;
 
     // What is left behind in a register stays until it is overwritten or its call ends.
-    std::vector<ScriptValue> registers_;
+    std::vector<ScriptValue, ScriptAllocator<ScriptValue>> registers_;
     std::vector<char> declared_;  // by register, for those of maybes
     std::vector<std::int32_t> counters_;
     std::array<Frame, kMaxCalls> frames_{};
     std::size_t depth_ = 0;
     std::vector<Known> known_;  // by name
+    std::size_t names_ = 0;     // of those
     std::uint64_t epoch_ = 0;
 };
 

@@ -52,11 +52,16 @@ inline constexpr int kMaxNesting = 200;
 inline constexpr std::size_t kMaxCode = std::size_t{1} << 18U;
 // Tokens that the searches for labels may pass, for the same reason.
 inline constexpr std::size_t kMaxScanned = 10'000'000;
-// Declared names: each call has a place for all of them.
+// Declared names of a function; real ones have below 50. Each call has a register for all of them.
 inline constexpr std::size_t kMaxVariables = 4096;
-// Arguments of one call; real calls have below 20. Nested ones stand in registers at the same time,
-// of which an instruction can name 65,536.
+// Arguments of one call; real ones have below 20. Those of calls inside each other stand in
+// registers at the same time.
 inline constexpr std::size_t kMaxArguments = 255;
+// Registers and constants that an instruction can name.
+inline constexpr std::size_t kMaxOperands = std::size_t{1} << 16U;
+// At each level of nesting there may be the arguments of a call and a value for each of the ten
+// levels of operators.
+static_assert(kMaxVariables + kMaxNesting * (kMaxArguments + 10) < kMaxOperands);
 
 // --- Preprocessing
 

@@ -115,6 +115,7 @@ std::int32_t Compiler::beginLoop() {
 }
 
 void Compiler::loopBack(std::int32_t counter, std::int32_t top) {
+    if (last() != nullptr && last()->op == Op::SumK) last()->op = Op::StepBack;
     emitWide(Op::LoopBack, static_cast<std::uint16_t>(counter), static_cast<std::size_t>(top));
 }
 

@@ -550,10 +550,9 @@ Outcome observed(Witness& host, const ScriptVariables& globals, Work work) {
 
 }  // namespace referee
 
-// `text` as the command of a frame. It may end its function to define others.
-inline Outcome byMachine(ScriptVM& vm, const std::string& text) {
-    referee::Witness host;
-    vm.setHost(&host);
+// `text` as the command of a frame, with `host` as the machine's. It may end its function to define
+// others.
+inline Outcome byMachine(ScriptVM& vm, referee::Witness& host, const std::string& text) {
     vm.globals().clear();
     vm.setSteps(50'000);
     Outcome outcome = referee::observed(

@@ -12,8 +12,10 @@ namespace {
 void agree(const std::string& text, int& decided) {
     SCOPED_TRACE(text);
     ScriptVM vm;
+    referee::Witness host;
     vm.setRoot("/nonexistent");
-    const Outcome machine = byMachine(vm, text);
+    vm.setHost(&host);
+    const Outcome machine = byMachine(vm, host, text);
     const Outcome referee = byReferee(text);
     if (!machine.decided || !referee.decided) return;
     ++decided;

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "ScriptLimits.hpp"
 #include "ScriptTrial.hpp"
 
 namespace port::script {
@@ -62,8 +63,6 @@ TEST(ScriptLoops, EndARunThatMultipliesThem) {
     for (const char* body : {
              "int i; for (i = 0; i < 9000; i++) setglobalvar(i, i); for (i = 0; i < 99; i++) "
              "clearindexedvar();",
-             "int i; int j; for (i = 0; i < 99; i++) { for (j = 0; j < 400; j++) setlocalvar(j, j);"
-             "clearlocalvar(); for (j = 0; j < 400; j++) setglobalvar(j, j); clearglobalvar(); }",
              "mixed t = \"x\"; int i; for (i = 0; i < 15; i++) t = t + t; mixed u = t + 1; t = t + "
              "1;"
              "for (;;) t == u;",
@@ -78,12 +77,53 @@ TEST(ScriptLoops, EndARunThatMultipliesThem) {
         EXPECT_LT(trial.vm.stepsLeft(), 0);
         trial.vm.globals().clear();
     }
+    for (const char* name : {"local", "global"}) {
+        const std::string of = std::string(name) + "var(";
+        EXPECT_EQ(ends(("int i; for (i = 0; i < 5000; i++) set" + of + "i, i);").c_str()), "");
+        const std::int64_t before = trial.vm.stepsLeft();
+        EXPECT_EQ(trial.body("clear" + of + ");").error, "");
+        EXPECT_GT(before - trial.vm.stepsLeft(), 5000) << name;
+    }
+    const std::string longName(50'000, 'b');
+    EXPECT_EQ(ends(("for (;;) " + longName + "();").c_str()), kOut);
+    EXPECT_EQ(ends(("int i; for (;;) { " + longName + "; i++; setlocalvar(i, 1); }").c_str()),
+              kOut);
     std::string wide = "void main() { for (;;) f(); } void f(";
     for (int i = 0; i < 4000; ++i) wide += "int p" + std::to_string(i) + ", ";
     trial.vm.setSteps(1'000'000);
     EXPECT_EQ(trial.script(wide + "int q) {}").error, kOut);
     EXPECT_EQ(ends("for (;;) x++;"), "");
     EXPECT_EQ(trial.host.said, "1");
+}
+
+// However little each run takes: what all values weigh together is bounded.
+TEST(ScriptLoops, CannotGrowFromPassToPass) {
+    Trial trial;
+    trial.folder.write("grow.c",
+                       "void main() { mixed t = \"x\"; int i; for (i = 0; i < 20; i++) t = t + t;"
+                       "kept++; setlocalvar(kept, t); }");
+    std::string error;
+    int runs = 0;
+    for (; error.empty() && runs < 1000; ++runs) {
+        trial.vm.setSteps(kPassSteps);
+        error = trial.vm.runFile("grow.c", trial.context).error;
+    }
+    EXPECT_EQ(error, "script memory limit exceeded");
+    EXPECT_LE(runs, 256);
+    EXPECT_GT(runs, 200);
+    EXPECT_EQ(trial.body("clearlocalvar();").error, "");
+    EXPECT_EQ(trial.vm.runFile("grow.c", trial.context).error, "");
+    trial.context.local.clear();
+    const std::size_t before = ScriptMemory::bytes();
+    for (const char* body :
+         {"mixed a = array(9); set(a, \"name\", \"x\" + 1); delete(a, \"name\");",
+          "mixed a = array(); int i; for (i = 0; i < 99; i++) set(a, i, a + i);",
+          "x = \"a\" + 1; x = 0; setglobalvar(x + \"y\", 2); clearglobalvar();"}) {
+        EXPECT_EQ(trial.body(body).error, "");
+        trial.context.local = {};
+        trial.vm.setHost(&trial.host);  // forgets the scripts and their texts
+        EXPECT_LE(ScriptMemory::bytes(), before) << body;
+    }
 }
 
 TEST(ScriptFunctions, AreFoundByTheirDefinition) {

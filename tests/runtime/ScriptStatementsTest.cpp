@@ -113,6 +113,17 @@ TEST(ScriptStatements, SwitchRunsFromTheLabelThatMatches) {
         {"switch (1) { case 1: switch (2) { case 2: say(1); break; } say(2); break; case 3: "
          "say(3); }",
          "1 2"},
+        // Labels that are numbers, met by keys of every kind.
+        {"int i; for (i = -2; i < 4; i++) switch (i) { case 3: say(33); break; case -1: say(11);"
+         "break; case 0: say(0); break; default: say(9); }",
+         "9 11 0 9 9 33"},
+        {"switch (1) { case 1: say(1); break; case 1.0000001: say(2); }", "1"},
+        {"switch (2.0000001) { case 1: say(1); case 2: say(2); case 3: say(3); }", "2 3"},
+        {"switch (\"2\") { case 1: say(1); break; case 2: say(2); }", "2"},
+        {"switch (\"2.0\") { case 2: say(2); break; default: say(3); }", "3"},
+        {"switch (true) { case 0: say(0); break; case 1: say(1); }", "1"},
+        {"switch (getlocalvar(\"x\")) { case 0: say(0); break; case 1: say(1); }", "0"},
+        {"switch (array()) { case 0: say(0); break; default: say(2); }", "2"},
         {"switch (1) {} say(1);", "1"},
         {"switch (1) { case 1: } say(1);", "1"},
         {"switch (1) { case 1: if (1) break; say(1); } say(2);", "2"},
