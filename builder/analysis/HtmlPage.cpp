@@ -50,14 +50,15 @@ void HtmlPage::writeRest(std::uint64_t total, std::size_t shown, std::string_vie
 void HtmlPage::writeFile(const SourceFile& file) {
     const std::string url = links_.to(project_.root / file.relative);
     if (!url.empty()) out_ << "<a href=\"" << url << "\">";
-    out_ << "<code>" << escapeHtml(file.display) << "</code>";
+    out_ << "<code>" << escapeHtmlPath(file.display) << "</code>";
     if (!url.empty()) out_ << "</a>";
+    if (!file.loaded) out_ << " <span class=\"chip skip\">not loaded</span>";
 }
 
 void HtmlPage::writeFile(std::string_view sourceFile) {
     const std::string url = links_.toSource(sourceFile);
     if (!url.empty()) out_ << "<a href=\"" << url << "\">";
-    out_ << "<code>" << escapeHtml(sourceFile) << "</code>";
+    out_ << "<code>" << escapeHtmlPath(sourceFile) << "</code>";
     if (!url.empty()) out_ << "</a>";
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <numeric>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -18,8 +19,10 @@
 #include "analysis/HtmlStyle.hpp"
 #include "analysis/HtmlText.hpp"
 #include "analysis/MissingFiles.hpp"
+#include "analysis/OccurrenceRefiner.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/OutputFile.hpp"
+#include "reader/ModelReader.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
@@ -43,7 +46,8 @@ std::string lines(std::uint64_t count) {
 struct FileUse {
     const SourceFile* file = nullptr;
     std::uint64_t count = 0;
-    std::vector<std::uint64_t> lines;  // the first kMaxLines
+    // The first kMaxLines, with why they do not run in full, where that is known.
+    std::vector<std::pair<std::uint64_t, std::string_view>> lines;
 };
 
 // Occurrences of one command with one status.
@@ -51,6 +55,7 @@ struct Obstacle {
     std::string_view command;
     CompatStatus status = kUnknown;
     std::uint64_t count = 0;
+    bool loaded = false;                     // some of them
     std::vector<std::string_view> messages;  // distinct, the first kMaxMessages
     std::vector<FileUse> files;
 };
@@ -69,15 +74,15 @@ class HtmlReport {
         if (project.hasData) missing_ = findMissingFiles(game, assets_, analysis);
         for (const MissingGroup& group : missing_) missingTotal_ += group.total;
         collectObstacles();
-        judged_ = analysis.supported + analysis.partial + analysis.unsupported + analysis.unknown;
-        for (const auto& [command, byStatus] : analysis.commandStatusCounts) {
-            const auto ignored = byStatus.find(kIgnoredSafely);
-            if (ignored != byStatus.end()) ignored_ += ignored->second;
+        for (const SourceFile& file : analysis.files) {
+            unloadedFiles_ += file.loaded ? 0 : 1;
+            StatusCounts& counts = file.loaded ? loaded_ : unloaded_;
+            for (std::size_t i = 0; i < counts.size(); ++i) counts[i] += file.byStatus[i];
         }
+        judged_ = judged(loaded_);
     }
 
-    void write() {
-        const std::string name = escapeHtml(PathEncoding::utf8(project_.root.filename()));
+    void write(const std::string& name) {
         out_
             << "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
@@ -108,6 +113,16 @@ class HtmlReport {
     }
 
   private:
+    using StatusCounts = decltype(SourceFile::byStatus);
+
+    static std::uint64_t judged(const StatusCounts& counts) {
+        return std::accumulate(counts.begin(), counts.end(), std::uint64_t{0}) -
+               of(counts, kIgnoredSafely);
+    }
+    static std::uint64_t of(const StatusCounts& counts, CompatStatus status) {
+        return counts[static_cast<std::size_t>(status)];
+    }
+
     static fs::path linkBase(const ProjectScan& project, const fs::path& reportsFolder,
                              PageLinks pageLinks) {
         if (pageLinks == PageLinks::kPortAssets) return "../assets/openbor-data";
@@ -132,11 +147,13 @@ class HtmlReport {
             }
             const auto [entry, isNew] =
                 index.try_emplace({issue.command, issue.status}, obstacles_.size());
-            if (isNew) obstacles_.push_back({issue.command, issue.status, 0, {}, {}});
+            if (isNew) obstacles_.push_back({issue.command, issue.status, 0, false, {}, {}});
             addTo(obstacles_[entry->second], issue);
         }
-        // What does nothing comes before what does something.
+        // What does nothing comes before what does something, and both before what is never
+        // loaded.
         const auto weight = [](const Obstacle& obstacle) {
+            if (!obstacle.loaded) return 3;
             switch (obstacle.status) {
                 case kUnsupported:
                     return 0;
@@ -158,12 +175,14 @@ class HtmlReport {
 
     static void sortByCount(std::vector<FileUse>& uses) {
         std::stable_sort(uses.begin(), uses.end(), [](const FileUse& a, const FileUse& b) {
+            if (a.file->loaded != b.file->loaded) return a.file->loaded;
             return a.count != b.count ? a.count > b.count : a.file->display < b.file->display;
         });
     }
 
     static void addTo(Obstacle& obstacle, const Issue& issue) {
         ++obstacle.count;
+        obstacle.loaded = obstacle.loaded || issue.file->loaded;
         if (obstacle.messages.size() < kMaxMessages &&
             std::find(obstacle.messages.begin(), obstacle.messages.end(), issue.message) ==
                 obstacle.messages.end()) {
@@ -175,7 +194,7 @@ class HtmlReport {
         }
         FileUse& use = obstacle.files.back();
         ++use.count;
-        if (use.lines.size() < kMaxLines) use.lines.push_back(issue.line);
+        if (use.lines.size() < kMaxLines) use.lines.emplace_back(issue.line, issue.reason);
     }
 
     void writeNavigation() {
@@ -202,27 +221,41 @@ class HtmlReport {
         out_ << "</ol></nav>\n";
     }
 
-    [[nodiscard]] std::string verdict() const {
-        if (judged_ == 0) return "There is no command in this folder to judge.";
+    // "4 do not run, 3 are not known and 2 run in part"; empty where all is well.
+    static std::string faultsIn(const StatusCounts& counts) {
         std::vector<std::string> faults;
-        if (analysis_.unsupported > 0)
-            faults.push_back(groupDigits(analysis_.unsupported) + " do not run");
-        if (analysis_.unknown > 0)
-            faults.push_back(groupDigits(analysis_.unknown) + " are not known");
-        if (analysis_.partial > 0)
-            faults.push_back(groupDigits(analysis_.partial) + " run in part");
+        for (const CompatStatus status : {kUnsupported, kUnknown, kPartial}) {
+            if (of(counts, status) == 0) continue;
+            faults.push_back(
+                groupDigits(of(counts, status)).append(" ").append(lookOf(status).meaning));
+        }
         std::string text;
-        if (faults.empty()) {
+        for (std::size_t i = 0; i < faults.size(); ++i) {
+            if (i > 0) text += i + 1 == faults.size() ? " and " : ", ";
+            text += faults[i];
+        }
+        return text;
+    }
+
+    [[nodiscard]] std::string verdict() const {
+        if (judged_ + judged(unloaded_) == 0) return "There is no command in this folder to judge.";
+        std::string text;
+        const std::string faults = faultsIn(loaded_);
+        if (judged_ == 0) {
+            text = "The game loads no line that could be judged.";
+        } else if (faults.empty()) {
             text = "Every one of " + lines(judged_) + " that " + (judged_ == 1 ? "was" : "were") +
                    " judged runs as written.";
         } else {
-            text = std::to_string(analysis_.supported * 100 / judged_) + "% of the " +
-                   lines(judged_) + " that were judged run as written; ";
-            for (std::size_t i = 0; i < faults.size(); ++i) {
-                if (i > 0) text += i + 1 == faults.size() ? " and " : ", ";
-                text += faults[i];
-            }
-            text += '.';
+            text = std::to_string(of(loaded_, kSupported) * 100 / judged_) + "% of the " +
+                   lines(judged_) + " that were judged run as written; " + faults + '.';
+        }
+        if (unloadedFiles_ > 0) {
+            const std::string apart = faultsIn(unloaded_);
+            text += " Apart from these, " + counted(unloadedFiles_, "file", "files") + " with " +
+                    lines(judged(unloaded_)) +
+                    (unloadedFiles_ == 1 ? " is never loaded" : " are never loaded") +
+                    (apart.empty() ? "." : ": " + apart + '.');
         }
         if (missingTotal_ > 0) {
             text += ' ' + counted(missingTotal_, "name leads", "names lead") + " nowhere.";
@@ -233,14 +266,12 @@ class HtmlReport {
     void writeHero(const std::string& name) {
         out_ << "<header class=\"hero\">\n<p class=\"kicker\">Compatibility report</p>\n<h1>"
              << name << "</h1>\n<p class=\"verdict\">" << verdict() << "</p>\n";
-        const std::pair<CompatStatus, std::uint64_t> counts[] = {
-            {kSupported, analysis_.supported},
-            {kPartial, analysis_.partial},
-            {kUnsupported, analysis_.unsupported},
-            {kUnknown, analysis_.unknown},
-            {kIgnoredSafely, ignored_},
-        };
-        if (judged_ + ignored_ > 0) {
+        std::vector<std::pair<CompatStatus, std::uint64_t>> counts;
+        for (const CompatStatus status :
+             {kSupported, kPartial, kUnsupported, kUnknown, kIgnoredSafely}) {
+            counts.emplace_back(status, of(loaded_, status));
+        }
+        if (judged_ + of(loaded_, kIgnoredSafely) > 0) {
             out_ << "<div class=\"bar\" aria-hidden=\"true\">";
             for (const auto& [status, count] : counts) {
                 if (count == 0) continue;
@@ -300,7 +331,11 @@ class HtmlReport {
         for (const std::string_view message : obstacle.messages) {
             out_ << "<p>" << escapeHtml(message) << "</p>\n";
         }
-        if (obstacle.status == kUnknown) {
+        if (obstacle.status == kPartial) writeFullForms(obstacle.command);
+        if (obstacle.status == kUnknown && isModelKeyword(obstacle.command)) {
+            out_ << "<p class=\"hint\">The port reads it in an entity file and carries it out all "
+                    "the same; only the list of judged commands lacks it.</p>\n";
+        } else if (obstacle.status == kUnknown) {
             const std::string_view close = closestCommand(obstacle.command);
             if (!close.empty()) {
                 out_ << "<p class=\"hint\">Did you mean <code>" << escapeHtml(close)
@@ -315,7 +350,9 @@ class HtmlReport {
             page_.writeFile(*use.file);
             out_ << "<span class=\"at\">" << (use.count == 1 ? "line " : "lines ");
             for (std::size_t k = 0; k < use.lines.size(); ++k) {
-                out_ << (k > 0 ? ", " : "") << use.lines[k];
+                const auto& [line, reason] = use.lines[k];
+                out_ << (k > 0 ? ", " : "") << line;
+                if (!reason.empty()) out_ << ": " << markCode(reason);
             }
             if (use.count > use.lines.size()) {
                 out_ << " and " << groupDigits(use.count - use.lines.size()) << " more";
@@ -325,6 +362,17 @@ class HtmlReport {
         out_ << "</ul>\n";
         page_.writeRest(obstacle.files.size(), shown, "files");
         out_ << "</div></details>\n";
+    }
+
+    // What the reports say of the lines that were raised.
+    void writeFullForms(std::string_view command) {
+        const OccurrenceRefiner::Rules rules = OccurrenceRefiner::rulesOf(command);
+        if (rules.empty()) return;
+        out_ << "<p>These forms of it run in full:</p>\n<ul class=\"forms\">\n";
+        for (const OccurrenceRule* const rule : rules) {
+            out_ << "<li>" << escapeHtml(rule->impact) << "</li>\n";
+        }
+        out_ << "</ul>\n";
     }
 
     void writeBusyFiles() {
@@ -359,7 +407,7 @@ class HtmlReport {
             out_ << "<h3>" << group.title << " <small>" << groupDigits(group.total)
                  << "</small></h3>\n<ul class=\"list\">\n";
             for (const MissingName& name : group.names) {
-                out_ << "<li class=\"plain\"><code>" << escapeHtml(name.text)
+                out_ << "<li class=\"plain\"><code>" << escapeHtmlPath(name.text)
                      << "</code><span class=\"at\">";
                 writeNamedBy(name);
                 out_ << "</span><span class=\"count\">" << groupDigits(name.mentions) << "<small>"
@@ -414,7 +462,9 @@ class HtmlReport {
     OutputFile out_;
     HtmlPage page_;
     std::vector<MissingGroup> missing_;
-    std::uint64_t missingTotal_ = 0, judged_ = 0, ignored_ = 0;
+    std::uint64_t missingTotal_ = 0, judged_ = 0, unloadedFiles_ = 0;
+    // In files that the game loads, of which `judged_` counts, and in others.
+    StatusCounts loaded_{}, unloaded_{};
     std::vector<Obstacle> obstacles_;
     std::vector<FileUse> busyFiles_;
     std::unordered_map<std::string, std::uint64_t> openLines_;  // issues by file, generic form
@@ -423,8 +473,8 @@ class HtmlReport {
 }  // namespace
 
 void writeHtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
-                     const fs::path& reportsFolder, PageLinks pageLinks) {
-    HtmlReport(project, analysis, game, reportsFolder, pageLinks).write();
+                     const fs::path& reportsFolder, PageLinks pageLinks, const std::string& title) {
+    HtmlReport(project, analysis, game, reportsFolder, pageLinks).write(escapeHtml(title));
 }
 
 }  // namespace tindrel

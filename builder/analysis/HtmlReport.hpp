@@ -3,6 +3,7 @@
 // The same analysis as a page to keep open while repairing a game.
 
 #include <filesystem>
+#include <string>
 
 #include "analysis/ProjectAnalysis.hpp"
 #include "reader/GameReader.hpp"
@@ -14,9 +15,10 @@ namespace tindrel {
 // project's data folder by a relative path, or nowhere, for a game that is unpacked only meanwhile.
 enum class PageLinks { kPortAssets, kDataFolder, kNone };
 
-// Writes index.html, one page without scripts, into `reportsFolder`, which must exist. Throws
-// ("write") for a full disk.
+// Writes index.html, one page without scripts, into `reportsFolder`, which must exist. `title` is
+// what the game came in as. Throws ("write") for a full disk.
 void writeHtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
-                     const std::filesystem::path& reportsFolder, PageLinks pageLinks);
+                     const std::filesystem::path& reportsFolder, PageLinks pageLinks,
+                     const std::string& title);
 
 }  // namespace tindrel

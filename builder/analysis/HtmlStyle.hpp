@@ -39,7 +39,7 @@ body { margin: 0; background: var(--paper); color: var(--ink);
 a { color: var(--accent); text-underline-offset: .18em; text-decoration-thickness: 1px; }
 a:hover { text-decoration-thickness: 2px; }
 :focus-visible { outline: 2px solid var(--accent); outline-offset: 2px; border-radius: 4px; }
-code, .mono { font-family: var(--mono); font-size: .875em; overflow-wrap: anywhere; }
+code, .mono { font-family: var(--mono); font-size: .875em; overflow-wrap: break-word; }
 h1, h2, h3, p, ul, ol, dl, dd, figure { margin: 0; padding: 0; }
 ul, ol { list-style: none; }
 .to-main { position: absolute; left: -999px; }
@@ -119,15 +119,17 @@ summary::-webkit-details-marker { display: none; }
 .body { padding: .25rem 1rem 1.1rem 2.7rem; font-size: .94rem; }
 .body > p { max-width: 46rem; }
 .body > p + p { margin-top: .5rem; }
+.forms { margin: .5rem 0 0 1.2rem; list-style: disc; color: var(--soft); }
+.summary { margin-bottom: .9rem; }
 .hint { color: var(--tone-ink); }
 .places { margin-top: .75rem; display: grid; gap: .34rem; }
 .places li { display: grid; grid-template-columns: minmax(0, 22rem) minmax(0, 1fr); gap: 0 1rem; }
 .places .at { color: var(--soft); font-variant-numeric: tabular-nums; font-size: .88rem; }
 .calls { margin-top: .6rem; display: grid; gap: .3rem; }
 .calls li { display: grid; grid-template-columns: minmax(0, 19rem) minmax(0, 1fr); gap: 0 1rem; }
-.calls .at { color: var(--soft); font-size: .88rem; overflow-wrap: anywhere; }
+.calls .at { color: var(--soft); font-size: .88rem; overflow-wrap: break-word; }
 .plain { grid-template-columns: minmax(0, 1.4fr) minmax(0, 1fr) 5.5rem; }
-.plain .at { color: var(--soft); font-size: .88rem; overflow-wrap: anywhere; }
+.plain .at { color: var(--soft); font-size: .88rem; overflow-wrap: break-word; }
 
 .gallery { display: grid; grid-template-columns: repeat(auto-fill, minmax(10rem, 1fr)); gap: 1rem; }
 .gallery.wide { grid-template-columns: repeat(auto-fill, minmax(15rem, 1fr)); }

@@ -1,5 +1,6 @@
 #include "analysis/HtmlText.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "PathEncoding.hpp"
@@ -36,6 +37,17 @@ std::string escapeHtml(std::string_view text) {
                     escaped += c;
                 }
         }
+    }
+    return escaped;
+}
+
+std::string escapeHtmlPath(std::string_view text) {
+    std::string escaped;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of("/\\"), text.size() - 1) + 1;
+        escaped += escapeHtml(text.substr(0, end));
+        text.remove_prefix(end);
+        if (!text.empty()) escaped += "<wbr>";
     }
     return escaped;
 }

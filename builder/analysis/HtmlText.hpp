@@ -14,6 +14,9 @@ namespace tindrel {
 // For element text and quoted attributes.
 [[nodiscard]] std::string escapeHtml(std::string_view text);
 
+// The same for a path, which may break behind its slashes rather than inside of words.
+[[nodiscard]] std::string escapeHtmlPath(std::string_view text);
+
 // A relative address of the path, percent-encoded, with forward slashes.
 [[nodiscard]] std::string encodeUrl(const std::filesystem::path& path);
 

@@ -1,5 +1,6 @@
 #include "analysis/OccurrenceRefiner.hpp"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <vector>
@@ -124,6 +125,44 @@ bool GameFacts::isVerifiedScript(std::string_view path) {
 
 bool GameFacts::isVerifiedInline(std::string_view text) {
     return scanner_.scanScriptSource(file_, text).clean();
+}
+
+namespace {
+
+// The line as a reason shows it, between backquotes.
+std::string inQuotes(std::string_view text) {
+    constexpr std::size_t kMostShown = 100;
+    std::string shown(text.substr(0, kMostShown));
+    while (shown.size() < text.size() && !shown.empty() &&
+           (static_cast<unsigned char>(text[shown.size()]) & 0xC0U) == 0x80U) {
+        shown.pop_back();
+    }
+    if (shown.size() < text.size()) shown += "...";
+    std::replace(shown.begin(), shown.end(), '`', '\'');
+    return '`' + shown + '`';
+}
+
+}  // namespace
+
+std::string OccurrenceRefiner::reasonAgainst(Rules rules, const TextLine& line) {
+    if (rules.empty()) return {};
+    using Names = OccurrenceRule::Names;
+    for (const OccurrenceRule* const rule : rules) {
+        if (rule->names == Names::kNothing) continue;
+        const auto named =
+            rule->names == Names::kPicture ? line.args.first(line.args.empty() ? 0 : 1) : line.args;
+        for (const std::string_view name : named) {
+            if (equalsFolded(name, "none")) continue;
+            if (rule->names == Names::kModels) {
+                if (!facts_.knowsModel(name)) return "no model is called " + inQuotes(name);
+            } else if (!facts_.imageExists(name)) {
+                return inQuotes(name) + " is not there";
+            }
+        }
+    }
+    std::string text(line.command());
+    if (!line.args.empty()) text += ' ' + joinTokens(line.args, 0, line.args.size());
+    return inQuotes(text) + " has none of these forms";
 }
 
 OccurrenceRefiner::OccurrenceRefiner(const ProjectScan& project, GameReader& game,

@@ -63,6 +63,7 @@ struct OccurrenceRule {
     std::string_view command;  // lower case; aliases are separated by one blank
     bool (*fits)(const TextLine& line, GameFacts& facts);
     std::string_view impact;
+    enum class Names { kNothing, kPicture, kPictures, kModels } names = Names::kNothing;
 };
 
 // All rules; the first that fits decides.
@@ -79,6 +80,9 @@ class OccurrenceRefiner {
     // Raises `rule`, the registry's verdict on `line` of `file`, where one of `rules` fits.
     void refineOccurrence(CommandRule& rule, Rules rules, const TextLine& line,
                           const std::filesystem::path& file);
+
+    // Why none of `rules` fits a line of the file that was refined last; empty without rules.
+    [[nodiscard]] std::string reasonAgainst(Rules rules, const TextLine& line);
 
   private:
     GameFacts facts_;

@@ -11,6 +11,7 @@
 
 #include "PathEncoding.hpp"
 #include "analysis/AnimationCommandAudit.hpp"
+#include "analysis/LoadedFiles.hpp"
 #include "analysis/OccurrenceRefiner.hpp"
 #include "analysis/ScriptScan.hpp"
 #include "platform/FileStatus.hpp"
@@ -107,6 +108,7 @@ class ProjectAnalyzer {
         }
         storeTallies();
         analysis_.scriptCheck = checkScripts(game_, analysis_.animationAudit);
+        markUnloaded();
         return std::move(analysis_);
     }
 
@@ -114,7 +116,7 @@ class ProjectAnalyzer {
     // What the lines of the file in hand share.
     struct FileContext {
         const fs::path& path;
-        const SourceFile* source;
+        SourceFile* source;
         const TextFile& lines;
         bool inLevels;         // below levels/
         bool panelOrderFault;  // holds a stage whose panel order failed
@@ -175,8 +177,9 @@ class ProjectAnalyzer {
         std::string message(kScriptFilePrefix);
         message += join(unsupported.names, ", ");
         message += kScriptFileSuffix;
-        addScriptIssue({keepSource(path), 1, std::move(unsupported)}, "script-file",
-                       std::move(message));
+        SourceFile* const source = keepSource(path);
+        ++source->byStatus[static_cast<std::size_t>(kPartial)];
+        addScriptIssue({source, 1, std::move(unsupported)}, "script-file", std::move(message));
     }
 
     void classifyFile(const fs::path& path) {
@@ -216,11 +219,14 @@ class ProjectAnalyzer {
         }
         if (rule.status == kUnknown && rule.impact.empty()) rule.impact = kUncataloguedImpact;
         tally.count(rule.status);
+        ++file.source->byStatus[static_cast<std::size_t>(rule.status)];
         count(rule.status);
         if (rule.status == kSupported || rule.status == kIgnoredSafely) return;
-        analysis_.issues.push_back({rule.status == kUnsupported ? kRed : kYellow, file.source,
-                                    line.line, tally.name, rule.impact, rule.status,
-                                    rule.parserSupported, rule.runtimeSupported});
+        Issue& issue = analysis_.issues.emplace_back(
+            Issue{rule.status == kUnsupported ? kRed : kYellow, file.source, line.line, tally.name,
+                  rule.impact, rule.status, rule.parserSupported, rule.runtimeSupported});
+        std::string reason = refiner_.reasonAgainst(tally.refinements, line);
+        if (!reason.empty()) issue.reason = analysis_.texts.emplace_back(std::move(reason));
     }
 
     void count(CompatStatus status) {
@@ -245,6 +251,7 @@ class ProjectAnalyzer {
         std::string message(kInlineScriptPrefix);
         message += join(unsupported.names, " ");
         message += ' ';
+        ++file.source->byStatus[static_cast<std::size_t>(kPartial)];
         addScriptIssue({file.source, line.line, std::move(unsupported)}, "inline-script-api",
                        std::move(message));
     }
@@ -257,10 +264,15 @@ class ProjectAnalyzer {
         analysis_.scriptFindings.push_back(std::move(finding));
     }
 
-    const SourceFile* keepSource(const fs::path& path) {
+    SourceFile* keepSource(const fs::path& path) {
         fs::path relative = path.lexically_relative(project_.root);
         std::string display = displayPath(relative);
         return &analysis_.files.emplace_back(SourceFile{std::move(relative), std::move(display)});
+    }
+
+    void markUnloaded() {
+        const LoadedFiles loaded(project_, game_, analysis_.scriptCheck);
+        for (SourceFile& file : analysis_.files) file.loaded = loaded.has(file.relative);
     }
 
     // Most lines of a game begin with one of a few dozen words, which stand ready.

@@ -3,6 +3,7 @@
 // The judgement on a whole project: counters, a table of its commands, and every occurrence that
 // the port does not fully honour.
 
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -24,6 +25,8 @@ namespace tindrel {
 struct SourceFile {
     std::filesystem::path relative;  // to the project root
     std::string display;
+    bool loaded = true;                       // the game reaches it, see LoadedFiles.hpp
+    std::array<std::uint64_t, 5> byStatus{};  // what was judged in it, by CompatStatus
 };
 
 // One diagnostic. Its file and texts live in the ProjectAnalysis or are static.
@@ -35,6 +38,9 @@ struct Issue {
     std::string_view message;  // the impact text
     CompatStatus status = CompatStatus::kUnknown;
     bool parserSupported = false, runtimeSupported = false;
+    // Why this very line is not raised where other lines of its command are, with code between
+    // backquotes; empty where there is no more to say than the message.
+    std::string_view reason{};
 };
 
 // "GREEN", "YELLOW", "RED"; "UNKNOWN" above 2.

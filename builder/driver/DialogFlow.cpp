@@ -135,7 +135,8 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
     GameReader game(scan.dataDir, scan.root, scan.entries);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     const SelectionName name = nameSelection(selection);
-    writeReportFolder(scan, analysis, game, name.beside(kReportsSuffix), pageLinks(prepared));
+    writeReportFolder(selection, scan, analysis, game, name.beside(kReportsSuffix),
+                      pageLinks(prepared));
     if (!dialogs.askYesNo("Analise concluida", analysisText(selection, prepared, analysis),
                           DialogStyle::kQuestion)) {
         return kSuccess;
@@ -154,7 +155,7 @@ int convertSelection(const Dialogs& dialogs, const Console& console, const fs::p
         return kSuccess;
     }
     generatePort(scan, analysis, game, output);
-    writeReportFolder(scan, analysis, game, output / "reports", PageLinks::kPortAssets);
+    writeReportFolder(selection, scan, analysis, game, output / "reports", PageLinks::kPortAssets);
     const int code = packagePort(output, console);
     writeStatus(output, code);
     if (dialogs.askYesNo("Port concluido", closingText(output, code), DialogStyle::kInformation)) {

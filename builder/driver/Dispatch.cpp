@@ -67,7 +67,7 @@ int runAnalyze(const Run& run) {
     printCompatibilitySummary(out, run.analysis);
     const fs::path folder =
         run.folder ? *run.folder : defaultReportsFolder(run.input, run.prepared);
-    writeReportFolder(run.scan, run.analysis, run.game, folder, pageLinks(run.prepared));
+    writeReportFolder(run.input, run.scan, run.analysis, run.game, folder, pageLinks(run.prepared));
     out << "Wrote " << displayPath(folder / "analysis.json") << '\n'
         << "Wrote " << displayPath(folder / "compatibility-report.txt") << '\n';
     return kSuccess;
@@ -86,7 +86,8 @@ int convert(const Run& run, const fs::path& output) {
         return kRefused;
     }
     generatePort(run.scan, run.analysis, run.game, output);
-    writeReportFolder(run.scan, run.analysis, run.game, output / "reports", PageLinks::kPortAssets);
+    writeReportFolder(run.input, run.scan, run.analysis, run.game, output / "reports",
+                      PageLinks::kPortAssets);
     printCompatibilitySummary(run.console.out, run.analysis);
     const bool isPartial = run.analysis.partial > 0 || run.analysis.unknown > 0;
     run.console.out << "CONVERT SUCCESS: port project generated at "

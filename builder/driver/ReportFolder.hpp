@@ -12,9 +12,11 @@
 
 namespace tindrel {
 
-// The report files and the page of pictures. Throws ("create_directories", "write").
-void writeReportFolder(const ProjectScan& project, const ProjectAnalysis& analysis,
-                       GameReader& game, const std::filesystem::path& folder, PageLinks links);
+// The report files and the page of pictures, which is called after `input`. Throws
+// ("create_directories", "write").
+void writeReportFolder(const std::filesystem::path& input, const ProjectScan& project,
+                       const ProjectAnalysis& analysis, GameReader& game,
+                       const std::filesystem::path& folder, PageLinks links);
 
 // The links of a page that is written outside a port.
 [[nodiscard]] inline PageLinks pageLinks(const PreparedInput& prepared) {

@@ -189,6 +189,10 @@ ModelDef readModelFile(GameReader& game, const fs::path& path) {
     return model;
 }
 
+bool isModelKeyword(std::string_view key) {
+    return keywordIndex().contains(key);
+}
+
 std::vector<ModelDef> readModels(GameReader& game) {
     if (!tindrel::exists(game.dataDir())) return {};
     const fs::path& registry = game.resolve("models.txt");

@@ -3,6 +3,7 @@
 // models.txt and the entity files that it names.
 
 #include <filesystem>
+#include <string_view>
 #include <vector>
 
 #include "reader/GameReader.hpp"
@@ -21,5 +22,8 @@ namespace tindrel {
 
 // The same from the file's lines; `sourceFile` stays empty, and an empty `name` becomes `stem`.
 [[nodiscard]] ModelDef parseModel(const TextFile& file, std::string_view stem);
+
+// Whether a line of an entity file that begins with `key`, in lower case, is read at all.
+[[nodiscard]] bool isModelKeyword(std::string_view key);
 
 }  // namespace tindrel

@@ -24,7 +24,7 @@ class HtmlReportTest : public testing::Test {
         GameReader game(project.dataDir, project.root);
         const ProjectAnalysis analysis = analyzeProject(project, game);
         std::filesystem::create_directories(folder_.path() / "out");
-        writeHtmlReport(project, analysis, game, folder_.path() / "out", links);
+        writeHtmlReport(project, analysis, game, folder_.path() / "out", links, "Tea & Co");
         return folder_.read("out/index.html");
     }
 
@@ -133,18 +133,19 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
           "spawnscript data/scripts/enter.c\nat 0\nlevelscript data/scripts/start.c\n");
     const std::string missing = section(page(), "missing");
     const std::vector<std::string> expected = {
-        "<code>data/chars/lost.txt</code><span class=\"at\"><a "
-        "href=\"../assets/openbor-data/models.txt\"><code>data/models.txt</code></a>:2<",
+        "<code>data/<wbr>chars/<wbr>lost.txt</code><span class=\"at\"><a "
+        "href=\"../assets/openbor-data/models.txt\"><code>data/<wbr>models.txt</code></a>:2<",
         "<code>Nobody</code><span class=\"at\"><a "
-        "href=\"../assets/openbor-data/levels/one.txt\"><code>data/levels/one.txt</code></a>:8<",
+        "href=\"../assets/openbor-data/levels/one.txt\"><code>data/<wbr>levels/<wbr>one.txt</"
+        "code></a>:8<",
         "nodust</code>",
         "<code>Spark</code>",
         "none.txt</code>",
         "LOST.c</code>",
-        "scripts/twice.c</code>",
-        "../moved.c</code>",
-        "scripts/start.c</code>",
-        "scripts/enter.c</code>",
+        "scripts/<wbr>twice.c</code>",
+        "../<wbr>moved.c</code>",
+        "scripts/<wbr>start.c</code>",
+        "scripts/<wbr>enter.c</code>",
         "<code>first.c</code>",
         "gone.gif</code>",
         "two.png</code>",
@@ -158,7 +159,7 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
         EXPECT_GT(place, at) << piece;
         at = place;
     }
-    for (const char* piece : {"HERE", "scripts/moved", "other.png", "hit.", ">lost<", ">hero<"}) {
+    for (const char* piece : {"HERE", "scripts/<wbr>moved.c", "other.png", "hit.", ">lost<", ">hero<"}) {
         EXPECT_EQ(missing.find(piece), std::string::npos) << piece;
     }
     EXPECT_NE(missing.find("hero.txt</code></a>:6<"), std::string::npos);
@@ -209,6 +210,30 @@ TEST_F(HtmlReportTest, ConsequencesStandInSentencesWithTheirPlaces) {
     EXPECT_GT(scripts.find(">noted<"), scripts.find("Only in comments and texts"));
     EXPECT_NE(scripts.find("Did you mean <code>setglobalvar</code>?"), std::string::npos);
     EXPECT_NE(scripts.find("line 3, in a comment or text"), std::string::npos);
+}
+
+TEST_F(HtmlReportTest, FilesThatTheGameNeverLoadsStandApart) {
+    write("models.txt", "load A a.txt\n");
+    write("a.txt", "onspawnscript data/s/a.c\nanim idle\nframe none\nwobble 1\n");
+    write("draft.txt", "anim idle\nframe none\nwobble 1\nwobble 2\nwibble\n");
+    write("levels.txt", "set S\nfile one.txt\nscene sc.txt\n");
+    write("one.txt", "bglayer gone.gif 1\n");
+    write("s/a.c", "#include \"b.h\"\nvoid main(){ }\n");
+    write("s/b.h", "void f(){ odd(); }\n");
+    write("s/c.c", "void main(){ odd(); }\n");
+    const std::string html = page();
+    EXPECT_NE(html.find("<title>Tea &amp; Co - compatibility</title>"), std::string::npos);
+    EXPECT_NE(html.find("1 are not known and 5 run in part. Apart from these, 2 files with 6 lines "
+                        "are never loaded: 3 are not known and 1 run in part."),
+              std::string::npos)
+        << html.substr(html.find("class=\"verdict\""), 500);
+    const std::string commands = section(html, "commands");
+    EXPECT_LT(commands.find(">wobble<"), commands.find(">bglayer<"));
+    EXPECT_LT(commands.find(">bglayer<"), commands.find(">wibble<"));
+    EXPECT_NE(commands.find("draft.txt</code></a> <span class=\"chip skip\">not loaded</span>"),
+              std::string::npos);
+    // The reason of the line stands with it.
+    EXPECT_NE(commands.find("line 1: <code>gone.gif</code> is not there"), std::string::npos);
 }
 
 TEST_F(HtmlReportTest, ListsAreBoundedAndSayWhatTheyLeaveOut) {
