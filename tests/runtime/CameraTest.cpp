@@ -37,6 +37,10 @@ TEST_F(CameraTest, ToTheRightItFollowsOutsideTheDeadZoneAndNeverGoesBack) {
     EXPECT_EQ(follow(5000), 680) << "no further than the stage";
     EXPECT_EQ(camera.maxX, 680);
     camera.x = camera.maxX = 100;
+    EXPECT_EQ(follow(211.5F), 99.5F) << "less than a pixel is let be";
+    camera = combatLockedCamera(camera, true);
+    EXPECT_EQ(follow(5000), 100) << "a lock holds no place that was left behind";
+    camera = combatLockedCamera(camera, false);
     camera = followedCamera(stage, camera, {}, kWidth);
     EXPECT_EQ(camera.x, 100) << "the dead draw nobody";
     row.scrollSpeed = 3;
@@ -72,11 +76,16 @@ TEST_F(CameraTest, EitherWayItGoesBackToTheBlockade) {
     EXPECT_EQ(follow(900), 200);
     camera.backtrackFloor = 0;
     EXPECT_EQ(follow(212), 100) << "a gate is in front only";
+    stage.scrollBlocked = false;
+    camera = combatLockedCamera(camera, true);
+    EXPECT_EQ(follow(900), 100) << "and so is a lock";
 }
 
 TEST_F(CameraTest, ToTheLeftALockHoldsItsLeftEdge) {
-    open("left");
-    EXPECT_EQ(camera.x, 680);
+    for (const char* direction : {"in", "bothleft", "left"}) {
+        open(direction);
+        EXPECT_EQ(camera.x, 680) << direction;
+    }
     EXPECT_EQ(follow(612), 500);
     EXPECT_EQ(follow(900), 692 - 12) << "back as far as the stage goes";
     camera = combatLockedCamera(camera, true);

@@ -49,7 +49,7 @@ TEST_F(CombatTrial, BoxesTurnWithTheirActor) {
 }
 
 TEST_F(CombatTrial, AnAttackHitsEachOfThoseItTouchesOnce) {
-    arm(*hero, "attack1");
+    arm(*hero, "attack1").hitFlash = "puff";
     hero->row.didHitScript = hear("hit.c", "getlocalvar(\"damage\") + getlocalvar(\"blocked\")");
     RuntimeEntity& near = enter(robot, 110);
     RuntimeEntity& far = enter(robot, 120);
@@ -63,6 +63,8 @@ TEST_F(CombatTrial, AnAttackHitsEachOfThoseItTouchesOnce) {
     EXPECT_EQ(far.health, 90);
     EXPECT_EQ(grabbed.health + item.health + friendly.health + behind.health, 400);
     EXPECT_EQ(player.attackHits, 2);
+    EXPECT_EQ(events.sounds.size(), 2U);
+    EXPECT_EQ(world.pendingChildSpawns.size(), 2U) << "flashes";
     EXPECT_TRUE(player.attackHasHit && player.energyPending.hit);
     EXPECT_EQ(global("heard"), "10 10 ");
     EXPECT_EQ(player.scriptCtx.local.at("damagetaker"), ScriptValue(far.handle));
@@ -146,8 +148,49 @@ TEST_F(CombatTrial, AnEnemyHitsOnePreferringPlayer1) {
     EXPECT_EQ(swing(), "10 10 10") << "only enemies strike";
 }
 
+TEST_F(CombatTrial, NoAttackMeansItemsAndOnlyEnemiesAreHostileByNature) {
+    arm(*hero, "attack1");
+    animate(*hero, "follow1");
+    hero->animations[5].followAnim = 1;
+    hero->animations[5].followCond = 2;
+    RuntimeEntity& barrel = enter(cast("obstacle", {"idle"}), 110);
+    punch();
+    EXPECT_EQ(barrel.health, 90);
+    EXPECT_EQ(running(player), "attack1");
+    Cast& friendly = cast("npc", {"idle"});
+    RuntimeEntity& item = enter(cast("item", {"idle"}), 90);
+    RuntimeEntity& held = enter(friendly, 90);
+    RuntimeEntity& other = enter(friendly, 90);
+    held.grabbed = true;
+    hero->row.canDamageMask = kTypeItem | kTypeNpc;
+    stand(player, 80, 1);
+    punch();
+    EXPECT_EQ(item.health + held.health, 200);
+    EXPECT_EQ(other.health, 90);
+
+    arm(robot, "attack1");
+    animate(robot, "follow1");
+    robot.animations[4].followAnim = 1;
+    robot.animations[4].followCond = 2;
+    robot.row.canDamageMask = kTypeItem | kTypeNpc;
+    player.worldX = 500;
+    RuntimeEntity& enemy = enter(robot, 100);
+    for (const bool grabbed : {true, false}) {
+        other.worldX = 90;
+        enemy.grabbed = grabbed;
+        attack(enemy, "attack1");
+        fight();
+        EXPECT_EQ(item.health + held.health, 200);
+        EXPECT_EQ(other.health, grabbed ? 90 : 80);
+        EXPECT_EQ(running(enemy), "attack1");
+    }
+}
+
 TEST_F(CombatTrial, CountersAnswerAndMovesFollow) {
     generated::Frame& blow = arm(*hero, "attack1");
+    blow.attack.type = 3;
+    robot.row.takeDamageScript =
+        hear("take.c", "getlocalvar(\"attacker\") + \"/\" + getlocalvar(\"attacktype\")");
     arm(*hero, "follow1");
     animate(robot, "follow2");
     hero->animations[5].followAnim = 1;
@@ -166,6 +209,7 @@ TEST_F(CombatTrial, CountersAnswerAndMovesFollow) {
     player.queuedAttack = true;
     punch();
     EXPECT_EQ(enemy.health, 90);
+    EXPECT_EQ(global("heard"), "1/3 ");
     EXPECT_EQ(running(enemy), "follow2");
     EXPECT_EQ(enemy.hitStun + enemy.fallTicks + enemy.recoveryTicks, 0) << "it is hurt, not felled";
     EXPECT_EQ(enemy.attackTicks, 6);
@@ -185,11 +229,14 @@ TEST_F(CombatTrial, CountersAnswerAndMovesFollow) {
     EXPECT_EQ(running(enemy), "fall") << "the dead counter nothing";
     EXPECT_EQ(running(player), "attack1") << "nothing follows a last blow here";
     robot.animations[0].counterCond = 4;
+    hero->animations[5].followCond = 4;
+    robot.row.noGrab = true;
     second.worldX = 110;
     second.health = 5;
     punch();
     EXPECT_EQ(second.health, 5) << "rage";
     EXPECT_EQ(running(second), "follow2");
+    EXPECT_EQ(running(player), "attack1") << "not on whom nobody can grab";
 }
 
 TEST_F(CombatTrial, PlayersCounterToo) {
@@ -213,7 +260,7 @@ TEST_F(CombatTrial, PlayersCounterToo) {
 }
 
 TEST_F(CombatTrial, TheThrownHitTheirOwnKindOnceAFall) {
-    arm(robot, "fall", 7);
+    arm(robot, "fall", 7).hitFlash = "puff";
     robot.animations.erase(robot.animations.begin() + 2);
     robot.row.animationCount = robot.animations.size();
     RuntimeEntity& thrown = enter(robot, 100, 1);
@@ -229,6 +276,7 @@ TEST_F(CombatTrial, TheThrownHitTheirOwnKindOnceAFall) {
     fight();
     EXPECT_EQ(other.health, 93);
     EXPECT_EQ(other.fallTicks, 28);
+    EXPECT_EQ(world.pendingChildSpawns.size(), 1U) << "a flash";
     EXPECT_EQ(other.landingMode, 0) << "it hits nobody in turn";
     EXPECT_EQ(thrown.health + barrel.health + mate.health + player.health, 400);
 
@@ -312,6 +360,7 @@ TEST_F(CombatTrial, ProjectilesHitEachOnceAndFlyOn) {
     knife.row.removeConfig = 1;
     knife.animations[1].attackOne = false;
     thrown.hitTargets = {kPlayer1Handle};
+    thrown.hitMask = 0;
     world.projectiles = {thrown};
     fight();
     EXPECT_EQ(mate.health, 80);
@@ -334,15 +383,32 @@ TEST_F(CombatTrial, AnExplosionHitsAllWhateverItsFlightHasSpent) {
     RuntimeEntity& twin = enter(bomb, 105);
     RuntimeEntity& first = enter(robot, 110);
     RuntimeEntity& second = enter(robot, 112);
+    generated::Spawn worth{};
+    worth.score = 40;
+    second.spawn = &worth;
+    second.health = 20;
     world.projectiles.push_back(thrown);
     fight();
     EXPECT_EQ(first.health, 95);
-    EXPECT_EQ(second.health, 100) << "the contact sets it off";
+    EXPECT_EQ(second.health, 20) << "the contact sets it off";
     EXPECT_TRUE(world.projectiles[0].exploded && world.projectiles[0].attackSpent);
     first.worldX = 110;
     fight();
     EXPECT_EQ(first.health, 75) << "the explosion hits anew";
-    EXPECT_EQ(second.health, 80);
+    EXPECT_EQ(second.health, 0);
+    EXPECT_EQ(player.score, 40);
+    const auto again = [&] {
+        world.projectiles[0].hitTargets.clear();
+        first.worldX = 110;
+        first.hitStun = 0;
+        fight();
+        return first.hitStun > 0;
+    };
+    bomb.frames[1].attack.damage = -5;
+    EXPECT_TRUE(again()) << "a hit that is not meant to hurt";
+    EXPECT_EQ(first.health, 75);
+    bomb.frames[1].hasAttack = false;
+    EXPECT_FALSE(again()) << "the smoke of an explosion hits nobody";
     EXPECT_EQ(twin.health, 100) << "its like is left alone";
 }
 

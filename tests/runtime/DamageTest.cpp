@@ -33,7 +33,7 @@ struct Damage : FightTrial {
 TEST_F(Damage, HurtsAndDrivesAway) {
     hurtEnemy({.damage = 7, .knockDirection = -1, .attackType = 3});
     EXPECT_EQ(log, "Hit enemy Robot damage=7 hp=93\n");
-    hurtPlayer({.damage = 8, .dropVx = -20});
+    hurtPlayer({.damage = 8, .attackType = 3, .dropVx = -20});
     EXPECT_EQ(log, "Player hit damage=8 hp=92\n");
     hurtMate({.damage = 9, .attackType = 3});
     EXPECT_EQ(log, "Coop player hit damage=9 hp=91\n");
@@ -48,6 +48,7 @@ TEST_F(Damage, HurtsAndDrivesAway) {
     }
     EXPECT_EQ(enemy.reactionType, 3);
     EXPECT_EQ(mate.reactionType, 3);
+    EXPECT_EQ(player.reactionType, 0) << "player 1 keeps it of falls only";
 
     enemy.worldX = player.worldX = mate.worldX = 999;
     player.hitStun = mate.hitStun = 0;
@@ -73,6 +74,10 @@ TEST_F(Damage, APlayerWhoReactsIsSafeAndStillHearsOfIt) {
     EXPECT_EQ(player.health, 100);
     EXPECT_EQ(mate.health, 100);
     EXPECT_EQ(enemy.health, 96);
+    mate.hitStun = 0;
+    mate.knockdownAir = true;
+    hurtMate({.damage = 8});
+    EXPECT_EQ(mate.health, 96) << "a fall alone does not save a co-op player";
 
     player.fallTicks = 0;
     player.invincibleTicks = mate.invincibleTicks = enemy.invincibleTicks = 1;
@@ -181,6 +186,27 @@ TEST_F(Damage, DeathsAreEachKindsOwn) {
     EXPECT_EQ(global("heard"), "died died died ");
 }
 
+TEST_F(Damage, ADeathTakesChildrenAlongAndNobodysScore) {
+    generated::Spawn debt{};
+    debt.score = -5;
+    enemy.spawn = &debt;
+    RuntimeEntity& child = enter(robot, 300);
+    RuntimeEntity& summoned = enter(robot, 300);
+    child.parentHandle = summoned.parentHandle = enemy.handle;
+    summoned.summonedChild = true;
+    const auto left = [&](int summonKill) {
+        robot.row.summonKill = summonKill;
+        enemy.alive = true;
+        hurtEnemy({.damage = 1000, .attacker = kPlayer1Handle});
+        return int{child.alive} + int{summoned.alive};
+    };
+    EXPECT_EQ(left(0), 2);
+    EXPECT_EQ(left(1), 1);
+    EXPECT_TRUE(child.alive);
+    EXPECT_EQ(left(2), 0);
+    EXPECT_EQ(player.score, 0);
+}
+
 TEST_F(Damage, TheWayToDieIsTheModels) {
     animate(robot, "bdeath");
     const auto death = [&](int fallDie, int attackType) {
@@ -202,9 +228,10 @@ TEST_F(Damage, TheWayToDieIsTheModels) {
     EXPECT_EQ(death(0, 0), "death fall");
     EXPECT_EQ(death(2, 0), "death fall");
     robot.row.type = "Obstacle";
-    enter(robot, 10);
-    quietly(
-        [&] { damageEnemy(tick, world.entities[world.entities.size() - 1], {.damage = 1000}); });
+    robot.row.noDieBlink = 2;
+    RuntimeEntity& crate = enter(robot, 10);
+    quietly([&] { damageEnemy(tick, crate, {.damage = 1000}); });
+    EXPECT_EQ(crate.deathTicks, animationDuration(crate.animation.animation()));
     EXPECT_NE(log.find("Object destroyed: Robot\n"), log.npos);
 }
 
@@ -236,9 +263,11 @@ TEST_F(Damage, FrostHoldsAndRemembersTheColours) {
     EXPECT_EQ(enemy.freezeTicks, 120);
     EXPECT_EQ(enemy.paletteMap, 4);
     enemy.freezeTicks = 200;
+    enemy.lastFrame = 0;
     hurtEnemy({.damage = 1, .attackType = kAttackFreeze});
     EXPECT_EQ(enemy.freezeTicks, 200);
     EXPECT_EQ(enemy.preFreezePaletteMap, 2) << "not the frozen ones";
+    EXPECT_EQ(enemy.lastFrame, kNoFrame) << "its picture takes the colours at once";
 }
 
 TEST_F(Damage, PainMayBeRefused) {

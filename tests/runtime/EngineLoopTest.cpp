@@ -250,6 +250,8 @@ TEST_F(EngineLoopInWindow, TheNaturalEndWantsAnEmptyStageAndAPlayerNearItsEnd) {
     EXPECT_TRUE(stageEndReached(world, game.config.logicalWidth));
     world.player1.alive = false;
     EXPECT_FALSE(stageEndReached(world, game.config.logicalWidth)) << "the dead are nowhere";
+    world.stage.verticalScroll = true;
+    EXPECT_TRUE(stageEndReached(world, game.config.logicalWidth)) << "it has no right end";
 }
 
 TEST_F(EngineLoop, TheLoopsEndSavesTheVolumesInForce) {

@@ -41,6 +41,12 @@ TEST_F(EngineStage, AStageIsAsLongAsItsPicturesAndWhatWaitsInIt) {
     EXPECT_TRUE(log.find("Preview music: ") != log.npos) << "a stage without music of its own";
     EXPECT_FALSE(load(5));
     EXPECT_EQ(world.stage.index, 1U);
+
+    generated::Stage row = generated::kStages[2];
+    const generated::StageEvent gate = {1, "wait", 1000, 0, 0, true, ""};
+    row.events = &gate;
+    row.eventCount = 1;
+    EXPECT_EQ(stageLength(row, {}, 200), 1200) << "the camera reaches what waits";
 }
 
 TEST_F(EngineStage, AStageToTheLeftBeginsAtItsRightEnd) {

@@ -125,6 +125,10 @@ TEST_F(Projectiles, OnesThatFallBounceAndEndOnTheGround) {
     EXPECT_EQ(fly(1), 0U);
 
     puff.subjectToGravity = true;
+    puff.antigravity = 1;
+    shoot(puff, -1, false);
+    EXPECT_EQ(fly(99), 1U) << "nothing draws it down";
+    puff.antigravity = 0;
     puff.bounce = 1;
     puff.bounceFactor = 2;
     RuntimeProjectile& ball = shoot(puff, -0.1F, false);

@@ -1,6 +1,7 @@
 // What a pass draws, as a list.
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <string>
 #include <tuple>
@@ -95,8 +96,15 @@ TEST_F(Scene, EachKindStandsInItsOrder) {
     // A model may choose its depth, whatever its z.
     model.setLayer = -5;
     player.model = &model;
+    RuntimeProjectile thrown;
+    thrown.model = &model;
+    thrown.animation.setAnimation(player.animation.animation());
+    world.projectiles.push_back(thrown);
     draw();
     EXPECT_EQ(list.scene()[2].z, 155);
+    const auto flying = std::ranges::find(list.scene(), SceneKind::Projectile, &DrawCommand::kind);
+    ASSERT_NE(flying, list.scene().end());
+    EXPECT_EQ(flying->z, 155) << "so may what it throws";
 
     // The panels move with the camera, the background half as far, and all with a shake.
     world.camera.x = 100;
@@ -326,6 +334,28 @@ TEST_F(Scene, LayersRepeatWithinTheirLimitsFromTheLeft) {
               std::tuple(1, stepY, 2, 64, 6));
     const auto front = std::ranges::find(list.scene(), SceneKind::FrontPanel, &DrawCommand::kind);
     EXPECT_EQ(front->z, 232 + 50);
+}
+
+TEST_F(Scene, LayersStandInTheirOrderBehindAndBefore) {
+    std::array<generated::Layer, 4> rows{};
+    const auto make = [&](std::size_t i, const char* kind, int zOrder) {
+        rows[i].kind = kind;
+        rows[i].path = "data/bgs/sky.gif";
+        rows[i].zOrder = zOrder;
+    };
+    make(0, "bglayer", 5);
+    make(1, "FGLayer", -1);
+    make(2, "fglayer", 3);
+    make(3, "frontpanel", -9);
+    stage.layers = rows.data();
+    stage.layerCount = rows.size();
+    scenery = loadScenery(stage, renderer, dataRoot);
+    std::vector<int> orders;
+    for (const auto* layers : {&scenery.backgroundLayers, &scenery.foregroundLayers}) {
+        for (const RuntimeStageLayer& layer : *layers) orders.push_back(layer.row->zOrder);
+        orders.push_back(0);
+    }
+    EXPECT_EQ(orders, (std::vector{-1, 5, 0, -9, 3, 0}));
 }
 
 TEST_F(Scene, WhoIsBoundStandsBesideItsTarget) {

@@ -93,15 +93,16 @@ TEST_F(StageQueue, AGateLetsItsOwnPlaceComeAndHoldsTheRestUntilTheyAreDead) {
 TEST_F(StageQueue, AGroupComesUpToItsMaximumOnceItHasFallenBelowItsMinimum) {
     spawn(0);
     event("group", 0, 1, 3);
-    for (int i = 0; i < 6; ++i) spawn(0);
+    for (int i = 0; i < 8; ++i) spawn(0);
     spawns[3].spawnType = 1;
     spawns[4].model = "puff";
+    spawns[5].spawnType = 2;
     open();
     EXPECT_EQ(at(0), 3U) << "with one enemy, two more";
     killAllBut(1);
     EXPECT_EQ(at(0), 3U);
     killAllBut(0);
-    EXPECT_EQ(at(0), 7U) << "what is no plain enemy does not count, so all are through";
+    EXPECT_EQ(at(0), 9U) << "what is no plain enemy does not count, so all are through";
 }
 
 TEST_F(StageQueue, ToTheLeftDistanceCountsFromTheRightEnd) {

@@ -2,6 +2,8 @@
 
 #include "Weapons.hpp"
 
+#include <array>
+
 #include "WorldTrial.hpp"
 
 namespace port {
@@ -78,6 +80,10 @@ TEST_F(Weapons, AmmunitionGoesToAWeaponThatShootsAndOnlyPlayer1SaysSo) {
 }
 
 TEST_F(Weapons, AnItemFallsOneTimeFewerThanItsCounter) {
+    std::array poses = {club.animations[0], club.animations[0]};
+    poses[1].name = "Respawn";
+    clubItem.animations = poses.data();
+    clubItem.animationCount = poses.size();
     lay(clubItem);
     pickUp(player);
     player.facing = -1;
@@ -87,6 +93,7 @@ TEST_F(Weapons, AnItemFallsOneTimeFewerThanItsCounter) {
     EXPECT_EQ(item.model, &clubItem);
     EXPECT_EQ(item.worldX, player.worldX - 12);
     EXPECT_EQ(item.altitude, -30);
+    EXPECT_EQ(item.animation.animation(), &poses[1]);
     EXPECT_EQ(item.weaponDropsRemaining, 1);
     EXPECT_EQ(player.equippedWeapon, nullptr);
     EXPECT_EQ(player.weaponItemModel, nullptr);
