@@ -58,8 +58,8 @@ set(port_view_units
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated picture platform play rules script sound view world)
 set(port_screens_units
-  Autoplay Bot FrontendScreens Game Pilot PlayScreen Recording Replay StageLoading StageShows
-  TimedShow)
+  Autoplay Bot FrontendScreens Game Pilot PlayScreen Playtest PlaytestReport Recording Replay
+  StageLoading StageShows TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses core generated picture platform play rules screens script sound view world)
 set(port_engine_units

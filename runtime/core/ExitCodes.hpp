@@ -12,7 +12,8 @@ enum ExitCode {
     kSmokeStuck = 74,        // or left gameplay for good
     kAutoplayStuck = 75,     // a bot that got no further,
     kAutoplayGameOver = 76,  // or lost all its lives
-    kReplayDiffers = 77      // a recording came to another world
+    kReplayDiffers = 77,     // a recording came to another world
+    kReportNotWritten = 78   // all went well but for the report of it
 };
 
 }  // namespace port

@@ -19,12 +19,13 @@ struct RunSwitches {
     int smokeFrames = 600;               // 60 to 3600
     std::optional<std::string> capture;  // the folder for pictures of the gameplay
     int captureEvery = FrameCapture::kDefaultEvery;
-    std::optional<std::string> record;  // the file to record the run into
-    std::optional<std::string> replay;  // the recording to play
-    bool autoplay = false;              // let a bot play
-    int autoplayStages = 0;             // so many stages; 0 for all
-    int autoplayLives = 0;              // with so many more lives
-    std::optional<std::string> start;   // where to look for the port, as it was given
+    std::optional<std::string> record;          // the file to record the run into
+    std::optional<std::string> replay;          // the recording to play
+    bool autoplay = false;                      // let a bot play
+    int autoplayStages = 0;                     // so many stages; 0 for all
+    int autoplayLives = 0;                      // with so many more lives
+    std::optional<std::string> autoplayReport;  // the file for what the bot meets
+    std::optional<std::string> start;           // where to look for the port, as it was given
 };
 
 // Arguments without the program's name, in any order; unknown options are ignored.

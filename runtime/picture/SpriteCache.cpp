@@ -47,6 +47,7 @@ SpritePtr SpriteCache::load(const Renderer& renderer, const std::filesystem::pat
         return known->second->sprite;
     }
     SpritePtr sprite = loadAnew(renderer, dataRoot, name, key.model, key.mapIndex);
+    if (!sprite && missing_) missing_(name);
     entries_.push_front({std::string(name), key.model, key.mapIndex, sprite});
     byKey_.emplace(entries_.front().key(), entries_.begin());
     bytes_ += entries_.front().bytes();

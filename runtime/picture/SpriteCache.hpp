@@ -4,11 +4,13 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <list>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "GeneratedCharacters.hpp"
 #include "SpriteImage.hpp"
@@ -35,6 +37,9 @@ class SpriteCache {
     [[nodiscard]] SpritePtr load(const Renderer& renderer, const std::filesystem::path& dataRoot,
                                  std::string_view name, const generated::Character* model,
                                  int mapIndex);
+
+    // Is told of each name that leads to no picture, when it is asked for first; null for nobody.
+    void watchMissing(std::function<void(std::string_view)> watch) { missing_ = std::move(watch); }
 
     // For a change of what loading gives: another data root, or the rule of the palettes' index 0.
     void clear();
@@ -65,6 +70,7 @@ class SpriteCache {
 
     Entries entries_;                                         // the one asked for last stands first
     std::unordered_map<Key, Entries::iterator, Hash> byKey_;  // keys view their entries' names
+    std::function<void(std::string_view)> missing_;
     std::size_t limit_;
     std::size_t bytes_ = 0;
     // Where forgetting is due: beyond the limit when what others hold alone reaches it, so that a

@@ -4,6 +4,8 @@
 
 #include "ExitCodes.hpp"
 #include "Log.hpp"
+#include "PathEncoding.hpp"
+#include "PlaytestReport.hpp"
 #include "StageLoading.hpp"
 #include "WorldHash.hpp"
 
@@ -12,6 +14,9 @@ namespace {
 
 // Ten minutes without the camera moving on or anybody falling.
 constexpr std::uint64_t kMostIdleTicks = 10 * 60 * kTicksPerSecond;
+
+// A run that breaks off leaves a report that is no older.
+constexpr std::uint64_t kReportTicks = 60 * kTicksPerSecond;
 
 int meansOf(const World& world) {
     std::int64_t means =
@@ -25,6 +30,11 @@ int meansOf(const World& world) {
 }  // namespace
 
 bool Autoplay::start(Game& game) {
+    if (!switches_.report.empty()) {
+        watch_ = std::make_unique<PlaytestWatch>(game);
+        // Better to know now than after an hour.
+        if (!writeReport()) return false;
+    }
     for (int slot = 0; slot < kMostPlayers; ++slot) {
         game.world.slots[static_cast<std::size_t>(slot)].joined =
             slot == 0 || slot < game.config.activePlayers;
@@ -63,11 +73,22 @@ void Autoplay::openStage(const Game& game) {
 void Autoplay::closeStage(const char* result) {
     logLine("AUTOPLAY stage=", stage_->sourceFile, " ticks=", ticks_, " deaths=", deaths_,
             " result=", result);
+    if (!watch_) return;
+    watch_->close(*stage_, deaths_, result);
+    static_cast<void>(writeReport());  // the last writing counts
+}
+
+bool Autoplay::writeReport() const {
+    if (!watch_ || writePlaytest(watch_->met(), switches_.report)) return true;
+    warnLine("AUTOPLAY FAIL: cannot write ", PathEncoding::utf8(switches_.report));
+    return false;
 }
 
 bool Autoplay::goesOn(const Game& game) {
     const World& world = game.world;
+    if (watch_) watch_->pass();
     ++ticks_;
+    if (ticks_ % kReportTicks == 0) static_cast<void>(writeReport());
     const int means = meansOf(world);
     deaths_ += std::max(0, means_ - means);
     means_ = means;
@@ -98,7 +119,8 @@ bool Autoplay::goesOn(const Game& game) {
 
 int Autoplay::result(const Game& game) {
     logLine("AUTOPLAY HASH ", hashDigits(game.hash()));
-    return over_ ? code_ : kWindowLost;
+    const int code = over_ ? code_ : kWindowLost;
+    return !writeReport() && code == kRanWell ? kReportNotWritten : code;
 }
 
 }  // namespace port

@@ -2,21 +2,26 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <utility>
 
 #include "Bot.hpp"
 #include "Pilot.hpp"
+#include "Playtest.hpp"
 
 namespace port {
 
 struct AutoplaySwitches {
-    int stages = 0;  // to be cleared; 0 for all of the campaign
-    int lives = 0;   // more than the stage gives
+    int stages = 0;                // to be cleared; 0 for all of the campaign
+    int lives = 0;                 // more than the stage gives
+    std::filesystem::path report;  // of what was met; empty for none
 };
 
 // Lets a bot play the campaign, and says a line for each stage.
 class Autoplay final : public Pilot {
   public:
-    explicit Autoplay(AutoplaySwitches switches) : switches_(switches) {}
+    explicit Autoplay(AutoplaySwitches switches) : switches_(std::move(switches)) {}
 
     bool start(Game& game) override;
     TickInput next(const Game& game) override;
@@ -36,9 +41,11 @@ class Autoplay final : public Pilot {
     [[nodiscard]] static Progress progressOf(const World& world);
     void closeStage(const char* result);
     void openStage(const Game& game);
+    [[nodiscard]] bool writeReport() const;
 
     AutoplaySwitches switches_;
     Bot bot_;
+    std::unique_ptr<PlaytestWatch> watch_;  // null without a report
     // Of the stage that is being played.
     const generated::Stage* stage_ = nullptr;
     std::uint64_t ticks_ = 0, idle_ = 0;

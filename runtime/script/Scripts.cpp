@@ -55,6 +55,7 @@ void Scripts::runHook(const char* path, ScriptContext& context, const char* even
     if (*path == '\0') return;
     if (event == nullptr) event = "hook";
     const ScriptRunResult result = machine_.runFile(path, context);
+    if (watch_) watch_({event, path, result});
     if (!result.ok) warnLine("Script VM ", event, " error [", path, "]: ", result.error);
     for (const std::string& name : result.unsupported) {
         log({event, "\t", path, "\tunsupported=", name});
@@ -67,6 +68,10 @@ void Scripts::runFrameCommand(const FrameCommand& command, ScriptContext& contex
     compose(command, text_);
     if (text_.empty() && *command.helper == '\0') return;
     const ScriptRunResult result = machine_.runAnimationCommand(command.helper, text_, context);
+    if (watch_) {
+        const bool helped = *command.helper != '\0';
+        watch_({command.event, helped ? command.helper : command.animation, result});
+    }
     if (result.ok && result.unsupported.empty()) return;
     const std::string call = singleLine(command);
     if (!result.ok) {

@@ -13,6 +13,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ScriptLimits.hpp"
 #include "ScriptVM.hpp"
@@ -71,6 +72,15 @@ class Scripts {
     };
     void runFrameCommand(const FrameCommand& command, ScriptContext& context);
 
+    // A run and what came of it, for as long as its telling lasts.
+    struct Run {
+        std::string_view event;
+        std::string_view script;  // of a frame's command without a helper, its animation
+        const ScriptRunResult& result;
+    };
+    // Is told of each run from now on; null for nobody.
+    void watch(std::function<void(const Run&)> watch) { watch_ = std::move(watch); }
+
   private:
     void log(std::initializer_list<std::string_view> parts);
 
@@ -80,6 +90,7 @@ class Scripts {
     std::filesystem::path logFile_;
     std::ofstream log_;
     std::size_t logRoom_ = 0;
+    std::function<void(const Run&)> watch_;
     std::string text_;  // of the command that is looked up, kept for its memory
 };
 

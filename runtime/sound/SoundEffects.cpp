@@ -39,7 +39,9 @@ void SoundEffects::play(AudioSystem& audio, std::string_view name, std::string_v
         bytes_ += kEntryBytes + name.size() + known->second.native().size();
     }
     const std::filesystem::path& file = known->second;
-    if (!file.empty() && !audio.playEffect(file)) warnLine(diagnostic, audio.lastError());
+    const bool plays = !file.empty() && audio.playEffect(file);
+    if (!plays && missing_) missing_(name);
+    if (!plays && !file.empty()) warnLine(diagnostic, audio.lastError());
 }
 
 }  // namespace port

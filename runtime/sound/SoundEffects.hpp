@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "AudioSystem.hpp"
 
@@ -21,6 +22,9 @@ class SoundEffects {
     // Plays the file of that name. One that is not there is silent; for one that does not play,
     // `diagnostic` and the reason go to the error stream. The disk is asked once for a name.
     void play(AudioSystem& audio, std::string_view name, std::string_view diagnostic);
+
+    // Is told of each name that is not there or does not play; null for nobody.
+    void watchMissing(std::function<void(std::string_view)> watch) { missing_ = std::move(watch); }
 
   private:
     struct Hash {
@@ -36,6 +40,7 @@ class SoundEffects {
     // Where names were found; empty for what is not there. The texts are copies, since those that
     // scripts make do not last.
     std::unordered_map<std::string, std::filesystem::path, Hash, std::equal_to<>> files_;
+    std::function<void(std::string_view)> missing_;
     std::size_t bytes_ = 0;  // that the names take
 };
 

@@ -30,6 +30,7 @@ constexpr std::string_view kRecordOption = "--record=";
 constexpr std::string_view kReplayOption = "--replay=";
 constexpr std::string_view kAutoplayOption = "--autoplay";
 constexpr std::string_view kAutoplayLivesOption = "--autoplay-lives=";
+constexpr std::string_view kAutoplayReportOption = "--autoplay-report=";
 constexpr std::string_view kCaptureEveryOption = "--capture-every=";
 
 bool isDirectory(const std::filesystem::path& path) {
@@ -40,7 +41,7 @@ bool isDirectory(const std::filesystem::path& path) {
 // What the command line names, in full, since the working directory is about to move.
 struct GivenFiles {
     FrameCapture capture;
-    std::filesystem::path record, replay;  // empty for none
+    std::filesystem::path record, replay, report;  // empty for none
 };
 
 GivenFiles filesOf(const RunSwitches& switches) {
@@ -49,7 +50,8 @@ GivenFiles filesOf(const RunSwitches& switches) {
         std::error_code unreachable;
         return std::filesystem::absolute(platform::pathFromArgument(*given), unreachable);
     };
-    GivenFiles files{{}, full(switches.record), full(switches.replay)};
+    GivenFiles files{
+        {}, full(switches.record), full(switches.replay), full(switches.autoplayReport)};
     const std::filesystem::path capture = full(switches.capture);
     if (!capture.empty()) files.capture = FrameCapture(capture, switches.captureEvery);
     return files;
@@ -82,7 +84,7 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
         engine.setPilot(std::make_unique<Replay>(std::move(recording)));
     } else if (switches.autoplay) {
         engine.setPilot(std::make_unique<Autoplay>(
-            AutoplaySwitches{switches.autoplayStages, switches.autoplayLives}));
+            AutoplaySwitches{switches.autoplayStages, switches.autoplayLives, files.report}));
     }
     // Behind the reading, which may be of the same file.
     if (!files.record.empty() && !engine.record(files.record)) {
@@ -134,6 +136,9 @@ RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase
         } else if (option.starts_with(kAutoplayLivesOption)) {
             switches.autoplayLives =
                 std::max(0, leadingInt(option.substr(kAutoplayLivesOption.size())).value_or(0));
+        } else if (option.starts_with(kAutoplayReportOption)) {
+            switches.autoplay = true;
+            switches.autoplayReport = argument.substr(kAutoplayReportOption.size());
         } else if (option == kAutoplayOption ||
                    option.starts_with(std::string(kAutoplayOption) + "=")) {
             switches.autoplay = true;

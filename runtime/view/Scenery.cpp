@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string_view>
 #include <unordered_map>
@@ -38,13 +37,6 @@ class StagePictures {
     std::unordered_map<std::string_view, SpritePtr> pictures_;
 };
 
-std::optional<LayerKind> kindOf(const generated::Layer& row) {
-    if (equalsFolded(row.kind, "bglayer")) return LayerKind::Background;
-    if (equalsFolded(row.kind, "fglayer")) return LayerKind::ForegroundLayer;
-    if (equalsFolded(row.kind, "frontpanel")) return LayerKind::FrontPanel;
-    return std::nullopt;
-}
-
 void addLayer(Scenery& scenery, const generated::Layer& row, StagePictures& pictures) {
     if (equalsFolded(row.kind, "background")) {
         scenery.backgroundRatioX = row.xRatio;
@@ -52,7 +44,7 @@ void addLayer(Scenery& scenery, const generated::Layer& row, StagePictures& pict
         scenery.backgroundOffsetY = row.zOffset;
         return;
     }
-    const auto kind = kindOf(row);
+    const auto kind = layerKind(row);
     if (!kind) return;
     SpritePtr image = pictures.load(row.path);
     if (!image) return;
@@ -63,6 +55,13 @@ void addLayer(Scenery& scenery, const generated::Layer& row, StagePictures& pict
 }
 
 }  // namespace
+
+std::optional<LayerKind> layerKind(const generated::Layer& row) {
+    if (equalsFolded(row.kind, "bglayer")) return LayerKind::Background;
+    if (equalsFolded(row.kind, "fglayer")) return LayerKind::ForegroundLayer;
+    if (equalsFolded(row.kind, "frontpanel")) return LayerKind::FrontPanel;
+    return std::nullopt;
+}
 
 SceneryExtent Scenery::extent() const {
     SceneryExtent extent;

@@ -3,6 +3,7 @@
 // The pictures that a stage is made of.
 
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "GeneratedStages.hpp"
@@ -13,6 +14,9 @@
 namespace port {
 
 enum class LayerKind { Background, ForegroundLayer, FrontPanel };
+
+// Nothing for a layer that is not drawn.
+[[nodiscard]] std::optional<LayerKind> layerKind(const generated::Layer& row);
 
 struct RuntimeStageLayer {
     SpritePtr image;  // never null

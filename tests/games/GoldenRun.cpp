@@ -199,7 +199,7 @@ class ScriptedPlay final : public Pilot {
 // Lets a bot play for a while.
 class BotPlay final : public Pilot {
   public:
-    BotPlay(int passes, int lives) : bot_({.stages = 0, .lives = lives}), passes_(passes) {}
+    BotPlay(int passes, int lives) : bot_({0, lives, {}}), passes_(passes) {}
 
     bool start(Game& game) override { return bot_.start(game); }
     TickInput next(const Game& game) override { return bot_.next(game); }

@@ -93,7 +93,7 @@ TEST_F(Recorded, MenusTakeAsLongWhereNobodySeesThem) {
 
 TEST_F(Recorded, ABotsRunWithExtraLivesIsPlayedAgain) {
     Engine first(devices());
-    first.setPilot(std::make_unique<Autoplay>(AutoplaySwitches{.stages = 1, .lives = 3}));
+    first.setPilot(std::make_unique<Autoplay>(AutoplaySwitches{1, 3, {}}));
     passesUntilClosed = 70;
     captured([&] {
         EXPECT_TRUE(first.record(file));
