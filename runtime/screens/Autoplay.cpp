@@ -15,6 +15,9 @@ namespace {
 // Ten minutes without the camera moving on or anybody falling.
 constexpr std::uint64_t kMostIdleTicks = 10 * 60 * kTicksPerSecond;
 
+// A run that breaks off leaves a report that is no older.
+constexpr std::uint64_t kReportTicks = 60 * kTicksPerSecond;
+
 // Lives and credits of everybody. A death costs one of the owner's lives, or a credit that buys new
 // ones.
 Autoplay::Means meansOf(const World& world) {
@@ -75,7 +78,7 @@ void Autoplay::closeStage(const char* result) {
             " result=", result);
     if (!watch_) return;
     watch_->close(*stage_, deaths_, result);
-    static_cast<void>(writeReport());  // for whoever ends the run; the last writing counts
+    static_cast<void>(writeReport());  // the last writing counts
 }
 
 bool Autoplay::writeReport() const {
@@ -88,6 +91,7 @@ bool Autoplay::goesOn(const Game& game) {
     const World& world = game.world;
     if (watch_) watch_->pass();
     ++ticks_;
+    if (ticks_ % kReportTicks == 0) static_cast<void>(writeReport());
     const Means means = meansOf(world);
     for (std::size_t i = 0; i < std::min(means.size(), means_.size()); ++i) {
         deaths_ += means[i] < means_[i] ? 1 : 0;
