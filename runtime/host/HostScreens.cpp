@@ -1,7 +1,10 @@
 // Pictures that scripts load, and the screens that they draw into.
 
 #include <algorithm>
+#include <memory>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 #include "HostDrawing.hpp"
 #include "HostFunctions.hpp"
