@@ -157,19 +157,23 @@ std::string drawnText(HostCall& call, std::size_t index) {
     return call.text(index).substr(0, ScriptDrawing::kLongestText);
 }
 
+std::size_t pixelEighths(int blend) {
+    return blend > 0 ? script::kMixedPixelEighths : script::kPixelEighths;
+}
+
 void chargeArea(HostCall& call, const SpriteImage& target, int x, int y, int width, int height,
-                std::size_t pixelsPerStep) {
+                std::size_t eighths) {
     const VisibleArea area = visibleArea(target, x, y, std::max(0, width), std::max(0, height));
-    call.charge(1 + static_cast<std::size_t>(area.width) * static_cast<std::size_t>(area.height) /
-                        pixelsPerStep);
+    call.charge(1 + static_cast<std::size_t>(area.width) * static_cast<std::size_t>(area.height) *
+                        eighths / 8);
 }
 
 void chargeImage(HostCall& call, const SpriteImage& target, const SpriteImage& image,
                  const generated::DrawMethod& draw, int x, int y, int blend) {
     const SpriteTransform transform = scriptTransformImage(image, draw);
-    const bool plain = !draw.enabled && blend == 0;
+    if (draw.enabled && draw.tintMode != 0) call.charge(script::kTintSteps);
     chargeArea(call, target, x, y, transform.width(), transform.height(),
-               plain ? script::kPixelsPerStep : script::kMixedPixelsPerStep);
+               draw.enabled ? script::kScaledPixelEighths : pixelEighths(blend));
 }
 
 void chargeCommand(HostCall& call, const SpriteImage& target, const ScriptDrawCommand& command) {
@@ -178,9 +182,8 @@ void chargeCommand(HostCall& call, const SpriteImage& target, const ScriptDrawCo
         case ScriptDrawKind::Text:
             return call.charge(command.text.size() * script::kLetterSteps);
         case ScriptDrawKind::Box:
-            return chargeArea(
-                call, target, command.x, command.y, command.w, command.h,
-                command.blend == 0 ? script::kPixelsPerStep : script::kMixedPixelsPerStep);
+            return chargeArea(call, target, command.x, command.y, command.w, command.h,
+                              pixelEighths(command.blend));
         case ScriptDrawKind::Line:
             return call.charge(static_cast<std::size_t>(target.width + target.height));
         case ScriptDrawKind::Dot:

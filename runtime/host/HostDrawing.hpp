@@ -21,9 +21,11 @@ inline constexpr int kBlendModes = 7;
 // The alpha mode that a draw method asks for; 0 for one that is off.
 [[nodiscard]] int methodBlend(const generated::DrawMethod& draw);
 
+// What a pixel costs that is not scaled, in eighths of a step.
+[[nodiscard]] std::size_t pixelEighths(int blend);
 // Take the steps that drawing costs: by the pixels that the target shows of it.
 void chargeArea(HostCall& call, const SpriteImage& target, int x, int y, int width, int height,
-                std::size_t pixelsPerStep);
+                std::size_t eighths);
 void chargeImage(HostCall& call, const SpriteImage& target, const SpriteImage& image,
                  const generated::DrawMethod& draw, int x, int y, int blend);
 void chargeCommand(HostCall& call, const SpriteImage& target, const ScriptDrawCommand& command);

@@ -109,7 +109,7 @@ ScriptValue createFileStream(HostCall& call) {
 ScriptValue saveFileStream(HostCall& call) {
     // A folder's room on a disk, so that files cannot be too many either.
     constexpr std::size_t kLeastSaved = 4096;
-    call.charge(script::kFileSteps);
+    call.charge(script::kSaveSteps);
     const ScriptFileStream* source = stream(call);
     const fs::path saves = call.services.root / "saves";
     const fs::path path = confinedPath(saves, call.text(1));

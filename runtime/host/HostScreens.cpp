@@ -1,7 +1,10 @@
 // Pictures that scripts load, and the screens that they draw into.
 
 #include <algorithm>
+#include <memory>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 #include "HostDrawing.hpp"
 #include "HostFunctions.hpp"
@@ -18,10 +21,6 @@ std::shared_ptr<ScriptScreen> screen(const HostCall& call, std::size_t index) {
 
 int blendArgument(const HostCall& call, std::size_t index) {
     return call.integer(index, -1) % kBlendModes;
-}
-
-std::size_t pixelsPerStep(int blend) {
-    return blend > 0 ? script::kMixedPixelsPerStep : script::kPixelsPerStep;
 }
 
 void drawImageOn(ScriptScreen& target, const SpriteImage& image, const ScriptDrawCommand& command,
@@ -76,7 +75,7 @@ ScriptValue loadSprite(HostCall& call) {
     const SpritePtr sprite = call.services.sprites.load(
         call.services.renderer, call.services.dataRoot, call.text(0), nullptr, 0);
     if (!sprite) return kNobody;
-    call.charge(sprite->bgra.size() / kPixelBytes / script::kMixedPixelsPerStep);
+    call.charge(sprite->bgra.size() / kPixelBytes);
     const std::uintptr_t handle = call.services.pictures.addSprite(sprite);
     if (handle == 0) call.tag("loadsprite-limit");
     return handle;
@@ -109,8 +108,7 @@ ScriptValue allocateScreen(HostCall& call) {
         call.tag("allocscreen-size");
         return kNobody;
     }
-    call.charge(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) /
-                script::kPixelsPerStep);
+    call.charge(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     const std::uintptr_t handle = call.services.pictures.addScreen(width, height);
     if (handle == 0) call.tag("allocscreen-limit");
     return handle;
@@ -119,7 +117,7 @@ ScriptValue allocateScreen(HostCall& call) {
 ScriptValue clearScreen(HostCall& call) {
     const auto target = call.count() == 1 ? screen(call, 0) : nullptr;
     if (!target) return false;
-    call.charge(target->image.bgra.size() / kPixelBytes / script::kPixelsPerStep);
+    call.charge(target->image.bgra.size() / script::kTextPerStep);
     std::ranges::fill(target->image.bgra, std::uint8_t{0});
     target->text.clear();
     return true;
@@ -145,7 +143,7 @@ ScriptValue drawBoxToScreen(HostCall& call) {
     const int width = pixelArgument(call, 3);
     const int height = pixelArgument(call, 4);
     const int blend = blendArgument(call, 6);
-    chargeArea(call, target->image, x, y, width, height, pixelsPerStep(blend));
+    chargeArea(call, target->image, x, y, width, height, pixelEighths(blend));
     scriptSurfaceBox(target->image, x, y, width, height, colorArgument(call, 5), blend);
     return true;
 }

@@ -107,12 +107,16 @@ inline constexpr std::size_t kScannedPerStep = 4;
 // at each call.
 inline constexpr std::size_t kFileSteps = 20'000;
 inline constexpr std::size_t kMusicSteps = 1'000'000;
-// What drawing costs: of each command, of each letter, and the pixels that one step pays for where
-// they are put down, and where they are mixed, scaled or turned.
-inline constexpr std::size_t kDrawSteps = 20;
+// A file that is written, renamed and put into folders that are made, some ms.
+inline constexpr std::size_t kSaveSteps = 500'000;
+// What drawing costs: each command, each letter, each tint that is worked out, and in eighths of a
+// step the pixels that are put down, mixed with others, or scaled and turned.
+inline constexpr std::size_t kDrawSteps = 60;
 inline constexpr std::size_t kLetterSteps = 12;
-inline constexpr std::size_t kPixelsPerStep = 8;
-inline constexpr std::size_t kMixedPixelsPerStep = 1;
+inline constexpr std::size_t kTintSteps = 500;
+inline constexpr std::size_t kPixelEighths = 1;
+inline constexpr std::size_t kMixedPixelEighths = 8;
+inline constexpr std::size_t kScaledPixelEighths = 32;
 // What comes into the world: an entity, a projectile.
 inline constexpr std::size_t kSpawnSteps = 1000;
 // The longest name of something that a script spawns.
