@@ -54,6 +54,7 @@ float hash12(vec2 place) {
 
 vec3 upscaled(vec2 uv) {
     vec3 c = sceneAt(uv, 0.0, 0.0);
+    if (mode <= 0.5) return c;
     vec3 l = sceneAt(uv, -1.0, 0.0);
     vec3 r = sceneAt(uv, 1.0, 0.0);
     vec3 u = sceneAt(uv, 0.0, -1.0);
