@@ -35,11 +35,11 @@ struct ScriptAllocator {
 
     T* allocate(std::size_t count) {
         T* const memory = std::allocator<T>().allocate(count);
-        ScriptMemory::take(count * sizeof(T));
+        ScriptMemory::take(count * sizeof(T));  // NOLINT(bugprone-sizeof-expression)
         return memory;
     }
     void deallocate(T* memory, std::size_t count) {
-        ScriptMemory::giveBack(count * sizeof(T));
+        ScriptMemory::giveBack(count * sizeof(T));  // NOLINT(bugprone-sizeof-expression)
         std::allocator<T>().deallocate(memory, count);
     }
     template <class Other>
