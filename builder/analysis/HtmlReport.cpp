@@ -97,6 +97,7 @@ class HtmlReport {
         scripts.writeConsequences();
         writeObstacles();
         writeBusyFiles();
+        writeUnloaded();
         writeMissing();
         scripts.write();
         if (project_.hasData) {
@@ -205,6 +206,7 @@ class HtmlReport {
         };
         entry("commands", "In the way", obstacles_.size());
         if (!busyFiles_.empty()) entry("files", "Files to open", busyFiles_.size());
+        if (unloadedFiles_ > 0) entry("unloaded", "Never loaded", unloadedFiles_);
         entry("missing", "Missing files", missingTotal_);
         if (analysis_.scriptCheck.scripts + analysis_.scriptCheck.commands > 0) {
             entry("broken", "Broken scripts", analysis_.scriptCheck.broken.size());
@@ -392,6 +394,27 @@ class HtmlReport {
         }
         out_ << "</ul>\n";
         page_.writeRest(busyFiles_.size(), shown, "files");
+        out_ << "</section>\n";
+    }
+
+    void writeUnloaded() {
+        if (unloadedFiles_ == 0) return;
+        page_.openSection("unloaded", "Files that are never loaded",
+                          "Neither <code>models.txt</code> nor <code>levels.txt</code> leads to "
+                          "these, nor does a script that runs. Where this page speaks of them "
+                          "they are marked.");
+        out_ << "<ul class=\"list\">\n";
+        std::size_t shown = 0;
+        for (const SourceFile& file : analysis_.files) {
+            if (file.loaded || shown == kMaxFiles) continue;
+            ++shown;
+            out_ << "<li class=\"plain skip\"><span>";
+            page_.writeFile(file);
+            out_ << "</span><span></span><span class=\"count\">"
+                 << groupDigits(judged(file.byStatus)) << "</span></li>\n";
+        }
+        out_ << "</ul>\n";
+        page_.writeRest(unloadedFiles_, shown, "files");
         out_ << "</section>\n";
     }
 

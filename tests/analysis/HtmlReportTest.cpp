@@ -159,7 +159,8 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
         EXPECT_GT(place, at) << piece;
         at = place;
     }
-    for (const char* piece : {"HERE", "scripts/<wbr>moved.c", "other.png", "hit.", ">lost<", ">hero<"}) {
+    for (const char* piece :
+         {"HERE", "scripts/<wbr>moved.c", "other.png", "hit.", ">lost<", ">hero<"}) {
         EXPECT_EQ(missing.find(piece), std::string::npos) << piece;
     }
     EXPECT_NE(missing.find("hero.txt</code></a>:6<"), std::string::npos);
@@ -232,6 +233,7 @@ TEST_F(HtmlReportTest, FilesThatTheGameNeverLoadsStandApart) {
     EXPECT_LT(commands.find(">bglayer<"), commands.find(">wibble<"));
     EXPECT_NE(commands.find("draft.txt</code></a> <span class=\"chip skip\">not loaded</span>"),
               std::string::npos);
+    EXPECT_EQ(count(section(html, "unloaded"), "<li "), 2U);
     // The reason of the line stands with it.
     EXPECT_NE(commands.find("line 1: <code>gone.gif</code> is not there"), std::string::npos);
 }
