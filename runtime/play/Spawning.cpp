@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "AnimationLookup.hpp"
 #include "Log.hpp"
@@ -131,17 +132,24 @@ void flushChildSpawns(Tick& tick) {
 }
 
 void unsummonChildren(Tick& tick, ActorHandle parent, bool allChildren) {
-    tick.world.entities.visit([&](RuntimeEntity& entity) {
-        if (!entity.alive || entity.parentHandle != parent) return;
-        if (!allChildren && !entity.summonedChild) return;
-        entity.alive = false;
-        entity.deathTicks = 0;
-        entity.scriptCtx.local["trigger"] = 1.0;
-        if (entity.model) {
-            tick.scripts.runHook(entity.model->onKillScript, entity.scriptCtx, "child-unsummon");
-        }
-        entity.visible = false;
+    World& world = tick.world;
+    std::vector<RuntimeEntity*> leaving;
+    visitRoster(world, world.roster.present, [&](RuntimeEntity& entity) {
+        const bool isMeant = allChildren || entity.summonedChild;
+        if (entity.alive && entity.parentHandle == parent && isMeant) leaving.push_back(&entity);
+        return false;
     });
+    // Their hooks may end others of them, and bring new ones, who stay.
+    for (RuntimeEntity* entity : leaving) {
+        if (!entity->alive) continue;
+        entity->alive = false;
+        entity->deathTicks = 0;
+        entity->scriptCtx.local["trigger"] = 1.0;
+        if (entity->model) {
+            tick.scripts.runHook(entity->model->onKillScript, entity->scriptCtx, "child-unsummon");
+        }
+        entity->visible = false;
+    }
 }
 
 }  // namespace port

@@ -1,16 +1,17 @@
 #include "EntityList.hpp"
 
-#include <algorithm>
 #include <utility>
 
 #include "Log.hpp"
 
 namespace port {
 
-bool EntityList::hasRoom() const {
-    return entities_.size() < kMostEntities && next_ < kEndOfEntityHandles &&
-           static_cast<std::size_t>(std::ranges::count_if(entities_, &RuntimeEntity::visible)) <
-               kMostVisible;
+bool EntityList::hasRoom() {
+    if (entities_.size() >= kMostEntities || next_ >= kEndOfEntityHandles) return false;
+    if (present_.size() >= kMostVisible) {
+        std::erase_if(present_, [this](std::size_t index) { return !entities_[index].visible; });
+    }
+    return present_.size() < kMostVisible;
 }
 
 // Models that spawn each other must not fill the memory.
@@ -22,11 +23,13 @@ RuntimeEntity* EntityList::add(RuntimeEntity entity) {
     entity.handle = next_++;
     entity.scriptCtx.entity = entity.handle;
     entity.scriptCtx.local["self"] = entity.handle;
+    present_.push_back(entities_.size());
     return &entities_.emplace_back(std::move(entity));
 }
 
 void EntityList::clear() {
     entities_.clear();
+    present_.clear();
     first_ = next_;
     fullReported_ = false;
 }

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <vector>
 
 #include "Actor.hpp"
 
@@ -49,11 +50,14 @@ class EntityList {
     [[nodiscard]] ActorHandle nextHandle() const { return next_; }
 
   private:
-    [[nodiscard]] bool hasRoom() const;
+    [[nodiscard]] bool hasRoom();
 
     std::deque<RuntimeEntity> entities_;
     ActorHandle first_ = kFirstEntityHandle;  // of entities_[0]; theirs follow each other
     ActorHandle next_ = kFirstEntityHandle;
+    // Places of the visible, and of those that have gone since this was last looked through: only
+    // where there seem to be too many, as the dead may be a hundred thousand.
+    std::vector<std::size_t> present_;
     bool fullReported_ = false;
 };
 

@@ -1,6 +1,8 @@
 // The turns of entities: what ends them, what holds them, how they fall, and what their ground
 // allows.
 
+#include <functional>
+
 #include "EntityTrial.hpp"
 #include "Spawning.hpp"
 
@@ -218,6 +220,31 @@ TEST_F(EntityTurns, ChildrenFollowAndAreRecalled) {
     child.worldX = 0;
     turn();
     EXPECT_EQ(child.worldX, 0);
+}
+
+struct Spawner final : ScriptHost {
+    std::function<void()> spawn;
+    ScriptValue callScriptFunction(const std::string&, const std::vector<ScriptValue>&,
+                                   ScriptContext&, std::vector<std::string>&) override {
+        spawn();
+        return {};
+    }
+};
+
+TEST_F(EntityTurns, WhoComesWhileChildrenAreSentAwayStays) {
+    folder.write("data/again.c", "void main(){ again(); }");
+    Spawner host;
+    scripts.open(folder.path(), folder.path() / "data", &host);
+    generated::Character& child = makeModel("npc", {"idle"});
+    child.onKillScript = "again.c";
+    host.spawn = [&] { add(child, 20).parentHandle = kPlayer1Handle; };
+    add(child, 10).parentHandle = kPlayer1Handle;
+    add(child, 30).parentHandle = entity.handle;
+    quietly([&] { unsummonChildren(tick, kPlayer1Handle, true); });
+    ASSERT_EQ(world.entities.size(), 4U);
+    EXPECT_FALSE(world.entities[1].alive || world.entities[1].visible);
+    EXPECT_TRUE(world.entities[2].alive) << "another's";
+    EXPECT_TRUE(world.entities[3].alive);
 }
 
 TEST_F(EntityTurns, TheDeadLeaveTheRosterAndNewcomersCountAtOnce) {
