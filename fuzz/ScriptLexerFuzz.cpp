@@ -29,13 +29,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(program.tokens.list[i].k != TK::End, "only the last token ends");
     }
     for (Function& function : program.functions) {
-        compile(function);
+        compile(function, nullptr);
         for (const Instr& instr : function.code) {
-            const bool jumps =
-                instr.op >= Op::Jump && instr.op <= Op::LoopBack && instr.op != Op::LoopBegin;
-            require(!jumps ||
-                        (instr.a >= 0 && static_cast<std::size_t>(instr.a) < function.code.size()),
-                    "a jump stays in its function");
+            const bool jumps = instr.op >= Op::Jump && instr.op <= Op::JumpIfTrue;
+            require(!jumps || instr.wide() < function.code.size(), "a jump stays in its function");
         }
     }
     return 0;

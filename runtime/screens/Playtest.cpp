@@ -64,7 +64,9 @@ PlaytestWatch::PlaytestWatch(Game& game) : game_(game) {
         text.append(" [").append(run.script).append("]");
         stage->hooks.add(text);
         if (!run.result.ok) stage->faults.scriptErrors.add(text + ": " + run.result.error);
-        for (const std::string& name : run.result.unsupported) stage->faults.unsupported.add(name);
+        for (const std::string& name : run.result.unsupported.all()) {
+            stage->faults.unsupported.add(name);
+        }
     });
     game.sprites.watchMissing([this](std::string_view name) {
         if (PlaytestStage* const stage = current()) stage->faults.missingPictures.add(name);

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "EntityTrial.hpp"
+#include "NamedHost.hpp"
 #include "Spawning.hpp"
 
 namespace port {
@@ -222,12 +223,12 @@ TEST_F(EntityTurns, ChildrenFollowAndAreRecalled) {
     EXPECT_EQ(child.worldX, 0);
 }
 
-struct Spawner final : ScriptHost {
+struct Spawner final : NamedHost {
     std::function<void()> spawn;
-    ScriptValue callScriptFunction(const std::string&, const std::vector<ScriptValue>&,
-                                   ScriptContext&, std::vector<std::string>&) override {
+    bool answer(const std::string&, std::span<const ScriptValue>, ScriptContext&, UnansweredNames&,
+                ScriptValue&) override {
         spawn();
-        return {};
+        return true;
     }
 };
 
