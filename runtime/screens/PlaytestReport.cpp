@@ -1,13 +1,12 @@
 #include "PlaytestReport.hpp"
 
 #include <algorithm>
-#include <fstream>
 #include <optional>
 #include <set>
 #include <span>
-#include <system_error>
 #include <utility>
 
+#include "FileBytes.hpp"
 #include "PathEncoding.hpp"
 
 namespace port {
@@ -213,20 +212,6 @@ void addStage(std::string& out, const PlaytestStage& stage) {
     addFaults(out, stage.faults);
     addModels(out, stage);
     addTally(out, "Scripts that ran", stage.hooks);
-}
-
-// A rename at the end: whoever reads it finds all of it or what was there before.
-bool replaceFile(const std::filesystem::path& file, const std::string& text) {
-    std::filesystem::path temporary = file;
-    temporary += ".tmp";
-    std::error_code error;
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    out << text;
-    out.close();
-    if (out) std::filesystem::rename(temporary, file, error);
-    if (out && !error) return true;
-    std::filesystem::remove(temporary, error);
-    return false;
 }
 
 }  // namespace

@@ -32,6 +32,18 @@ std::size_t lineOf(const Tokens& tokens, std::size_t token) {
     return static_cast<std::size_t>(std::count(text.data(), tokens.list[token].s.data(), '\n'));
 }
 
+// Whether the text ends with nothing open: no comment, constant, brace or parenthesis.
+bool closed(const Tokens& tokens) {
+    if (tokens.open != Tokens::Open::Nothing) return false;
+    std::ptrdiff_t braces = 0;
+    std::ptrdiff_t parens = 0;
+    for (const Tok& token : tokens.list) {
+        braces += std::ptrdiff_t{token.is(Word::LeftBrace)} - token.is(Word::RightBrace);
+        parens += std::ptrdiff_t{token.is(Word::LeftParen)} - token.is(Word::RightParen);
+    }
+    return braces <= 0 && parens <= 0;
+}
+
 }  // namespace
 
 const CheckedFunction* CheckedScript::find(std::string_view lowerName) const {
@@ -107,8 +119,7 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     program_ = program(expand(*text, state_), nullptr);
     state_.origins = nullptr;
     checked_.files = origins_.files;
-    // The last token is the text's end.
-    checked_.closed = program_->settled + 1 == program_->tokens.list.size();
+    checked_.closed = closed(program_->tokens);
     for (Function& function : program_->functions) {
         checked_.functions.push_back(check(function, origins_));
     }
@@ -131,8 +142,9 @@ CheckedFunction ScriptCheck::command(std::string_view command) {
     LineOrigins origins;
     Program* base = program_.get();
     std::string text;
-    if (base != nullptr && !checked_.closed) {
-        // What the script leaves open takes the command in.
+    // The last token is the text's end.
+    if (base != nullptr && base->settled + 1 != base->tokens.list.size()) {
+        // What the script leaves unsettled takes the command in.
         text = *base->tokens.source;
         origins = origins_;
         base = nullptr;

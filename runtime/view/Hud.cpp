@@ -13,7 +13,6 @@ namespace port {
 namespace {
 
 constexpr int kInFrontOfAll = 50 + 10000;  // of the stage's deepest row
-constexpr int kDefaultZMax = 232;
 constexpr int kMargin = 8;
 constexpr int kTextSize = 7;
 constexpr int kPlayerRow = 10;

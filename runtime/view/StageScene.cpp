@@ -13,9 +13,6 @@
 namespace port {
 namespace {
 
-// Depths without a stage.
-constexpr int kDefaultZMin = 160;
-constexpr int kDefaultZMax = 232;
 // What the scenery keeps between itself and the depths that actors walk in.
 constexpr int kPanelsBehind = 50;
 constexpr int kShadowsBehind = 47;

@@ -15,6 +15,10 @@
 
 namespace port {
 
+// Depths without a stage.
+inline constexpr int kDefaultZMin = 160;
+inline constexpr int kDefaultZMax = 232;
+
 // Where the pictures of frames come from.
 struct SpriteSource {
     SpriteCache& cache;
