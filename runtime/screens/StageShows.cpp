@@ -10,6 +10,7 @@
 
 #include "AssetPaths.hpp"
 #include "Log.hpp"
+#include "MenuText.hpp"
 #include "TimedShow.hpp"
 
 namespace port {
@@ -95,7 +96,11 @@ ShowEnd playStep(Game& game, TimedShow& show, const generated::CutsceneAnimation
 void showLoadingScreen(Game& game) {
     const SpritePtr image = loadPicture(game, "bgs/loading");
     TimedShow(game).run({kLoadingMilliseconds}, [&](DrawList& list, std::int64_t) {
-        if (image) list.addBackdrop(DrawImage{image});
+        if (image) {
+            list.addBackdrop(DrawImage{image});
+        } else {
+            addText(list, 92, 105, 18, "LOADING...", true);
+        }
     });
 }
 
@@ -122,7 +127,11 @@ void playStageCompleteScreen(Game& game) {
     const RuntimeConfig& config = game.config;
     const std::array<int, 4> keys = {config.keyAttack, config.keyJump, kKeyEnter, kKeyEscape};
     TimedShow(game).run({kCompleteMilliseconds, keys, true}, [&](DrawList& list, std::int64_t) {
-        if (!image) return;
+        if (!image) {
+            addText(list, std::max(8, config.logicalWidth / 2 - 70),
+                    std::max(24, config.logicalHeight / 2 - 8), 14, "STAGE COMPLETE", true);
+            return;
+        }
         list.addBackdrop(DrawImage{image, (config.logicalWidth - image->width) / 2,
                                    (config.logicalHeight - image->height) / 2});
     });
