@@ -185,7 +185,8 @@ void chargeCommand(HostCall& call, const SpriteImage& target, const ScriptDrawCo
             return chargeArea(call, target, command.x, command.y, command.w, command.h,
                               pixelEighths(command.blend));
         case ScriptDrawKind::Line:
-            return call.charge(static_cast<std::size_t>(target.width + target.height));
+            return call.charge(static_cast<std::size_t>(target.width) +
+                               static_cast<std::size_t>(target.height));
         case ScriptDrawKind::Dot:
             return;
         case ScriptDrawKind::Sprite:

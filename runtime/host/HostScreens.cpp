@@ -26,7 +26,8 @@ int blendArgument(const HostCall& call, std::size_t index) {
 void drawImageOn(ScriptScreen& target, const SpriteImage& image, const ScriptDrawCommand& command,
                  int blend) {
     if (&image == &target.image) {
-        const SpriteImage before = image;
+        // As it was before it is drawn over.
+        const SpriteImage before = image;  // NOLINT(performance-unnecessary-copy-initialization)
         scriptSurfaceBlit(target.image, before, command.draw, command.x, command.y, blend);
     } else {
         scriptSurfaceBlit(target.image, image, command.draw, command.x, command.y, blend);
@@ -151,7 +152,8 @@ ScriptValue drawBoxToScreen(HostCall& call) {
 ScriptValue drawLineToScreen(HostCall& call) {
     const auto target = call.count() >= 6 ? screen(call, 0) : nullptr;
     if (!target) return false;
-    call.charge(static_cast<std::size_t>(target->image.width + target->image.height));
+    call.charge(static_cast<std::size_t>(target->image.width) +
+                static_cast<std::size_t>(target->image.height));
     scriptSurfaceLine(target->image, pixelArgument(call, 1), pixelArgument(call, 2),
                       pixelArgument(call, 3), pixelArgument(call, 4), colorArgument(call, 5),
                       blendArgument(call, 6));
