@@ -77,7 +77,8 @@ void updateProjectile(Tick& tick, RuntimeProjectile& projectile) {
     }
     projectile.animation.update(1);
     const int width = tick.config.logicalWidth;
-    const auto margin = static_cast<float>(stageView(width) / 2);
+    const int half = stageView(width) / 2;
+    const auto margin = static_cast<float>(half);
     const float onScreen = projectile.worldX - tick.world.camera.x;
     if (onScreen < -margin || onScreen > static_cast<float>(width) + margin) {
         projectile.alive = false;

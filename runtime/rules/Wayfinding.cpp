@@ -13,6 +13,8 @@ namespace {
 
 constexpr float kCellWidth = 16, kCellDepth = 8;
 constexpr int kColumns = 64, kRows = 64;
+constexpr std::size_t kCells = std::size_t{kColumns} * kRows;
+constexpr int kMiddleColumn = kColumns / 2, kMiddleRow = kRows / 2;
 
 struct Cell {
     int column = 0, row = 0;
@@ -34,16 +36,17 @@ class Raster {
   public:
     Raster(const generated::Stage& stage, GroundPoint from)
         : stage_(stage),
-          left_(from.x - kCellWidth * (kColumns / 2)),
-          top_(from.z - kCellDepth * (kRows / 2)),
-          known_(static_cast<std::size_t>(kColumns * kRows)) {}
+          left_(from.x - kCellWidth * kMiddleColumn),
+          top_(from.z - kCellDepth * kMiddleRow),
+          known_(kCells) {}
 
     [[nodiscard]] GroundPoint middle(Cell cell) const {
         return {left_ + static_cast<float>(cell.column) * kCellWidth,
                 top_ + static_cast<float>(cell.row) * kCellDepth};
     }
     [[nodiscard]] static std::size_t index(Cell cell) {
-        return static_cast<std::size_t>(cell.row * kColumns + cell.column);
+        return static_cast<std::size_t>(cell.row) * kColumns +
+               static_cast<std::size_t>(cell.column);
     }
     [[nodiscard]] bool free(Cell cell) {
         if (cell.column < 0 || cell.column >= kColumns || cell.row < 0 || cell.row >= kRows) {
@@ -108,8 +111,8 @@ Heading wayTo(const generated::Stage& stage, GroundPoint from, GroundPoint to, G
     if (straight == Heading{} || straightWayIsFree(stage, from, to)) return straight;
 
     Raster raster(stage, from);
-    constexpr Cell kStart{kColumns / 2, kRows / 2};
-    std::vector<Cell> cameFrom(static_cast<std::size_t>(kColumns * kRows), Cell{-1, -1});
+    constexpr Cell kStart{kMiddleColumn, kMiddleRow};
+    std::vector<Cell> cameFrom(kCells, Cell{-1, -1});
     std::vector<Cell> reached{kStart};
     cameFrom[Raster::index(kStart)] = kStart;
     Cell best = kStart;
