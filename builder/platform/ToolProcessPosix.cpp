@@ -126,9 +126,16 @@ int runCommand(const std::vector<std::string>& command) {
     if (process < 0) return -1;
     while (!hasEnded(process, 0)) {
     }
-    const std::lock_guard lock(tool().mutex);
-    tool().group = 0;
-    return waitForProcess(process);
+    int code = 0;
+    {
+        const std::lock_guard lock(tool().mutex);
+        tool().group = 0;
+        code = waitForProcess(process);
+    }
+    // An interrupt that has ended the command ends this program too, by its signal and not with the
+    // command's code.
+    const InterruptHold hold;
+    return code;
 }
 
 void endTool() {
