@@ -166,7 +166,7 @@ class Hud {
         bar.at = shownAt(model.lifePositionX, model.lifePositionY, bar.at);
         SpritePtr icon = iconOf(bar);
         if (bar.popup) {
-            addLayeredBar(bar, std::move(icon));
+            addLayeredBar(bar, icon);
             return;
         }
         addLabel(bar);
