@@ -1,6 +1,6 @@
 #pragma once
 
-// The parts that all sections of the HTML report are made of.
+// What all sections of the HTML report are made of.
 
 #include <cstddef>
 #include <cstdint>

@@ -24,6 +24,11 @@ std::optional<std::vector<std::uint8_t>> readFileBytes(const std::filesystem::pa
 bool replaceFile(const std::filesystem::path& path, std::string_view text) {
     std::filesystem::path temporary = path;
     temporary += ".tmp";
+    return replaceFile(path, text, temporary);
+}
+
+bool replaceFile(const std::filesystem::path& path, std::string_view text,
+                 const std::filesystem::path& temporary) {
     std::ofstream out(temporary, std::ios::trunc | std::ios::binary);
     if (!out) return false;
     out << text;

@@ -16,5 +16,8 @@ namespace port {
 // Puts the text into the place of the file, whole or not at all: whoever reads it finds the old one
 // or the new one. False when it cannot be written; the old file then stands.
 [[nodiscard]] bool replaceFile(const std::filesystem::path& path, std::string_view text);
+// By way of that file beside it, where its name matters to the caller.
+[[nodiscard]] bool replaceFile(const std::filesystem::path& path, std::string_view text,
+                               const std::filesystem::path& temporary);
 
 }  // namespace port

@@ -21,7 +21,7 @@
 
 namespace port {
 
-// The parts of a game that calls reach.
+// What calls reach of a game.
 struct HostServices {
     World& world;
     const PlayerDrive& drive;

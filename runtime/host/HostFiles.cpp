@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <fstream>
 #include <system_error>
 
 #include "ConfinedPath.hpp"
@@ -74,20 +73,6 @@ double wholeNumber(const std::string& word) {
     return errno == 0 ? static_cast<double>(number) : 0;
 }
 
-// In one go at the end: a port that dies meanwhile leaves the old file.
-bool writeFile(const fs::path& path, const fs::path& temporary, const std::string& text) {
-    std::error_code failed;
-    fs::create_directories(path.parent_path(), failed);
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    out.close();
-    if (out) fs::rename(temporary, path, failed);
-    if (out && !failed) return true;
-    std::error_code absent;
-    fs::remove(temporary, absent);
-    return false;
-}
-
 }  // namespace
 
 ScriptValue openFileStream(HostCall& call) {
@@ -123,7 +108,9 @@ ScriptValue saveFileStream(HostCall& call) {
     }
     saved += size;
     call.charge(size / script::kTextPerStep);
-    return writeFile(path, temporary, source->buffer);
+    std::error_code failed;
+    fs::create_directories(path.parent_path(), failed);
+    return replaceFile(path, source->buffer, temporary);
 }
 
 ScriptValue closeFileStream(HostCall& call) {

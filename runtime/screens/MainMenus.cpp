@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string>
 
 #include "Campaigns.hpp"
@@ -14,20 +15,46 @@
 namespace port {
 namespace {
 
-class MainMenu final : public Screen {
+// A menu of rows of which one is chosen and accepted.
+class RowMenu : public Screen {
   public:
-    explicit MainMenu(Game& game) : game_(game) {}
+    RowMenu(Game& game, int Frontend::*chosen, const RowLayout& layout,
+            std::span<const char* const> rows)
+        : game_(game), chosen_(chosen), layout_(layout), rows_(rows) {}
 
     FrontendState update(const TickInput& input) override {
         const MenuInput menu = menuInput(input, game_.config);
-        int& row = game_.frontend.menuIndex;
-        row = wrapped(row, menu.downward(), static_cast<int>(kRows.size()));
+        int& row = game_.frontend.*chosen_;
+        row = wrapped(row, menu.downward(), count());
+        if (menu.back && backContinues()) return FrontendState::Playing;
         if (menu.accept) accept(row);
         return game_.frontend.state;
     }
     void draw(DrawList& list) const override {
-        addRows(list, {28, 62, 29, 13}, static_cast<int>(kRows.size()), game_.frontend.menuIndex,
-                [](int row) { return kRows[static_cast<std::size_t>(row)]; });
+        addRows(list, layout_, count(), game_.frontend.*chosen_,
+                [this](int row) { return rows_[static_cast<std::size_t>(row)]; });
+    }
+
+  protected:
+    [[nodiscard]] Game& game() { return game_; }
+
+  private:
+    virtual void accept(int row) = 0;
+    [[nodiscard]] virtual bool backContinues() const { return false; }
+    [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+
+    Game& game_;
+    int Frontend::*chosen_;
+    RowLayout layout_;
+    std::span<const char* const> rows_;
+};
+
+class MainMenu final : public RowMenu {
+  public:
+    explicit MainMenu(Game& game) : RowMenu(game, &Frontend::menuIndex, {28, 62, 29, 13}, kRows) {}
+
+    void draw(DrawList& list) const override {
+        RowMenu::draw(list);
         addText(list, 18, 216, 8, "ENTER/J select  UP/DOWN navigate");
     }
 
@@ -36,19 +63,19 @@ class MainMenu final : public Screen {
     static constexpr std::array<const char*, 5> kRows = {"NEW GAME", "CONTINUE", "OPTIONS",
                                                          "CONTROLS", "QUIT"};
 
-    void accept(int row) {
-        Frontend& frontend = game_.frontend;
+    void accept(int row) override {
+        Frontend& frontend = game().frontend;
         switch (row) {
             case kNewGame:
                 frontend.campaignIndex = 0;
                 if (frontend.campaigns.size() > 1) {
                     frontend.state = FrontendState::LevelSetSelect;
                 } else {
-                    startCampaign(game_, 0);
+                    startCampaign(game(), 0);
                 }
                 break;
             case kContinue:
-                if (loadProgress(game_)) frontend.state = FrontendState::Playing;
+                if (loadProgress(game())) frontend.state = FrontendState::Playing;
                 break;
             case kOptions:
                 frontend.optionsFromPause = false;
@@ -64,8 +91,6 @@ class MainMenu final : public Screen {
                 break;
         }
     }
-
-    Game& game_;
 };
 
 class LevelSetSelect final : public Screen {
@@ -107,22 +132,14 @@ class LevelSetSelect final : public Screen {
     Game& game_;
 };
 
-class PauseMenu final : public Screen {
+class PauseMenu final : public RowMenu {
   public:
-    explicit PauseMenu(Game& game) : game_(game) {}
+    explicit PauseMenu(Game& game)
+        : RowMenu(game, &Frontend::pauseIndex, {30, 78, 25, 11}, kRows) {}
 
-    FrontendState update(const TickInput& input) override {
-        const MenuInput menu = menuInput(input, game_.config);
-        int& row = game_.frontend.pauseIndex;
-        row = wrapped(row, menu.downward(), static_cast<int>(kRows.size()));
-        if (menu.back) return FrontendState::Playing;
-        if (menu.accept) accept(row);
-        return game_.frontend.state;
-    }
     void draw(DrawList& list) const override {
         addText(list, 24, 49, 15, "PAUSED", true);
-        addRows(list, {30, 78, 25, 11}, static_cast<int>(kRows.size()), game_.frontend.pauseIndex,
-                [](int row) { return kRows[static_cast<std::size_t>(row)]; });
+        RowMenu::draw(list);
     }
 
   private:
@@ -130,8 +147,9 @@ class PauseMenu final : public Screen {
     static constexpr std::array<const char*, 5> kRows = {"CONTINUE", "OPTIONS", "RESTART STAGE",
                                                          "MAIN MENU", "QUIT"};
 
-    void accept(int row) {
-        Frontend& frontend = game_.frontend;
+    [[nodiscard]] bool backContinues() const override { return true; }
+    void accept(int row) override {
+        Frontend& frontend = game().frontend;
         switch (row) {
             case kContinue:
                 frontend.state = FrontendState::Playing;
@@ -141,10 +159,10 @@ class PauseMenu final : public Screen {
                 frontend.state = FrontendState::Options;
                 break;
             case kRestart:
-                beginGame(game_);
+                beginGame(game());
                 break;
             case kMainMenu:
-                enterMainMenu(game_);
+                enterMainMenu(game());
                 break;
             case kQuit:
                 frontend.state = FrontendState::Quit;
@@ -153,8 +171,6 @@ class PauseMenu final : public Screen {
                 break;
         }
     }
-
-    Game& game_;
 };
 
 class GameOverScreen final : public Screen {
