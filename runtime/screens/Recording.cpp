@@ -13,7 +13,7 @@ namespace port {
 namespace {
 
 constexpr std::string_view kVersionLine = "version=1";
-constexpr std::array<std::string_view, 3> kSections = {"gameplay", "combat", "input"};
+constexpr std::array<std::string_view, 4> kSections = {"gameplay", "combat", "input", "reading"};
 
 // Numbers of a line, one after the other.
 class Words {

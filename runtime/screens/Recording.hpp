@@ -4,7 +4,8 @@
 // another machine too, and must come to the same world. A text file:
 //
 //     [recording]                     the version of the format
-//     [gameplay], [combat], [input]   the settings that a world depends on
+//     [gameplay], [combat], [input], [reading]
+//                                     the settings that a world depends on
 //     [begin]                         a game's start, once for each before the first pass
 //     [passes]                        "<pass> input ..." where the input changes,
 //                                     "<pass> hash <tick> <digits> <digits of the fields>"

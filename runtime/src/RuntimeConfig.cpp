@@ -109,6 +109,8 @@ constexpr auto kSettings = std::to_array<RuntimeSetting>({
     setting("compatibility", "openbor_palette_index0_transparency",
             &Config::openborPaletteIndex0Transparency),
     setting("compatibility", "preserve_source_alpha", &Config::preserveSourceAlpha),
+
+    setting("reading", "as_written", &Config::asWritten),
 });
 
 // The saved file's order, which is not the table's: input comes before audio.
@@ -155,6 +157,11 @@ void writeConfig(std::ostream& out, const RuntimeConfig& config) {
         out << '\n';
     }
     out << kEffectsSection;
+    // Follows from how the port was made, so that most files say nothing of it.
+    if (config.asWritten) {
+        out << '\n';
+        writeRuntimeSection(out, config, "reading");
+    }
 }
 
 struct Preset {
