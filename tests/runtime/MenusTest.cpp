@@ -138,12 +138,18 @@ TEST_F(Menus, UnlocksCountFinishedGames) {
 }
 
 SavedPlayer savedAs(const char* model, int alive, int health, std::int64_t score) {
-    SavedPlayer player;
-    player.model = model;
-    player.alive = alive;
-    player.health = health;
-    player.score = score;
-    return player;
+    return {.model = model,
+            .alive = alive,
+            .health = health,
+            .mp = 0,
+            .palette = 0,
+            .lives = 0,
+            .credits = 0,
+            .weaponUses = 0,
+            .weaponDrops = 0,
+            .score = score,
+            .weapon = {},
+            .weaponItem = {}};
 }
 
 TEST(SavedGames, AreWrittenInTheirOrderAndReadAsFarAsTheyParse) {
@@ -151,6 +157,7 @@ TEST(SavedGames, AreWrittenInTheirOrderAndReadAsFarAsTheyParse) {
     save.stage = 3;
     save.activePlayers = 2;
     save.joinedMask = 5;
+    save.lives = save.credits = 0;
     save.players[0] = savedAs("Ann", 1, 40, 1LL << 40);
     save.players[2] = savedAs("Bob", 0, 0, 0);
     save.players[2]->weapon = "Club";
@@ -162,13 +169,7 @@ TEST(SavedGames, AreWrittenInTheirOrderAndReadAsFarAsTheyParse) {
         "credits1=0\nweapon1=\nweapon_uses1=0\nweapon_item1=\nweapon_drops1=0\nplayer3=Bob\n"))
         << out.str();
     std::istringstream whole(out.str());
-    const SavedGame again = readSavedGame(whole);
-    std::ostringstream twice;
-    writeSavedGame(twice, again);
-    EXPECT_EQ(twice.str().substr(0, 40), out.str().substr(0, 40));
-    EXPECT_EQ(again.players[2]->weapon, "Club");
-    EXPECT_EQ(again.players[0]->score, 1LL << 40);
-    EXPECT_FALSE(again.players[1]);
+    EXPECT_EQ(readSavedGame(whole), save);
 
     std::istringstream odd(
         "stage=x\nactive_players=99\njoined_mask=-4\nlives=-3\ncredits=9999999999\nnonsense\n"
