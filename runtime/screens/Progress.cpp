@@ -153,10 +153,14 @@ bool resumeGame(Game& game, const SavedGame& save) {
     chooseSaved(game, save, models);
     beginGame(game, true);
     World& world = game.world;
-    if (save.players[0]) restore(world.player1, *save.players[0], save);
+    // A player of whom the file says nothing has what it says of all.
+    const auto ofSlot = [&save](std::size_t slot) {
+        return save.players[slot].value_or(SavedPlayer{});
+    };
+    restore(world.player1, ofSlot(0), save);
     for (RuntimeCoopPlayer& player : world.coop) {
-        const auto slot = static_cast<std::size_t>(std::clamp(player.playerSlot, 1, 3));
-        if (save.players[slot]) restore(player, *save.players[slot], save);
+        restore(player, ofSlot(static_cast<std::size_t>(std::clamp(player.playerSlot, 1, 3))),
+                save);
     }
     return true;
 }
@@ -181,7 +185,7 @@ void saveUnlockProgress(const Game& game) {
 
 void finishProgress(Game& game) {
     if (game.drive == PlayerDrive::SelfCheck) return;
-    ++game.frontend.completionCount;
+    if (game.frontend.completionCount < INT_MAX) ++game.frontend.completionCount;
     saveUnlockProgress(game);
     if (!game.ownProgress) return;
     std::error_code absent;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <deque>
 #include <fstream>
 #include <random>
@@ -135,6 +136,9 @@ TEST_F(Menus, UnlocksCountFinishedGames) {
     game.frontend.completionCount = 0;
     loadUnlockProgress(game);
     EXPECT_EQ(game.frontend.completionCount, 2);
+    game.frontend.completionCount = INT_MAX;
+    finishProgress(game);
+    EXPECT_EQ(game.frontend.completionCount, INT_MAX);
 }
 
 SavedPlayer savedAs(const char* model, int alive, int health, std::int64_t score) {
@@ -181,6 +185,24 @@ TEST(SavedGames, AreWrittenInTheirOrderAndReadAsFarAsTheyParse) {
     EXPECT_EQ(read.lives, 0);
     EXPECT_FALSE(read.credits);
     EXPECT_EQ(read.players[0]->health, 12);
+}
+
+TEST_F(Menus, ASaveThatSaysNothingOfAPlayerSaysWhatAllHave) {
+    world.player1.score = 900;
+    folder.write("saves/slot1.sav", "joined_mask=3\nlives=5\ncredits=2\nhealth2=1\n");
+    quietly([&] { EXPECT_TRUE(loadProgress(game)); });
+    ASSERT_EQ(world.coop.size(), 1U);
+    for (const PlayerActor* player :
+         {static_cast<PlayerActor*>(&world.player1), static_cast<PlayerActor*>(&world.coop[0])}) {
+        EXPECT_EQ(player->livesRemaining, 5);
+        EXPECT_EQ(player->creditsRemaining, 2);
+    }
+    EXPECT_EQ(world.player1.score, 0);
+    EXPECT_EQ(world.player1.health, world.player1.maxHealth);
+    EXPECT_EQ(world.coop[0].health, 1);
+    std::filesystem::remove(folder.path() / "saves" / "slot1.sav");
+    std::filesystem::create_directories(folder.path() / "saves" / "slot1.sav");
+    EXPECT_FALSE(loadProgress(game)) << "a folder is no saved game";
 }
 
 // A save that is cut or changed at any place loads what parses.
