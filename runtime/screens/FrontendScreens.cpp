@@ -73,12 +73,14 @@ bool liesOverStage(const Frontend& frontend) {
 }
 
 void addMenuBackground(DrawList& list, const Frontend& frontend) {
+    if (liesOverStage(frontend)) {
+        list.addBackdrop(DrawRectangle{8, 22, 304, 210, 0x121218});
+        return;
+    }
     const bool selecting = frontend.state == FrontendState::CharacterSelect;
     const SpritePtr& image = selecting && frontend.selectBackground ? frontend.selectBackground
                                                                     : frontend.titleBackground;
-    if (liesOverStage(frontend)) {
-        list.addBackdrop(DrawRectangle{8, 22, 304, 210, 0x121218});
-    } else if (image) {
+    if (image) {
         list.addBackdrop(DrawImage{image});
         return;
     }

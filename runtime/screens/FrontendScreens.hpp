@@ -21,8 +21,8 @@ class Screen {
 
 // Whether the menu stands in front of the stage that is being played.
 [[nodiscard]] bool liesOverStage(const Frontend& frontend);
-// What is behind the rows of a menu: a picture of the game, or the program's name, which stands on
-// a panel in front of the stage.
+// What is behind the rows of a menu: a picture of the game or the program's name, or a panel in
+// front of the stage.
 void addMenuBackground(DrawList& list, const Frontend& frontend);
 
 // Reads the game's labels for keys, the games that were finished before, and the campaigns.
