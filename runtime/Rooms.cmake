@@ -14,12 +14,13 @@ set(port_generated_units
 # pictures as plain values
 set(port_pixels_uses core)
 set(port_pixels_units
-  BmpImage DecodedImage PcxImage ScreenLayout ShaderParams SpriteImage)
+  AnimationScreen BmpImage DecodedImage PcxImage ScreenLayout ShaderParams SpriteImage)
 # the seam to the system and its devices; a unit of several systems has a source for each
 set(port_platform_uses core pixels)
 set(port_platform_units
-  AudioOutput Clock CompressedAudio CrashHandler Devices Entry ImageDecoder ImageEncoder Input
-  PostProcessor Presentation Process TextFace VirtualKeys)
+  AudioOutput Clock ComApartment CompressedAudio CrashHandler D3d11PostProcessor D3d11Screen Devices
+  Entry ImageDecoder ImageEncoder Input PostProcessor Presentation Process
+  TextFace VirtualKeys)
 # the machine that runs scripts
 set(port_script_uses core)
 set(port_script_units
@@ -161,7 +162,11 @@ endfunction()
 function(port_image_backends target folder)
   set(decoder None)
   set(encoder None)
-  if(NOT WIN32)
+  if(WIN32)
+    set(decoder Wic)
+    set(encoder Wic)
+    target_link_libraries(${target} PRIVATE windowscodecs ole32)
+  else()
     find_package(GIF 5 QUIET)
     find_package(PNG 1.6 QUIET)
     if(GIF_FOUND AND PNG_FOUND)
@@ -180,7 +185,13 @@ endfunction()
 
 function(port_sound_backends target folder)
   set(decoder None)
-  if(NOT WIN32)
+  set(output None)
+  if(WIN32)
+    set(decoder MediaFoundation)
+    set(output XAudio2)
+    target_link_libraries(${target} PRIVATE mfplat mfreadwrite mfuuid
+      $<IF:$<BOOL:${MINGW}>,xaudio2_8,xaudio2> ole32)
+  else()
     find_path(SNDFILE_INCLUDE_DIR sndfile.h)
     find_library(SNDFILE_LIBRARY sndfile)
     mark_as_advanced(SNDFILE_INCLUDE_DIR SNDFILE_LIBRARY)
@@ -189,10 +200,6 @@ function(port_sound_backends target folder)
       target_include_directories(${target} SYSTEM PRIVATE ${SNDFILE_INCLUDE_DIR})
       target_link_libraries(${target} PRIVATE ${SNDFILE_LIBRARY})
     endif()
-  endif()
-  port_backend(${target} ${folder} CompressedAudio ${decoder})
-  set(output None)
-  if(NOT WIN32)
     find_package(OpenAL QUIET)
     # OpenAL Soft's own extensions are needed.
     if(OPENAL_FOUND AND EXISTS ${OPENAL_INCLUDE_DIR}/alext.h)
@@ -201,13 +208,22 @@ function(port_sound_backends target folder)
       target_link_libraries(${target} PRIVATE ${OPENAL_LIBRARY})
     endif()
   endif()
+  port_backend(${target} ${folder} CompressedAudio ${decoder})
   port_backend(${target} ${folder} AudioOutput ${output})
 endfunction()
 
 function(port_window_backends target folder)
   set(window None)
   set(text None)
-  if(NOT WIN32)
+  if(WIN32)
+    set(window Windows)
+    set(text DirectWrite)
+    port_backend(${target} ${folder} D3d11PostProcessor Windows)
+    port_backend(${target} ${folder} D3d11Screen Windows)
+    # Of the versions of XInput this is the one that every system has.
+    target_link_libraries(${target} PRIVATE
+      d3d11 dxgi d3dcompiler dxguid d2d1 dwrite gdi32 user32 ole32 xinput9_1_0)
+  else()
     find_package(SDL2 QUIET)
     find_package(SDL2_ttf 2.0.18 QUIET)
     find_package(Fontconfig QUIET)
