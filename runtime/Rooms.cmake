@@ -102,6 +102,29 @@ function(port_room_files variable folder)
   set(${variable} ${files} PARENT_SCOPE)
 endfunction()
 
+# What a program on Windows has beside its code: icon, manifest, version.
+set(port_resource_files platform/windows.ico platform/windows.manifest platform/windows.rc)
+
+# port_resources(<target> <folder of the runtime> <name> <file> <version, numbers with commas>): does
+# nothing for other systems.
+function(port_resources target folder name file version)
+  if(NOT WIN32)
+    return()
+  endif()
+  enable_language(RC)
+  set(copy ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+  set(PROGRAM_NAME "${name}")
+  set(PROGRAM_FILE "${file}")
+  set(PROGRAM_VERSION "${version}")
+  configure_file(${folder}/platform/windows.rc ${copy} @ONLY)
+  set_source_files_properties(${copy} PROPERTIES OBJECT_DEPENDS
+    "${folder}/platform/windows.ico;${folder}/platform/windows.manifest")
+  target_sources(${target} PRIVATE ${copy})
+  if(MSVC)
+    target_link_options(${target} PRIVATE /MANIFEST:NO)  # there is one already
+  endif()
+endfunction()
+
 # port_add_rooms(<folder of the runtime> [<library>...]): a library port_<room> for each, linked with
 # the libraries given. The tables' sources and the entry belong to the program.
 function(port_add_rooms folder)
@@ -262,6 +285,7 @@ function(port_program target folder)
   add_executable(${target} WIN32 ${folder}/src/main.cpp
     ${folder}/platform/Entry$<IF:$<BOOL:${WIN32}>,Windows,Posix>.cpp)
   target_link_libraries(${target} PRIVATE port_engine)
+  port_resources(${target} ${folder} "OpenBOR Port" "OpenBOR-Port.exe" "1,0,0,0")
   if(MINGW)
     target_link_options(${target} PRIVATE -static -static-libgcc -static-libstdc++ -municode)
   endif()

@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
+#include <mmdeviceapi.h>
 #include <xaudio2.h>
 
 #include <wrl/client.h>
 
-#include <limits>
 #include <memory>
 #include <unordered_map>
 
@@ -24,10 +24,16 @@ struct VoiceDestroyer {
     // Returns when the device has left the voice's buffers alone.
     void operator()(IXAudio2Voice* voice) const { voice->DestroyVoice(); }
 };
+using SourceVoice = std::unique_ptr<IXAudio2SourceVoice, VoiceDestroyer>;
 
-struct Voice {
-    std::unique_ptr<IXAudio2SourceVoice, VoiceDestroyer> source;
-};
+// Asked for first, since not every XAudio2 survives a machine without one.
+bool hasSoundDevice() {
+    ComPtr<IMMDeviceEnumerator> devices;
+    ComPtr<IMMDevice> device;
+    return SUCCEEDED(CoCreateInstance(__uuidof(MMDeviceEnumerator), nullptr, CLSCTX_ALL,
+                                      IID_PPV_ARGS(&devices))) &&
+           SUCCEEDED(devices->GetDefaultAudioEndpoint(eRender, eConsole, &device));
+}
 
 class XAudio2Output {
   public:
@@ -36,7 +42,7 @@ class XAudio2Output {
             return "XAudio2Create failed";
         }
         IXAudio2MasteringVoice* mastering = nullptr;
-        if (FAILED(engine_->CreateMasteringVoice(&mastering))) {
+        if (!hasSoundDevice() || FAILED(engine_->CreateMasteringVoice(&mastering))) {
             engine_.Reset();
             return "CreateMasteringVoice failed";
         }
@@ -63,15 +69,12 @@ class XAudio2Output {
             FAILED(engine_->CreateSourceVoice(&source, &format, 0, kMaxFrequencyRatio))) {
             return kNoVoice;
         }
-        Voice voice;
-        voice.source.reset(source);
-        voices_.emplace(++last_, std::move(voice));
+        voices_.emplace(++last_, source);
         return last_;
     }
     void destroyVoice(AudioVoice id) { voices_.erase(id); }
 
     bool submit(AudioVoice id, const AudioBuffer& given) {
-        const Voice& voice = voices_.at(id);
         if (given.samples.size_bytes() > XAUDIO2_MAX_BUFFER_BYTES) return false;
         XAUDIO2_BUFFER buffer{};
         buffer.Flags = XAUDIO2_END_OF_STREAM;
@@ -82,17 +85,15 @@ class XAudio2Output {
             buffer.LoopBegin = given.loopLength > 0 ? given.loopBegin : 0;
             buffer.LoopLength = given.loopLength;
         }
-        return SUCCEEDED(voice.source->SubmitSourceBuffer(&buffer));
+        return SUCCEEDED(voices_.at(id)->SubmitSourceBuffer(&buffer));
     }
-    bool start(AudioVoice id) { return SUCCEEDED(voices_.at(id).source->Start()); }
-    void stop(AudioVoice id) { voices_.at(id).source->Stop(); }
-    void setVolume(AudioVoice id, float volume) { voices_.at(id).source->SetVolume(volume); }
-    void setFrequencyRatio(AudioVoice id, float ratio) {
-        voices_.at(id).source->SetFrequencyRatio(ratio);
-    }
+    bool start(AudioVoice id) { return SUCCEEDED(voices_.at(id)->Start()); }
+    void stop(AudioVoice id) { voices_.at(id)->Stop(); }
+    void setVolume(AudioVoice id, float volume) { voices_.at(id)->SetVolume(volume); }
+    void setFrequencyRatio(AudioVoice id, float ratio) { voices_.at(id)->SetFrequencyRatio(ratio); }
     bool hasQueuedBuffers(AudioVoice id) {
         XAUDIO2_VOICE_STATE state{};
-        voices_.at(id).source->GetState(&state, XAUDIO2_VOICE_NOSAMPLESPLAYED);
+        voices_.at(id)->GetState(&state, XAUDIO2_VOICE_NOSAMPLESPLAYED);
         return state.BuffersQueued > 0;
     }
 
@@ -101,7 +102,7 @@ class XAudio2Output {
     ComApartment com_;
     ComPtr<IXAudio2> engine_;
     std::unique_ptr<IXAudio2MasteringVoice, VoiceDestroyer> mastering_;
-    std::unordered_map<AudioVoice, Voice> voices_;
+    std::unordered_map<AudioVoice, SourceVoice> voices_;
     AudioVoice last_ = kNoVoice;
 };
 
