@@ -154,7 +154,8 @@ int runGameCommand(std::string_view command, const fs::path& input,
     return row->run({console, input, folder, prepared, scan, game, analysis});
 }
 
-int dispatch(const std::vector<std::string>& arguments, const Console& console) {
+int dispatch(std::vector<std::string> arguments, const Console& console) {
+    const bool forWindows = arguments[1] == "package" && std::erase(arguments, "--windows") > 0;
     if (arguments.size() < 3) return printUsage(console.out);
     const std::string& command = arguments[1];
     const fs::path input = argumentPath(arguments[2]);
@@ -170,7 +171,9 @@ int dispatch(const std::vector<std::string>& arguments, const Console& console) 
         console.err << "Erro: entrada nao encontrada: " << displayPath(input) << '\n';
         return kNoInput;
     }
-    if (command == "package") return packagePort(input, console);
+    if (command == "package") {
+        return packagePort(input, console, forWindows ? System::kWindows : kHostSystem);
+    }
     if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
         return testPort(input, console);
     }
