@@ -1,5 +1,6 @@
 #include "generator/PortFiles.hpp"
 
+#include "platform/FileReplace.hpp"
 #include "platform/OutputFile.hpp"
 
 namespace tindrel {
@@ -25,14 +26,15 @@ void writeTextFile(const fs::path& path, std::string_view text) {
 
 std::error_code replaceWithCopy(const fs::path& source, const fs::path& target) {
     std::error_code error;
-    const fs::file_status before = fs::symlink_status(target, error);
-    if (fs::exists(before)) {
-        if (!fs::is_symlink(before) && fs::equivalent(source, target, error)) return {};
-        // Writing into what is there could write through a link, or into the game by a hard link.
-        removeEntry(target);
-    }
-    fs::copy_file(source, target, error);
-    if (error) removeEntry(target);
+    copyNewFile(source, target, error);
+    if (!error) return {};
+    std::error_code ignored;
+    const fs::file_status before = fs::symlink_status(target, ignored);
+    if (!fs::exists(before)) return error;
+    if (!fs::is_symlink(before) && fs::equivalent(source, target, ignored)) return {};
+    // Writing into what is there could write through a link, or into the game by a hard link.
+    removeEntry(target);
+    copyNewFile(source, target, error);
     return error;
 }
 
