@@ -130,6 +130,18 @@ void copyFolder(const fs::path& from, const fs::path& to, Progress& progress,
     }
 }
 
+// By the port's own rule, which its build script for a portable folder follows, too.
+int packLibraries(const fs::path& port, const fs::path& stage, const Console& console) {
+    const int code = runCommandEcho(
+        console, {programArgument(findCmake()),
+                  "-DPROGRAM=" + programArgument(stage / executableNames(kHostSystem).finished),
+                  "-DFOLDER=" + programArgument(stage / "lib"), "-P",
+                  programArgument(port / "runtime" / "PortableLibraries.cmake")});
+    if (code == 0) return kSuccess;
+    console.err << "Erro empacotando lib: o CMake terminou com " << code << '\n';
+    return kFoldersNotPacked;
+}
+
 int fillStage(const fs::path& port, const fs::path& stage, const Console& console) {
     std::error_code error;
     {
@@ -151,6 +163,9 @@ int fillStage(const fs::path& port, const fs::path& stage, const Console& consol
     if (error) {
         console.err << "Erro copiando executavel portatil: " << error.message() << '\n';
         return kExecutableNotPacked;
+    }
+    if (kHostSystem == System::kLinux) {
+        if (const int code = packLibraries(port, stage, console); code != kSuccess) return code;
     }
     for (const PackageText& text : packageTexts(kHostSystem)) {
         OutputFile file(stage / text.name);
