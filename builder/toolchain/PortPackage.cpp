@@ -132,11 +132,13 @@ void copyFolder(const fs::path& from, const fs::path& to, Progress& progress,
 
 // By the port's own rule, which its build script for a portable folder follows, too.
 int packLibraries(const fs::path& port, const fs::path& stage, const Console& console) {
+    const fs::path cmake = findCmake();
+    if (cmake.empty()) return kSuccess;  // the ZIP will say so
+    const fs::path executable = stage / executableNames(kHostSystem).finished;
+    const fs::path rule = port / "runtime" / "PortableLibraries.cmake";
     const int code = runCommandEcho(
-        console, {programArgument(findCmake()),
-                  "-DPROGRAM=" + programArgument(stage / executableNames(kHostSystem).finished),
-                  "-DFOLDER=" + programArgument(stage / "lib"), "-P",
-                  programArgument(port / "runtime" / "PortableLibraries.cmake")});
+        console, {programArgument(cmake), "-DPROGRAM=" + programArgument(executable),
+                  "-DFOLDER=" + programArgument(stage / "lib"), "-P", programArgument(rule)});
     if (code == 0) return kSuccess;
     console.err << "Erro empacotando lib: o CMake terminou com " << code << '\n';
     return kFoldersNotPacked;
