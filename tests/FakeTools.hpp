@@ -30,6 +30,11 @@ case "$1" in
     fi
     if [ -e "$here/gone-after-build" ]; then /bin/rm "$0"; fi
     ;;
+-DPROGRAM=*)
+    if [ -e "$here/fail-libraries" ]; then exit 7; fi
+    folder="${2#-DFOLDER=}"
+    if [ -x "${1#-DPROGRAM=}" ]; then /bin/mkdir "$folder" && echo elf > "$folder/libone.so.1"; fi
+    ;;
 -E)
     if [ -e "$here/fail-zip" ]; then exit 7; fi
     echo "in $(pwd)" >> "$here/log"
@@ -55,7 +60,7 @@ class FakeTools {
     }
 
     // "fail-configure", "fail-ninja", "fail-build", "no-executable", "gone-after-build",
-    // "fail-zip".
+    // "fail-libraries", "fail-zip".
     void set(std::string_view flag) const { folder_.write(flag, ""); }
 
     // The arguments of every call, one line each.

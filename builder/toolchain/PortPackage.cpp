@@ -131,6 +131,20 @@ void copyFolder(const fs::path& from, const fs::path& to, Progress& progress,
     }
 }
 
+// By the port's own rule, which its build script for a portable folder follows, too.
+int packLibraries(const fs::path& port, const fs::path& stage, const Console& console) {
+    const fs::path cmake = findCmake();
+    if (cmake.empty()) return kSuccess;  // the ZIP will say so
+    const fs::path executable = stage / executableNames(kHostSystem).finished;
+    const fs::path rule = port / "runtime" / "PortableLibraries.cmake";
+    const int code = runCommandEcho(
+        console, {programArgument(cmake), "-DPROGRAM=" + programArgument(executable),
+                  "-DFOLDER=" + programArgument(stage / "lib"), "-P", programArgument(rule)});
+    if (code == 0) return kSuccess;
+    console.err << "Erro empacotando lib: o CMake terminou com " << code << '\n';
+    return kFoldersNotPacked;
+}
+
 int fillStage(const fs::path& port, const fs::path& stage, const Console& console, System target) {
     std::error_code error;
     {
@@ -152,6 +166,9 @@ int fillStage(const fs::path& port, const fs::path& stage, const Console& consol
     if (error) {
         console.err << "Erro copiando executavel portatil: " << error.message() << '\n';
         return kExecutableNotPacked;
+    }
+    if (target == System::kLinux) {
+        if (const int code = packLibraries(port, stage, console); code != kSuccess) return code;
     }
     for (const PackageText& text : packageTexts(target)) {
         OutputFile file(stage / text.name);
