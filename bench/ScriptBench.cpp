@@ -37,7 +37,7 @@ struct Adder : port::ScriptHost {
     const port::HostFunction* findHostFunction(std::string_view name) const override {
         return name == "plus" ? reinterpret_cast<const port::HostFunction*>(this) : nullptr;
     }
-    bool callHostFunction(const port::HostFunction&, std::span<const ScriptValue> args,
+    bool callHostFunction(const port::HostTarget&, std::span<const ScriptValue> args,
                           ScriptContext&, port::UnansweredNames&, ScriptValue& result) override {
         result = std::get<double>(args[0]) + std::get<double>(args[1]);
         return true;

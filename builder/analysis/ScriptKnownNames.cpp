@@ -42,17 +42,17 @@ constexpr auto kWordsOfTheLanguage = std::to_array<std::string_view>({
     "null",
 });
 
+enum Screening { SCREENED, UNSCREENED, MENDED };
+
 struct HostName {
     std::string_view name;
-    bool promised;
+    Screening screening;
 };
 
 // The game's functions, from the very table by which a port answers them: nothing is promised that
 // a port lacks.
-constexpr bool SCREENED = true;
-constexpr bool UNSCREENED = false;
 constexpr auto kHostNames = std::to_array<HostName>({
-#define HOST_FUNCTION(name, needs, function, screening) {#name, screening},
+#define HOST_FUNCTION(name, needs, function, screening, beforehand) {#name, screening},
 #include "host/HostFunctions.def"
 #undef HOST_FUNCTION
 });
@@ -61,7 +61,7 @@ std::unordered_set<std::string_view> allKnownNames() {
     std::unordered_set<std::string_view> names(kWordsOfTheLanguage.begin(),
                                                kWordsOfTheLanguage.end());
     for (const HostName& function : kHostNames) {
-        if (function.promised) names.insert(function.name);
+        if (function.screening == SCREENED) names.insert(function.name);
     }
     return names;
 }

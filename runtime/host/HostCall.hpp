@@ -49,6 +49,7 @@ struct HostCall {
     std::string_view name;  // of the function, in lower case
     std::span<const ScriptValue> args;
     UnansweredNames& unsupported;
+    std::size_t row = HostTarget::kNoRow;  // that a constant names, see namedRow()
 
     [[nodiscard]] World& world() const { return tick.world; }
     [[nodiscard]] std::size_t count() const { return args.size(); }

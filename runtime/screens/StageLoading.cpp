@@ -30,6 +30,8 @@ void clearStage(World& world) {
         player.binding = {};
         player.hasScriptAntigravity = false;
         player.scriptAntigravity = 0;
+        player.scriptedBounds = player.heldBounds = 0;
+        player.opponent = kNobody;
     };
     free(world.player1);
     for (RuntimeCoopPlayer& player : world.coop) free(player);

@@ -31,7 +31,7 @@ constexpr bool makesValue(Op op) {
 
 // A name that is used ahead of its declaration shows only once the declaration has come: then the
 // function is compiled again.
-std::size_t compile(Function& function, const ScriptHost* host) {
+std::size_t compile(Function& function, ScriptHost* host) {
     Compiler first(function, host, {});
     first.run();
     std::size_t work = first.work();

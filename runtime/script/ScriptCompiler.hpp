@@ -28,7 +28,7 @@ struct SyntaxError : std::runtime_error {
 class Compiler {
   public:
     // `maybes` are the names that run() of an earlier attempt gave.
-    Compiler(Function& function, const ScriptHost* host, std::vector<std::int32_t> maybes)
+    Compiler(Function& function, ScriptHost* host, std::vector<std::int32_t> maybes)
         : maybeNames_(std::move(maybes)),
           fn_(function),
           program_(*function.program),
@@ -213,7 +213,7 @@ class Compiler {
     Function& fn_;
     Program& program_;
     const std::vector<Tok>& tokens_;
-    const ScriptHost* host_;
+    ScriptHost* host_;
     std::size_t pos_ = 0;
     int nesting_ = 0;
     std::int32_t counters_ = 0;
