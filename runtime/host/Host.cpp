@@ -5,7 +5,9 @@
 namespace port {
 
 const HostFunction* Host::findHostFunction(std::string_view loweredName) const {
-    return port::findHostFunction(loweredName);
+    const HostFunction* const function = port::findHostFunction(loweredName);
+    const bool unknown = function != nullptr && function->mended && services_.config.asWritten;
+    return unknown ? nullptr : function;
 }
 
 bool Host::callHostFunction(const HostFunction& function, std::span<const ScriptValue> args,

@@ -1,6 +1,8 @@
 // Constants by name. Names of animations and types are the words themselves; their numbers never
 // surface.
 
+#include <cmath>
+
 #include "Commands.hpp"
 #include "EntityRules.hpp"
 #include "HostFunctions.hpp"
@@ -13,6 +15,13 @@ struct NumberRow {
     std::string_view name;
     double value;
 };
+
+// The kinds of values, as "typeof" tells them.
+constexpr double kVtEmpty = 0;
+constexpr double kVtInteger = 1;
+constexpr double kVtDecimal = 2;
+constexpr double kVtPointer = 5;
+constexpr double kVtText = 6;
 
 struct WordRow {
     std::string_view name;
@@ -69,6 +78,12 @@ constexpr auto kNumbers = sortedTable(std::to_array<NumberRow>({
                                           {"block_state_ignore_direction", 16},
                                           {"block_state_ignore_attack_eligibility", 32},
                                           {"block_state_ignore_blockpain", 64},
+
+                                          {"vt_empty", kVtEmpty},
+                                          {"vt_integer", kVtInteger},
+                                          {"vt_decimal", kVtDecimal},
+                                          {"vt_ptr", kVtPointer},
+                                          {"vt_str", kVtText},
 
                                           {"plane_x", 0},
                                           {"plane_y", 1},
@@ -145,6 +160,21 @@ constexpr auto kWords = sortedTable(std::to_array<WordRow>({
                                     &WordRow::name);
 
 }  // namespace
+
+// Numbers are all of one kind to the machine: whole ones are integers. The handle of nobody is what
+// NULL() gives, and so as good as empty.
+ScriptValue kindOfValue(HostCall& call) {
+    const ScriptValue& value = call.value(0);
+    if (const auto* number = std::get_if<double>(&value)) {
+        return std::trunc(*number) == *number ? kVtInteger : kVtDecimal;
+    }
+    if (const auto* handle = std::get_if<std::uintptr_t>(&value)) {
+        return *handle == 0 ? kVtEmpty : kVtPointer;
+    }
+    if (std::holds_alternative<bool>(value)) return kVtInteger;
+    if (std::holds_alternative<ScriptText>(value)) return kVtText;
+    return std::holds_alternative<std::monostate>(value) ? kVtEmpty : kVtPointer;
+}
 
 ScriptValue constant(HostCall& call) {
     const std::string& given = call.text(0);

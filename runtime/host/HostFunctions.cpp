@@ -5,8 +5,11 @@
 namespace port {
 namespace {
 
+enum Screening { SCREENED, UNSCREENED, MENDED };
+
 constexpr auto kFunctions = sortedTable(std::to_array<HostFunction>({
-#define HOST_FUNCTION(name, needs, function, screening) {#name, needs, host::function},
+#define HOST_FUNCTION(name, needs, function, screening) \
+    {#name, needs, host::function, (screening) == MENDED},
 #include "HostFunctions.def"
 #undef HOST_FUNCTION
                                         }),

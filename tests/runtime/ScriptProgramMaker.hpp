@@ -11,7 +11,8 @@ namespace port::script {
 
 class ProgramMaker {
   public:
-    explicit ProgramMaker(std::function<unsigned()> choice) : choice_(std::move(choice)) {}
+    ProgramMaker(std::function<unsigned()> choice, bool mends)
+        : choice_(std::move(choice)), mends_(mends) {}
 
     // The body of a function and, behind its end, the functions f and g.
     std::string program() {
@@ -39,7 +40,7 @@ class ProgramMaker {
                               "\"long enough to live elsewhere\"", "array(2)", "\"}\""});
             case 1:
             case 2:
-                return name();
+                return name() + std::string(mends_ ? oneOf({"", "", "++", "--"}) : "");
             case 3:
                 return oneOf({"isempty(x)", "getlocalvar(\"a\")", "getglobalvar(\"b\")", "note()",
                               "forget()", "rand()"});
@@ -82,6 +83,10 @@ class ProgramMaker {
                        oneOf({"=", "=", "=", "+=", "-=", "*=", "/=", "%=", "|=", "<<="}) + " " +
                        value(2) + ";";
             case 2:
+                if (mends_ && below(3) == 0) {
+                    return "int " + std::string(name()) + ", " + name() + " = " + value(2) + ", " +
+                           name() + ";";
+                }
                 return std::string(below(4) ? "" : "float ") + name() +
                        oneOf({"++;", "--;", ";", " += 1;"});
             case 3:
@@ -119,11 +124,12 @@ class ProgramMaker {
     }
 
     std::function<unsigned()> choice_;
+    bool mends_;  // what a script that is taken as written breaks off at, too
 };
 
 // `choice()` yields any number; the same numbers make the same program.
-inline std::string madeProgram(std::function<unsigned()> choice) {
-    return ProgramMaker(std::move(choice)).program();
+inline std::string madeProgram(std::function<unsigned()> choice, bool mends = false) {
+    return ProgramMaker(std::move(choice), mends).program();
 }
 
 }  // namespace port::script
