@@ -130,7 +130,7 @@ constexpr GameCommand kGameCommands[] = {
 };
 
 int runGameCommand(std::string_view command, const fs::path& input,
-                   const std::optional<fs::path>& folder, PreparedInput& prepared,
+                   const std::optional<fs::path>& folder, PreparedInput& prepared, bool asWritten,
                    const Console& console) {
     console.out << "Input source: " << prepared.sourceKind << " | original=" << displayPath(input)
                 << " | gameRoot=" << displayPath(prepared.gameRoot) << '\n';
@@ -143,7 +143,7 @@ int runGameCommand(std::string_view command, const fs::path& input,
     if (!scan.hasData) return kNoData;
     if (command == "scan") return kSuccess;
 
-    GameReader game(scan.dataDir, scan.root, scan.entries);
+    GameReader game(scan.dataDir, scan.root, scan.entries, asWritten);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     const auto* const row =
         std::find_if(std::begin(kGameCommands), std::end(kGameCommands),
@@ -154,7 +154,11 @@ int runGameCommand(std::string_view command, const fs::path& input,
     return row->run({console, input, folder, prepared, scan, game, analysis});
 }
 
-int dispatch(const std::vector<std::string>& arguments, const Console& console) {
+// Takes every line of a game to the letter, also where its author plainly meant something else.
+constexpr std::string_view kAsWrittenSwitch = "--as-written";
+
+int dispatch(std::vector<std::string> arguments, const Console& console) {
+    const bool asWritten = std::erase(arguments, kAsWrittenSwitch) > 0;
     if (arguments.size() < 3) return printUsage(console.out);
     const std::string& command = arguments[1];
     const fs::path input = argumentPath(arguments[2]);
@@ -172,7 +176,7 @@ int dispatch(const std::vector<std::string>& arguments, const Console& console) 
     }
     if (command == "package") return packagePort(input, console);
     if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
-        return testPort(input, console);
+        return testPort(input, asWritten, console);
     }
     PreparedInput prepared;
     try {
@@ -181,7 +185,7 @@ int dispatch(const std::vector<std::string>& arguments, const Console& console) 
         console.err << "Erro preparando entrada: " << error.what() << '\n';
         return kNoInput;
     }
-    return runGameCommand(command, input, folder, prepared, console);
+    return runGameCommand(command, input, folder, prepared, asWritten, console);
 }
 
 }  // namespace

@@ -50,10 +50,10 @@ void checkVideoConfig(const fs::path& port, const ProjectAnalysis& analysis, int
 
 }  // namespace
 
-int testPort(const fs::path& port, const Console& console) {
+int testPort(const fs::path& port, bool asWritten, const Console& console) {
     const ProjectScan scan = scanProject(port);
     printScanSummary(console.out, scan);
-    GameReader game(scan.dataDir, scan.root, scan.entries);
+    GameReader game(scan.dataDir, scan.root, scan.entries, asWritten);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     printCompatibilitySummary(console.out, analysis);
 
