@@ -31,6 +31,13 @@ class ProgramMaker {
     }
     const char* name() { return oneOf({"a", "b", "c", "x", "y", "A"}); }
 
+    // A name that may be stepped, also while another operand waits in it.
+    std::string stepped() {
+        const std::string text = name();
+        const std::string behind = oneOf({"", "", "++", "--"});
+        return below(4) ? text + behind : "(" + text + " - " + text + behind + ")";
+    }
+
     std::string value(int depth) {
         const std::size_t kind = depth == 0 ? below(4) : below(14);
         const auto inner = [&] { return value(depth - 1); };
@@ -40,7 +47,7 @@ class ProgramMaker {
                               "\"long enough to live elsewhere\"", "array(2)", "\"}\""});
             case 1:
             case 2:
-                return name() + std::string(mends_ ? oneOf({"", "", "++", "--"}) : "");
+                return mends_ ? stepped() : name();
             case 3:
                 return oneOf({"isempty(x)", "getlocalvar(\"a\")", "getglobalvar(\"b\")", "note()",
                               "forget()", "rand()"});
