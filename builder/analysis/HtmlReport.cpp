@@ -20,6 +20,7 @@
 #include "analysis/HtmlScripts.hpp"
 #include "analysis/HtmlStyle.hpp"
 #include "analysis/HtmlText.hpp"
+#include "analysis/MendedLines.hpp"
 #include "analysis/MissingFiles.hpp"
 #include "analysis/OccurrenceRefiner.hpp"
 #include "analysis/PlaytestFile.hpp"
@@ -272,6 +273,14 @@ class HtmlReport {
         return text;
     }
 
+    // Which way the game is read. One without a line to mend reads the same in both.
+    [[nodiscard]] std::string reading() const {
+        const std::uint64_t mended = countMendedLines(game_);
+        if (mended == 0) return "as written";
+        return std::string("<a href=\"") + kMendedLinesName + "\">" +
+               counted(mended, "line", "lines") + " mended</a>";
+    }
+
     void writeHero(const std::string& name) {
         out_ << "<header class=\"hero\">\n<p class=\"kicker\">Compatibility report</p>\n<h1>"
              << name << "</h1>\n<p class=\"verdict\">" << verdict() << "</p>\n";
@@ -311,6 +320,7 @@ class HtmlReport {
         fact("Text files", groupDigits(analysis_.textFiles));
         fact("Resolution", std::to_string(analysis_.logicalWidth) + " × " +
                                std::to_string(analysis_.logicalHeight));
+        fact("Reading", reading());
         out_ << "</dl>\n</header>\n";
     }
 

@@ -23,6 +23,8 @@ constexpr CommandInfo kCommands[] = {
 constexpr OptionInfo kOptions[] = {
     {"--run", "", "watch", "start the port, and again after each build"},
     {"--playtest", "<file>", "test", "show what this report of a bot's play tells, too"},
+    {"--windows", "", "package", "for Windows, from another system that has MinGW"},
+    {"--as-written", "", "", "take every line of a game to the letter"},
     {"--help", "", "", "this text"},
     {"--version", "", "", "the version"},
 };

@@ -18,7 +18,7 @@ struct CommandInfo {
 struct OptionInfo {
     std::string_view name;
     std::string_view value;    // empty for an option without; otherwise behind a "="
-    std::string_view command;  // that it goes with; empty for one that stands alone
+    std::string_view command;  // that it goes with; empty for all
     std::string_view summary;
 };
 

@@ -72,12 +72,13 @@ bool takePlaytest(const fs::path& file, const fs::path& reports, const Console& 
 
 }  // namespace
 
-int testPort(const fs::path& port, const fs::path& playtest, const Console& console) {
+int testPort(const fs::path& port, const fs::path& playtest, bool asWritten,
+             const Console& console) {
     const fs::path reports = port / "reports";
     if (!playtest.empty() && !takePlaytest(playtest, reports, console)) return kNoInput;
     const ProjectScan scan = scanProject(port);
     printScanSummary(console.out, scan);
-    GameReader game(scan.dataDir, scan.root, scan.entries);
+    GameReader game(scan.dataDir, scan.root, scan.entries, asWritten);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     printCompatibilitySummary(console.out, analysis);
     if (!playtest.empty()) {

@@ -136,7 +136,7 @@ class Watch {
             console_.err << "Erro: a pasta de saida nao pode ficar dentro de data/.\n";
             return kRefused;
         }
-        GameReader game(scan.dataDir, scan.root, scan.entries);
+        GameReader game(scan.dataDir, scan.root, scan.entries, order_.asWritten);
         const ProjectAnalysis analysis = analyzeProject(scan, game);
         generatePort(scan, analysis, game, order_.port);
         writeReportFolder(order_.game, scan, analysis, game, order_.port / "reports",

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <string>
 #include <system_error>
 
 #include "generator/PortFiles.hpp"
@@ -9,6 +10,13 @@
 
 namespace tindrel {
 namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kSettings = "config/graphics.ini";
+constexpr std::string_view kAsWrittenSection = "\n[reading]\nas_written=true\n";
+
+}  // namespace
 
 // Generated at build time beside runtimeFiles().
 std::span<const EmbeddedFile> schemaFiles();
@@ -20,7 +28,7 @@ std::string_view schemaHeader(std::string_view name) {
     return found == files.end() ? std::string_view{} : found->content;
 }
 
-void writeRuntime(const fs::path& outputFolder) {
+void writeRuntime(const fs::path& outputFolder, bool asWritten) {
     std::set<fs::path> folders = {outputFolder / "runtime" / "src",
                                   outputFolder / "runtime" / "include"};
     for (const EmbeddedFile& file : runtimeFiles()) {
@@ -29,7 +37,11 @@ void writeRuntime(const fs::path& outputFolder) {
     for (const fs::path& folder : folders) createDirectories(folder);
     for (const EmbeddedFile& file : runtimeFiles()) {
         const fs::path path = outputFolder / file.path;
-        writeTextFile(path, file.content);
+        if (asWritten && file.path == kSettings) {
+            writeTextFile(path, std::string(file.content).append(kAsWrittenSection));
+        } else {
+            writeTextFile(path, file.content);
+        }
         if (file.path.ends_with(".sh")) {
             std::error_code ignored;
             fs::permissions(path,

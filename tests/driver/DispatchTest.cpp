@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -169,6 +170,34 @@ TEST_F(DispatchTest, AnalyzeWritesReportsWhereItSays) {
     EXPECT_TRUE(has("/game/reports/index.html"));
     EXPECT_EQ(run({"analyze", "/game", "/elsewhere/deep", "ignored"}), 0);
     EXPECT_TRUE(has("/elsewhere/deep/compatibility-report.txt"));
+}
+
+TEST_F(DispatchTest, TakesAGameToTheLetterWhereItIsTold) {
+    const auto files = [&](const std::string& below) {
+        std::map<std::string, std::string> texts;
+        for (const auto& entry : fs::directory_iterator(path(below))) {
+            const std::string name = entry.path().filename().string();
+            texts[name] = folder_.read((below + '/' + name).substr(1));
+        }
+        return texts;
+    };
+    // Without a line to mend both ways are the same, to the byte.
+    EXPECT_EQ(run({"analyze", "/game", "/one"}), 0);
+    EXPECT_EQ(run({"analyze", "--as-written", "/game", "/two"}), 0);
+    EXPECT_EQ(files("/one"), files("/two"));
+
+    folder_.write("game/data/levels/one.txt", "spawn1 10 20\nspawn Hero\ncoords 10 200\nat 0\n");
+    EXPECT_EQ(run({"convert", "/game", "/port"}), 0);
+    EXPECT_NE(folder_.read("port/reports/index.html").find("1 line mended"), std::string::npos);
+    EXPECT_TRUE(has("/port/reports/mended-lines.txt"));
+    const std::string tables = folder_.read("port/runtime/generated/GeneratedStages.cpp");
+    EXPECT_EQ(folder_.read("port/config/graphics.ini").find("as_written"), std::string::npos);
+
+    EXPECT_EQ(run({"convert", "/game", "/port", "--as-written"}), 0);
+    EXPECT_FALSE(has("/port/reports/mended-lines.txt"));
+    EXPECT_NE(folder_.read("port/runtime/generated/GeneratedStages.cpp"), tables);
+    EXPECT_TRUE(
+        folder_.read("port/config/graphics.ini").ends_with("\n[reading]\nas_written=true\n"));
 }
 
 TEST_F(DispatchTest, AuditEndsWithTheParityTable) {
