@@ -34,10 +34,11 @@ _tindrel_builder() {
         return
     fi
     if [[ $current == -* ]]; then
-        local options=
+        local options='--as-written'
         case $command in
-            watch) options='--run' ;;
-            test) options='--playtest=' ;;
+            watch) options+=' --run' ;;
+            package) options='--windows' ;;
+            test) options+=' --playtest=' ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
         [[ ${COMPREPLY[0]} == *= ]] && compopt -o nospace
