@@ -41,6 +41,9 @@ class AudioSystem {
     // Takes over the volumes and opens the device. False when there is one that does not open.
     [[nodiscard]] bool initialize(const RuntimeConfig& config);
 
+    // Once a picture: lets the device look after itself.
+    void update();
+
     // Replaces the current track, which plays on when the new one does not decode.
     bool playMusic(const std::filesystem::path& path, bool loop = true,
                    std::int64_t loopOffsetBytes = 0);

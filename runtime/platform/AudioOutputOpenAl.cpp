@@ -29,11 +29,14 @@ struct Voice {
     AudioBuffer submitted;
     bool started = false;
     float volume = 1.0F, ratio = 1.0F;
-    ALuint source = 0, buffer = 0;  // 0 where the device has none left, or is gone
+    ALuint source = 0;  // 0 while the device is gone
+    // What the source plays. Where the library knows no loop region, the samples ahead of it lie in
+    // a buffer of their own until they have been played.
+    ALuint intro = 0, buffer = 0;
 };
 
-// A device that is lost is opened again as soon as one is there. What loops begins anew then; what
-// does not is over.
+// A device that is lost is opened again as soon as one is there. Meanwhile voices are silent. What
+// loops begins anew then; what does not is over.
 class OpenAlOutput {
   public:
     OpenAlOutput() = default;
@@ -51,6 +54,7 @@ class OpenAlOutput {
     void setVolume(AudioVoice id, float volume);
     void setFrequencyRatio(AudioVoice id, float ratio);
     bool hasQueuedBuffers(AudioVoice id);
+    void update();
 
   private:
     [[nodiscard]] bool deviceIsLost() const;
@@ -58,6 +62,7 @@ class OpenAlOutput {
     static bool makeSource(Voice& voice);
     static void dropSource(Voice& voice);
     static bool fill(Voice& voice);
+    static void endIntro(Voice& voice);
 
     ALCdevice* device_ = nullptr;
     ALCcontext* context_ = nullptr;
@@ -125,8 +130,9 @@ bool OpenAlOutput::makeSource(Voice& voice) {
 
 void OpenAlOutput::dropSource(Voice& voice) {
     if (voice.source != 0) alDeleteSources(1, &voice.source);
+    if (voice.intro != 0) alDeleteBuffers(1, &voice.intro);
     if (voice.buffer != 0) alDeleteBuffers(1, &voice.buffer);
-    voice.source = voice.buffer = 0;
+    voice.source = voice.intro = voice.buffer = 0;
 }
 
 // Mono goes to both sides in full: as a sound in the middle of a room it would lose a part.
@@ -137,35 +143,67 @@ std::vector<std::int16_t> onBothSides(std::span<const std::int16_t> mono) {
     return stereo;
 }
 
+ALuint makeBuffer(std::span<const std::int16_t> stereo, int sampleRate) {
+    ALuint buffer = 0;
+    alGenBuffers(1, &buffer);
+    alBufferData(buffer, AL_FORMAT_STEREO16, stereo.data(),
+                 static_cast<ALsizei>(stereo.size_bytes()), sampleRate);
+    return buffer;
+}
+
 bool OpenAlOutput::fill(Voice& voice) {
     const AudioBuffer& given = voice.submitted;
     const std::size_t frames = given.samples.size() / static_cast<std::size_t>(voice.channels);
     constexpr std::size_t kFrameBytes = kStereo * sizeof(std::int16_t);
     if (frames == 0 || frames > std::numeric_limits<ALsizei>::max() / kFrameBytes) return false;
+    const std::size_t loopEnd = std::size_t{given.loopBegin} + given.loopLength;
+    if (loopEnd > frames) return false;
 
     std::vector<std::int16_t> doubled;
     if (voice.channels == 1) doubled = onBothSides(given.samples);
-    const std::int16_t* samples = doubled.empty() ? given.samples.data() : doubled.data();
+    const std::span<const std::int16_t> all = voice.channels == 1 ? doubled : given.samples;
     alGetError();
-    alGenBuffers(1, &voice.buffer);
-    alBufferData(voice.buffer, AL_FORMAT_STEREO16, samples,
-                 static_cast<ALsizei>(frames * kFrameBytes), voice.sampleRate);
-    if (given.loop && given.loopLength > 0) {
-        const ALint points[] = {static_cast<ALint>(given.loopBegin),
-                                static_cast<ALint>(given.loopBegin + given.loopLength)};
+    if (!given.loop || given.loopLength == 0) {
+        voice.buffer = makeBuffer(all, voice.sampleRate);
+    } else if (alIsExtensionPresent("AL_SOFT_loop_points") != AL_FALSE) {
+        voice.buffer = makeBuffer(all, voice.sampleRate);
+        const ALint points[] = {static_cast<ALint>(given.loopBegin), static_cast<ALint>(loopEnd)};
         alBufferiv(voice.buffer, AL_LOOP_POINTS_SOFT, points);
+    } else {
+        const std::size_t introSize = given.loopBegin * kStereo;
+        if (introSize > 0) voice.intro = makeBuffer(all.first(introSize), voice.sampleRate);
+        voice.buffer = makeBuffer(all.subspan(introSize, given.loopLength * std::size_t{kStereo}),
+                                  voice.sampleRate);
     }
-    alSourcei(voice.source, AL_LOOPING, given.loop ? AL_TRUE : AL_FALSE);
-    alSourcei(voice.source, AL_BUFFER, static_cast<ALint>(voice.buffer));
+    if (voice.intro != 0) {
+        const ALuint pieces[] = {voice.intro, voice.buffer};
+        alSourceQueueBuffers(voice.source, 2, pieces);
+    } else {
+        alSourcei(voice.source, AL_LOOPING, given.loop ? AL_TRUE : AL_FALSE);
+        alSourcei(voice.source, AL_BUFFER, static_cast<ALint>(voice.buffer));
+    }
     return alGetError() == AL_NO_ERROR;
 }
 
+// From here on the loop alone is in the queue. Where it has been played by now, it goes on again.
+void OpenAlOutput::endIntro(Voice& voice) {
+    ALint played = 0;
+    alGetSourcei(voice.source, AL_BUFFERS_PROCESSED, &played);
+    if (played == 0) return;
+    alSourceUnqueueBuffers(voice.source, 1, &voice.intro);
+    alDeleteBuffers(1, &voice.intro);
+    voice.intro = 0;
+    alSourcei(voice.source, AL_LOOPING, AL_TRUE);
+    ALint state = AL_PLAYING;
+    alGetSourcei(voice.source, AL_SOURCE_STATE, &state);
+    if (state == AL_STOPPED && voice.started) alSourcePlay(voice.source);
+}
+
 AudioVoice OpenAlOutput::createVoice(int channels, int sampleRate) {
-    reopenWhenLost();
     Voice voice;
     voice.channels = channels;
     voice.sampleRate = sampleRate;
-    if (!context_ || !makeSource(voice)) return kNoVoice;
+    if (context_ && !makeSource(voice)) return kNoVoice;  // it has none left
     voices_.emplace(++last_, voice);
     return last_;
 }
@@ -180,13 +218,14 @@ void OpenAlOutput::destroyVoice(AudioVoice id) {
 bool OpenAlOutput::submit(AudioVoice id, const AudioBuffer& buffer) {
     Voice& voice = voices_.at(id);
     voice.submitted = buffer;
-    return fill(voice);
+    return voice.source == 0 || fill(voice);
 }
 
 bool OpenAlOutput::start(AudioVoice id) {
     Voice& voice = voices_.at(id);
     voice.started = true;
-    if (!hasQueuedBuffers(id)) return true;  // the library would begin anew
+    // The library would begin anew with what has been played.
+    if (voice.source == 0 || !hasQueuedBuffers(id)) return true;
     alGetError();
     alSourcePlay(voice.source);
     return alGetError() == AL_NO_ERROR;
@@ -199,7 +238,6 @@ void OpenAlOutput::stop(AudioVoice id) {
 }
 
 void OpenAlOutput::setVolume(AudioVoice id, float volume) {
-    reopenWhenLost();
     Voice& voice = voices_.at(id);
     voice.volume = volume;
     if (voice.source != 0) alSourcef(voice.source, AL_GAIN, volume);
@@ -209,6 +247,13 @@ void OpenAlOutput::setFrequencyRatio(AudioVoice id, float ratio) {
     Voice& voice = voices_.at(id);
     voice.ratio = ratio;
     if (voice.source != 0) alSourcef(voice.source, AL_PITCH, ratio);
+}
+
+void OpenAlOutput::update() {
+    reopenWhenLost();
+    for (auto& [id, voice] : voices_) {
+        if (voice.intro != 0) endIntro(voice);
+    }
 }
 
 // What loops lasts, also while its device is gone.
@@ -244,6 +289,7 @@ AudioOutput systemAudioOutput() {
     output.setFrequencyRatio = [device](AudioVoice voice, float ratio) {
         device->setFrequencyRatio(voice, ratio);
     };
+    output.update = [device] { device->update(); };
     output.hasQueuedBuffers = [device](AudioVoice voice) {
         return device->hasQueuedBuffers(voice);
     };

@@ -85,6 +85,10 @@ bool AudioSystem::initialize(const RuntimeConfig& config) {
     return true;
 }
 
+void AudioSystem::update() {
+    if (open_ && output_.update) output_.update();
+}
+
 bool AudioSystem::playMusic(const std::filesystem::path& path, bool loop,
                             std::int64_t loopOffsetBytes) {
     error_.clear();
