@@ -79,8 +79,8 @@ class Player:
         game.turn("Right", "boxes of bodies", lambda: game.setting("show_bbox"), "false")
         self.options.go_to(9)
         game.turn("Right", "boxes of attacks", lambda: game.setting("show_attack_box"), "false")
-        self.picture("options")
         self.options.go_to(4, "Up")
+        self.picture("options")
         game.press_until("Return", "the graphics", lambda: self.graphics.selected() == 0)
         self.filter_picture()
         self.scale_picture()
@@ -243,11 +243,10 @@ def main():
             game = Game(display, folder, CANVAS, 2)
             game.set_before_start("width", 960)
             game.set_before_start("height", 544)
-            player = Player(game, pictures)
             with game:
-                name = first_run(player)
+                name = first_run(Player(game, pictures))
             with game:
-                second_run(player, name)
+                second_run(Player(game, None), name)
     except Failure as failure:
         print(failure, file=sys.stderr)
         return 1
