@@ -10,7 +10,7 @@ namespace {
 
 constexpr CommandInfo kCommands[] = {
     {"scan", "<game>", "say whether it is a game and what it holds"},
-    {"analyze", "<game> [folder]", "judge it and write reports, by default in <game>/reports"},
+    {"analyze", "<game> [folder]", "judge it and write reports, else in <game>/reports"},
     {"audit", "<game>", "judge it, and show what a port does natively"},
     {"convert", "<game> [folder]", "write a port, by default <game>-Native-Port"},
     {"build", "<game> <folder>", "write a port and compile it"},
