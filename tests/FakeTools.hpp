@@ -31,6 +31,11 @@ case "$1" in
     fi
     if [ -e "$here/gone-after-build" ]; then /bin/rm "$0"; fi
     ;;
+-DPROGRAM=*)
+    if [ -e "$here/fail-libraries" ]; then exit 7; fi
+    folder="${2#-DFOLDER=}"
+    if [ -x "${1#-DPROGRAM=}" ]; then /bin/mkdir "$folder" && echo elf > "$folder/libone.so.1"; fi
+    ;;
 -E)
     if [ -e "$here/fail-zip" ]; then exit 7; fi
     echo "in $(pwd)" >> "$here/log"
@@ -56,7 +61,7 @@ class FakeTools {
     }
 
     // "fail-configure", "fail-ninja", "fail-build", "no-executable", "gone-after-build",
-    // "fail-zip". What is written as "program" becomes the port that is built.
+    // "fail-libraries", "fail-zip". What is written as "program" becomes the port that is built.
     void set(std::string_view flag) const { folder_.write(flag, ""); }
     void unset(std::string_view flag) const { removeProgram(flag); }
 

@@ -184,6 +184,7 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
     const bool starts = command == "watch" && takeOption(arguments, "--run");
     std::optional<std::string> playtest;
     if (command == "test") playtest = takeOption(arguments, "--playtest=");
+    const bool forWindows = command == "package" && takeOption(arguments, "--windows");
     if (arguments.size() < 3) return printUsage(console.out);
     const fs::path input = argumentPath(arguments[2]);
     std::optional<fs::path> folder;
@@ -198,7 +199,9 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
         console.err << "Erro: entrada nao encontrada: " << displayPath(input) << '\n';
         return kNoInput;
     }
-    if (command == "package") return packagePort(input, console);
+    if (command == "package") {
+        return packagePort(input, console, forWindows ? System::kWindows : kHostSystem);
+    }
     if (command == "watch" && folder) return watchGame({input, *folder, starts}, console);
     if (command == "watch") {
         console.err << "Erro: uso: tindrel-builder watch <game> <port> [--run]\n";

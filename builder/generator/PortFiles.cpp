@@ -1,5 +1,6 @@
 #include "generator/PortFiles.hpp"
 
+#include "platform/FileReplace.hpp"
 #include "platform/OutputFile.hpp"
 
 namespace tindrel {
@@ -35,23 +36,22 @@ void writeTextFile(const fs::path& path, std::string_view text) {
 
 std::error_code replaceWithCopy(const fs::path& source, const fs::path& target) {
     std::error_code error;
-    const fs::file_status before = fs::symlink_status(target, error);
-    if (fs::exists(before)) {
+    copyNewFile(source, target, error);
+    std::error_code ignored;
+    if (error) {
+        const fs::file_status before = fs::symlink_status(target, ignored);
+        if (!fs::exists(before)) return error;
         if (!fs::is_symlink(before) &&
-            (isUnchangedCopy(source, target) || fs::equivalent(source, target, error))) {
+            (isUnchangedCopy(source, target) || fs::equivalent(source, target, ignored))) {
             return {};
         }
         // Writing into what is there could write through a link, or into the game by a hard link.
         removeEntry(target);
+        copyNewFile(source, target, error);
+        if (error) return error;
     }
-    fs::copy_file(source, target, error);
-    if (error) {
-        removeEntry(target);
-        return error;
-    }
-    std::error_code unknown;
-    const fs::file_time_type changed = fs::last_write_time(source, unknown);
-    if (!unknown) fs::last_write_time(target, changed, unknown);
+    const fs::file_time_type changed = fs::last_write_time(source, ignored);
+    if (!ignored) fs::last_write_time(target, changed, ignored);
     return {};
 }
 

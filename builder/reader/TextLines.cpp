@@ -14,7 +14,7 @@ namespace {
 
 // Usual sizes, by which room is made beforehand.
 constexpr std::size_t kBytesPerLine = 18;
-constexpr std::size_t kBytesPerToken = 11;
+constexpr std::size_t kBytesPerToken = 9;
 
 std::string_view trim(std::string_view text) {
     while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);

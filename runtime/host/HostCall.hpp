@@ -66,7 +66,7 @@ struct HostCall {
     // Whole numbers without a fraction, others with six digits of one; handles and arrays are
     // empty. What was made of a number lasts until the next one is.
     [[nodiscard]] const std::string& text(std::size_t index);
-    // 0 for what is none.
+    // 0 for what is none; a number that no handle can be names nothing.
     [[nodiscard]] std::uintptr_t handle(std::size_t index) const;
 
     // Whose script it is; 0 for a script of the stage or of the game.

@@ -100,6 +100,10 @@ RecordedStart startOf(const Game& game, bool keepLooks) {
     start.keepLooks = keepLooks;
     start.skipsMenus = game.skipsMenus;
     start.extraLives = game.extraLives;
+    start.menuRow = game.frontend.menuIndex;
+    start.optionRow = game.frontend.optionIndex;
+    start.controlsRow = game.frontend.controlsIndex;
+    start.completions = game.frontend.completionCount;
     return start;
 }
 

@@ -75,8 +75,8 @@ TEST_F(HostCalls, ArgumentsReadAsWhatAFunctionExpects) {
     EXPECT_EQ(call("getentityproperty", std::monostate(), x), ScriptValue(100.0));
     EXPECT_EQ(call("getentityproperty", kPlayer1Handle, x), ScriptValue(500.0));
     EXPECT_EQ(call("getentityproperty", 1.0, x), ScriptValue(500.0));
-    for (const double nobody : {2.0, 999.0, 1e300}) {
-        EXPECT_EQ(call("getentityproperty", nobody, x), nobody > 1e9 ? ScriptValue(100.0) : kEmpty);
+    for (const double nobody : {2.0, 999.0, 1e300, -1.0, kNaN}) {
+        EXPECT_EQ(call("getentityproperty", nobody, x), kEmpty) << "only 0 means the caller";
     }
     be(player);
     EXPECT_EQ(call("getentityproperty", 0.0, x), ScriptValue(500.0));
@@ -137,6 +137,19 @@ TEST_F(HostCalls, VariablesBelongToTheirActor) {
     EXPECT_EQ(call("getscriptvar", 2.0), ScriptValue(9.0));
     EXPECT_EQ(call("setscriptvar", -1.0, 9.0), kEmpty);
     EXPECT_EQ(tags, Tags{"setscriptvar-index"});
+}
+
+// "key" is also the language's, for the names of an array.
+TEST_F(HostCalls, KeysOfAPlayerAreAskedForByBothNames) {
+    script("ask.c",
+           "setglobalvar(\"one\", 2 + key(0, 0, \"attack\"));"
+           "setglobalvar(\"two\", 2 + playerkeys(0, 0, \"jump\"));"
+           "void list = array(0); set(list, \"name\", 1);"
+           "setglobalvar(\"three\", key(list));");
+    world.slots[0].keys = 1U << 4U;
+    scripts.beginPass();
+    quietly([&] { scripts.runHook("ask.c", context, "ask"); });
+    EXPECT_EQ(global("one") + " " + global("two") + " " + global("three"), "3 2 name") << warnings;
 }
 
 TEST_F(HostCalls, SoundsSucceedWhenTheyDecode) {
