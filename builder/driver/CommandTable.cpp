@@ -22,6 +22,7 @@ constexpr CommandInfo kCommands[] = {
 
 constexpr OptionInfo kOptions[] = {
     {"--run", "", "watch", "start the port, and again after each build"},
+    {"--windows", "", "package", "for Windows, on another system"},
     {"--playtest", "<file>", "test", "show what this report of a bot's play tells, too"},
     {"--help", "", "", "this text"},
     {"--version", "", "", "the version"},

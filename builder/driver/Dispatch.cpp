@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <ostream>
 #include <string_view>
 #include <utility>
@@ -156,35 +157,37 @@ int runGameCommand(std::string_view command, const fs::path& input,
     return row->run({console, input, folder, prepared, scan, game, analysis});
 }
 
-// The value of an option, which is taken out of the arguments; empty for one without a value.
-std::optional<std::string> takeOption(std::vector<std::string>& arguments, std::string_view name) {
-    const auto found = std::ranges::find_if(arguments, [&](const std::string& argument) {
-        return argument.starts_with(name) && (name.ends_with('=') || argument == name);
-    });
-    if (found == arguments.end()) return std::nullopt;
-    std::string value = found->substr(name.size());
-    arguments.erase(found);
-    return value;
+using Options = std::map<std::string_view, std::string>;
+
+// Takes the options of the table that go with the command out of the arguments, with their values.
+Options takeOptions(std::vector<std::string>& arguments, std::string_view command) {
+    Options options;
+    for (const OptionInfo& known : optionTable()) {
+        if (!known.command.empty() && known.command != command) continue;
+        std::string start(known.name);
+        if (!known.value.empty()) start += '=';
+        const auto isIt = [&](const std::string& argument) {
+            return known.value.empty() ? argument == start : argument.starts_with(start);
+        };
+        const auto found = std::ranges::find_if(arguments, isIt);
+        if (found != arguments.end()) options[known.name] = found->substr(start.size());
+        std::erase_if(arguments, isIt);
+    }
+    return options;
 }
 
 int dispatch(std::vector<std::string> arguments, const Console& console) {
+    const std::string command = arguments[1];
+    const Options options = takeOptions(arguments, command);
     // Asked for, the help is no mistake; a game of that name is given as "./--help".
-    const auto asks = [&](std::string_view option) {
-        return std::find(arguments.begin() + 1, arguments.end(), option) != arguments.end();
-    };
-    if (asks("--help") || asks("-h")) {
+    if (options.contains("--help") || command == "-h") {
         printHelp(console.out);
         return kSuccess;
     }
-    if (asks("--version")) {
+    if (options.contains("--version")) {
         printVersion(console.out);
         return kSuccess;
     }
-    const std::string command = arguments[1];
-    const bool starts = command == "watch" && takeOption(arguments, "--run");
-    std::optional<std::string> playtest;
-    if (command == "test") playtest = takeOption(arguments, "--playtest=");
-    const bool forWindows = command == "package" && takeOption(arguments, "--windows");
     if (arguments.size() < 3) return printUsage(console.out);
     const fs::path input = argumentPath(arguments[2]);
     std::optional<fs::path> folder;
@@ -200,15 +203,20 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
         return kNoInput;
     }
     if (command == "package") {
-        return packagePort(input, console, forWindows ? System::kWindows : kHostSystem);
+        return packagePort(input, console,
+                           options.contains("--windows") ? System::kWindows : kHostSystem);
     }
-    if (command == "watch" && folder) return watchGame({input, *folder, starts}, console);
+    if (command == "watch" && folder)
+        return watchGame({input, *folder, options.contains("--run")}, console);
     if (command == "watch") {
         console.err << "Erro: uso: tindrel-builder watch <game> <port> [--run]\n";
         return kUsage;
     }
     if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
-        return testPort(input, playtest ? argumentPath(*playtest) : fs::path(), console);
+        const auto playtest = options.find("--playtest");
+        return testPort(input,
+                        playtest == options.end() ? fs::path() : argumentPath(playtest->second),
+                        console);
     }
     PreparedInput prepared;
     try {

@@ -29,7 +29,7 @@ _tindrel_builder() {
           _arguments '--run[start the port, and again after each build]' \
             '1:game:_tindrel_builder_game' '2:port:_files -/'
           ;;
-        package) _arguments '1:port:_files -/' ;;
+        package) _arguments '--windows[for Windows, on another system]' '1:port:_files -/' ;;
         test) _arguments '--playtest=[report of a bot]:report:_files' '1:port:_files -/' ;;
         *) _arguments '1:game:_tindrel_builder_game' '2:folder:_files -/' ;;
       esac
