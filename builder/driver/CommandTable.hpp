@@ -1,7 +1,7 @@
 #pragma once
 
-// What the program can be asked for, once: the help is made of it, and the manual page and the
-// completions of shells are held to it.
+// What the program can be asked for, once: options are taken by it, the help is made of it, and the
+// manual page and the completions of shells are held to it.
 
 #include <iosfwd>
 #include <span>
