@@ -17,8 +17,8 @@ void removeEntry(const fs::path& path) {
 
 }  // namespace
 
-void writeTextFile(const fs::path& path, std::string_view text) {
-    OutputFile out(path);
+void writeTextFile(const fs::path& path, std::string_view text, LineEnds ends) {
+    OutputFile out(path, ends);
     out << text;
     out.close();
 }

@@ -17,10 +17,11 @@ constexpr std::size_t kBufferBytes = 1U << 18U;
 
 }  // namespace
 
-OutputFile::OutputFile(const std::filesystem::path& path) : path_(path) {
+OutputFile::OutputFile(const std::filesystem::path& path, LineEnds ends) : path_(path) {
+    const bool asGiven = ends == LineEnds::kAsGiven;
     errno = 0;
 #ifdef _WIN32
-    file_.reset(_wfopen(path.c_str(), L"w"));
+    file_.reset(_wfopen(path.c_str(), asGiven ? L"wb" : LasGiven ? "wb" : "w"));
 #else
     file_.reset(std::fopen(path.c_str(), "w"));
 #endif

@@ -1,8 +1,8 @@
 #pragma once
 
-// A text file that the builder writes: platform line ends, large buffer. A file that cannot be
-// opened swallows its text, as a report must never end a run; a full or read-only disk does end
-// it, so that nothing half-written is reported as done.
+// A text file that the builder writes: the system's line ends by default, large buffer. A file that
+// cannot be opened swallows its text, as a report must never end a run; a full or read-only disk
+// does end it, so that nothing half-written is reported as done.
 
 #include <charconv>
 #include <concepts>
@@ -14,10 +14,12 @@
 
 namespace tindrel {
 
+enum class LineEnds { kOfSystem, kAsGiven };
+
 class OutputFile {
   public:
     // Truncates. Throws filesystem_error ("open") for a full or read-only disk only.
-    explicit OutputFile(const std::filesystem::path& path);
+    explicit OutputFile(const std::filesystem::path& path, LineEnds ends = LineEnds::kOfSystem);
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
