@@ -21,9 +21,9 @@ OutputFile::OutputFile(const std::filesystem::path& path, LineEnds ends) : path_
     const bool asGiven = ends == LineEnds::kAsGiven;
     errno = 0;
 #ifdef _WIN32
-    file_.reset(_wfopen(path.c_str(), asGiven ? L"wb" : LasGiven ? "wb" : "w"));
+    file_.reset(_wfopen(path.c_str(), asGiven ? L"wb" : L"w"));
 #else
-    file_.reset(std::fopen(path.c_str(), "w"));
+    file_.reset(std::fopen(path.c_str(), asGiven ? "wb" : "w"));
 #endif
     if (!file_ && isDiskFailure(std::error_code(errno, std::generic_category()))) {
         fail("open", path, errno);
