@@ -27,6 +27,7 @@ case "$1" in
         echo '#!/bin/sh' > "$2/openbor-port"
         echo 'echo "ran $*" > started; exit 3' >> "$2/openbor-port"
         /bin/chmod 755 "$2/openbor-port"
+        echo MZ > "$2/openbor-port.exe"
     fi
     if [ -e "$here/gone-after-build" ]; then /bin/rm "$0"; fi
     ;;
