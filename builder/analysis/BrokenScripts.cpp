@@ -52,8 +52,13 @@ std::string lineOf(std::string_view text, std::size_t line) {
 
 class Checkup {
   public:
-    Checkup(GameReader& game, const std::deque<AnimationCommandAudit>& commands)
-        : game_(game), check_(game.dataDir()) {
+    Checkup(GameReader& game, const std::deque<AnimationCommandAudit>& commands, bool asWritten)
+        : game_(game),
+          keys_(asWritten),
+          check_(game.dataDir(), [this](const port::script::TextArgument& text) {
+              if (keys_.answers(text.function, text.text, text.index, text.count)) return;
+              keys_.note(text.function, text.text, relative(text.file), text.line);
+          }) {
         for (const AnimationCommandAudit& audit : commands) {
             commandLines_[PathEncoding::utf8(audit.file->relative)].push_back(&audit);
         }
@@ -67,6 +72,7 @@ class Checkup {
         for (const auto& [path, unit] : units_) checkUnit(path, unit);
         for (auto& [place, broken] : broken_) result_.broken.push_back(std::move(broken));
         locateCallers();
+        result_.unanswered = keys_.unanswered();
         return std::move(result_);
     }
 
@@ -288,6 +294,7 @@ class Checkup {
     }
 
     GameReader& game_;
+    ScriptKeys keys_;
     port::script::ScriptCheck check_;
     std::map<std::string, Unit> units_;  // by script path as written
     std::unordered_map<std::string, std::vector<const AnimationCommandAudit*>> commandLines_;
@@ -297,8 +304,9 @@ class Checkup {
 
 }  // namespace
 
-ScriptCheckup checkScripts(GameReader& game, const std::deque<AnimationCommandAudit>& commands) {
-    return Checkup(game, commands).run();
+ScriptCheckup checkScripts(GameReader& game, const std::deque<AnimationCommandAudit>& commands,
+                           bool asWritten) {
+    return Checkup(game, commands, asWritten).run();
 }
 
 }  // namespace tindrel
