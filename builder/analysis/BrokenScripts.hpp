@@ -30,6 +30,7 @@ struct BrokenScript {
     std::string function;    // lower case; empty for a whole file, and for a line's own text
     std::string token;       // empty at the end of the text
     std::string error;
+    std::string_view cure{};                // what its author can do; empty where nothing is known
     std::vector<ScriptCaller> callers;      // that come there, the first kMaxCallers
     std::uint64_t hooks = 0, commands = 0;  // how many do, "@cmd" lines apart
 };
@@ -45,10 +46,8 @@ struct ScriptCheckup {
 };
 
 // Compiles every script that the game can reach, with its includes, and the text of every
-// animation command behind its helper. Nothing is run. `asWritten`: a port takes the game to the
-// letter.
+// animation command behind its helper. Nothing is run.
 [[nodiscard]] ScriptCheckup checkScripts(GameReader& game,
-                                         const std::deque<AnimationCommandAudit>& commands,
-                                         bool asWritten = false);
+                                         const std::deque<AnimationCommandAudit>& commands);
 
 }  // namespace tindrel

@@ -66,10 +66,23 @@ std::unordered_set<std::string_view> allKnownNames() {
     return names;
 }
 
+std::unordered_set<std::string_view> allMendedNames() {
+    std::unordered_set<std::string_view> names{"return"};
+    for (const HostName& function : kHostNames) {
+        if (function.screening == MENDED) names.insert(function.name);
+    }
+    return names;
+}
+
 }  // namespace
 
 const std::unordered_set<std::string_view>& knownScriptNames() {
     static const std::unordered_set<std::string_view> kNames = allKnownNames();
+    return kNames;
+}
+
+const std::unordered_set<std::string_view>& mendedScriptNames() {
+    static const std::unordered_set<std::string_view> kNames = allMendedNames();
     return kNames;
 }
 

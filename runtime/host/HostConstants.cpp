@@ -1,6 +1,7 @@
 // Constants by name. Names of animations and types are the words themselves; their numbers never
 // surface.
 
+#include <cmath>
 #include <optional>
 
 #include "Bindings.hpp"
@@ -45,6 +46,21 @@ std::optional<std::string_view> behind(std::string_view prefix, std::string_view
 }
 
 }  // namespace
+
+// Numbers are all of one kind to the machine: whole ones are integers. The handle of nobody is what
+// NULL() gives, and so as good as empty.
+ScriptValue kindOfValue(HostCall& call) {
+    const ScriptValue& value = call.value(0);
+    if (const auto* number = std::get_if<double>(&value)) {
+        return std::trunc(*number) == *number ? kVtInteger : kVtDecimal;
+    }
+    if (const auto* handle = std::get_if<std::uintptr_t>(&value)) {
+        return *handle == 0 ? kVtEmpty : kVtPointer;
+    }
+    if (std::holds_alternative<bool>(value)) return kVtInteger;
+    if (std::holds_alternative<ScriptText>(value)) return kVtText;
+    return std::holds_alternative<std::monostate>(value) ? kVtEmpty : kVtPointer;
+}
 
 ScriptValue constant(HostCall& call) {
     const std::string& given = call.text(0);

@@ -120,8 +120,9 @@ class ScriptVM {
     ScriptVM(const ScriptVM&) = delete;
     ScriptVM& operator=(const ScriptVM&) = delete;
 
-    // The folder below which script files are found. Forgets all scripts; not during a run.
-    void setRoot(const std::filesystem::path& root);
+    // The folder below which script files are found, and whether these are taken to the letter,
+    // also where their authors plainly meant otherwise. Forgets all scripts; not during a run.
+    void setRoot(const std::filesystem::path& root, bool asWritten = false);
     [[nodiscard]] const std::filesystem::path& root() const { return root_; }
     // Not owned; null for none. Forgets all scripts, whose calls are resolved; not during a run.
     void setHost(ScriptHost* host);
@@ -155,6 +156,7 @@ class ScriptVM {
     void run(ScriptRunResult& result, ScriptContext& context, Work work);
 
     std::filesystem::path root_;
+    bool asWritten_ = false;
     ScriptHost* host_ = nullptr;
     ScriptVariables globals_;
     std::int64_t steps_;

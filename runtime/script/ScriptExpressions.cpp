@@ -99,6 +99,7 @@ Compiler::Operand Compiler::expression(int least) {
         if (op == Word::AndAnd || op == Word::OrOr) {
             left = logical(op, binding, left);
         } else {
+            left = copiesOperands_ ? inTemporary(left) : left;
             inRegister(left);
             const Operand right = expression(binding + 1);
             left = binary(op, left, right);
@@ -219,7 +220,25 @@ Compiler::Operand Compiler::name() {
     if (name.word == Word::True || name.word == Word::False) {
         return {Operand::Kind::Constant, constant(name.word == Word::True)};
     }
-    return load(program_.names.id(name.s));
+    const std::int32_t id = program_.names.id(name.s);
+    return atStep() && mends(ScriptMend::Step) ? stepped(id) : load(id);
+}
+
+// A "++" or "--" behind a name, and not in front of another operand.
+bool Compiler::atStep() const {
+    if (!at(Word::Increment) && !at(Word::Decrement)) return false;
+    const Tok& next = token(1);
+    return (next.k == TK::Sym || next.k == TK::End) && !next.is(Word::LeftParen);
+}
+
+// The value before the step.
+Compiler::Operand Compiler::stepped(std::int32_t name) {
+    const Word op = at(Word::Increment) ? Word::Add : Word::Sub;
+    ++pos_;
+    stepsLocals_ = stepsLocals_ || sureLocal(name) != nullptr;
+    const Operand before = inTemporary(load(name));
+    update(name, op, number(1.0), false);
+    return before;
 }
 
 // The arguments stand one behind the other, each in a register of its own.

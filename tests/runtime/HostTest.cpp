@@ -52,6 +52,25 @@ TEST_F(HostCalls, TheTableHoldsWhatScriptsMayCall) {
     EXPECT_EQ(rows, 125U) << "no name twice";
 }
 
+TEST_F(HostCalls, MendedFunctionsAreUnknownWhereAGameIsTakenToTheLetter) {
+    EXPECT_EQ(call("trunc", -2.7), ScriptValue(-2.0));
+    EXPECT_EQ(call("ROUND", -2.5), ScriptValue(-3.0));
+    const auto kind = [&](const char* name) { return call("openborconstant", text(name)); };
+    EXPECT_EQ(call("typeof", kEmpty), kind("VT_EMPTY"));
+    EXPECT_EQ(call("typeof", std::uintptr_t{0}), kind("VT_EMPTY"));
+    EXPECT_EQ(call("typeof", 2.0), kind("VT_INTEGER"));
+    EXPECT_EQ(call("typeof", 2.5), kind("VT_DECIMAL"));
+    EXPECT_EQ(call("typeof", text("2")), kind("VT_STR"));
+    EXPECT_EQ(call("typeof", std::uintptr_t{7}), kind("VT_PTR"));
+    EXPECT_EQ(findHostFunction("executeanimation")->run, findHostFunction("performattack")->run);
+    config.asWritten = true;
+    for (const char* name : {"typeof", "trunc", "round", "executeanimation"}) {
+        EXPECT_EQ(call(name, 2.7), kEmpty);
+        EXPECT_EQ(tags, Tags{name});
+    }
+    EXPECT_EQ(call("floor", 2.7), ScriptValue(2.0));
+}
+
 TEST_F(HostCalls, ACallIsFoundInAnyCaseAndAnUnknownOneIsNotedAsWritten) {
     EXPECT_EQ(call("StrLength", text("four")), ScriptValue(4.0));
     EXPECT_EQ(call("Strlenght"), kEmpty);

@@ -75,7 +75,10 @@ TEST_F(PortPackageTest, GathersWhatAPlayerNeeds) {
     EXPECT_EQ(entries, (std::vector<std::string>{
                            "DIAGNOSTICO.sh", "INICIAR-JOGO.sh", "OpenBOR-Port", "README-PORT.txt",
                            "SE-O-JOGO-FECHAR.txt", "assets/openbor-data/models.txt",
-                           "config/graphics.ini", "reports/analysis.json"}));
+                           "config/graphics.ini", "lib/libone.so.1", "reports/analysis.json"}));
+    EXPECT_NE(log.find(" -P " + port_.string() + "/runtime/PortableLibraries.cmake\n"),
+              std::string::npos)
+        << log;
     for (const char* program : {"DIAGNOSTICO.sh", "INICIAR-JOGO.sh", "OpenBOR-Port"}) {
         EXPECT_NE(fs::status(stage_ / program).permissions() & kOwnerExec, fs::perms::none)
             << program;
@@ -128,6 +131,12 @@ TEST_F(PortPackageTest, ReportsAFailedCopy) {
     fs::create_symlink("nowhere", port_ / "config" / "dangling.ini");
     EXPECT_EQ(package(), 31);
     EXPECT_EQ(err_.str().rfind("Erro empacotando config: ", 0), 0U) << err_.str();
+}
+
+TEST_F(PortPackageTest, ReportsLibrariesThatCannotBePacked) {
+    tools_.set("fail-libraries");
+    EXPECT_EQ(package(), 31);
+    EXPECT_EQ(err_.str(), "Erro empacotando lib: o CMake terminou com 7\n");
 }
 
 TEST_F(PortPackageTest, ReportsAFailedZip) {
@@ -218,6 +227,22 @@ TEST(CheckExists, CountsWhatIsMissing) {
     EXPECT_EQ(failures, 5);
     EXPECT_EQ(out.str(), "[PASS] config/a.ini\n");
     EXPECT_EQ(err.str(), "[FAIL] missing config/b.ini\n");
+}
+
+TEST_F(PortPackageTest, PacksForWindowsFromAnotherSystem) {
+    const Console console{out_, err_};
+    EXPECT_EQ(packagePort(port_, console, System::kWindows), 20) << "a port of an older builder";
+    const fs::path toolchain = folder_.write("game/runtime/mingw-w64.cmake", "");
+    EXPECT_EQ(packagePort(port_, console, System::kWindows), 0) << err_.str();
+    EXPECT_NE(tools_.log().find("-DCMAKE_TOOLCHAIN_FILE=" + toolchain.string()), std::string::npos)
+        << tools_.log();
+    const fs::path stage = folder_.path() / "game-Portable-Win64";
+    for (const char* file : {"OpenBOR-Port.exe", "INICIAR-JOGO.cmd", "assets/openbor-data"}) {
+        EXPECT_TRUE(fs::exists(stage / file)) << file;
+    }
+    EXPECT_FALSE(fs::exists(stage / "INICIAR-JOGO.sh"));
+    EXPECT_TRUE(fs::exists(folder_.path() / "game-Portable-Win64.zip"));
+    EXPECT_FALSE(fs::exists(zip_)) << "this system's own package is another";
 }
 
 }  // namespace
