@@ -83,7 +83,12 @@ Mend mendOf(port::script::ScriptMend mend) {
 class Checkup {
   public:
     Checkup(GameReader& game, const std::deque<AnimationCommandAudit>& commands)
-        : game_(game), check_(game.dataDir(), game.asWritten()) {
+        : game_(game),
+          keys_(game.asWritten()),
+          check_(game.dataDir(), game.asWritten(), [this](const port::script::TextArgument& text) {
+              if (keys_.answers(text.function, text.text, text.index, text.count)) return;
+              keys_.note(text.function, text.text, relative(text.file), text.line);
+          }) {
         for (const AnimationCommandAudit& audit : commands) {
             commandLines_[PathEncoding::utf8(audit.file->relative)].push_back(&audit);
         }
@@ -97,6 +102,7 @@ class Checkup {
         for (const auto& [path, unit] : units_) checkUnit(path, unit);
         for (auto& [place, broken] : broken_) result_.broken.push_back(std::move(broken));
         locateCallers();
+        result_.unanswered = keys_.unanswered();
         for (const auto& [file, lines] : mended_) {
             game_.collect(file, std::vector<MendedLine>(lines.begin(), lines.end()));
         }
@@ -365,6 +371,7 @@ class Checkup {
     }
 
     GameReader& game_;
+    ScriptKeys keys_;
     port::script::ScriptCheck check_;
     std::map<std::string, Unit> units_;  // by script path as written
     std::unordered_map<std::string, std::vector<const AnimationCommandAudit*>> commandLines_;

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "analysis/ScriptKeys.hpp"
 #include "reader/GameReader.hpp"
 
 namespace tindrel {
@@ -41,6 +42,7 @@ struct ScriptCheckup {
     std::vector<BrokenScript> broken;         // by file and line
     bool cutShort = false;                    // there is more that breaks off
     std::set<std::string> files;              // that scripts are read from
+    std::vector<UnansweredKey> unanswered;    // the most frequent first
 };
 
 // Compiles every script that the game can reach, with its includes, and the text of every

@@ -62,6 +62,14 @@ void writeScriptCheck(const ScriptCheckup& checkup, const std::filesystem::path&
             out << "    and " << groupDigits(callers - broken.callers.size()) << " more\n";
         }
     }
+    if (!checkup.unanswered.empty()) {
+        out << "\nASKED FOR, AND NOT ANSWERED\n";
+        for (const UnansweredKey& key : checkup.unanswered) {
+            out << key.function << " \"" << key.key << "\", "
+                << counted(key.places, "place", "places") << ", first " << key.file << ':'
+                << key.line << '\n';
+        }
+    }
     out.close();
 }
 

@@ -18,6 +18,18 @@ namespace fs = std::filesystem;
 constexpr std::size_t kBytesPerToken = 4;
 constexpr std::size_t kBytesPerName = 16;
 
+// A call that is open, or a mere parenthesis, and the texts among its arguments so far.
+struct OpenCall {
+    struct Text {
+        std::string_view text;
+        std::size_t index;
+    };
+    std::string_view function;  // empty for a parenthesis
+    std::size_t token = 0;      // its name
+    std::size_t arguments = 1;
+    std::vector<Text> texts;
+};
+
 // Whether the text ends with nothing open: no comment, constant, brace or parenthesis.
 bool closed(const Tokens& tokens) {
     if (tokens.open != Tokens::Open::Nothing) return false;
@@ -56,6 +68,44 @@ std::unique_ptr<Program> ScriptCheck::program(std::string text, Program* base) {
     auto made = std::make_unique<Program>(lex(std::move(text)), *names_, base);
     for (const auto& [name, function] : made->byName) functionNames_[function] = name;
     return made;
+}
+
+// Goes by the brackets alone, so that what breaks off is heard of too.
+void ScriptCheck::tellTexts(const Tokens& tokens, const LineOrigins& origins) {
+    const std::vector<Tok>& list = tokens.list;
+    std::vector<OpenCall> open;
+    const auto close = [&](const OpenCall& call) {
+        if (call.texts.empty()) return;
+        const std::size_t line = lineOf(tokens, call.token);
+        if (line >= origins.lines.size()) return;
+        const LineOrigins::Line origin = origins.lines[line];
+        for (const OpenCall::Text& text : call.texts) {
+            told_({call.function, text.text, text.index, call.arguments, origins.files[origin.file],
+                   origin.line});
+        }
+    };
+    for (std::size_t i = 0; i + 1 < list.size(); ++i) {
+        const Tok& token = list[i];
+        if (token.is(Word::LeftBrace) || token.is(Word::RightBrace)) {
+            open.clear();
+        } else if (token.is(Word::LeftParen)) {
+            OpenCall& call = open.emplace_back();
+            if (i == 0 || list[i - 1].k != TK::Id) continue;
+            call.function = list[i - 1].s;
+            call.token = i - 1;
+        } else if (open.empty()) {
+            continue;
+        } else if (token.is(Word::Comma)) {
+            ++open.back().arguments;
+        } else if (token.is(Word::RightParen)) {
+            close(open.back());
+            open.pop_back();
+        } else if (token.k == TK::Str && !open.back().function.empty() &&
+                   (list[i - 1].is(Word::LeftParen) || list[i - 1].is(Word::Comma)) &&
+                   (list[i + 1].is(Word::RightParen) || list[i + 1].is(Word::Comma))) {
+            open.back().texts.push_back({token.s, open.back().arguments - 1});
+        }
+    }
 }
 
 // The line of the text that `token` is a part of, from 0. The value of a constant with escapes
@@ -142,6 +192,7 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
         checked_.mended.push_back(placeOf(mend, line, origins_));
     }
     checked_.closed = closed(program_->tokens);
+    if (told_) tellTexts(program_->tokens, origins_);
     for (Function& function : program_->functions) {
         checked_.functions.push_back(check(function, origins_));
     }

@@ -4,10 +4,12 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "ScriptCode.hpp"
@@ -47,10 +49,22 @@ struct CheckedScript {
     [[nodiscard]] const CheckedFunction* find(std::string_view lowerName) const;
 };
 
+// A constant text that stands as an argument of a call, while somebody is told of it.
+struct TextArgument {
+    std::string_view function;  // as written
+    std::string_view text;
+    std::size_t index = 0;  // of `count` arguments
+    std::size_t count = 0;
+    const std::filesystem::path& file;
+    std::size_t line = 0;  // from 1
+};
+
 class ScriptCheck {
   public:
-    explicit ScriptCheck(const std::filesystem::path& root, bool asWritten = false)
-        : sources_(root, asWritten) {}
+    // `told` hears of all constant texts in the calls of scripts that file() reads.
+    explicit ScriptCheck(const std::filesystem::path& root, bool asWritten = false,
+                         std::function<void(const TextArgument&)> told = nullptr)
+        : sources_(root, asWritten), told_(std::move(told)) {}
 
     // All functions of a script with what it includes. The answer holds until the next file().
     const CheckedScript& file(std::string_view raw);
@@ -64,10 +78,12 @@ class ScriptCheck {
   private:
     std::string expand(std::string_view text, PreprocessorState& state);
     std::unique_ptr<Program> program(std::string text, Program* base);
+    void tellTexts(const Tokens& tokens, const LineOrigins& origins);
     CheckedFunction check(Function& function, const LineOrigins& origins);
     [[nodiscard]] std::size_t lineOf(const Tokens& tokens, std::size_t token);
 
     ScriptSources sources_;
+    std::function<void(const TextArgument&)> told_;
     std::size_t work_ = 0;
     // Of the last file(). Names last as long as a program.
     std::filesystem::path path_;

@@ -66,7 +66,49 @@ TEST(BrokenScripts, TellPlaceTokenAndWhoComesThere) {
     EXPECT_FALSE(analysis.scriptCheck.files.contains("data/unused.c"));
 }
 
-// The lines that scripts need mended, the command's own among them, and the one that stays broken.
+TEST(ScriptKeys, AreListedThatAPortDoesNotAnswer) {
+    const test::TempFolder folder;
+    folder.write("data/models.txt", "load A a.txt\n");
+    folder.write("data/a.txt", "thinkscript a.c\nupdatescript b.c\nanim idle\nframe a\n");
+    folder.write("data/lib.c",
+                 "void ask(void who){\n"
+                 " getentityproperty(who, \"Mood\"); GetEntityProperty(who, \"MOOD\");\n"
+                 " getentityproperty(f(1, \"x\"), \"position\");\n"
+                 " changeentityproperty(who, \"position\", \"no key\");\n"
+                 " openborvariant(\"slow\" + \"ness\"); openborconstant(\"ANI_WALK\");\n"
+                 " getlevelproperty(1, \"zmax\"); changelevelproperty(\"camerax\", \"zmax\");\n"
+                 " getentityproperty(who, \"opponent\");\n"
+                 " openborconstant(\"ENTITY_PROPERTY_OPPONENT\"); openborvariant(\"slowmotion\");\n"
+                 "}\n");
+    folder.write("data/a.c", "#include \"lib.c\"\nvoid main(){ ask(1); }\n");
+    folder.write("data/b.c",
+                 "#include \"lib.c\"\nvoid main(){ ask(2); getplayerproperty(0, \"mood\"); }\n");
+    const ProjectScan project = scanProject(folder.path());
+    const auto keysOf = [&](bool asWritten) {
+        GameReader game(project.dataDir, project.root, {}, asWritten);
+        std::string keys;
+        for (const UnansweredKey& key : checkScripts(game, {}).unanswered) {
+            keys += key.function + ' ' + key.key + ' ' + std::to_string(key.places) + ' ' +
+                    key.file + ':' + std::to_string(key.line) + '\n';
+        }
+        return keys;
+    };
+    EXPECT_EQ(keysOf(false),
+              "getentityproperty mood 1 data/lib.c:2\n"
+              "getentityproperty position 1 data/lib.c:3\n"
+              "getplayerproperty mood 1 data/b.c:2\n"
+              "openborvariant slowmotion 1 data/lib.c:8\n");
+    EXPECT_EQ(keysOf(true),
+              "getentityproperty mood 1 data/lib.c:2\n"
+              "getentityproperty opponent 1 data/lib.c:7\n"
+              "getentityproperty position 1 data/lib.c:3\n"
+              "getplayerproperty mood 1 data/b.c:2\n"
+              "openborconstant entity_property_opponent 1 data/lib.c:8\n"
+              "openborvariant slowmotion 1 data/lib.c:8\n");
+}
+
+// The lines that scripts need mended, the command's own among them, and the one that stays
+// broken.
 TEST(BrokenScripts, MendedLinesAreToldAndAPrefixStepStaysAnError) {
     const test::TempFolder folder;
     folder.write("data/models.txt", "load A a.txt\n");
