@@ -40,7 +40,8 @@ void checkAnimation(const tindrel::AnimationDef& animation) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const tindrel::TextFile file(std::string(reinterpret_cast<const char*>(data), size));
+    const bool asWritten = size % 2 == 1;
+    const tindrel::TextFile file(std::string(reinterpret_cast<const char*>(data), size), asWritten);
     const tindrel::ModelDef model = tindrel::parseModel(file, "stem");
     require(!model.name.empty(), "a model has a name");
     require(model.antigravity >= 0 && model.antigravity <= 1, "antigravity is a share");

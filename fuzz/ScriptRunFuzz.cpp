@@ -18,10 +18,10 @@ extern "C" const char* __asan_default_options() {
 
 namespace {
 
-void compare(const std::string& text) {
+void compare(const std::string& text, bool asWritten) {
     port::ScriptVM vm;
     referee::Witness host;
-    vm.setRoot("/nonexistent");
+    vm.setRoot("/nonexistent", asWritten);
     vm.setHost(&host);
     const Outcome first = byMachine(vm, host, text);
     const bool draws = text.find("rand") != text.npos;  // a second run draws other numbers
@@ -29,7 +29,7 @@ void compare(const std::string& text) {
     require(draws || !first.decided || !second.decided || first == second,
             "a run does not depend on those before");
     if (!first.decided) return;
-    const Outcome expected = byReferee(text);
+    const Outcome expected = byReferee(text, asWritten);
     if (!expected.decided || first == expected) return;
     std::fprintf(stderr, "%s\n-- machine: %s\n%s-- referee: %s\n%s", text.c_str(),
                  first.error.c_str(), first.story.c_str(), expected.error.c_str(),
@@ -41,8 +41,9 @@ void compare(const std::string& text) {
 
 // The bytes as the text of a script, and as the choices that make up one without errors.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    compare(std::string(reinterpret_cast<const char*>(data), size));
+    const bool asWritten = size % 2 == 1;
+    compare(std::string(reinterpret_cast<const char*>(data), size), asWritten);
     std::size_t next = 0;
-    compare(madeProgram([&] { return next < size ? data[next++] : 0U; }));
+    compare(madeProgram([&] { return next < size ? data[next++] : 0U; }, true), asWritten);
     return 0;
 }

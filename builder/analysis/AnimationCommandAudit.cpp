@@ -6,6 +6,7 @@
 #include <span>
 
 #include "analysis/ScriptPatterns.hpp"
+#include "reader/ModelKeywords.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -147,6 +148,16 @@ std::string joinNames(const std::vector<std::string>& names) {
     return out;
 }
 
+// A call as scripts write it, to its name and its arguments.
+void splitWholeCall(std::vector<std::string_view>& tokens) {
+    const std::string_view call = tokens.front();
+    const std::size_t open = call.find('(');
+    std::vector<std::string_view> arguments;
+    if (!splitCallArguments(call.substr(open + 1), arguments)) return;
+    tokens.front() = call.substr(0, open);
+    tokens.insert(tokens.end(), arguments.begin(), arguments.end());
+}
+
 }  // namespace
 
 bool isVerifiedArgument(std::string_view text) {
@@ -212,21 +223,22 @@ AnimationCommandAuditor::Helper& AnimationCommandAuditor::helperOf(std::string_v
     return helper;
 }
 
-std::string_view AnimationCommandAuditor::verdict(const TextLine& line, std::string_view text,
-                                                  const Context& context, CompatStatus& status) {
+std::string_view AnimationCommandAuditor::verdict(std::span<const std::string_view> tokens,
+                                                  std::string_view text, const Context& context,
+                                                  CompatStatus& status) {
     if (!context.frameFollows) return "no following animation frame; command cannot execute";
-    if (line.args.empty()) return "empty command";
-    const std::string_view name = line.args.front();
+    if (tokens.empty()) return "empty command";
+    const std::string_view name = tokens.front();
     if (!isIdentifier(name)) return "invalid function name";
 
     Helper* const helper = context.helper.empty() ? nullptr : &helperOf(context.helper);
     if (helper != nullptr && !helper->fault.empty()) return helper->fault;
 
-    const std::span<const std::string_view> arguments = line.args.subspan(1);
+    const std::span<const std::string_view> arguments = tokens.subspan(1);
     const bool argumentsVerified =
         std::all_of(arguments.begin(), arguments.end(), isVerifiedArgument);
     if (const SafeCall* const call = findSafeCall(name)) {
-        if (line.args.size() != call->tokens || !argumentsVerified || !hasVerifiedShape(text)) {
+        if (tokens.size() != call->tokens || !argumentsVerified || !hasVerifiedShape(text)) {
             return kOutside;
         }
     } else if (helper != nullptr) {
@@ -254,12 +266,14 @@ AnimationCommandAudit AnimationCommandAuditor::audit(const TextFile& file, std::
     AnimationCommandAudit record;
     record.file = &source;
     record.line = line.line;
-    record.command = joinTokens(line.args, 0, line.args.size());
+    std::vector<std::string_view> tokens(line.args.begin(), line.args.end());
+    if (!file.reading().asWritten() && isWholeCall(tokens)) splitWholeCall(tokens);
+    record.command = joinTokens(tokens, 0, tokens.size());
     record.helper = context.helper;
     record.message = record.command;
     if (!record.helper.empty()) record.message += "; helper=" + record.helper;
     record.message += "; ";
-    const std::string_view said = verdict(line, record.command, context, record.status);
+    const std::string_view said = verdict(tokens, record.command, context, record.status);
     record.message += said;
     if (said.starts_with(kRequires)) record.helperReport = helperOf(context.helper).report;
     return record;

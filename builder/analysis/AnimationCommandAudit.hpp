@@ -39,8 +39,9 @@ class AnimationCommandAuditor {
 
     void readContext(const TextFile& file, const std::filesystem::path& path);
     [[nodiscard]] Helper& helperOf(std::string_view name);
-    [[nodiscard]] std::string_view verdict(const TextLine& line, std::string_view text,
-                                           const Context& context, CompatStatus& status);
+    [[nodiscard]] std::string_view verdict(std::span<const std::string_view> tokens,
+                                           std::string_view text, const Context& context,
+                                           CompatStatus& status);
 
     ScriptScanner& scanner_;
     std::filesystem::path contextPath_;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <set>
+#include <span>
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
@@ -32,6 +34,7 @@ constexpr std::string_view kNamedScripts[] = {
 };
 
 constexpr std::string_view kNoMain = "requested function/main() not found";
+constexpr std::string_view kStepCure = "write the step as a line of its own: i++;";
 constexpr std::string_view kLeftOpen = "a comment, a text or a bracket is left open";
 
 // The text of a frame's command, as the runtime puts it together.
@@ -50,10 +53,37 @@ std::string lineOf(std::string_view text, std::size_t line) {
     return std::string(text.substr(0, text.find('\n')));
 }
 
+std::vector<std::string_view> splitLines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    for (bool more = true; more;) {
+        const std::size_t end = text.find('\n');
+        lines.push_back(text.substr(0, end));
+        more = end != std::string_view::npos;
+        if (more) text.remove_prefix(end + 1);
+    }
+    return lines;
+}
+
+Mend mendOf(port::script::ScriptMend mend) {
+    switch (mend) {
+        case port::script::ScriptMend::MacroComment:
+            return Mend::kMacroComment;
+        case port::script::ScriptMend::IncludeComment:
+            return Mend::kIncludeComment;
+        case port::script::ScriptMend::Undefine:
+            return Mend::kUndefine;
+        case port::script::ScriptMend::Declarators:
+            return Mend::kDeclarators;
+        case port::script::ScriptMend::Step:
+            break;
+    }
+    return Mend::kStep;
+}
+
 class Checkup {
   public:
     Checkup(GameReader& game, const std::deque<AnimationCommandAudit>& commands)
-        : game_(game), check_(game.dataDir()) {
+        : game_(game), check_(game.dataDir(), game.asWritten()) {
         for (const AnimationCommandAudit& audit : commands) {
             commandLines_[PathEncoding::utf8(audit.file->relative)].push_back(&audit);
         }
@@ -67,6 +97,9 @@ class Checkup {
         for (const auto& [path, unit] : units_) checkUnit(path, unit);
         for (auto& [place, broken] : broken_) result_.broken.push_back(std::move(broken));
         locateCallers();
+        for (const auto& [file, lines] : mended_) {
+            game_.collect(file, std::vector<MendedLine>(lines.begin(), lines.end()));
+        }
         return std::move(result_);
     }
 
@@ -79,6 +112,7 @@ class Checkup {
     using Place = std::tuple<std::string, std::uint64_t, std::string, std::string, std::string>;
     using CommandLines = std::map<std::string, std::vector<ScriptCaller>>;
     using NameSet = std::unordered_set<std::string_view>;
+    using Commands = std::unordered_map<std::string, port::script::CheckedFunction>;
 
     void addHook(std::string_view path, std::string_view keyword, std::string_view file) {
         if (!path.empty()) units_[std::string(path)].hooks.push_back({keyword, std::string(file)});
@@ -117,7 +151,9 @@ class Checkup {
             for (const fs::path& file : script.files) result_.files.insert(relative(file));
             judgeWhole(script, unit, lines);
         }
+        note(script.mended);
         for (const port::script::CheckedFunction& function : script.functions) {
+            note(function.mended);
             if (function.breaks.empty() || isFull()) continue;
             const NameSet leading = leadingTo(script, function.name);
             for (const port::script::ScriptBreak& found : function.breaks) {
@@ -133,7 +169,8 @@ class Checkup {
                 }
             }
         }
-        for (const ModelDef* const model : unit.models) checkCommands(*model);
+        Commands known;
+        for (const ModelDef* const model : unit.models) checkCommands(*model, known);
     }
 
     // What is wrong with a script rather than with a place in it. A bracket left open shows at the
@@ -191,25 +228,31 @@ class Checkup {
         return lines;
     }
 
-    // The frames' own texts behind the script that was checked last.
-    void checkCommands(const ModelDef& model) {
+    // The frames' own texts behind the script that was checked last. Models that share it repeat
+    // each other's commands, so what is `known` of a text serves all of them.
+    void checkCommands(const ModelDef& model, Commands& known) {
         std::unordered_map<std::string, std::vector<OwnLine>> ownLines;
         for (const AnimationDef& animation : model.animations) {
-            std::unordered_set<std::string_view> known;
+            std::unordered_set<std::string_view> counted;
             for (const FrameDef& frame : animation.frames) {
                 if (animation.inlineScript.empty() && frame.animationCommand.empty()) continue;
-                if (!known.insert(frame.animationCommand).second) continue;
+                if (!counted.insert(frame.animationCommand).second) continue;
                 if (check_.work() > kMaxWork) {
                     ++result_.unchecked;
                     continue;
                 }
                 ++result_.commands;
                 const std::string text = composed(animation, frame);
-                for (const port::script::ScriptBreak& found : check_.command(text).breaks) {
+                const auto [entry, isNew] = known.try_emplace(text);
+                if (isNew) entry->second = check_.command(text);
+                const port::script::CheckedFunction& function = entry->second;
+                if (function.breaks.empty() && function.mended.empty()) continue;
+                if (ownLines.empty()) ownLines = readOwnLines(model);
+                for (const port::script::ScriptBreak& found : function.breaks) {
                     if (!found.file.empty() || isFull()) continue;
-                    if (ownLines.empty()) ownLines = readOwnLines(model);
                     addOwnBreak(model, ownLines[lineOf(text, found.line)], found);
                 }
+                note(function.mended, model, text, ownLines);
             }
         }
     }
@@ -225,7 +268,8 @@ class Checkup {
         const fs::path path = game_.projectRoot() / PathEncoding::path(model.sourceFile);
         for (const TextLine& line : game_.lines(path)) {
             if (line.key == "@cmd" && !line.args.empty()) {
-                own[callOf(line.args)].push_back({"@cmd", line.line});
+                own[callOf(line.args, !game_.asWritten() && isWholeCall(line.args))].push_back(
+                    {"@cmd", line.line});
             }
             for (std::string_view rest = line.text(); !rest.empty();) {
                 const std::size_t end = std::min(rest.find('\n'), rest.size());
@@ -246,6 +290,29 @@ class Checkup {
         }
     }
 
+    void note(std::span<const port::script::MendedPlace> mended) {
+        for (const port::script::MendedPlace& place : mended) {
+            if (place.file.empty()) continue;
+            mended_[place.file.native()].insert({place.line, mendOf(place.mend)});
+        }
+    }
+
+    // The same for a command's own lines.
+    void note(std::span<const port::script::MendedPlace> mended, const ModelDef& model,
+              std::string_view text, std::unordered_map<std::string, std::vector<OwnLine>>& own) {
+        note(mended);
+        std::vector<std::string_view> lines;
+        for (const port::script::MendedPlace& place : mended) {
+            if (!place.file.empty() || place.line == 0) continue;
+            if (lines.empty()) lines = splitLines(text);
+            if (place.line > lines.size()) continue;
+            for (const OwnLine& line : own[std::string(lines[place.line - 1])]) {
+                const fs::path path = game_.projectRoot() / PathEncoding::path(model.sourceFile);
+                mended_[path.native()].insert({line.line, mendOf(place.mend)});
+            }
+        }
+    }
+
     [[nodiscard]] bool isFull() {
         result_.cutShort = result_.cutShort || broken_.size() >= kMaxBroken;
         return broken_.size() >= kMaxBroken;
@@ -253,8 +320,18 @@ class Checkup {
 
     BrokenScript& entry(const std::string& file, std::uint64_t line, std::string_view function,
                         std::string_view token, std::string_view error) {
-        BrokenScript made{
-            file, line, std::string(function), std::string(token), std::string(error), {}, 0, 0};
+        // A step in front of a name is no mend, but easily written so that it is understood.
+        const bool isStep =
+            !game_.asWritten() && !token.empty() && (token == "++" || token == "--");
+        BrokenScript made{file,
+                          line,
+                          std::string(function),
+                          std::string(token),
+                          std::string(error),
+                          isStep ? kStepCure : std::string_view{},
+                          {},
+                          0,
+                          0};
         const Place place{made.file, line, made.function, made.token, made.error};
         return broken_.try_emplace(place, std::move(made)).first->second;
     }
@@ -292,6 +369,7 @@ class Checkup {
     std::map<std::string, Unit> units_;  // by script path as written
     std::unordered_map<std::string, std::vector<const AnimationCommandAudit*>> commandLines_;
     std::map<Place, BrokenScript> broken_;
+    std::map<fs::path::string_type, std::set<MendedLine>> mended_;
     ScriptCheckup result_;
 };
 

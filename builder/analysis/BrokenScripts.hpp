@@ -29,6 +29,7 @@ struct BrokenScript {
     std::string function;    // lower case; empty for a whole file, and for a line's own text
     std::string token;       // empty at the end of the text
     std::string error;
+    std::string_view cure{};                // what its author can do; empty where nothing is known
     std::vector<ScriptCaller> callers;      // that come there, the first kMaxCallers
     std::uint64_t hooks = 0, commands = 0;  // how many do, "@cmd" lines apart
 };

@@ -16,6 +16,7 @@
 #include "analysis/ScriptScan.hpp"
 #include "platform/FileStatus.hpp"
 #include "reader/DataPaths.hpp"
+#include "reader/ModelKeywords.hpp"
 #include "reader/Tokens.hpp"
 #include "reader/VideoReader.hpp"
 
@@ -120,6 +121,7 @@ class ProjectAnalyzer {
         const TextFile& lines;
         bool inLevels;         // below levels/
         bool panelOrderFault;  // holds a stage whose panel order failed
+        Reading& reading;
     };
 
     void readVideo() {
@@ -173,6 +175,11 @@ class ProjectAnalyzer {
         ++analysis_.scripts;
         ++analysis_.recognized;
         ScriptReport unsupported = scripts_.scanScriptSource(path);
+        Reading reading = game_.newReading();
+        for (const std::uint64_t line : unsupported.mendedLines) {
+            static_cast<void>(reading.mends(Mend::kFunction, line));
+        }
+        game_.collect(path, reading.lines());
         if (unsupported.clean()) return;
         std::string message(kScriptFilePrefix);
         message += join(unsupported.names, ", ");
@@ -188,11 +195,17 @@ class ProjectAnalyzer {
         if (!lines.lines().empty()) {
             const std::string inData =
                 toLower(PathEncoding::utf8(path.lexically_relative(project_.dataDir)));
+            Reading reading = game_.newReading();
             const FileContext file{
-                path, keepSource(path), lines, inData.starts_with("levels/"),
+                path,
+                keepSource(path),
+                lines,
+                inData.starts_with("levels/"),
                 !panelOrderIssueFiles_.empty() &&
-                    panelOrderIssueFiles_.count(game_.relativeToProject(path)) > 0};
+                    panelOrderIssueFiles_.count(game_.relativeToProject(path)) > 0,
+                reading};
             for (std::size_t i = 0; i < lines.lines().size(); ++i) classifyLine(file, i);
+            game_.collect(path, reading.lines());
         }
         game_.release(path);
     }
@@ -212,7 +225,14 @@ class ProjectAnalyzer {
             rule.runtimeSupported = false;
             rule.impact = kPanelOrderImpact;
         }
+        if (const std::string_view box = boxOfField(line.key);
+            !box.empty() && file.reading.mends(Mend::kBoxField, line.line)) {
+            rule = lookupCommand(box);
+        }
         if (line.key == "@cmd") {
+            if (isWholeCall(line.args)) {
+                static_cast<void>(file.reading.mends(Mend::kWholeCall, line.line));
+            }
             applyAudit(rule, animationCommands_.audit(file.lines, index, file.path, *file.source));
         } else {
             refiner_.refineOccurrence(rule, tally.refinements, line, file.path);
@@ -246,6 +266,9 @@ class ProjectAnalyzer {
 
     void reportInlineScript(const FileContext& file, const TextLine& line) {
         ScriptReport unsupported = scripts_.scanScriptSource(file.path, line.text());
+        if (!unsupported.mendedLines.empty()) {
+            static_cast<void>(file.reading.mends(Mend::kFunction, line.line));
+        }
         if (unsupported.clean()) return;
         ++analysis_.recognized;
         std::string message(kInlineScriptPrefix);

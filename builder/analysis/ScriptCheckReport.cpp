@@ -29,7 +29,9 @@ std::string faultOf(const BrokenScript& broken) {
                                      : "breaks off at `" + broken.token + '`';
         text += ": ";
     }
-    return text + broken.error;
+    text += broken.error;
+    if (!broken.cure.empty()) text.append("; ").append(broken.cure);
+    return text;
 }
 
 std::string costOf(const BrokenScript& broken) {

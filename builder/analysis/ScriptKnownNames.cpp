@@ -42,17 +42,17 @@ constexpr auto kWordsOfTheLanguage = std::to_array<std::string_view>({
     "null",
 });
 
+enum Screening { SCREENED, UNSCREENED, MENDED };
+
 struct HostName {
     std::string_view name;
-    bool promised;
+    Screening screening;
 };
 
 // The game's functions, from the very table by which a port answers them: nothing is promised that
 // a port lacks.
-constexpr bool SCREENED = true;
-constexpr bool UNSCREENED = false;
 constexpr auto kHostNames = std::to_array<HostName>({
-#define HOST_FUNCTION(name, needs, function, screening) {#name, screening},
+#define HOST_FUNCTION(name, needs, function, screening, beforehand) {#name, screening},
 #include "host/HostFunctions.def"
 #undef HOST_FUNCTION
 });
@@ -61,7 +61,15 @@ std::unordered_set<std::string_view> allKnownNames() {
     std::unordered_set<std::string_view> names(kWordsOfTheLanguage.begin(),
                                                kWordsOfTheLanguage.end());
     for (const HostName& function : kHostNames) {
-        if (function.promised) names.insert(function.name);
+        if (function.screening == SCREENED) names.insert(function.name);
+    }
+    return names;
+}
+
+std::unordered_set<std::string_view> allMendedNames() {
+    std::unordered_set<std::string_view> names{"return"};
+    for (const HostName& function : kHostNames) {
+        if (function.screening == MENDED) names.insert(function.name);
     }
     return names;
 }
@@ -70,6 +78,11 @@ std::unordered_set<std::string_view> allKnownNames() {
 
 const std::unordered_set<std::string_view>& knownScriptNames() {
     static const std::unordered_set<std::string_view> kNames = allKnownNames();
+    return kNames;
+}
+
+const std::unordered_set<std::string_view>& mendedScriptNames() {
+    static const std::unordered_set<std::string_view> kNames = allMendedNames();
     return kNames;
 }
 

@@ -10,4 +10,8 @@ namespace tindrel {
 // In lower case.
 [[nodiscard]] const std::unordered_set<std::string_view>& knownScriptNames();
 
+// Names that look like calls and are none, or that the machine serves besides, unless a game is
+// taken to the letter.
+[[nodiscard]] const std::unordered_set<std::string_view>& mendedScriptNames();
+
 }  // namespace tindrel

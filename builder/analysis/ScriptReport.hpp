@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,8 @@ namespace tindrel {
 struct ScriptReport {
     std::vector<std::string> names;      // distinct
     std::vector<std::string> mentioned;  // those of them that only comments and texts call
+    // Lines of its own text, from 1, with calls that nobody would know to the letter.
+    std::vector<std::uint64_t> mendedLines;
 
     [[nodiscard]] bool clean() const { return names.empty(); }
 };

@@ -170,6 +170,7 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
         if (knownScriptNames().contains(lowered) || !called.insert(lowered).second) return;
         uses.push_back(intern(lowered, Section::kCall));
     });
+    if (!game_.asWritten()) scanMendedCalls(id, text);
     if (!called.empty()) {
         std::unordered_set<std::string> inCode;
         forEachCall(codeOf(text), [&](std::string_view name) {
@@ -195,6 +196,41 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
     node.uses = std::move(uses);
     node.definitions = std::move(definitions);
     node.includes = std::move(includes);
+}
+
+void ScriptScanner::scanMendedCalls(FileId id, std::string_view text) {
+    std::uint64_t line = 1;
+    std::size_t counted = 0;
+    forEachCall(text, [&](std::string_view name) {
+        std::string lowered = toLower(name);
+        if (!mendedScriptNames().contains(lowered)) return;
+        const auto at = static_cast<std::size_t>(name.data() - text.data());
+        line += static_cast<std::uint64_t>(
+            std::count(text.begin() + static_cast<std::ptrdiff_t>(counted),
+                       text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
+        counted = at;
+        mendedCalls_[id].push_back({intern(lowered, Section::kCall), line});
+    });
+}
+
+// Takes out what is no finding unless the game is taken to the letter; gives the lines of the text
+// itself that this is about.
+std::vector<std::uint64_t> ScriptScanner::mend(FileId id, std::vector<SymbolId>& findings) {
+    if (game_.asWritten()) return {};
+    std::unordered_set<SymbolId> mended;
+    for (const SymbolId symbol : findings) {
+        const auto& [text, section] = symbols_[symbol];
+        const bool isCall = section == Section::kCall;
+        if (isCall && mendedScriptNames().contains(text)) mended.insert(symbol);
+    }
+    std::erase_if(findings, [&](SymbolId symbol) { return mended.contains(symbol); });
+    std::vector<std::uint64_t> lines;
+    const auto calls = mendedCalls_.find(id);
+    if (calls == mendedCalls_.end()) return lines;
+    for (const MendedCall& call : calls->second) {
+        if (mended.contains(call.name)) lines.push_back(call.line);
+    }
+    return lines;
 }
 
 // All scripts of the project at once, so that what follows from their includes is found together.
@@ -244,6 +280,8 @@ std::vector<SymbolId> ScriptScanner::findingsOf(FileId id) {
 
 ScriptReport ScriptScanner::report(FileId id) {
     std::vector<SymbolId> findings = findingsOf(id);
+    ScriptReport result;
+    result.mendedLines = mend(id, findings);
     std::unordered_set<std::string_view> inCode;
     std::erase_if(findings, [&](SymbolId symbol) {
         const auto& [text, section] = symbols_[symbol];
@@ -267,7 +305,6 @@ ScriptReport ScriptScanner::report(FileId id) {
                    std::tuple(symbols_[b].section, place[b], b);
         });
     }
-    ScriptReport result;
     if (reachesDepthLimit(id)) result.names.emplace_back(kDepthLimitTag);
     if (!ordered) result.names.emplace_back(kWalkLimitTag);
     for (const SymbolId symbol : findings) {

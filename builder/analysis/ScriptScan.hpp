@@ -74,6 +74,8 @@ class ScriptScanner {
     void prepareProject();
     [[nodiscard]] bool reachesDepthLimit(FileId id);
     [[nodiscard]] std::vector<SymbolId> findingsOf(FileId id);
+    void scanMendedCalls(FileId id, std::string_view text);
+    [[nodiscard]] std::vector<std::uint64_t> mend(FileId id, std::vector<SymbolId>& findings);
     [[nodiscard]] ScriptReport report(FileId id);
 
     GameReader& game_;
@@ -83,6 +85,11 @@ class ScriptScanner {
     IncludeGraph graph_;
     std::deque<std::filesystem::path> paths_;  // of each file; empty for inline text
     std::vector<std::vector<Signature>> signatures_;
+    struct MendedCall {
+        SymbolId name;
+        std::uint64_t line;
+    };
+    std::unordered_map<FileId, std::vector<MendedCall>> mendedCalls_;  // that may be
     std::unordered_map<std::string, FileId> fileIds_;
     std::vector<FileId> pending_;
 

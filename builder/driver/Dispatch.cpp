@@ -4,18 +4,21 @@
 #include <exception>
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <ostream>
 #include <string_view>
 #include <utility>
 
 #include "analysis/ParityAudit.hpp"
 #include "analysis/ProjectAnalysis.hpp"
+#include "driver/CommandTable.hpp"
 #include "driver/ConsoleSummaries.hpp"
 #include "driver/DialogFlow.hpp"
 #include "driver/OutputNames.hpp"
 #include "driver/PortTest.hpp"
 #include "driver/ReportFolder.hpp"
 #include "driver/Version.hpp"
+#include "driver/Watch.hpp"
 #include "generator/PortTree.hpp"
 #include "generator/RepairPackage.hpp"
 #include "input/PreparedInput.hpp"
@@ -130,7 +133,7 @@ constexpr GameCommand kGameCommands[] = {
 };
 
 int runGameCommand(std::string_view command, const fs::path& input,
-                   const std::optional<fs::path>& folder, PreparedInput& prepared,
+                   const std::optional<fs::path>& folder, PreparedInput& prepared, bool asWritten,
                    const Console& console) {
     console.out << "Input source: " << prepared.sourceKind << " | original=" << displayPath(input)
                 << " | gameRoot=" << displayPath(prepared.gameRoot) << '\n';
@@ -143,7 +146,7 @@ int runGameCommand(std::string_view command, const fs::path& input,
     if (!scan.hasData) return kNoData;
     if (command == "scan") return kSuccess;
 
-    GameReader game(scan.dataDir, scan.root, scan.entries);
+    GameReader game(scan.dataDir, scan.root, scan.entries, asWritten);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     const auto* const row =
         std::find_if(std::begin(kGameCommands), std::end(kGameCommands),
@@ -154,9 +157,49 @@ int runGameCommand(std::string_view command, const fs::path& input,
     return row->run({console, input, folder, prepared, scan, game, analysis});
 }
 
-int dispatch(const std::vector<std::string>& arguments, const Console& console) {
-    if (arguments.size() < 3) return printUsage(console.out);
+// Names of options that were given, and their values.
+using Options = std::map<std::string_view, std::string>;
+
+// Takes them out of the arguments, wherever they stand; the rest keeps its order.
+Options takeOptions(std::vector<std::string>& arguments) {
+    Options given;
+    for (const OptionInfo& option : optionTable()) {
+        const std::string start = std::string(option.name) + (option.value.empty() ? "" : "=");
+        std::erase_if(arguments, [&](const std::string& argument) {
+            if (option.value.empty() ? argument != start : !argument.starts_with(start)) {
+                return false;
+            }
+            given[option.name] = argument.substr(start.size());
+            return true;
+        });
+    }
+    return given;
+}
+
+bool goTogether(std::string_view command, const Options& options) {
+    return std::ranges::all_of(optionTable(), [&](const OptionInfo& option) {
+        return option.command.empty() || option.command == command ||
+               !options.contains(option.name);
+    });
+}
+
+int dispatch(std::vector<std::string> arguments, const Console& console) {
+    // A game of that name is given as "./--help".
+    std::ranges::replace(arguments, std::string("-h"), std::string("--help"));
+    const Options options = takeOptions(arguments);
+    if (options.contains("--help")) {
+        printHelp(console.out);
+        return kSuccess;
+    }
+    if (options.contains("--version")) {
+        printVersion(console.out);
+        return kSuccess;
+    }
+    if (arguments.size() < 3 || !goTogether(arguments[1], options)) {
+        return printUsage(console.out);
+    }
     const std::string& command = arguments[1];
+    const bool asWritten = options.contains("--as-written");
     const fs::path input = argumentPath(arguments[2]);
     std::optional<fs::path> folder;
     if (arguments.size() > 3) folder = argumentPath(arguments[3]);
@@ -170,9 +213,22 @@ int dispatch(const std::vector<std::string>& arguments, const Console& console) 
         console.err << "Erro: entrada nao encontrada: " << displayPath(input) << '\n';
         return kNoInput;
     }
-    if (command == "package") return packagePort(input, console);
+    if (command == "package") {
+        return packagePort(input, console,
+                           options.contains("--windows") ? System::kWindows : kHostSystem);
+    }
+    if (command == "watch" && folder) {
+        return watchGame({input, *folder, options.contains("--run"), asWritten}, console);
+    }
+    if (command == "watch") {
+        console.err << "Erro: uso: tindrel-builder watch <game> <port> [--run]\n";
+        return kUsage;
+    }
     if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
-        return testPort(input, console);
+        const auto playtest = options.find("--playtest");
+        const fs::path report =
+            playtest == options.end() ? fs::path() : argumentPath(playtest->second);
+        return testPort(input, report, asWritten, console);
     }
     PreparedInput prepared;
     try {
@@ -181,7 +237,7 @@ int dispatch(const std::vector<std::string>& arguments, const Console& console) 
         console.err << "Erro preparando entrada: " << error.what() << '\n';
         return kNoInput;
     }
-    return runGameCommand(command, input, folder, prepared, console);
+    return runGameCommand(command, input, folder, prepared, asWritten, console);
 }
 
 }  // namespace

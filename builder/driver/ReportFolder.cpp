@@ -2,6 +2,7 @@
 
 #include "PathEncoding.hpp"
 #include "analysis/CompatibilityReports.hpp"
+#include "analysis/MendedLines.hpp"
 #include "analysis/ScriptCheckReport.hpp"
 #include "driver/OutputNames.hpp"
 #include "platform/FileStatus.hpp"
@@ -24,6 +25,7 @@ void writeReportFolder(const std::filesystem::path& input, const ProjectScan& pr
                        const std::filesystem::path& folder, PageLinks links) {
     writeReports(project, analysis, folder);
     writeScriptCheck(analysis.scriptCheck, folder / "script-check.txt");
+    writeMendedLines(game, folder / kMendedLinesName);
     writeHtmlReport(project, analysis, game, folder, links, nameOf(input, project));
 }
 

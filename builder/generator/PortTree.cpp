@@ -151,7 +151,7 @@ void generatePort(const ProjectScan& project, const ProjectAnalysis& analysis, G
 
     writeGeneratedCharacters(game.models(), outputFolder);
     writeGeneratedStages(game.stages(), outputFolder);
-    writeRuntime(outputFolder);
+    writeRuntime(outputFolder, game.asWritten());
     writeParity(reports / "openbor-parity.md");
     writeRepairPackage(project, analysis, outputFolder);
     writeTextFile(outputFolder / "README-PORT.txt", text::kPortReadme);

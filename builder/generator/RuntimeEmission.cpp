@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <string>
 #include <system_error>
 
 #include "generator/PortFiles.hpp"
@@ -9,6 +10,13 @@
 
 namespace tindrel {
 namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kSettings = "config/graphics.ini";
+constexpr std::string_view kAsWrittenSection = "\n[reading]\nas_written=true\n";
+
+}  // namespace
 
 // Generated at build time beside runtimeFiles().
 std::span<const EmbeddedFile> schemaFiles();
@@ -20,7 +28,7 @@ std::string_view schemaHeader(std::string_view name) {
     return found == files.end() ? std::string_view{} : found->content;
 }
 
-void writeRuntime(const fs::path& outputFolder) {
+void writeRuntime(const fs::path& outputFolder, bool asWritten) {
     std::set<fs::path> folders = {outputFolder / "runtime" / "src",
                                   outputFolder / "runtime" / "include"};
     for (const EmbeddedFile& file : runtimeFiles()) {
@@ -29,8 +37,13 @@ void writeRuntime(const fs::path& outputFolder) {
     for (const fs::path& folder : folders) createDirectories(folder);
     for (const EmbeddedFile& file : runtimeFiles()) {
         const fs::path path = outputFolder / file.path;
-        writeTextFile(path, file.content);
-        if (file.path.ends_with(".sh")) {
+        const bool isScript = file.path.ends_with(".sh");
+        // Shells stumble over the line ends of Windows, and a picture has none.
+        const bool asGiven = isScript || file.path.ends_with(".ico");
+        std::string text(file.content);
+        if (asWritten && file.path == kSettings) text += kAsWrittenSection;
+        writeTextFile(path, text, asGiven ? LineEnds::kAsGiven : LineEnds::kOfSystem);
+        if (isScript) {
             std::error_code ignored;
             fs::permissions(path,
                             fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,

@@ -19,7 +19,8 @@ struct EmbeddedFile {
 // The carried table schema, GeneratedCharacters.hpp or GeneratedStages.hpp; empty for other names.
 [[nodiscard]] std::string_view schemaHeader(std::string_view name);
 
-// Throws ("create_directories", "write").
-void writeRuntime(const std::filesystem::path& outputFolder);
+// A port whose scripts are to be taken to the letter has a line for that in its settings. Throws
+// ("create_directories", "write").
+void writeRuntime(const std::filesystem::path& outputFolder, bool asWritten);
 
 }  // namespace tindrel

@@ -20,7 +20,7 @@ void addFrame(ModelParser& parser, Args args) {
 void addAnimationCommand(ModelParser& parser, Args args) {
     std::string& text = parser.pendingCommand;
     if (!text.empty()) text += '\n';
-    text += callOf(args);
+    text += callOf(args, isWholeCall(args) && parser.mends(Mend::kWholeCall));
 }
 
 void setChargeTime(ModelParser& parser, Args args) {
@@ -112,8 +112,36 @@ constexpr ModelKeyword kAnimationKeywords[] = {
 
 }  // namespace
 
-std::string callOf(KeywordArgs tokens) {
+bool isWholeCall(KeywordArgs tokens) {
+    if (tokens.size() != 1) return false;
+    std::string_view call = tokens[0];
+    if (call.ends_with(';')) call.remove_suffix(1);
+    std::size_t i = 0;
+    const auto isLetter = [](char c) {
+        return c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    };
+    while (i < call.size() && (isLetter(call[i]) || (i > 0 && isDigit(call[i])))) ++i;
+    if (i == 0 || i == call.size() || call[i] != '(') return false;
+    char quote = 0;
+    for (int depth = 0; i < call.size(); ++i) {
+        const char c = call[i];
+        if (quote != 0) {
+            if (c == '\\') ++i;
+            if (c == quote) quote = 0;
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (c == '(') {
+            ++depth;
+        } else if (c == ')' && --depth == 0) {
+            return i + 1 == call.size();
+        }
+    }
+    return false;
+}
+
+std::string callOf(KeywordArgs tokens, bool whole) {
     std::string call(tokens[0]);
+    if (whole) return call.ends_with(';') ? call : call + ';';
     call += '(';
     for (std::size_t i = 1; i < tokens.size(); ++i) {
         if (i > 1) call += ',';

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -9,6 +10,7 @@ namespace {
 using namespace field;
 using Args = KeywordArgs;
 using Attack = AttackBoxDef;
+using Box = BoxDef;
 using Draw = DrawMethodDef;
 using F = FrameDef;
 
@@ -128,16 +130,22 @@ void clearAttack(FrameDef& frame) {
     frame.dropVy = kDropVy;
 }
 
-bool clearsAttack(Args args, bool blast) {
+bool isZero(std::string_view token) {
+    return parseIntOr(token, 1) == 0;
+}
+
+bool clearsAttack(ModelParser& parser, Args args, bool blast) {
     if (args.empty()) return false;
     if (equalsFolded(args[0], "none")) return true;
-    if (args.size() == 1) return args[0] == "0";
-    return blast && args.size() == kClearingBlastArgs && allZero(args);
+    if (args.size() == 1 && args[0] == "0") return true;
+    if (blast && args.size() == kClearingBlastArgs && allZero(args)) return true;
+    return args.size() < kMinAttackArgs && std::all_of(args.begin(), args.end(), isZero) &&
+           parser.mends(Mend::kZeroAttack);
 }
 
 void readAttack(ModelParser& parser, Args args, std::int32_t type, bool blast) {
     FrameDef& frame = parser.frame;
-    if (clearsAttack(args, blast)) return clearAttack(frame);
+    if (clearsAttack(parser, args, blast)) return clearAttack(frame);
     if (args.size() < kMinAttackArgs) return;
 
     std::size_t next = 0;
@@ -182,6 +190,28 @@ void setDrop(ModelParser& parser, Args args) {
     const std::int32_t speed = parseIntOr(args[0], 3);
     parser.frame.dropVy = speed < 0 ? speed : -speed;
     setFields<Float<&F::dropVx>>(parser, args.subspan(1));
+}
+
+// A box that is given field by field counts once it has an extent.
+template <typename Field>
+void setBodyField(ModelParser& parser, Args args) {
+    setFields<Field>(parser, args);
+    FrameDef& frame = parser.frame;
+    frame.hasBBox = frame.bbox.w > 0 && frame.bbox.h > 0;
+}
+
+template <typename Field>
+void setAttackField(ModelParser& parser, Args args) {
+    FrameDef& frame = parser.frame;
+    frame.attack.type = std::max(frame.attack.type, 1);  // until a line names another
+    setFields<Field>(parser, args);
+    frame.hasAttack = frame.attack.w > 0 && frame.attack.h > 0;
+}
+
+void setAttackType(ModelParser& parser, Args args) {
+    setAttackField<AttackTypeName<&Attack::type>>(parser, args);
+    std::int32_t& type = parser.frame.attack.type;
+    type = std::max(type, 1);
 }
 
 struct DrawMethodKeyword {
@@ -257,9 +287,34 @@ constexpr ModelKeyword kFrameKeywords[] = {
     {{"tag", "attack.tag"}, 1, setFields<Int<&Attack::tag>>},
     {{"damageonlanding"}, 1, setAllFields<Int<&Attack::landingDamage, 0, kNotNegative>, Int<&Attack::landingMode, 0, Range{0, 2}>, AttackTypeName<&Attack::landingType>>},
 };
+
+constexpr ModelKeyword kBoxFieldKeywords[] = {
+    {{"bbox.position.x"}, 1, setBodyField<Int<&Box::x>>},
+    {{"bbox.position.y"}, 1, setBodyField<Int<&Box::y>>},
+    {{"bbox.size.x"}, 1, setBodyField<Int<&Box::w>>},
+    {{"bbox.size.y"}, 1, setBodyField<Int<&Box::h>>},
+    {{"attack.position.x"}, 1, setAttackField<Int<&Attack::x>>},
+    {{"attack.position.y"}, 1, setAttackField<Int<&Attack::y>>},
+    {{"attack.size.x"}, 1, setAttackField<Int<&Attack::w>>},
+    {{"attack.size.y"}, 1, setAttackField<Int<&Attack::h>>},
+    {{"attack.size.z.1"}, 1, setAttackField<Int<&Attack::zDepth, 0, kNotNegative>>},
+    {{"attack.damage.force"}, 1, setAttackField<Int<&Attack::damage>>},
+    {{"attack.damage.type"}, 1, setAttackType},
+    {{"attack.reaction.fall.force"}, 1, setFall},
+};
 // clang-format on
 
 }  // namespace
+
+std::span<const ModelKeyword> boxFieldKeywords() {
+    return kBoxFieldKeywords;
+}
+
+std::string_view boxOfField(std::string_view key) {
+    const bool known = std::any_of(std::begin(kBoxFieldKeywords), std::end(kBoxFieldKeywords),
+                                   [&](const ModelKeyword& row) { return row.names[0] == key; });
+    return known ? key.substr(0, key.find('.')) : std::string_view{};
+}
 
 std::span<const ModelKeyword> frameKeywords() {
     return kFrameKeywords;

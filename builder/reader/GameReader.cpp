@@ -1,5 +1,6 @@
 #include "reader/GameReader.hpp"
 
+#include <algorithm>
 #include <utility>
 
 #include "PathEncoding.hpp"
@@ -10,8 +11,11 @@
 namespace tindrel {
 namespace fs = std::filesystem;
 
-GameReader::GameReader(fs::path dataDir, fs::path projectRoot, std::span<const TreeEntry> known)
-    : resolver_(std::move(dataDir), known), projectRoot_(std::move(projectRoot)) {}
+GameReader::GameReader(fs::path dataDir, fs::path projectRoot, std::span<const TreeEntry> known,
+                       bool asWritten)
+    : resolver_(std::move(dataDir), known),
+      projectRoot_(std::move(projectRoot)),
+      asWritten_(asWritten) {}
 
 bool GameReader::isFile(const fs::path& path) const {
     return resolver_.plainType(path) == fs::file_type::regular || tindrel::isFile(path);
@@ -53,8 +57,19 @@ std::string GameReader::relativeToProject(const fs::path& path) const {
 
 const TextFile& GameReader::lines(const fs::path& path) {
     const auto [entry, isNew] = files_.try_emplace(path.native());
-    if (isNew) entry->second = readTextLines(path);
+    if (isNew) {
+        entry->second = readTextLines(path, asWritten_);
+        collect(path, entry->second.reading().lines());
+    }
     return entry->second;
+}
+
+void GameReader::collect(const fs::path& path, std::span<const MendedLine> mended) {
+    if (mended.empty()) return;
+    std::vector<MendedLine>& lines = mendedLines_[relativeToProject(path)];
+    lines.insert(lines.end(), mended.begin(), mended.end());
+    std::sort(lines.begin(), lines.end());
+    lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
 }
 
 void GameReader::release(const fs::path& path) {

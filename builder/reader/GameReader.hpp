@@ -4,6 +4,7 @@
 // file is read once, and models and stages are parsed once.
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "reader/DataPaths.hpp"
+#include "reader/Mends.hpp"
 #include "reader/ModelDef.hpp"
 #include "reader/StageDef.hpp"
 #include "reader/TextLines.hpp"
@@ -22,8 +24,9 @@ class GameReader {
   public:
     // `dataDir` is what is searched; `projectRoot` is the base of the records' source paths.
     // `known` is what a walk has found below `dataDir`, if there was one; it must outlive this.
+    // `asWritten` takes the game to the letter, also where its authors plainly meant otherwise.
     GameReader(std::filesystem::path dataDir, std::filesystem::path projectRoot,
-               std::span<const TreeEntry> known = {});
+               std::span<const TreeEntry> known = {}, bool asWritten = false);
 
     [[nodiscard]] const std::filesystem::path& dataDir() const { return resolver_.root(); }
     [[nodiscard]] const std::filesystem::path& projectRoot() const { return projectRoot_; }
@@ -53,6 +56,15 @@ class GameReader {
     [[nodiscard]] const std::vector<ModelDef>& models();
     [[nodiscard]] const std::vector<StageDef>& stages();
 
+    [[nodiscard]] bool asWritten() const { return asWritten_; }
+    [[nodiscard]] Reading newReading() const { return Reading(asWritten_); }
+    // Adds what a reading of the file has mended; lines that are known are not added again.
+    void collect(const std::filesystem::path& path, std::span<const MendedLine> mended);
+    // All so far: by the file, relative to the project root, and then by line.
+    [[nodiscard]] const std::map<std::string, std::vector<MendedLine>>& mendedLines() const {
+        return mendedLines_;
+    }
+
   private:
     [[nodiscard]] const std::filesystem::path& canonicalFolder(
         const std::filesystem::path& folder) const;
@@ -68,6 +80,8 @@ class GameReader {
     ByPath<TextFile> files_;
     std::optional<std::vector<ModelDef>> models_;
     std::optional<std::vector<StageDef>> stages_;
+    bool asWritten_;
+    std::map<std::string, std::vector<MendedLine>> mendedLines_;
 };
 
 }  // namespace tindrel

@@ -213,7 +213,9 @@ std::vector<StageDef> readStages(GameReader& game) {
             entry.zMin = set.stageZMin[i];
             entry.zMax = set.stageZMax[i];
             entry.backgroundHeight = set.stageHeight[i];
-            StageDef stage = parseStage(game.lines(file), entry);
+            Reading reading = game.newReading();
+            StageDef stage = parseStage(game.lines(file), entry, reading);
+            game.collect(file, reading.lines());
             stage.sourceFile = game.relativeToProject(file);
             stage.order = static_cast<std::int32_t>(stages.size());
             stage.branchName = set.branchNames[i];

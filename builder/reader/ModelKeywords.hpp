@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "reader/DataPaths.hpp"
+#include "reader/Mends.hpp"
 #include "reader/ModelDef.hpp"
 #include "reader/Tokens.hpp"
 
@@ -23,6 +24,10 @@ using KeywordArgs = std::span<const std::string_view>;
 
 // What the lines of one entity file change.
 struct ModelParser {
+    explicit ModelParser(Reading& how) : reading(how) {}
+
+    Reading& reading;
+    std::uint32_t line = 0;  // that is being read
     ModelDef model;
     FrameDef frame;                // template that every "frame" line copies
     std::vector<FrameDef> frames;  // of the animation being read, until endAnimation()
@@ -34,6 +39,9 @@ struct ModelParser {
 
     // Gives the animation being read, if any, its frames, in no more room than they need.
     void endAnimation();
+
+    // Whether the line that is being read is mended so.
+    [[nodiscard]] bool mends(Mend mend) { return reading.mends(mend, line); }
 };
 
 using KeywordAction = void (*)(ModelParser& parser, KeywordArgs args);
@@ -48,9 +56,13 @@ struct ModelKeyword {
 [[nodiscard]] std::span<const ModelKeyword> propertyKeywords();
 [[nodiscard]] std::span<const ModelKeyword> animationKeywords();
 [[nodiscard]] std::span<const ModelKeyword> frameKeywords();
+// The fields of body and attack boxes, each on a line of its own.
+[[nodiscard]] std::span<const ModelKeyword> boxFieldKeywords();
 
-// The call that the tokens of an "@cmd" line mean: the function and its arguments.
-[[nodiscard]] std::string callOf(KeywordArgs tokens);
+// Whether the tokens of an "@cmd" line are one call as scripts write it: "playmusic("x", 1)".
+[[nodiscard]] bool isWholeCall(KeywordArgs tokens);
+// The call that the tokens mean: as it stands if it is whole, else the function and its arguments.
+[[nodiscard]] std::string callOf(KeywordArgs tokens, bool whole);
 
 // The action of "attack" with the digits that stand behind it glued on: "attack7".
 void readNumberedAttack(ModelParser& parser, std::string_view digits, KeywordArgs args);
@@ -69,6 +81,10 @@ T& of(ModelParser& parser, T AnimationDef::*member) {
 template <typename T>
 T& of(ModelParser& parser, T FrameDef::*member) {
     return parser.frame.*member;
+}
+template <typename T>
+T& of(ModelParser& parser, T BoxDef::*member) {
+    return parser.frame.bbox.*member;
 }
 template <typename T>
 T& of(ModelParser& parser, T AttackBoxDef::*member) {

@@ -21,6 +21,7 @@ namespace {
 struct KnownKeyword {
     const ModelKeyword* row = nullptr;
     bool needsAnimation = false;
+    bool mended = false;  // read only where a game's lines are mended
 };
 
 using KeywordIndex = std::unordered_map<std::string_view, KnownKeyword, KeywordHash>;
@@ -28,16 +29,19 @@ using KeywordIndex = std::unordered_map<std::string_view, KnownKeyword, KeywordH
 const KeywordIndex& keywordIndex() {
     static const KeywordIndex index = [] {
         KeywordIndex all;
-        const auto add = [&](std::span<const ModelKeyword> rows, bool needsAnimation) {
+        const auto add = [&](std::span<const ModelKeyword> rows, bool needsAnimation,
+                             bool mended = false) {
             for (const ModelKeyword& row : rows) {
                 for (const std::string_view name : row.names) {
-                    if (!name.empty()) all.emplace(name, KnownKeyword{&row, needsAnimation});
+                    if (!name.empty())
+                        all.emplace(name, KnownKeyword{&row, needsAnimation, mended});
                 }
             }
         };
         add(propertyKeywords(), false);
         add(animationKeywords(), true);
         add(frameKeywords(), true);
+        add(boxFieldKeywords(), true, true);
         return all;
     }();
     return index;
@@ -56,6 +60,7 @@ std::string_view attackNumber(std::string_view key) {
 }
 
 void readLine(ModelParser& parser, const TextLine& line) {
+    parser.line = line.line;
     const bool inAnimation = !parser.model.animations.empty();
     if (!line.text().empty()) {
         (inAnimation ? parser.animation().inlineScript : parser.modelScript) += line.text();
@@ -63,9 +68,9 @@ void readLine(ModelParser& parser, const TextLine& line) {
     }
     static const KeywordIndex& index = keywordIndex();
     if (const auto found = index.find(line.key); found != index.end()) {
-        const auto [row, needsAnimation] = found->second;
-        if (needsAnimation && !inAnimation) return;
-        if (line.args.size() >= row->minArgs) row->action(parser, line.args);
+        const auto [row, needsAnimation, mended] = found->second;
+        if ((needsAnimation && !inAnimation) || line.args.size() < row->minArgs) return;
+        if (!mended || parser.mends(Mend::kBoxField)) row->action(parser, line.args);
     } else if (const auto number = attackNumber(line.key); inAnimation && !number.empty()) {
         readNumberedAttack(parser, number, line.args);
     }
@@ -169,8 +174,8 @@ void ModelParser::endAnimation() {
     frames.clear();
 }
 
-ModelDef parseModel(const TextFile& file, std::string_view stem) {
-    ModelParser parser;
+ModelDef parseModel(const TextFile& file, std::string_view stem, Reading& reading) {
+    ModelParser parser{reading};
     for (const TextLine& line : file) readLine(parser, line);
     parser.endAnimation();
     ModelDef& model = parser.model;
@@ -184,7 +189,9 @@ ModelDef parseModel(const TextFile& file, std::string_view stem) {
 }
 
 ModelDef readModelFile(GameReader& game, const fs::path& path) {
-    ModelDef model = parseModel(game.lines(path), stemOf(path));
+    Reading reading = game.newReading();
+    ModelDef model = parseModel(game.lines(path), stemOf(path), reading);
+    game.collect(path, reading.lines());
     model.sourceFile = game.relativeToProject(path);
     return model;
 }

@@ -21,7 +21,12 @@ namespace tindrel {
 [[nodiscard]] ModelDef readModelFile(GameReader& game, const std::filesystem::path& path);
 
 // The same from the file's lines; `sourceFile` stays empty, and an empty `name` becomes `stem`.
-[[nodiscard]] ModelDef parseModel(const TextFile& file, std::string_view stem);
+// `reading` notes what is mended; without one the file's lines say how they are read.
+[[nodiscard]] ModelDef parseModel(const TextFile& file, std::string_view stem, Reading& reading);
+[[nodiscard]] inline ModelDef parseModel(const TextFile& file, std::string_view stem) {
+    Reading reading(file.reading().asWritten());
+    return parseModel(file, stem, reading);
+}
 
 // Whether a line of an entity file that begins with `key`, in lower case, is read at all.
 [[nodiscard]] bool isModelKeyword(std::string_view key);

@@ -94,6 +94,10 @@ constexpr PlayerSpawnFields kPlayerSpawns[] = {
 };
 
 struct StageParser {
+    explicit StageParser(Reading& how) : reading(how) {}
+
+    Reading& reading;
+    std::uint32_t line = 0;  // that is being read
     StageDef stage;
     bool inSpawn = false;
     SpawnDef spawn;
@@ -195,9 +199,10 @@ struct StageParser {
     }
 
     void setPlayerSpawn(const PlayerSpawnFields& player, Args args) {
+        if (args.size() < 3 && !reading.mends(Mend::kPlayerSpawn, line)) return;
         stage.*player.x = integer(args[0]);
         stage.*player.z = saturatingAdd(integer(args[1]), stage.zMin);
-        stage.*player.a = integer(args[2]);
+        stage.*player.a = args.size() < 3 ? 0 : integer(args[2]);
         stage.*player.defined = true;
     }
 
@@ -277,7 +282,7 @@ struct StageParser {
         if (!ordered.empty()) stage.panels = std::move(ordered);
     }
 
-    void readLine(const TextLine& line);
+    void readLine(const TextLine& text);
 };
 
 struct StageKeyword {
@@ -371,10 +376,10 @@ constexpr StageKeyword kStageKeywords[] = {
     {"notime", 1, [](StageParser& p, Args a) { p.stage.noTime = flag(a[0]); }},
     {"scrollx", 1, [](StageParser& p, Args a) { p.addScroll("scrollx", a); }},
     {"scrollspeed", 1, [](StageParser& p, Args a) { p.addScroll("scrollspeed", a); }},
-    {"spawn1", 3, [](StageParser& p, Args a) { p.setPlayerSpawn(kPlayerSpawns[0], a); }},
-    {"spawn2", 3, [](StageParser& p, Args a) { p.setPlayerSpawn(kPlayerSpawns[1], a); }},
-    {"spawn3", 3, [](StageParser& p, Args a) { p.setPlayerSpawn(kPlayerSpawns[2], a); }},
-    {"spawn4", 3, [](StageParser& p, Args a) { p.setPlayerSpawn(kPlayerSpawns[3], a); }},
+    {"spawn1", 2, [](StageParser& p, Args a) { p.setPlayerSpawn(kPlayerSpawns[0], a); }},
+    {"spawn2", 2, [](StageParser& p, Args a) { p.setPlayerSpawn(kPlayerSpawns[1], a); }},
+    {"spawn3", 2, [](StageParser& p, Args a) { p.setPlayerSpawn(kPlayerSpawns[2], a); }},
+    {"spawn4", 2, [](StageParser& p, Args a) { p.setPlayerSpawn(kPlayerSpawns[3], a); }},
     {"next", 1, [](StageParser& p, Args a) { p.stage.nextStage = normalizeDataPath(a[0]); }},
     {"levelscript", 1,
      [](StageParser& p, Args a) { p.stage.levelScript = normalizeDataPath(a[0]); }},
@@ -399,23 +404,24 @@ std::string_view gluedMapNumber(std::string_view key) {
     return std::all_of(digits.begin(), digits.end(), isDigit) ? digits : std::string_view{};
 }
 
-void StageParser::readLine(const TextLine& line) {
-    if (act(*this, line, kTimelineKeywords)) return;
+void StageParser::readLine(const TextLine& text) {
+    line = text.line;
+    if (act(*this, text, kTimelineKeywords)) return;
     closePending();
     if (inSpawn) {
-        if (const auto number = gluedMapNumber(line.key); !number.empty()) {
+        if (const auto number = gluedMapNumber(text.key); !number.empty()) {
             spawn.map = number;
             return;
         }
-        if (act(*this, line, kSpawnKeywords)) return;
+        if (act(*this, text, kSpawnKeywords)) return;
     }
-    act(*this, line, kStageKeywords);
+    act(*this, text, kStageKeywords);
 }
 
 }  // namespace
 
-StageDef parseStage(const TextFile& file, const LevelSetDef& entry) {
-    StageParser parser;
+StageDef parseStage(const TextFile& file, const LevelSetDef& entry, Reading& reading) {
+    StageParser parser(reading);
     StageDef& stage = parser.stage;
     stage.setName = entry.name;
     stage.setOrder = entry.order;

@@ -14,7 +14,9 @@ namespace {
 
 // Usual sizes, by which room is made beforehand.
 constexpr std::size_t kBytesPerLine = 18;
-constexpr std::size_t kBytesPerToken = 11;
+constexpr std::size_t kBytesPerToken = 9;
+
+constexpr std::string_view kBlockEnd = "@end_script";
 
 std::string_view trim(std::string_view text) {
     while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
@@ -57,6 +59,31 @@ std::string_view takeWord(std::string_view& rest) {
     while (next < text.size() && isSpaceAt(next)) ++next;
     rest = text.substr(next);
     return text.substr(0, end);
+}
+
+// Where the word that ends a block stands in a line of the block, behind other text or with a
+// comment glued to it; npos where it does not stand in the line's code, or other text follows.
+std::size_t blockEndIn(std::string_view line) {
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const std::string_view rest = line.substr(i);
+        if (rest.starts_with("//")) break;
+        if (rest.starts_with("/*")) {
+            const std::size_t end = rest.find("*/", 2);
+            if (end == std::string_view::npos) break;
+            i += end + 1;
+        } else if (line[i] == '"' || line[i] == '\'') {
+            const char quote = line[i];
+            for (++i; i < line.size() && line[i] != quote; ++i) {
+                if (line[i] == '\\') ++i;
+            }
+        } else if (equalsFolded(rest.substr(0, kBlockEnd.size()), kBlockEnd)) {
+            const std::string_view behind = trim(rest.substr(kBlockEnd.size()));
+            const bool ends = behind.empty() || behind.starts_with("//") ||
+                              behind.starts_with("/*") || behind.starts_with('#');
+            return ends ? i : std::string_view::npos;
+        }
+    }
+    return std::string_view::npos;
 }
 
 }  // namespace
@@ -103,13 +130,10 @@ class TextLineParser {
 
         std::string_view rest = trimmed;
         std::string_view word = takeWord(rest);
-        if (inBlock_ && !equalsFolded(word, "@end_script")) {
-            block_.append(raw).push_back('\n');
-            return;
-        }
+        if (inBlock_ && !equalsFolded(word, kBlockEnd)) return readBlockLine(raw);
         if (word.front() != '@') {
             // No directive.
-        } else if (equalsFolded(word, "@end_script")) {
+        } else if (equalsFolded(word, kBlockEnd)) {
             closeBlock();
         } else if (equalsFolded(word, "@script")) {
             inBlock_ = true;
@@ -127,6 +151,17 @@ class TextLineParser {
         }
         appendLine(word);
         while (!rest.empty()) appendToken(takeWord(rest));
+    }
+
+    void readBlockLine(std::string_view raw) {
+        const std::size_t end = blockEndIn(raw);
+        const bool ends =
+            end != std::string_view::npos && file_.reading_.mends(Mend::kBlockEnd, lineNumber_);
+        const std::string_view text = raw.substr(0, ends ? end : raw.size());
+        if (!trim(text).empty()) block_.append(text).push_back('\n');
+        if (!ends) return;
+        closeBlock();
+        appendLine(raw.substr(end, kBlockEnd.size()));
     }
 
     void appendLine(std::string_view command) {
@@ -194,7 +229,7 @@ class TextLineParser {
     std::string block_;
 };
 
-TextFile::TextFile(std::string content) {
+TextFile::TextFile(std::string content, bool asWritten) : reading_(asWritten) {
     TextLineParser(*this, std::move(content)).parse();
 }
 
@@ -210,8 +245,8 @@ std::string readFileBytes(const std::filesystem::path& path, std::uintmax_t most
     return content;
 }
 
-TextFile readTextLines(const std::filesystem::path& path) {
-    return TextFile(readFileBytes(path));
+TextFile readTextLines(const std::filesystem::path& path, bool asWritten) {
+    return TextFile(readFileBytes(path), asWritten);
 }
 
 }  // namespace tindrel

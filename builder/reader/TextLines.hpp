@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "reader/Mends.hpp"
+
 namespace tindrel {
 
 // One logical line. All views point into the TextFile that holds it.
@@ -35,7 +37,7 @@ struct TextLine {
 class TextFile {
   public:
     TextFile() = default;
-    explicit TextFile(std::string content);
+    explicit TextFile(std::string content, bool asWritten = false);
     TextFile(TextFile&&) = default;
     TextFile& operator=(TextFile&&) = default;
     TextFile(const TextFile&) = delete;
@@ -43,6 +45,8 @@ class TextFile {
     ~TextFile() = default;
 
     [[nodiscard]] const std::vector<TextLine>& lines() const { return lines_; }
+    // How the lines were read, and how what they mean is to be read.
+    [[nodiscard]] const Reading& reading() const { return reading_; }
     [[nodiscard]] auto begin() const { return lines_.begin(); }
     [[nodiscard]] auto end() const { return lines_.end(); }
 
@@ -52,12 +56,13 @@ class TextFile {
     std::deque<std::string> texts_;
     std::vector<std::string_view> tokens_;
     std::vector<TextLine> lines_;
+    Reading reading_;
 };
 
 // The file's lines. One that cannot be opened, is no regular file or holds more than
 // kMaxTextFileBytes has none.
 inline constexpr std::uintmax_t kMaxTextFileBytes = 64ULL << 20U;
-[[nodiscard]] TextFile readTextLines(const std::filesystem::path& path);
+[[nodiscard]] TextFile readTextLines(const std::filesystem::path& path, bool asWritten = false);
 
 // The whole file as bytes; empty for one that cannot be opened, is no regular file or holds more
 // than `most`.

@@ -62,6 +62,14 @@ ScriptValue roundedUp(HostCall& call) {
     return applied(call, Function1(std::ceil));
 }
 
+ScriptValue withoutFraction(HostCall& call) {
+    return applied(call, Function1(std::trunc));
+}
+
+ScriptValue roundedToNearest(HostCall& call) {
+    return applied(call, Function1(std::round));
+}
+
 ScriptValue textLength(HostCall& call) {
     return static_cast<double>(call.text(0).size());
 }

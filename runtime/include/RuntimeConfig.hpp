@@ -96,6 +96,9 @@ struct RuntimeConfig {
     bool openborPaletteIndex0Transparency = true;
     bool preserveSourceAlpha = true;
 
+    // The game is taken to the letter, also where its authors plainly meant something else.
+    bool asWritten = false;
+
     bool operator==(const RuntimeConfig&) const = default;
 };
 

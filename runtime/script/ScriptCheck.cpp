@@ -18,20 +18,6 @@ namespace fs = std::filesystem;
 constexpr std::size_t kBytesPerToken = 4;
 constexpr std::size_t kBytesPerName = 16;
 
-// The line of the text that `token` is a part of, from 0. The value of a constant with escapes
-// stands elsewhere: then the line of the last token in front of it.
-std::size_t lineOf(const Tokens& tokens, std::size_t token) {
-    const std::string& text = *tokens.source;
-    const auto inText = [&](const Tok& tok) {
-        const std::less_equal<> notBehind;
-        return tok.s.data() != nullptr && notBehind(text.data(), tok.s.data()) &&
-               notBehind(tok.s.data(), text.data() + text.size());
-    };
-    while (token > 0 && !inText(tokens.list[token])) --token;
-    if (!inText(tokens.list[token])) return 0;
-    return static_cast<std::size_t>(std::count(text.data(), tokens.list[token].s.data(), '\n'));
-}
-
 // Whether the text ends with nothing open: no comment, constant, brace or parenthesis.
 bool closed(const Tokens& tokens) {
     if (tokens.open != Tokens::Open::Nothing) return false;
@@ -42,6 +28,10 @@ bool closed(const Tokens& tokens) {
         parens += std::ptrdiff_t{token.is(Word::LeftParen)} - token.is(Word::RightParen);
     }
     return braces <= 0 && parens <= 0;
+}
+
+MendedPlace placeOf(ScriptMend mend, LineOrigins::Line line, const LineOrigins& origins) {
+    return {mend, origins.files[line.file], line.line};
 }
 
 }  // namespace
@@ -62,13 +52,36 @@ std::string ScriptCheck::expand(std::string_view text, PreprocessorState& state)
 
 std::unique_ptr<Program> ScriptCheck::program(std::string text, Program* base) {
     work_ += text.size();
+    lineText_ = nullptr;
     auto made = std::make_unique<Program>(lex(std::move(text)), *names_, base);
     for (const auto& [name, function] : made->byName) functionNames_[function] = name;
     return made;
 }
 
+// The line of the text that `token` is a part of, from 0. The value of a constant with escapes
+// stands elsewhere: then the line of the last token in front of it.
+std::size_t ScriptCheck::lineOf(const Tokens& tokens, std::size_t token) {
+    const std::string& text = *tokens.source;
+    const auto inText = [&](const Tok& tok) {
+        const std::less_equal<> notBehind;
+        return tok.s.data() != nullptr && notBehind(text.data(), tok.s.data()) &&
+               notBehind(tok.s.data(), text.data() + text.size());
+    };
+    while (token > 0 && !inText(tokens.list[token])) --token;
+    if (!inText(tokens.list[token])) return 0;
+    if (lineText_ != &text) {
+        lineText_ = &text;
+        lineEnds_.clear();
+        for (std::size_t at = text.find('\n'); at != text.npos; at = text.find('\n', at + 1)) {
+            lineEnds_.push_back(at);
+        }
+    }
+    const auto at = static_cast<std::size_t>(tokens.list[token].s.data() - text.data());
+    return static_cast<std::size_t>(std::ranges::lower_bound(lineEnds_, at) - lineEnds_.begin());
+}
+
 CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origins) {
-    work_ += compile(function, nullptr) * kBytesPerToken;
+    work_ += compile(function, nullptr, sources_.asWritten) * kBytesPerToken;
     CheckedFunction out;
     out.name = functionNames_[&function];
     std::set<std::string> calls;
@@ -87,6 +100,12 @@ CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origin
         const LineOrigins::Line origin = origins.lines[line];
         found.file = origins.files[origin.file];
         found.line = origin.line;
+    }
+    for (const auto& [token, mend] : function.mended) {
+        const std::size_t line = lineOf(tokens, token);
+        if (line < origins.lines.size()) {
+            out.mended.push_back(placeOf(mend, origins.lines[line], origins));
+        }
     }
     return out;
 }
@@ -119,6 +138,9 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     program_ = program(expand(*text, state_), nullptr);
     state_.origins = nullptr;
     checked_.files = origins_.files;
+    for (const auto& [mend, line] : origins_.mended) {
+        checked_.mended.push_back(placeOf(mend, line, origins_));
+    }
     checked_.closed = closed(program_->tokens);
     for (Function& function : program_->functions) {
         checked_.functions.push_back(check(function, origins_));
@@ -160,9 +182,14 @@ CheckedFunction ScriptCheck::command(std::string_view command) {
     Function* const function = frame->find(kFrameFunction);
     CheckedFunction out;
     if (function != nullptr) out = check(*function, origins);
-    for (ScriptBreak& found : out.breaks) {
-        if (found.file.empty()) found.line -= std::min(found.line, kFrameHead);
+    for (const auto& [mend, line] : origins.mended) {
+        out.mended.push_back(placeOf(mend, line, origins));
     }
+    const auto inCommand = [](auto& found) {
+        if (found.file.empty()) found.line -= std::min(found.line, kFrameHead);
+    };
+    std::ranges::for_each(out.breaks, inCommand);
+    std::ranges::for_each(out.mended, inCommand);
     for (Function& part : frame->functions) functionNames_.erase(&part);
     return out;
 }

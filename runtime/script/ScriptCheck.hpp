@@ -23,10 +23,18 @@ struct ScriptBreak {
     std::size_t line = 0;        // from 1; 0 where the text is beyond a limit
 };
 
+// A line of which a mend was needed.
+struct MendedPlace {
+    ScriptMend mend{};
+    std::filesystem::path file;  // empty in the text of a command
+    std::size_t line = 0;        // from 1
+};
+
 struct CheckedFunction {
     std::string name;                // lower case
     std::vector<std::string> calls;  // other functions of the game's scripts, lower case
     std::vector<ScriptBreak> breaks;
+    std::vector<MendedPlace> mended;
 };
 
 struct CheckedScript {
@@ -34,13 +42,15 @@ struct CheckedScript {
     bool closed = true;                        // no comment, text or bracket is left open
     std::vector<std::filesystem::path> files;  // all that were read for it
     std::vector<CheckedFunction> functions;
+    std::vector<MendedPlace> mended;  // directives
 
     [[nodiscard]] const CheckedFunction* find(std::string_view lowerName) const;
 };
 
 class ScriptCheck {
   public:
-    explicit ScriptCheck(const std::filesystem::path& root) : sources_(root) {}
+    explicit ScriptCheck(const std::filesystem::path& root, bool asWritten = false)
+        : sources_(root, asWritten) {}
 
     // All functions of a script with what it includes. The answer holds until the next file().
     const CheckedScript& file(std::string_view raw);
@@ -55,6 +65,7 @@ class ScriptCheck {
     std::string expand(std::string_view text, PreprocessorState& state);
     std::unique_ptr<Program> program(std::string text, Program* base);
     CheckedFunction check(Function& function, const LineOrigins& origins);
+    [[nodiscard]] std::size_t lineOf(const Tokens& tokens, std::size_t token);
 
     ScriptSources sources_;
     std::size_t work_ = 0;
@@ -65,6 +76,9 @@ class ScriptCheck {
     std::unique_ptr<Names> names_;
     std::unique_ptr<Program> program_;
     std::unordered_map<const Function*, std::string> functionNames_;
+    // Where the lines of the text that was asked about last end.
+    const std::string* lineText_ = nullptr;
+    std::vector<std::size_t> lineEnds_;
     CheckedScript checked_;
 };
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "ScriptLexer.hpp"
+#include "ScriptMends.hpp"
 #include "ScriptPreprocessor.hpp"
 #include "ScriptVM.hpp"
 
@@ -106,7 +107,7 @@ struct Function;
 struct CallSite {
     const Builtin* builtin = nullptr;
     Function* user = nullptr;
-    const HostFunction* host = nullptr;
+    HostTarget host;
     const std::string* name = nullptr;  // as the script spells it, one of Names
     std::size_t count = 0;
 };
@@ -144,7 +145,8 @@ struct Function {
     std::vector<Instr> code;
     std::vector<ScriptValue> constants;
     std::vector<std::string> errors;
-    std::vector<std::size_t> errorTokens;  // where each of them breaks off
+    std::vector<std::size_t> errorTokens;                    // where each of them breaks off
+    std::vector<std::pair<std::size_t, ScriptMend>> mended;  // tokens that were
     std::vector<CallSite> sites;
     std::vector<SwitchTable> switches;
     std::vector<Maybe> maybes;
@@ -207,6 +209,6 @@ struct Program {
 // Compiles a function in place. What is no valid statement becomes an instruction that throws
 // where a walk over the tokens would meet it; compiling itself never fails. Calls are resolved by
 // `host`, which may be null. Gives the tokens that it passed, about.
-std::size_t compile(Function& function, const ScriptHost* host);
+std::size_t compile(Function& function, ScriptHost* host, bool asWritten);
 
 }  // namespace port::script

@@ -29,16 +29,16 @@ constexpr bool makesValue(Op op) {
 
 }  // namespace
 
-// A name that is used ahead of its declaration shows only once the declaration has come: then the
-// function is compiled again.
-std::size_t compile(Function& function, const ScriptHost* host) {
-    Compiler first(function, host, {});
+// A name that is used ahead of its declaration shows only once the declaration has come, and so
+// does a step behind an operand that waits: then the function is compiled again.
+std::size_t compile(Function& function, ScriptHost* host, bool asWritten) {
+    Compiler first(function, host, asWritten, {});
     first.run();
     std::size_t work = first.work();
-    const std::vector<std::int32_t> maybes = first.maybes();
-    if (!maybes.empty()) {
+    const Compiler::Known known{first.maybes(), first.stepsLocals()};
+    if (!known.maybes.empty() || known.stepsLocals) {
         function.forget();
-        Compiler second(function, host, maybes);
+        Compiler second(function, host, asWritten, known);
         second.run();
         work += second.work();
     }

@@ -27,9 +27,15 @@ struct SyntaxError : std::runtime_error {
 
 class Compiler {
   public:
-    // `maybes` are the names that run() of an earlier attempt gave.
-    Compiler(Function& function, const ScriptHost* host, std::vector<std::int32_t> maybes)
-        : maybeNames_(std::move(maybes)),
+    // What an earlier attempt has shown of the function.
+    struct Known {
+        std::vector<std::int32_t> maybes;  // see maybes()
+        bool stepsLocals = false;          // see stepsLocals()
+    };
+    Compiler(Function& function, ScriptHost* host, bool asWritten, Known known)
+        : maybeNames_(std::move(known.maybes)),
+          copiesOperands_(known.stepsLocals),
+          asWritten_(asWritten),
           fn_(function),
           program_(*function.program),
           tokens_(program_.tokens.list),
@@ -41,6 +47,9 @@ class Compiler {
     // Declared names that are used where they need not be declared yet: without these the code is
     // wrong.
     [[nodiscard]] std::vector<std::int32_t> maybes() const;
+    // Whether an expression steps a declared name: where it does, a register that another operand
+    // waits in is not safe from it.
+    [[nodiscard]] bool stepsLocals() const { return stepsLocals_; }
 
   private:
     // Where an expression has left its value.
@@ -126,6 +135,11 @@ class Compiler {
     }
     void breakOff(const Mark& from, const std::string& message);
     [[noreturn]] void tooLarge();
+    // Whether what stands here is mended; it is noted if so.
+    bool mends(ScriptMend mend) {
+        if (!asWritten_) fn_.mended.emplace_back(pos_, mend);
+        return !asWritten_;
+    }
     // Moves over a part without leaving code for it.
     template <typename Part>
     void skip(Part part) {
@@ -179,6 +193,7 @@ class Compiler {
     void leaveStatement();
     void returnStatement();
     void simpleStatement();
+    void simplePart(bool declared);
     void dropped();
     void switchStatement();
     Labels scanLabels(std::uint16_t key, std::int32_t counter);
@@ -207,18 +222,23 @@ class Compiler {
     Operand unary();
     Operand primary();
     Operand name();
+    [[nodiscard]] bool atStep() const;
+    Operand stepped(std::int32_t name);
     Operand call(std::string_view name);
 
     std::vector<std::int32_t> maybeNames_;  // sorted
+    bool copiesOperands_ = false;
+    bool asWritten_ = false;
     Function& fn_;
     Program& program_;
     const std::vector<Tok>& tokens_;
-    const ScriptHost* host_;
+    ScriptHost* host_;
     std::size_t pos_ = 0;
     int nesting_ = 0;
     std::int32_t counters_ = 0;
     std::int32_t lastLabel_ = 0;
     bool exhausted_ = false;
+    bool stepsLocals_ = false;
     std::size_t scanned_ = 0;
     std::size_t errorBytes_ = 0;
     std::vector<std::int32_t> open_;  // forward jumps that have not landed

@@ -99,6 +99,7 @@ Compiler::Operand Compiler::expression(int least) {
         if (op == Word::AndAnd || op == Word::OrOr) {
             left = logical(op, binding, left);
         } else {
+            left = copiesOperands_ ? inTemporary(left) : left;
             inRegister(left);
             const Operand right = expression(binding + 1);
             left = binary(op, left, right);
@@ -219,26 +220,57 @@ Compiler::Operand Compiler::name() {
     if (name.word == Word::True || name.word == Word::False) {
         return {Operand::Kind::Constant, constant(name.word == Word::True)};
     }
-    return load(program_.names.id(name.s));
+    const std::int32_t id = program_.names.id(name.s);
+    return atStep() && mends(ScriptMend::Step) ? stepped(id) : load(id);
+}
+
+// A "++" or "--" behind a name, and not in front of another operand.
+bool Compiler::atStep() const {
+    if (!at(Word::Increment) && !at(Word::Decrement)) return false;
+    const Tok& next = token(1);
+    return (next.k == TK::Sym || next.k == TK::End) && !next.is(Word::LeftParen);
+}
+
+// The value before the step.
+Compiler::Operand Compiler::stepped(std::int32_t name) {
+    const Word op = at(Word::Increment) ? Word::Add : Word::Sub;
+    ++pos_;
+    stepsLocals_ = stepsLocals_ || sureLocal(name) != nullptr;
+    const Operand before = inTemporary(load(name));
+    update(name, op, number(1.0), false);
+    return before;
 }
 
 // The arguments stand one behind the other, each in a register of its own.
 Compiler::Operand Compiler::call(std::string_view name) {
     const auto base = static_cast<std::uint16_t>(top_);
-    std::size_t count = 0;
+    const std::int32_t begin = here();
+    std::vector<ScriptValue> constants;  // the arguments; those that are none are empty
     if (!at(Word::RightParen)) {
         do {
-            if (count == kMaxArguments) throw SyntaxError("too many arguments");
-            inTemporary(expression(0));
-            ++count;
+            if (constants.size() == kMaxArguments) throw SyntaxError("too many arguments");
+            const Operand argument = expression(0);
+            const bool known = argument.kind == Operand::Kind::Constant;
+            constants.push_back(known ? fn_.constants[argument.index] : ScriptValue());
+            inTemporary(argument);
         } while (accept(Word::Comma));
     }
     need(Word::RightParen, ")");
+    const std::size_t count = constants.size();
     const std::string folded = lower(name);
     const Builtin* const builtin = findBuiltin(folded, count);
     Function* const user = program_.find(folded);
-    const HostFunction* const host =
-        user != nullptr || host_ == nullptr ? nullptr : host_->findHostFunction(folded);
+    HostTarget host;
+    if (user == nullptr && host_ != nullptr) host.function = host_->findHostFunction(folded);
+    if (builtin == nullptr && host.function != nullptr) {
+        ScriptValue always = host_->resolveCall(host, constants);
+        if (always.index() != 0) {
+            // Nothing but the constants has been loaded since.
+            fn_.code.resize(static_cast<std::size_t>(begin));
+            top_ = base;
+            return {Operand::Kind::Constant, constant(std::move(always))};
+        }
+    }
     const Op op = builtin != nullptr ? Op::CallBuiltin
                   : user != nullptr  ? Op::CallUser
                                      : Op::CallHost;

@@ -55,7 +55,7 @@ void ScriptLibrary::pay(const PreprocessorState& state, const PreprocessorState&
 
 std::size_t ScriptLibrary::compile(Function& function) {
     if (full()) throw std::runtime_error(kFull);
-    const std::size_t work = script::compile(function, host_);
+    const std::size_t work = script::compile(function, host_, sources_.asWritten);
     kept_ += function.code.size() * sizeof(Instr) + function.sites.size() * sizeof(CallSite) +
              function.constants.size() * sizeof(ScriptValue);
     return work / kCompiledPerStep;

@@ -89,6 +89,38 @@ std::vector<std::size_t> matchingParens(std::string_view line) {
     return match;
 }
 
+// The text of a directive without its comments; one that its line does not close stays.
+std::string withoutComments(std::string_view text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size();) {
+        std::size_t end = i + 1;
+        if (opensConstant(text[i])) {
+            end = behindConstant(text, i);
+        } else if (text.substr(i, 2) == "//") {
+            break;
+        } else if (text.substr(i, 2) == "/*") {
+            end = text.find("*/", i + 2);
+            if (end == text.npos) return out.append(text.substr(i));
+            out += ' ';
+            i = end + 2;
+            continue;
+        }
+        out += text.substr(i, end - i);
+        i = end;
+    }
+    return out;
+}
+
+// The quoted path that an include begins with if a comment follows it, else all as it stands.
+std::string_view withoutComment(std::string_view include) {
+    if (!include.starts_with('"') && !include.starts_with('<')) return include;
+    const std::size_t end = include.find(include.front() == '<' ? '>' : '"', 1);
+    if (end == include.npos) return include;
+    const std::string_view behind = trimmed(include.substr(end + 1));
+    const bool comment = behind.starts_with("//") || behind.starts_with("/*");
+    return comment ? include.substr(0, end + 1) : include;
+}
+
 // The arguments between two parentheses, cut at the commas outside inner ones, each trimmed.
 std::vector<std::string_view> splitArguments(std::string_view inside) {
     std::vector<std::string_view> arguments;
@@ -219,12 +251,25 @@ class Preprocessor {
             define(rest);
         } else if (active && (name == "include" || name == "import")) {
             bringIn(place, name, rest);
+        } else if (active && name == "undef" && mends(ScriptMend::Undefine)) {
+            undefine(leadingName(rest));
         } else if (active) {
             report("preprocessor:" + name);
         }
     }
 
-    void define(std::string_view rest) {
+    // Whether a line to which the mend applies is mended; it is noted if so.
+    bool mends(ScriptMend mend) {
+        if (!sources_.asWritten && state_.origins != nullptr) {
+            state_.origins->mended.emplace_back(mend, origin_);
+        }
+        return !sources_.asWritten;
+    }
+
+    void define(std::string_view text) {
+        const std::string plain = withoutComments(text);
+        const bool mended = plain != text && mends(ScriptMend::MacroComment);
+        const std::string_view rest = mended ? trimmed(plain) : text;
         const std::string name(leadingName(rest));
         if (name.empty()) return;
         const std::string_view behind = rest.substr(name.size());
@@ -243,6 +288,17 @@ class Preprocessor {
         }
         macro.body = trimmed(behind.substr(close + 1));
         set(state_.funcMacros, name, std::move(macro));
+    }
+
+    void undefine(std::string_view name) {
+        const auto erase = [&](auto& map) {
+            const auto known = map.find(name);
+            if (known == map.end()) return;
+            map.erase(known);
+            ++state_.version;
+        };
+        erase(state_.macros);
+        erase(state_.funcMacros);
     }
 
     static std::size_t closingParen(std::string_view text) {
@@ -264,27 +320,29 @@ class Preprocessor {
     }
 
     void bringIn(const Place& place, const std::string& name, std::string_view raw) {
+        const std::string_view path = withoutComment(raw);
+        if (path.size() < raw.size() && mends(ScriptMend::IncludeComment)) raw = path;
         if (raw.size() > 1 && ((raw.front() == '"' && raw.back() == '"') ||
                                (raw.front() == '<' && raw.back() == '>'))) {
             raw = raw.substr(1, raw.size() - 2);
         }
         consume(kIncludeWeight);
-        fs::path path;
-        if (!sources_.paths.safeScriptPath(place.file, raw, path)) {
+        fs::path file;
+        if (!sources_.paths.safeScriptPath(place.file, raw, file)) {
             return report("unsafe-" + name + ":" + std::string(raw));
         }
-        if (!sources_.paths.exists(path)) {
+        if (!sources_.paths.exists(file)) {
             const fs::path unique = sources_.paths.scriptUniqueBasename(raw);
-            if (!unique.empty()) path = unique;
+            if (!unique.empty()) file = unique;
         }
         if (name == "import") {
-            if (!state_.imported.insert(PathEncoding::utf8(path)).second) return;
+            if (!state_.imported.insert(PathEncoding::utf8(file)).second) return;
             ++state_.version;
         }
         // A missing file says nothing here: what it would have supplied is reported where it is
         // called.
-        if (const std::string* text = sources_.text(path))
-            includeText(path, *text, place.depth + 1);
+        if (const std::string* text = sources_.text(file))
+            includeText(file, *text, place.depth + 1);
     }
 
     // Real include graphs are so dense that walking one without memory takes millions of visits. A

@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "ScriptMends.hpp"
 #include "ScriptPaths.hpp"
 
 namespace port::script {
@@ -35,14 +36,16 @@ struct FunctionMacro {
 using Macros = TextMap<std::string>;
 using FunctionMacros = TextMap<FunctionMacro>;
 
-// The script files below one root, each read once.
+// The script files below one root, each read once, and how they are taken.
 class ScriptSources {
   public:
-    explicit ScriptSources(std::filesystem::path root) : paths(std::move(root)) {}
+    explicit ScriptSources(std::filesystem::path root, bool takeAsWritten = false)
+        : paths(std::move(root)), asWritten(takeAsWritten) {}
     // The bytes of a file; null if it cannot be read. The answer never expires.
     const std::string* text(const std::filesystem::path& path);
 
     ScriptPaths paths;
+    const bool asWritten;
 
   private:
     struct Source {
@@ -52,7 +55,7 @@ class ScriptSources {
     std::unordered_map<std::string, Source> sourceCache_;
 };
 
-// Where each line of an expanded text stood.
+// Where each line of an expanded text stood, and which directives were mended.
 struct LineOrigins {
     struct Line {
         std::uint32_t file = 0;  // among `files`
@@ -60,6 +63,7 @@ struct LineOrigins {
     };
     std::vector<std::filesystem::path> files;  // in the order of reading; one may come again
     std::vector<Line> lines;
+    std::vector<std::pair<ScriptMend, Line>> mended;
 };
 
 // What spans all files of a run.

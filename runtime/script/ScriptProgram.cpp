@@ -58,6 +58,8 @@ void Function::forget() {
     code.clear();
     constants.clear();
     errors.clear();
+    errorTokens.clear();
+    mended.clear();
     sites.clear();
     switches.clear();
     maybes.clear();

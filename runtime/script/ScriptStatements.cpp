@@ -262,9 +262,18 @@ void Compiler::returnStatement() {
     accept(Word::Semicolon);
 }
 
-// A declaration, an assignment, a step or an expression whose value is dropped.
+// One part, or several declarations in turn.
 void Compiler::simpleStatement() {
     const bool declared = token().k == TK::Id && accept(Word::TypeName);
+    simplePart(declared);
+    while (declared && at(Word::Comma) && mends(ScriptMend::Declarators)) {
+        ++pos_;
+        simplePart(true);
+    }
+}
+
+// A declaration, an assignment, a step or an expression whose value is dropped.
+void Compiler::simplePart(bool declared) {
     const Tok name = token();
     pass(name);
     const Word next = token(1).k == TK::Sym ? token(1).word : Word::None;
@@ -296,6 +305,7 @@ void Compiler::switchStatement() {
     const std::int32_t counter = beginLoop();
     ++pos_;
     Operand key = condition();
+    if (copiesOperands_) key = inTemporary(key);
     need(Word::LeftBrace, "{");
     const std::uint16_t place = inRegister(key);
     const std::int32_t begin =

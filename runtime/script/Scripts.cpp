@@ -31,8 +31,8 @@ void setText(ScriptValue& value, const char* text) {
 }  // namespace
 
 void Scripts::open(const std::filesystem::path& portRoot, const std::filesystem::path& dataRoot,
-                   ScriptHost* host) {
-    machine_.setRoot(dataRoot);
+                   ScriptHost* host, bool asWritten) {
+    machine_.setRoot(dataRoot, asWritten);
     machine_.setHost(host);
     known_.clear();
     complained_.clear();

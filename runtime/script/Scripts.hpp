@@ -24,9 +24,9 @@ namespace port {
 class Scripts {
   public:
     // Scripts are looked for under `dataRoot`; the log is `portRoot`/logs/script-vm.log. The host
-    // is not owned.
+    // is not owned. `asWritten` is ScriptVM::setRoot's.
     void open(const std::filesystem::path& portRoot, const std::filesystem::path& dataRoot,
-              ScriptHost* host);
+              ScriptHost* host, bool asWritten = false);
 
     [[nodiscard]] ScriptVM& machine() { return machine_; }
     [[nodiscard]] const ScriptVM& machine() const { return machine_; }

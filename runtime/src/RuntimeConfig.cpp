@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <limits>
 #include <locale>
 #include <optional>
@@ -109,6 +108,8 @@ constexpr auto kSettings = std::to_array<RuntimeSetting>({
     setting("compatibility", "openbor_palette_index0_transparency",
             &Config::openborPaletteIndex0Transparency),
     setting("compatibility", "preserve_source_alpha", &Config::preserveSourceAlpha),
+
+    setting("reading", "as_written", &Config::asWritten),
 });
 
 // The saved file's order, which is not the table's: input comes before audio.
@@ -155,6 +156,11 @@ void writeConfig(std::ostream& out, const RuntimeConfig& config) {
         out << '\n';
     }
     out << kEffectsSection;
+    // Follows from how the port was made, so that most files say nothing of it.
+    if (config.asWritten) {
+        out << '\n';
+        writeRuntimeSection(out, config, "reading");
+    }
 }
 
 struct Preset {
@@ -230,7 +236,7 @@ void readRuntimeConfig(std::istream& in, RuntimeConfig& config) {
 
 RuntimeConfig loadRuntimeConfig(const std::filesystem::path& iniPath) {
     RuntimeConfig config;
-    std::ifstream in(iniPath, std::ios::binary);
+    std::istringstream in(readSmallText(iniPath).value_or(""));
     readRuntimeConfig(in, config);
     return config;
 }

@@ -15,7 +15,8 @@ static_assert(std::is_same_v<std::variant_alternative_t<1, ScriptValue>, double>
 static_assert(std::is_same_v<std::variant_alternative_t<4, ScriptValue>, std::uintptr_t>);
 
 struct ScriptVM::Machine {
-    Machine(const std::filesystem::path& root, ScriptHost* host) : library(root, host) {}
+    Machine(const std::filesystem::path& root, ScriptHost* host, bool asWritten)
+        : library(root, host, asWritten) {}
 
     script::ScriptLibrary library;
     std::vector<std::unique_ptr<script::Exec>> execs;  // one for each run that is under way
@@ -23,24 +24,27 @@ struct ScriptVM::Machine {
 };
 
 ScriptVM::ScriptVM()
-    : steps_(script::kLoadingSteps), machine_(std::make_unique<Machine>(root_, host_)) {}
+    : steps_(script::kLoadingSteps),
+      machine_(std::make_unique<Machine>(root_, host_, asWritten_)) {}
 ScriptVM::~ScriptVM() = default;
 
-void ScriptVM::setRoot(const std::filesystem::path& root) {
+void ScriptVM::setRoot(const std::filesystem::path& root, bool asWritten) {
     root_ = root;
-    machine_ = std::make_unique<Machine>(root_, host_);
+    asWritten_ = asWritten;
+    machine_ = std::make_unique<Machine>(root_, host_, asWritten_);
 }
 
 void ScriptVM::setHost(ScriptHost* host) {
     host_ = host;
-    machine_ = std::make_unique<Machine>(root_, host_);
+    machine_ = std::make_unique<Machine>(root_, host_, asWritten_);
 }
 
 ScriptValue ScriptHost::callScriptFunction(std::string_view name, std::span<const ScriptValue> args,
                                            ScriptContext& context, UnansweredNames& unsupported) {
     ScriptValue result;
-    const HostFunction* const function = findHostFunction(script::lower(name));
-    if (function != nullptr && callHostFunction(*function, args, context, unsupported, result)) {
+    const HostTarget target{findHostFunction(script::lower(name))};
+    if (target.function != nullptr &&
+        callHostFunction(target, args, context, unsupported, result)) {
         return result;
     }
     unsupported.add(name);

@@ -23,7 +23,7 @@ TEST(AnimationCommandAudit, KnowsVerifiedArguments) {
 // The verdict on the first "@cmd" of a model file.
 class AnimationCommandAuditTest : public testing::Test {
   protected:
-    std::string verdict(const std::string& model, CompatStatus expected) {
+    std::string verdict(const std::string& model, CompatStatus expected, bool asWritten = false) {
         const test::TempFolder folder;
         folder.write("data/models.txt", "");
         folder.write("data/good.c", "void dash(int a, int b){ setlocalvar(\"x\", a); }");
@@ -35,7 +35,7 @@ class AnimationCommandAuditTest : public testing::Test {
         ScriptScanner scanner(game, project);
         AnimationCommandAuditor auditor(scanner);
         const SourceFile source{"data/m.txt", "data/m.txt"};
-        const TextFile file(model);
+        const TextFile file(model, asWritten);
         for (std::size_t i = 0; i < file.lines().size(); ++i) {
             if (file.lines()[i].key != "@cmd") continue;
             const AnimationCommandAudit record =
@@ -54,6 +54,13 @@ class AnimationCommandAuditTest : public testing::Test {
 constexpr const char* kVerified = "verified ScriptVM call, bound to the following frame";
 constexpr const char* kOutside =
     "helper/API or arguments outside the verified subset; runtime executes and logs any failure";
+
+TEST_F(AnimationCommandAuditTest, JudgesAWholeCallByItsPartsUnlessTakenToTheLetter) {
+    const std::string model = "anim a\n@cmd setglobalvar(\"x, y\", 1);\nframe a";
+    EXPECT_EQ(supported(model), std::string("setglobalvar \"x, y\" 1; ") + kVerified);
+    EXPECT_EQ(verdict(model, CompatStatus::kPartial, true),
+              "setglobalvar(\"x, y\", 1);; invalid function name");
+}
 
 TEST_F(AnimationCommandAuditTest, JudgesCallsWithoutAHelper) {
     EXPECT_EQ(supported("anim a\n@cmd setglobalvar \"x\" 1\nframe a"),

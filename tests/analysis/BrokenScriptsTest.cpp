@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "TempFolder.hpp"
+#include "analysis/MendedLines.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "analysis/ScriptCheckReport.hpp"
 
@@ -63,6 +64,42 @@ TEST(BrokenScripts, TellPlaceTokenAndWhoComesThere) {
               "    data/a.txt:4 onspawnscript\n");
     EXPECT_TRUE(analysis.scriptCheck.files.contains("data/lib.c"));
     EXPECT_FALSE(analysis.scriptCheck.files.contains("data/unused.c"));
+}
+
+// The lines that scripts need mended, the command's own among them, and the one that stays broken.
+TEST(BrokenScripts, MendedLinesAreToldAndAPrefixStepStaysAnError) {
+    const test::TempFolder folder;
+    folder.write("data/models.txt", "load A a.txt\n");
+    folder.write("data/a.txt",
+                 "animationscript moves.c\nanim idle\nbbox.size.x 1\n@cmd f(1)\n@script\n"
+                 "#define X 1 // x\nint a, b;\n@end_script\nframe a\n");
+    folder.write("data/moves.c", "#undef X\nint f(int i){\n while (i--) g();\n return (++i);\n}\n");
+    const auto check = [&](bool asWritten) {
+        const ProjectScan project = scanProject(folder.path());
+        GameReader game(project.dataDir, project.root, project.entries, asWritten);
+        const ProjectAnalysis analysis = analyzeProject(project, game);
+        writeScriptCheck(analysis.scriptCheck, folder.path() / "check.txt");
+        writeMendedLines(game, folder.path() / kMendedLinesName);
+        return analysis.commandStatus.at("bbox.size.x");
+    };
+    EXPECT_EQ(check(false), CompatStatus::kSupported);
+    const std::string list = folder.read(kMendedLinesName);
+    EXPECT_EQ(list.substr(list.find("\n\ndata/a.txt")),
+              "\n\ndata/a.txt:3 field of a box\n"
+              "data/a.txt:4 whole call\n"
+              "data/a.txt:5 comment behind a macro\n"
+              "data/a.txt:5 list of declarations\n"
+              "\n"
+              "data/moves.c:1 macro that goes\n"
+              "data/moves.c:3 step inside an expression\n"
+              "data/moves.c:4 function of the engine\n");
+    EXPECT_NE(
+        folder.read("check.txt")
+            .find("data/moves.c:4 `f` breaks off at `++`: unexpected token ++; write the step"),
+        std::string::npos);
+    EXPECT_EQ(check(true), CompatStatus::kUnknown);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / kMendedLinesName));
+    EXPECT_EQ(folder.read("check.txt").find("write the step"), std::string::npos);
 }
 
 }  // namespace

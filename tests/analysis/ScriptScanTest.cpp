@@ -19,9 +19,9 @@ class ScriptScanTest : public testing::Test {
     void write(const std::string& file, const std::string& text) {
         folder_.write("data/" + file, text);
     }
-    void start(std::uint64_t walkSteps = kWalkSteps) {
+    void start(std::uint64_t walkSteps = kWalkSteps, bool asWritten = false) {
         project_ = scanProject(folder_.path());
-        game_.emplace(project_.dataDir, project_.root);
+        game_.emplace(project_.dataDir, project_.root, std::span<const TreeEntry>(), asWritten);
         scanner_.emplace(*game_, project_, walkSteps);
     }
     Names scan(const std::string& file) {
@@ -56,6 +56,20 @@ TEST_F(ScriptScanTest, ReportsCallsThatNothingServes) {
     };
     EXPECT_EQ(inlined("fromlib(); a();"), (Names{"fromlib", "a"}));
     EXPECT_EQ(inlined("#import \"LIB.H\"\nfromlib(); a();"), (Names{"a", "deeper"}));
+}
+
+TEST_F(ScriptScanTest, FunctionsOfTheEngineAreFindingsOnlyToTheLetter) {
+    write("a.c",
+          "#include \"b.c\"\nint f(){\n return (1);\n}\nvoid g(){ round(1); gone(TypeOf(2)); }");
+    write("b.c", "void round(int a){ trunc(a); }");
+    start();
+    const ScriptReport mended = scanner_->scanScriptSource(project_.dataDir / "a.c");
+    EXPECT_EQ(mended.names, (Names{"gone"}));
+    EXPECT_EQ(mended.mendedLines, (std::vector<std::uint64_t>{3, 5})) << "round is its own";
+    start(kWalkSteps, true);
+    const ScriptReport asWritten = scanner_->scanScriptSource(project_.dataDir / "a.c");
+    EXPECT_EQ(asWritten.names, (Names{"return", "gone", "typeof", "trunc"}));
+    EXPECT_TRUE(asWritten.mendedLines.empty());
 }
 
 TEST_F(ScriptScanTest, TellsWhatOnlyCommentsAndTextsCall) {

@@ -11,9 +11,9 @@ namespace {
 
 using A = AnimationDef;
 
-// The frames of an animation with these lines.
+// The frames of an animation with these lines, which are taken to the letter.
 std::vector<FrameDef> frames(const std::string& lines) {
-    return parseModel(TextFile("anim a\n" + lines), "m").animations.at(0).frames;
+    return parseModel(TextFile("anim a\n" + lines, true), "m").animations.at(0).frames;
 }
 
 // The frame that follows these lines.
@@ -22,7 +22,7 @@ FrameDef frame(const std::string& lines) {
 }
 
 A animation(const std::string& lines) {
-    return parseModel(TextFile("anim a\n" + lines), "m").animations.at(0);
+    return parseModel(TextFile("anim a\n" + lines, true), "m").animations.at(0);
 }
 
 // "x,y,w,h damage/type force,penetration,noflash,pause,depth", in brackets without a box to hit.

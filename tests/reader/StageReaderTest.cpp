@@ -12,7 +12,7 @@ using Strings = std::vector<std::string>;
 using Shape = std::array<float, 9>;
 
 StageDef parse(std::string text) {
-    return parseStage(TextFile(std::move(text)), LevelSetDef{});
+    return parseStage(TextFile(std::move(text), true), LevelSetDef{});
 }
 
 // "kind value/group @at", the time only where the event has one.

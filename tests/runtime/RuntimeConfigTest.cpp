@@ -164,6 +164,18 @@ TEST(RuntimeConfig, SavesWhatItLoads) {
                                      "debug", "compatibility"}));
 }
 
+TEST(RuntimeConfig, SavesHowTheGameIsReadOnlyWhereThatIsAsWritten) {
+    const TempFolder folder;
+    const auto file = folder.write("graphics.ini", "[reading]\nas_written=true\n");
+    const RuntimeConfig config = loadRuntimeConfig(file);
+    EXPECT_TRUE(config.asWritten);
+    ASSERT_TRUE(saveRuntimeConfig(file, config));
+    EXPECT_TRUE(folder.read("graphics.ini").ends_with("\n\n[reading]\nas_written=true\n"));
+    EXPECT_EQ(loadRuntimeConfig(file), config);
+    ASSERT_TRUE(saveRuntimeConfig(file, {}));
+    EXPECT_EQ(folder.read("graphics.ini").find("reading"), std::string::npos);
+}
+
 TEST(RuntimeConfig, AFailedSaveSaysSoAndLeavesNothingBehind) {
     const TempFolder folder;
     EXPECT_FALSE(saveRuntimeConfig(folder.path() / "missing" / "graphics.ini", {}));

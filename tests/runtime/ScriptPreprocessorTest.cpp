@@ -10,9 +10,9 @@ namespace port::script {
 namespace {
 
 struct PreprocessorTest : testing::Test {
-    // The expanded text without its empty lines, a line break as '|'.
+    // The expanded text, taken as it is written, without its empty lines, a line break as '|'.
     std::string expand(std::string_view source, PreprocessorState state = {}) {
-        ScriptSources sources(folder.path());
+        ScriptSources sources(folder.path(), true);
         const auto file = folder.path() / "scripts" / "main.c";
         state.imported.insert(PathEncoding::utf8(file));
         const std::string text = preprocessScript(sources, file, source, state);

@@ -11,7 +11,8 @@ namespace port::script {
 
 class ProgramMaker {
   public:
-    explicit ProgramMaker(std::function<unsigned()> choice) : choice_(std::move(choice)) {}
+    ProgramMaker(std::function<unsigned()> choice, bool mends)
+        : choice_(std::move(choice)), mends_(mends) {}
 
     // The body of a function and, behind its end, the functions f and g.
     std::string program() {
@@ -30,6 +31,13 @@ class ProgramMaker {
     }
     const char* name() { return oneOf({"a", "b", "c", "x", "y", "A"}); }
 
+    // A name that may be stepped, also while another operand waits in it.
+    std::string stepped() {
+        const std::string text = name();
+        const std::string behind = oneOf({"", "", "++", "--"});
+        return below(4) ? text + behind : "(" + text + " - " + text + behind + ")";
+    }
+
     std::string value(int depth) {
         const std::size_t kind = depth == 0 ? below(4) : below(14);
         const auto inner = [&] { return value(depth - 1); };
@@ -39,7 +47,7 @@ class ProgramMaker {
                               "\"long enough to live elsewhere\"", "array(2)", "\"}\""});
             case 1:
             case 2:
-                return name();
+                return mends_ ? stepped() : name();
             case 3:
                 return oneOf({"isempty(x)", "getlocalvar(\"a\")", "getglobalvar(\"b\")", "note()",
                               "forget()", "rand()"});
@@ -82,6 +90,10 @@ class ProgramMaker {
                        oneOf({"=", "=", "=", "+=", "-=", "*=", "/=", "%=", "|=", "<<="}) + " " +
                        value(2) + ";";
             case 2:
+                if (mends_ && below(3) == 0) {
+                    return "int " + std::string(name()) + ", " + name() + " = " + value(2) + ", " +
+                           name() + ";";
+                }
                 return std::string(below(4) ? "" : "float ") + name() +
                        oneOf({"++;", "--;", ";", " += 1;"});
             case 3:
@@ -119,11 +131,12 @@ class ProgramMaker {
     }
 
     std::function<unsigned()> choice_;
+    bool mends_;  // what a script that is taken as written breaks off at, too
 };
 
 // `choice()` yields any number; the same numbers make the same program.
-inline std::string madeProgram(std::function<unsigned()> choice) {
-    return ProgramMaker(std::move(choice)).program();
+inline std::string madeProgram(std::function<unsigned()> choice, bool mends = false) {
+    return ProgramMaker(std::move(choice), mends).program();
 }
 
 }  // namespace port::script

@@ -1,7 +1,8 @@
 #pragma once
 
 // The language once more, as a walk over the tokens that parses and acts at the same time: slow and
-// literal, and nothing of it is shared with the compiler or the stack machine. Both must agree.
+// literal, and nothing of it is shared with the compiler or the stack machine. Both must agree, on
+// scripts that are mended and on those that are taken as they are written.
 
 #include <algorithm>
 #include <cmath>
@@ -32,8 +33,9 @@ class Referee {
     struct Undecided {};
 
     Referee(const std::vector<Tok>& tokens, ScriptHost& host, ScriptContext& context,
-            ScriptVariables& globals, UnansweredNames& unsupported)
+            ScriptVariables& globals, UnansweredNames& unsupported, bool asWritten)
         : tokens_(tokens),
+          asWritten_(asWritten),
           host_(host),
           context_(context),
           globals_(globals),
@@ -295,6 +297,11 @@ class Referee {
     void simple(bool exec) {
         const bool declared = token().k == TK::Id && isTypeName(token().s);
         if (declared) ++pos_;
+        part(exec, declared);
+        while (declared && !asWritten_ && accept(",")) part(exec, true);
+    }
+
+    void part(bool exec, bool declared) {
         const std::string name(token().s);
         const std::string op(token(1).k == TK::Sym ? token(1).s : "");
         static const std::vector<std::string> kAssignments = {
@@ -451,9 +458,23 @@ class Referee {
         if (first.k == TK::Id && accept("(")) return called(exec, std::string(first.s));
         const std::string folded = lower(first.s);
         if (first.k == TK::Id && (folded == "true" || folded == "false")) return folded == "true";
-        if (first.k == TK::Id) return get(std::string(first.s));
+        if (first.k == TK::Id) return stepped(exec, std::string(first.s));
         --pos_;
         throw std::runtime_error("unexpected token " + std::string(first.s));
+    }
+
+    // The value of a name, which a "++" or "--" behind it steps, unless that stands in front of
+    // another operand.
+    ScriptValue stepped(bool exec, const std::string& name) {
+        const ScriptValue before = get(name);
+        const bool steps = symbol("++") || symbol("--");
+        const bool operand = token(1).k == TK::Id || token(1).k == TK::Num ||
+                             token(1).k == TK::Str || symbol("(", 1);
+        if (asWritten_ || !steps || operand) return before;
+        const double by = accept("++") ? 1.0 : -1.0;
+        if (by < 0) need("--");
+        if (exec) store(name, num(before) + by, false);
+        return before;
     }
 
     ScriptValue called(bool exec, const std::string& name) {
@@ -475,6 +496,7 @@ class Referee {
     }
 
     const std::vector<Tok>& tokens_;
+    bool asWritten_;
     ScriptHost& host_;
     ScriptContext& context_;
     ScriptVariables& globals_;
@@ -568,9 +590,9 @@ inline Outcome byMachine(ScriptVM& vm, referee::Witness& host, const std::string
     return outcome;
 }
 
-inline Outcome byReferee(const std::string& text) {
+inline Outcome byReferee(const std::string& text, bool asWritten) {
     const std::string frame = "__tindrel_animation_frame";
-    ScriptSources sources("/nonexistent");
+    ScriptSources sources("/nonexistent", asWritten);
     PreprocessorState state;
     const Tokens tokens = lex(preprocessScript(
         sources, "/nonexistent/frame.c", "\nvoid " + frame + "(){\n" + text + "\n}\n", state));
@@ -580,7 +602,7 @@ inline Outcome byReferee(const std::string& text) {
         host, globals, [&](ScriptContext& context, UnansweredNames& unsupported) -> std::string {
             unsupported = UnansweredNames(
                 std::make_shared<const std::vector<std::string>>(state.unsupported));
-            Referee referee(tokens.list, host, context, globals, unsupported);
+            Referee referee(tokens.list, host, context, globals, unsupported, asWritten);
             try {
                 if (!referee.call(frame, {})) return "generated animation function not found";
             } catch (const std::exception& error) {

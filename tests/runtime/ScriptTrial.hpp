@@ -80,11 +80,13 @@ struct ScriptCase {
     const char* error = "";
 };
 
-// Runs each row in a trial of its own. A row that defines main itself is a whole script.
+// Runs each row in a trial of its own, to the letter. A row that defines main itself is a whole
+// script.
 inline void expectScripts(std::span<const ScriptCase> rows) {
     for (const ScriptCase& row : rows) {
         SCOPED_TRACE(row.text);
         Trial trial;
+        trial.vm.setRoot(trial.folder.path(), true);
         const bool whole = std::string_view(row.text).find("main(") != std::string_view::npos;
         const ScriptRunResult result = whole ? trial.script(row.text) : trial.body(row.text);
         EXPECT_EQ(trial.host.said, row.said);
