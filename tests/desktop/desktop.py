@@ -30,6 +30,7 @@ class Display:
             pass_fds=[theirs], stderr=subprocess.DEVNULL)
         os.close(theirs)
         if not select.select([ours], [], [], LONGEST_WAIT)[0]:
+            self._server.kill()
             raise Failure("Xvfb does not start")
         with os.fdopen(ours) as pipe:
             self.name = ":" + pipe.readline().strip()
@@ -103,7 +104,11 @@ class Game:
         self._log = open(os.path.join(self.folder, "output.log"), "ab")
         self._process = subprocess.Popen([os.path.join(self.folder, "OpenBOR-Port")],
                                          env=self._environment, stdout=self._log, stderr=self._log)
-        self.wait_for("the window", self._focus)
+        try:
+            self.wait_for("the window", self._focus)
+        except Failure:
+            self.__exit__()
+            raise
         return self
 
     def __exit__(self, *_):
@@ -130,12 +135,12 @@ class Game:
     def press(self, key):
         self._xdotool("key", key)
 
-    def press_until(self, key, what, seen):
-        """Presses as often as it takes, each time after a good while without an effect."""
+    def press_until(self, key, what, seen, patience=10):
+        """Presses, and again where that has had no effect for so many seconds."""
         end = time.monotonic() + LONGEST_WAIT
         while time.monotonic() < end:
             self.press(key)
-            if self._comes(seen, 1.5):
+            if self._comes(seen, patience):
                 return
         self._fail(what)
 

@@ -126,7 +126,8 @@ class Player:
         self.controls.go_to(4)
         game.press_until("Return", "the question for a key",
                          lambda: game.places(SELECTED, 14, 218, 200, 12))
-        game.press_until("k", "the new key", lambda: game.setting("key_attack") == "75")
+        game.press_until("k", "the new key", lambda: game.setting("key_attack") == "75",
+                         patience=1)
         game.press_until("Escape", "the main menu", lambda: self.main.selected() is not None)
 
     def choose_character(self):
@@ -143,7 +144,7 @@ class Player:
 
     def begin(self):
         """Leaves the menus, and all pictures and scenes before play."""
-        self.game.press_until("Return", "play", self.plays)
+        self.game.press_until("Return", "play", self.plays, patience=1)
 
     # In play.
 
@@ -167,9 +168,12 @@ class Player:
         energy, landed = self.energy_of_enemies(), time.monotonic()
         end = landed + LONGEST_FIGHT
         sides = itertools.cycle(("Left", "Right"))
+        # Two blows need a pass between them without the key, and a busy machine makes few passes.
+        pauses = itertools.cycle((0.1, 0.2, 0.4))
         game.hold("Right")
         while self.enemies() > 0:
             game.press("k")
+            time.sleep(next(pauses))
             game.look()
             now = time.monotonic()
             game.expect("the end of the first wave", now < end)
