@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "reader/AnimationDef.hpp"
+#include "reader/ModelDef.hpp"
 
 namespace tindrel {
 

@@ -1,6 +1,7 @@
 #include "generator/StageTables.hpp"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,25 @@ std::vector<StageInstructionDef> inSequence(const StageDef& stage) {
     return rows;
 }
 
+void appendShape(std::string& out, const std::array<float, 9>& shape) {
+    out += '{';
+    appendList(out, shape, [&](float value) { appendShapeFloat(out, value); });
+    out += '}';
+}
+
+// appendRow(out, record, prefix) for each record: the names of its arrays begin with `prefix`.
+#define RECORD(Row, Record)                                         \
+    void appendRow(std::string& out, const Record& record,          \
+                   [[maybe_unused]] std::string_view prefix = {}) { \
+        StageRow row(out, ",");
+#define FIELD(type, name, value) row.fields(record.name);
+#define SHAPE(name) row.nested([&] { appendShape(out, record.name); });
+#define LIST(element, name, count, array) row.listed(prefix, #array, record.name.size());
+#define END_RECORD \
+    row.close();   \
+    }
+#include "reader/Stages.def"
+
 // The arrays of one stage, named by its index.
 class StageWriter {
   public:
@@ -31,75 +51,20 @@ class StageWriter {
 
     void writeArrays() {
         writePanels();
-        writeArray(
-            "Layer", "layers", stage_.layers,
-            R"({"","",0.5f,0.5f,0,0,0,0,0,0,0,0,0,0,0,0,0.0f,0.0f},)", [&](const LayerDef& l) {
-                StageRow(text_, ",")
-                    .fields(l.kind, l.path, l.xRatio, l.zRatio, l.xOffset, l.zOffset, l.xSpacing,
-                            l.zSpacing, l.xRepeat, l.zRepeat, l.zOrder, l.transparency, l.alpha,
-                            l.waterMode, l.amplitude, l.wavelength, l.waveSpeed, l.bgSpeedRatio)
-                    .close();
-            });
-        writeArray(
-            "Spawn", "spawns", stage_.spawns,
-            R"({-1,"","","","","",0,0,0,0,0,-1,0,0,false,false,false},)", [&](const SpawnDef& s) {
-                StageRow(text_, ",")
-                    .fields(s.id, s.model, s.alias, s.item, s.map, s.spawnScript, s.x, s.z, s.a,
-                            s.y, s.at, s.health, s.score, s.spawnType, s.boss, s.flip, s.hasAt)
-                    .close();
-            });
-        writeArray("Geometry", "geometry", stage_.geometry, R"({"",0,0,0,0,0,0},)",
-                   [&](const GeometryDef& g) {
-                       std::string shape = "{";
-                       appendList(shape, g.shape,
-                                  [&](float value) { appendShapeFloat(shape, value); });
-                       shape += '}';
-                       StageRow(text_, ",")
-                           .fields(g.kind, g.x, g.z, g.w, g.h, g.depth, g.altitude, g.openborShape,
-                                   Verbatim{shape})
-                           .close();
-                   });
-        writeArray("StageEvent", "events", stage_.events, R"({-1,"",0,0,0,false,""},)",
-                   [&](const StageEventDef& e) {
-                       StageRow(text_, ",")
-                           .fields(e.id, e.kind, e.at, e.value, e.group, e.hasAt, e.text)
-                           .close();
-                   });
-        writeArray("StageInstruction", "instructions", inSequence(stage_), "{-1,-1,-1},",
-                   [&](const StageInstructionDef& i) {
-                       StageRow(text_, ",").fields(i.sequence, i.kind, i.refId).close();
-                   });
+        writeArray("Layer", "layers", stage_.layers,
+                   R"({"","",0.5f,0.5f,0,0,0,0,0,0,0,0,0,0,0,0,0.0f,0.0f},)");
+        writeArray("Spawn", "spawns", stage_.spawns,
+                   R"({-1,"","","","","",0,0,0,0,0,-1,0,0,false,false,false},)");
+        writeArray("Geometry", "geometry", stage_.geometry, R"({"",0,0,0,0,0,0},)");
+        writeArray("StageEvent", "events", stage_.events, R"({-1,"",0,0,0,false,""},)");
+        writeArray("StageInstruction", "instructions", inSequence(stage_), "{-1,-1,-1},");
         writeScene("scene", stage_.sceneAnimations);
         writeScene("post_scene", stage_.postSceneAnimations);
     }
 
     void writeRow() {
-        const StageDef& s = stage_;
-        const std::string panels = prefix_ + "panels", layers = prefix_ + "layers";
-        const std::string spawns = prefix_ + "spawns", geometry = prefix_ + "geometry";
-        const std::string events = prefix_ + "events", instructions = prefix_ + "instructions";
-        const std::string scene = prefix_ + "scene", postScene = prefix_ + "post_scene";
         text_ = "  ";
-        StageRow(text_, ",")
-            .fields(s.sourceFile, s.setName, s.direction, s.typeName, s.background, s.music,
-                    s.musicLoop, s.endLevel, s.order, s.setOrder, s.lives, s.credits, s.canSave,
-                    s.skipSelect, s.completeBg, s.noShare, s.ifComplete, s.cameraType,
-                    s.scrollSpeed, s.campaignEnd, s.zMin, s.zMax, s.backgroundHeight,
-                    s.playerStartX, s.playerStartZ, s.playerStartA, s.player1SpawnDefined,
-                    Verbatim{panels}, s.panels.size(), Verbatim{layers}, s.layers.size(),
-                    Verbatim{spawns}, s.spawns.size(), Verbatim{geometry}, s.geometry.size(),
-                    Verbatim{events}, s.events.size(), Verbatim{instructions},
-                    s.instructions.size(), s.branchName, s.nextStage, s.branchStage, s.levelScript,
-                    s.bossMusic, s.bossMusicOffset, s.waterPath, s.waterWarp, s.rockMode,
-                    s.preSceneFile, s.sceneMusic, s.sceneMusicLoop, Verbatim{scene},
-                    s.sceneAnimations.size(), s.postSceneMusic, s.postSceneMusicLoop,
-                    Verbatim{postScene}, s.postSceneAnimations.size(), s.chapter, s.player2StartX,
-                    s.player2StartZ, s.player2StartA, s.player3StartX, s.player3StartZ,
-                    s.player3StartA, s.player4StartX, s.player4StartZ, s.player4StartA,
-                    s.player2SpawnDefined, s.player3SpawnDefined, s.player4SpawnDefined,
-                    s.setWeapon, s.cameraOffsetX, s.cameraOffsetY, s.stageLightX, s.stageLightY,
-                    s.shadowColor, s.shadowAlpha, s.setTime, s.noSlow, s.noTime)
-            .close();
+        appendRow(text_, stage_, prefix_);
         text_ += ",\n";
         out_ << text_;
     }
@@ -114,23 +79,17 @@ class StageWriter {
     }
 
     void writeScene(std::string_view name, const std::vector<CutsceneAnimationDef>& animations) {
-        writeArray("CutsceneAnimation", name, animations, R"({"",0,0,0,0,180,0,"",false,false},)",
-                   [&](const CutsceneAnimationDef& a) {
-                       StageRow(text_, ",")
-                           .fields(a.path, a.x, a.y, a.skip, a.noSkip, a.durationTicks,
-                                   a.sceneIndex, a.musicBefore, a.musicLoop, a.silenceBefore)
-                           .close();
-                   });
+        writeArray("CutsceneAnimation", name, animations, R"({"",0,0,0,0,180,0,"",false,false},)");
     }
 
-    template <class List, class Append>
+    template <class List>
     void writeArray(std::string_view type, std::string_view name, const List& list,
-                    std::string_view placeholder, Append appendRow) {
+                    std::string_view placeholder) {
         out_ << "static const " << type << ' ' << prefix_ << name << "[] = {\n";
         if (list.empty()) out_ << "  " << placeholder << '\n';
         for (const auto& element : list) {
             text_ = "  ";
-            appendRow(element);
+            appendRow(text_, element);
             text_ += ",\n";
             out_ << text_;
         }

@@ -97,12 +97,17 @@ class Row {
         return *this;
     }
 
-    // The members of one field, in a row of their own.
-    template <class... T>
-    Row& nested(std::string_view separator, const T&... values) {
+    // One field, written by `append()`.
+    template <class Append>
+    Row& nested(Append append) {
         separate();
-        Row(out_, separator).fields(values...).close();
+        append();
         return *this;
+    }
+
+    // An array, by its name, and its length.
+    Row& listed(std::string_view prefix, std::string_view name, std::size_t count) {
+        return nested([&] { out_.append(prefix).append(name); }).fields(count);
     }
 
     void close() { out_ += '}'; }
