@@ -11,11 +11,20 @@
 #include <string>
 #include <string_view>
 
+#include "Host.hpp"
 #include "ScriptLimits.hpp"
 #include "ScriptVM.hpp"
 #ifdef TINDREL_BENCH_LUA
 #include <lua.hpp>
 #endif
+
+// The tables of the smallest game.
+namespace generated {
+const Character kCharacters[] = {{}};
+const std::size_t kCharacterCount = 0;
+const Stage kStages[] = {{}};
+const std::size_t kStageCount = 0;
+}  // namespace generated
 
 namespace {
 
@@ -28,21 +37,52 @@ struct Adder : port::ScriptHost {
     const port::HostFunction* findHostFunction(std::string_view name) const override {
         return name == "plus" ? reinterpret_cast<const port::HostFunction*>(this) : nullptr;
     }
-    bool callHostFunction(const port::HostFunction&, std::span<const ScriptValue> args,
+    bool callHostFunction(const port::HostTarget&, std::span<const ScriptValue> args,
                           ScriptContext&, port::UnansweredNames&, ScriptValue& result) override {
         result = std::get<double>(args[0]) + std::get<double>(args[1]);
         return true;
     }
 };
 
+// The host of a game: player 1 alone in the world.
+struct Game {
+    port::World world;
+    port::PlayerDrive drive = port::PlayerDrive::Nobody;
+    port::TickInput input;
+    port::RuntimeConfig config;
+    port::Scripts scripts;
+    port::Events events;
+    port::AudioSystem audio;
+    port::SoundEffects effects;
+    port::SpriteCache sprites;
+    port::ScriptPictures pictures;
+    port::Renderer renderer;
+    std::filesystem::path root;
+    port::Host host{{.world = world,
+                     .drive = drive,
+                     .input = input,
+                     .config = config,
+                     .scripts = scripts,
+                     .events = events,
+                     .audio = audio,
+                     .effects = effects,
+                     .sprites = sprites,
+                     .pictures = pictures,
+                     .renderer = renderer,
+                     .root = root,
+                     .dataRoot = root,
+                     .isPlaying = [] { return true; }}};
+
+    Game() { world.player1.handle = port::kPlayer1Handle; }
+};
+
 // A hook as a game has it: one file that runs again and again.
-void runScript(benchmark::State& state, const char* text) {
+void runScript(benchmark::State& state, const char* text, port::ScriptHost& host) {
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
     const auto folder =
         std::filesystem::temp_directory_path() / ("tindrel-bench-" + std::to_string(now));
     std::filesystem::create_directories(folder);
     std::ofstream(folder / "hook.c") << text;
-    Adder host;
     ScriptVM vm;
     vm.setRoot(folder);
     vm.setHost(&host);
@@ -53,6 +93,11 @@ void runScript(benchmark::State& state, const char* text) {
         if (!result.ok || !result.unsupported.empty()) state.SkipWithError(result.error.c_str());
     }
     std::filesystem::remove_all(folder);
+}
+
+void runScript(benchmark::State& state, const char* text) {
+    Adder host;
+    runScript(state, text, host);
 }
 
 void emptyHook(benchmark::State& state) {
@@ -89,6 +134,27 @@ void hostCallsScript(benchmark::State& state) {
               " s = plus(s, i); i = i + 1; } }");
 }
 BENCHMARK(hostCallsScript);
+
+// What games ask most, of their own actor. In Lua the property is a field behind a function.
+void propertiesScript(benchmark::State& state) {
+    Game game;
+    runScript(state,
+              "void main() { float s = 0; int i = 0; while (i < 10000) {"
+              " s = s + getentityproperty(1, \"health\") + getentityproperty(1, \"direction\");"
+              " i = i + 1; } }",
+              game.host);
+}
+BENCHMARK(propertiesScript);
+
+void constantsScript(benchmark::State& state) {
+    Game game;
+    runScript(state,
+              "void main() { float s = 0; int i = 0; while (i < 10000) {"
+              " s = s + openborconstant(\"FLAG_ATTACK\") + openborvariant(\"elapsed_time\");"
+              " i = i + 1; } }",
+              game.host);
+}
+BENCHMARK(constantsScript);
 
 void recursionScript(benchmark::State& state) {
     runScript(state,
@@ -133,10 +199,25 @@ int plus(lua_State* lua) {
     return 1;
 }
 
+// The field of a table that C keeps.
+int property(lua_State* lua) {
+    lua_rawgeti(lua, LUA_REGISTRYINDEX, luaL_checkinteger(lua, 1) + LUA_RIDX_LAST);
+    lua_pushvalue(lua, 2);
+    lua_rawget(lua, -2);
+    return 1;
+}
+
 void runLua(benchmark::State& state, const char* text) {
     lua_State* lua = luaL_newstate();
     luaL_openlibs(lua);
     lua_register(lua, "plus", plus);
+    lua_register(lua, "property", property);
+    lua_createtable(lua, 0, 2);
+    for (const char* key : {"health", "direction"}) {
+        lua_pushnumber(lua, 100);
+        lua_setfield(lua, -2, key);
+    }
+    lua_rawseti(lua, LUA_REGISTRYINDEX, LUA_RIDX_LAST + 1);
     if (luaL_dostring(lua, text) != LUA_OK) state.SkipWithError(lua_tostring(lua, -1));
     for (auto _ : state) {
         lua_getglobal(lua, "main");
@@ -165,6 +246,13 @@ void hostCallsLua(benchmark::State& state) {
            " s = plus(s, i) i = i + 1 end end");
 }
 BENCHMARK(hostCallsLua);
+
+void propertiesLua(benchmark::State& state) {
+    runLua(state,
+           "function main() local s = 0.0 local i = 0.0 while i < 10000 do"
+           " s = s + property(1, 'health') + property(1, 'direction') i = i + 1 end end");
+}
+BENCHMARK(propertiesLua);
 
 void recursionLua(benchmark::State& state) {
     runLua(state,

@@ -27,6 +27,8 @@ cmake --build "$build" --config Release --parallel "$(getconf _NPROCESSORS_ONLN)
 [ -f "$build/openbor-port" ] || fail "openbor-port nao foi encontrado apos a compilacao."
 
 cp -- "$build/openbor-port" "$dist/OpenBOR-Port"
+cmake -DPROGRAM="$dist/OpenBOR-Port" -DFOLDER="$dist/lib" -P "$runtime/PortableLibraries.cmake" ||
+    fail "As bibliotecas nao puderam ser empacotadas."
 cp -RH -- "$root/assets" "$root/config" "$dist/"
 [ ! -d "$root/saves" ] || cp -RH -- "$root/saves" "$dist/"
 

@@ -26,9 +26,15 @@ case "$1" in
     if [ ! -e "$here/no-executable" ]; then
         echo '#!/bin/sh' > "$2/openbor-port"
         echo 'echo "ran $*" > started; exit 3' >> "$2/openbor-port"
+        if [ -e "$here/program" ]; then /bin/cat "$here/program" > "$2/openbor-port"; fi
         /bin/chmod 755 "$2/openbor-port"
     fi
     if [ -e "$here/gone-after-build" ]; then /bin/rm "$0"; fi
+    ;;
+-DPROGRAM=*)
+    if [ -e "$here/fail-libraries" ]; then exit 7; fi
+    folder="${2#-DFOLDER=}"
+    if [ -x "${1#-DPROGRAM=}" ]; then /bin/mkdir "$folder" && echo elf > "$folder/libone.so.1"; fi
     ;;
 -E)
     if [ -e "$here/fail-zip" ]; then exit 7; fi
@@ -55,8 +61,9 @@ class FakeTools {
     }
 
     // "fail-configure", "fail-ninja", "fail-build", "no-executable", "gone-after-build",
-    // "fail-zip".
+    // "fail-libraries", "fail-zip". What is written as "program" becomes the port that is built.
     void set(std::string_view flag) const { folder_.write(flag, ""); }
+    void unset(std::string_view flag) const { removeProgram(flag); }
 
     // The arguments of every call, one line each.
     [[nodiscard]] std::string log() const { return folder_.read("log"); }

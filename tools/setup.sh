@@ -26,9 +26,10 @@ need_packages() {
         apt-get -qq install -y --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# What it takes to build the builder and a port; with ccache the next port takes seconds.
-build_packages=(g++ cmake ninja-build ccache libgif-dev libpng-dev libsndfile1-dev libsdl2-dev
-    libsdl2-ttf-dev libfontconfig-dev libopenal-dev)
+# What it takes to build a port; with ccache the next one takes seconds. The builder's package
+# recommends the same.
+mapfile -t port_packages <"$(dirname "${BASH_SOURCE[0]}")/port-packages.txt"
+build_packages=("${port_packages[@]}" nlohmann-json3-dev)
 # What the builder itself calls to unpack archives.
 archive_packages=(unzip libarchive-tools p7zip-full)
 # What the checks need beyond that.

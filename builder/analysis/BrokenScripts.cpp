@@ -112,6 +112,7 @@ class Checkup {
     using Place = std::tuple<std::string, std::uint64_t, std::string, std::string, std::string>;
     using CommandLines = std::map<std::string, std::vector<ScriptCaller>>;
     using NameSet = std::unordered_set<std::string_view>;
+    using Commands = std::unordered_map<std::string, port::script::CheckedFunction>;
 
     void addHook(std::string_view path, std::string_view keyword, std::string_view file) {
         if (!path.empty()) units_[std::string(path)].hooks.push_back({keyword, std::string(file)});
@@ -168,7 +169,8 @@ class Checkup {
                 }
             }
         }
-        for (const ModelDef* const model : unit.models) checkCommands(*model);
+        Commands known;
+        for (const ModelDef* const model : unit.models) checkCommands(*model, known);
     }
 
     // What is wrong with a script rather than with a place in it. A bracket left open shows at the
@@ -226,21 +228,24 @@ class Checkup {
         return lines;
     }
 
-    // The frames' own texts behind the script that was checked last.
-    void checkCommands(const ModelDef& model) {
+    // The frames' own texts behind the script that was checked last. Models that share it repeat
+    // each other's commands, so what is `known` of a text serves all of them.
+    void checkCommands(const ModelDef& model, Commands& known) {
         std::unordered_map<std::string, std::vector<OwnLine>> ownLines;
         for (const AnimationDef& animation : model.animations) {
-            std::unordered_set<std::string_view> known;
+            std::unordered_set<std::string_view> counted;
             for (const FrameDef& frame : animation.frames) {
                 if (animation.inlineScript.empty() && frame.animationCommand.empty()) continue;
-                if (!known.insert(frame.animationCommand).second) continue;
+                if (!counted.insert(frame.animationCommand).second) continue;
                 if (check_.work() > kMaxWork) {
                     ++result_.unchecked;
                     continue;
                 }
                 ++result_.commands;
                 const std::string text = composed(animation, frame);
-                const port::script::CheckedFunction function = check_.command(text);
+                const auto [entry, isNew] = known.try_emplace(text);
+                if (isNew) entry->second = check_.command(text);
+                const port::script::CheckedFunction& function = entry->second;
                 if (function.breaks.empty() && function.mended.empty()) continue;
                 if (ownLines.empty()) ownLines = readOwnLines(model);
                 for (const port::script::ScriptBreak& found : function.breaks) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <numeric>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -15,12 +16,14 @@
 #include "analysis/AssetFinder.hpp"
 #include "analysis/HtmlGallery.hpp"
 #include "analysis/HtmlPage.hpp"
+#include "analysis/HtmlPlaytest.hpp"
 #include "analysis/HtmlScripts.hpp"
 #include "analysis/HtmlStyle.hpp"
 #include "analysis/HtmlText.hpp"
 #include "analysis/MendedLines.hpp"
 #include "analysis/MissingFiles.hpp"
 #include "analysis/OccurrenceRefiner.hpp"
+#include "analysis/PlaytestFile.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/OutputFile.hpp"
 #include "reader/ModelReader.hpp"
@@ -73,6 +76,8 @@ class HtmlReport {
           out_(reportsFolder / "index.html"),
           page_(out_, project, links_) {
         if (project.hasData) missing_ = findMissingFiles(game, assets_, analysis);
+        std::string unread;  // whoever gave the report was told
+        played_ = readPlaytest(reportsFolder / kPlaytestName, unread);
         for (const MissingGroup& group : missing_) missingTotal_ += group.total;
         collectObstacles();
         for (const SourceFile& file : analysis.files) {
@@ -94,6 +99,7 @@ class HtmlReport {
         writeNavigation();
         out_ << "<main id=\"main\">\n";
         writeHero(name);
+        if (played_) writePlaytestSection(page_, *played_);
         HtmlScripts scripts(page_, project_, analysis_, game_);
         scripts.writeConsequences();
         writeObstacles();
@@ -205,6 +211,7 @@ class HtmlReport {
             out_ << "<li><a href=\"#" << id << "\">" << title << "<b>" << groupDigits(count)
                  << "</b></a></li>\n";
         };
+        if (played_) entry("play", "Played stages", played_->played.size());
         entry("commands", "In the way", obstacles_.size());
         if (!busyFiles_.empty()) entry("files", "Files to open", busyFiles_.size());
         if (unloadedFiles_ > 0) entry("unloaded", "Never loaded", unloadedFiles_);
@@ -494,6 +501,7 @@ class HtmlReport {
     DataLinks links_;
     OutputFile out_;
     HtmlPage page_;
+    std::optional<PlayedGame> played_;
     std::vector<MissingGroup> missing_;
     std::uint64_t missingTotal_ = 0, judged_ = 0, unloadedFiles_ = 0;
     // In files that the game loads, of which `judged_` counts, and in others.

@@ -52,7 +52,7 @@ struct HostName {
 // The game's functions, from the very table by which a port answers them: nothing is promised that
 // a port lacks.
 constexpr auto kHostNames = std::to_array<HostName>({
-#define HOST_FUNCTION(name, needs, function, screening) {#name, screening},
+#define HOST_FUNCTION(name, needs, function, screening, beforehand) {#name, screening},
 #include "host/HostFunctions.def"
 #undef HOST_FUNCTION
 });

@@ -10,12 +10,14 @@
 
 #include "analysis/ParityAudit.hpp"
 #include "analysis/ProjectAnalysis.hpp"
+#include "driver/CommandTable.hpp"
 #include "driver/ConsoleSummaries.hpp"
 #include "driver/DialogFlow.hpp"
 #include "driver/OutputNames.hpp"
 #include "driver/PortTest.hpp"
 #include "driver/ReportFolder.hpp"
 #include "driver/Version.hpp"
+#include "driver/Watch.hpp"
 #include "generator/PortTree.hpp"
 #include "generator/RepairPackage.hpp"
 #include "input/PreparedInput.hpp"
@@ -154,13 +156,38 @@ int runGameCommand(std::string_view command, const fs::path& input,
     return row->run({console, input, folder, prepared, scan, game, analysis});
 }
 
-// Takes every line of a game to the letter, also where its author plainly meant something else.
-constexpr std::string_view kAsWrittenSwitch = "--as-written";
+// The value of an option, which is taken out of the arguments; empty for one without a value.
+std::optional<std::string> takeOption(std::vector<std::string>& arguments, std::string_view name) {
+    const auto found = std::ranges::find_if(arguments, [&](const std::string& argument) {
+        return argument.starts_with(name) && (name.ends_with('=') || argument == name);
+    });
+    if (found == arguments.end()) return std::nullopt;
+    std::string value = found->substr(name.size());
+    arguments.erase(found);
+    return value;
+}
 
 int dispatch(std::vector<std::string> arguments, const Console& console) {
-    const bool asWritten = std::erase(arguments, kAsWrittenSwitch) > 0;
+    // Asked for, the help is no mistake; a game of that name is given as "./--help".
+    const auto asks = [&](std::string_view option) {
+        return std::find(arguments.begin() + 1, arguments.end(), option) != arguments.end();
+    };
+    if (asks("--help") || asks("-h")) {
+        printHelp(console.out);
+        return kSuccess;
+    }
+    if (asks("--version")) {
+        printVersion(console.out);
+        return kSuccess;
+    }
+    const bool asWritten = takeOption(arguments, "--as-written").has_value();
+    if (arguments.size() < 2) return printUsage(console.out);
+    const std::string command = arguments[1];
+    const bool starts = command == "watch" && takeOption(arguments, "--run");
+    std::optional<std::string> playtest;
+    if (command == "test") playtest = takeOption(arguments, "--playtest=");
+    const bool forWindows = command == "package" && takeOption(arguments, "--windows");
     if (arguments.size() < 3) return printUsage(console.out);
-    const std::string& command = arguments[1];
     const fs::path input = argumentPath(arguments[2]);
     std::optional<fs::path> folder;
     if (arguments.size() > 3) folder = argumentPath(arguments[3]);
@@ -174,9 +201,17 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
         console.err << "Erro: entrada nao encontrada: " << displayPath(input) << '\n';
         return kNoInput;
     }
-    if (command == "package") return packagePort(input, console);
+    if (command == "package") {
+        return packagePort(input, console, forWindows ? System::kWindows : kHostSystem);
+    }
+    if (command == "watch" && folder)
+        return watchGame({input, *folder, starts, asWritten}, console);
+    if (command == "watch") {
+        console.err << "Erro: uso: tindrel-builder watch <game> <port> [--run]\n";
+        return kUsage;
+    }
     if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
-        return testPort(input, asWritten, console);
+        return testPort(input, playtest ? argumentPath(*playtest) : fs::path(), asWritten, console);
     }
     PreparedInput prepared;
     try {

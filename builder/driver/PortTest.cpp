@@ -6,9 +6,16 @@
 #include <string>
 #include <string_view>
 
+#include "PathEncoding.hpp"
+#include "analysis/HtmlReport.hpp"
+#include "analysis/PlaytestFile.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ConsoleSummaries.hpp"
+#include "driver/OutputNames.hpp"
+#include "generator/PortFiles.hpp"
 #include "platform/ExitCodes.hpp"
+#include "platform/FileStatus.hpp"
+#include "reader/DataPaths.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 #include "toolchain/PortBuild.hpp"
@@ -48,14 +55,37 @@ void checkVideoConfig(const fs::path& port, const ProjectAnalysis& analysis, int
     ++failures;
 }
 
+bool takePlaytest(const fs::path& file, const fs::path& reports, const Console& console) {
+    std::string why;
+    if (!readPlaytest(file, why)) {
+        console.err << "Erro: relatorio de jogo invalido: " << displayPath(file) << ": " << why
+                    << '\n';
+        return false;
+    }
+    createDirectories(reports);
+    const fs::path copy = reports / kPlaytestName;
+    if (const std::error_code error = replaceWithCopy(file, copy)) {
+        throw fs::filesystem_error("copy_file", file, copy, error);
+    }
+    return true;
+}
+
 }  // namespace
 
-int testPort(const fs::path& port, bool asWritten, const Console& console) {
+int testPort(const fs::path& port, const fs::path& playtest, bool asWritten,
+             const Console& console) {
+    const fs::path reports = port / "reports";
+    if (!playtest.empty() && !takePlaytest(playtest, reports, console)) return kNoInput;
     const ProjectScan scan = scanProject(port);
     printScanSummary(console.out, scan);
     GameReader game(scan.dataDir, scan.root, scan.entries, asWritten);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     printCompatibilitySummary(console.out, analysis);
+    if (!playtest.empty()) {
+        writeHtmlReport(scan, analysis, game, reports, PageLinks::kPortAssets,
+                        PathEncoding::utf8(nameSelection(scan.root).name));
+        console.out << "Wrote " << displayPath(reports / "index.html") << '\n';
+    }
 
     int failures = 0;
     for (const std::string_view path : kRequired) checkExists(port, failures, path, console);

@@ -1,5 +1,6 @@
 #include "generator/PortFiles.hpp"
 
+#include "platform/FileReplace.hpp"
 #include "platform/OutputFile.hpp"
 
 namespace tindrel {
@@ -15,6 +16,16 @@ void removeEntry(const fs::path& path) {
     fs::remove(path, error);
 }
 
+// By size and time of change, which a copy takes over.
+bool isUnchangedCopy(const fs::path& source, const fs::path& copy) {
+    std::error_code noSource, noCopy;
+    const bool isSameAge =
+        fs::last_write_time(source, noSource) == fs::last_write_time(copy, noCopy);
+    if (!isSameAge || noSource || noCopy) return false;
+    const bool isSameSize = fs::file_size(source, noSource) == fs::file_size(copy, noCopy);
+    return isSameSize && !noSource && !noCopy;
+}
+
 }  // namespace
 
 void writeTextFile(const fs::path& path, std::string_view text) {
@@ -25,15 +36,23 @@ void writeTextFile(const fs::path& path, std::string_view text) {
 
 std::error_code replaceWithCopy(const fs::path& source, const fs::path& target) {
     std::error_code error;
-    const fs::file_status before = fs::symlink_status(target, error);
-    if (fs::exists(before)) {
-        if (!fs::is_symlink(before) && fs::equivalent(source, target, error)) return {};
+    copyNewFile(source, target, error);
+    std::error_code ignored;
+    if (error) {
+        const fs::file_status before = fs::symlink_status(target, ignored);
+        if (!fs::exists(before)) return error;
+        if (!fs::is_symlink(before) &&
+            (isUnchangedCopy(source, target) || fs::equivalent(source, target, ignored))) {
+            return {};
+        }
         // Writing into what is there could write through a link, or into the game by a hard link.
         removeEntry(target);
+        copyNewFile(source, target, error);
+        if (error) return error;
     }
-    fs::copy_file(source, target, error);
-    if (error) removeEntry(target);
-    return error;
+    const fs::file_time_type changed = fs::last_write_time(source, ignored);
+    if (!ignored) fs::last_write_time(target, changed, ignored);
+    return {};
 }
 
 std::error_code makeFolder(const fs::path& target) {

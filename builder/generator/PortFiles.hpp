@@ -12,8 +12,8 @@ namespace tindrel {
 void writeTextFile(const std::filesystem::path& path, std::string_view text);
 
 // Puts a copy of the regular file `source` in place of whatever file or link stands at `target`,
-// whose folder exists. On failure there is no file at `target`. A target that is the source itself
-// stays as it is.
+// whose folder exists. On failure there is no file at `target`. A target that is the source itself,
+// or an earlier copy of it as it is now, stays untouched.
 [[nodiscard]] std::error_code replaceWithCopy(const std::filesystem::path& source,
                                               const std::filesystem::path& target);
 

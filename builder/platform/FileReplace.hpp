@@ -11,6 +11,11 @@ namespace tindrel {
 void copyFileOver(const std::filesystem::path& from, const std::filesystem::path& to,
                   std::error_code& error);
 
+// Copies a regular file with its permissions to where nothing stands, as shared blocks where the file
+// system has them. Fails with file_exists otherwise; a failure leaves nothing behind.
+void copyNewFile(const std::filesystem::path& from, const std::filesystem::path& to,
+                 std::error_code& error);
+
 // Removes what stands at `path` with everything in it; of a link only the link. Absence is fine.
 void removeAll(const std::filesystem::path& path, std::error_code& error);
 

@@ -18,6 +18,11 @@ void copyFileOver(const fs::path& from, const fs::path& to, std::error_code& err
     if (CopyFileW(from.c_str(), to.c_str(), FALSE) == 0) error = lastError();
 }
 
+void copyNewFile(const fs::path& from, const fs::path& to, std::error_code& error) {
+    error.clear();
+    if (CopyFileW(from.c_str(), to.c_str(), TRUE) == 0) error = lastError();
+}
+
 // Nor does every one know a junction, and then removes what it points at.
 void removeAll(const fs::path& path, std::error_code& error) {
     const DWORD attributes = GetFileAttributesW(path.c_str());

@@ -2,10 +2,12 @@
 
 // A text file that the builder writes: platform line ends, large buffer. A file that cannot be
 // opened swallows its text, as a report must never end a run; a full or read-only disk does end
-// it, so that nothing half-written is reported as done.
+// it, so that nothing half-written is reported as done. A file that holds the text already is left
+// untouched, so that nothing is compiled again for it.
 
 #include <charconv>
 #include <concepts>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -16,7 +18,8 @@ namespace tindrel {
 
 class OutputFile {
   public:
-    // Truncates. Throws filesystem_error ("open") for a full or read-only disk only.
+    // Replaces what the file holds. Throws filesystem_error ("open") for a full or read-only disk
+    // only.
     explicit OutputFile(const std::filesystem::path& path);
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
@@ -42,10 +45,14 @@ class OutputFile {
     };
 
     void flush();
+    [[nodiscard]] bool standsNext(std::string_view text);
 
     std::filesystem::path path_;
     std::unique_ptr<std::FILE, CloseFile> file_;
     std::string buffer_;
+    std::string before_;       // what the file holds in the place of the buffer
+    bool unchanged_ = false;   // so far the file holds the text already
+    std::uintmax_t size_ = 0;  // of the text that has left the buffer
 };
 
 }  // namespace tindrel

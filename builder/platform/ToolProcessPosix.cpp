@@ -12,7 +12,9 @@
 #include <mutex>
 #include <string_view>
 #include <thread>
+#include <utility>
 
+#include "platform/Companion.hpp"
 #include "platform/Interrupt.hpp"
 #include "platform/Process.hpp"
 #include "platform/ProcessPosix.hpp"
@@ -22,12 +24,15 @@ namespace tindrel {
 namespace {
 
 constexpr std::chrono::milliseconds kLongestPause{50};
+// For a game to save what it saves when its window is closed.
+constexpr std::chrono::seconds kFarewell{3};
 
 // The child that runs leads a process group of its own, so that it dies with all its helpers.
 struct Tool {
     std::mutex mutex;
     pid_t group = 0;  // 0 for none; never a process that was waited for, whose id may be reused
     int signal = SIGKILL;  // by which an interrupt ends it
+    pid_t companion = 0;   // the same, of one that shares our group
     bool stopped = false;
 };
 
@@ -142,6 +147,31 @@ void endTool() {
     const std::lock_guard lock(tool().mutex);
     tool().stopped = true;
     if (tool().group != 0) ::kill(-tool().group, tool().signal);
+    if (tool().companion != 0) ::kill(tool().companion, SIGTERM);
+}
+
+// In our own group it hears of the terminal's interrupts, too, and may read the terminal.
+bool startCompanion(const std::vector<std::string>& command) {
+    endCompanion();
+    startInterruptWatch();
+    const std::lock_guard lock(tool().mutex);
+    if (tool().stopped) return false;
+    const pid_t process = startProcess(command);
+    tool().companion = std::max(process, 0);
+    return process >= 0;
+}
+
+void endCompanion() {
+    const std::lock_guard lock(tool().mutex);
+    const pid_t process = std::exchange(tool().companion, 0);
+    if (process == 0) return;
+    ::kill(process, SIGTERM);
+    const auto last = std::chrono::steady_clock::now() + kFarewell;
+    while (!hasEnded(process, WNOHANG) && std::chrono::steady_clock::now() < last) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ::kill(process, SIGKILL);
+    static_cast<void>(waitForProcess(process));
 }
 
 }  // namespace tindrel

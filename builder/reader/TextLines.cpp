@@ -14,7 +14,7 @@ namespace {
 
 // Usual sizes, by which room is made beforehand.
 constexpr std::size_t kBytesPerLine = 18;
-constexpr std::size_t kBytesPerToken = 11;
+constexpr std::size_t kBytesPerToken = 9;
 
 constexpr std::string_view kBlockEnd = "@end_script";
 

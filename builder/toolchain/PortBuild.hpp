@@ -3,6 +3,7 @@
 // Compiling a port with CMake.
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,5 +34,10 @@ struct ExecutableNames {
 // An ExitCode: kSuccess, or one from kNoCmake to kExecutableNotCopied. Throws
 // ("create_directories", "exists", "absolute").
 [[nodiscard]] int buildPort(const std::filesystem::path& portFolder, const Console& console);
+
+// The same, but compiles only what has changed since the last time, where that can be. `replacing`
+// is called when the new executable is about to take the place of the old one.
+[[nodiscard]] int rebuildPort(const std::filesystem::path& portFolder, const Console& console,
+                              const std::function<void()>& replacing);
 
 }  // namespace tindrel

@@ -13,6 +13,7 @@
 #include "reader/DataPaths.hpp"
 #include "toolchain/CmakeSearch.hpp"
 #include "toolchain/PortBuild.hpp"
+#include "toolchain/WindowsBuild.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
@@ -130,7 +131,21 @@ void copyFolder(const fs::path& from, const fs::path& to, Progress& progress,
     }
 }
 
-int fillStage(const fs::path& port, const fs::path& stage, const Console& console) {
+// By the port's own rule, which its build script for a portable folder follows, too.
+int packLibraries(const fs::path& port, const fs::path& stage, const Console& console) {
+    const fs::path cmake = findCmake();
+    if (cmake.empty()) return kSuccess;  // the ZIP will say so
+    const fs::path executable = stage / executableNames(kHostSystem).finished;
+    const fs::path rule = port / "runtime" / "PortableLibraries.cmake";
+    const int code = runCommandEcho(
+        console, {programArgument(cmake), "-DPROGRAM=" + programArgument(executable),
+                  "-DFOLDER=" + programArgument(stage / "lib"), "-P", programArgument(rule)});
+    if (code == 0) return kSuccess;
+    console.err << "Erro empacotando lib: o CMake terminou com " << code << '\n';
+    return kFoldersNotPacked;
+}
+
+int fillStage(const fs::path& port, const fs::path& stage, const Console& console, System target) {
     std::error_code error;
     {
         Progress progress("Empacotando", 0);
@@ -146,13 +161,16 @@ int fillStage(const fs::path& port, const fs::path& stage, const Console& consol
         std::error_code ignored;
         copyFileOver(port / kReadme, stage / kReadme, ignored);
     }
-    const std::string_view executable = executableNames(kHostSystem).finished;
+    const std::string_view executable = executableNames(target).finished;
     copyFileOver(port / executable, stage / executable, error);
     if (error) {
         console.err << "Erro copiando executavel portatil: " << error.message() << '\n';
         return kExecutableNotPacked;
     }
-    for (const PackageText& text : packageTexts(kHostSystem)) {
+    if (target == System::kLinux) {
+        if (const int code = packLibraries(port, stage, console); code != kSuccess) return code;
+    }
+    for (const PackageText& text : packageTexts(target)) {
         OutputFile file(stage / text.name);
         file << text.content;
         file.close();
@@ -188,33 +206,35 @@ std::span<const PackageText> packageTexts(System system) {
     return kLinuxTexts;
 }
 
-PackagePaths packagePaths(const fs::path& portFolder) {
+PackagePaths packagePaths(const fs::path& portFolder, System target) {
     // A path that ends in a separator or a dot has no last name of its own.
     fs::path port = portFolder.lexically_normal();
     if (port.filename().empty()) port = port.parent_path();
     fs::path stage = port.parent_path() / port.filename();
     stage += "-Portable-";
-    stage += packagePlatform(kHostSystem);
+    stage += packagePlatform(target);
     fs::path zip = stage;
     zip += ".zip";
     return {port.parent_path(), std::move(stage), std::move(zip)};
 }
 
-int packagePort(const fs::path& portFolder, const Console& console) {
+int packagePort(const fs::path& portFolder, const Console& console, System target) {
     const fs::path port = tindrel::absolute(portFolder);
     if (!isDirectory(port / "assets" / "openbor-data") ||
         !tindrel::exists(port / "runtime" / "CMakeLists.txt")) {
         console.err << "Erro: a pasta nao parece ser um port gerado valido.\n";
         return kNoPort;
     }
-    if (const int code = buildPort(port, console); code != kSuccess) return code;
+    const auto build = target == kHostSystem ? buildPort : buildPortForWindows;
+    if (const int code = build(port, console); code != kSuccess) return code;
 
-    const PackagePaths paths = packagePaths(port);
+    const PackagePaths paths = packagePaths(port, target);
     std::error_code error;
     removeAll(paths.stage, error);
     if (error) throw fs::filesystem_error("remove_all", paths.stage, error);
     createDirectories(paths.stage);
-    if (const int code = fillStage(port, paths.stage, console); code != kSuccess) return code;
+    if (const int code = fillStage(port, paths.stage, console, target); code != kSuccess)
+        return code;
     if (const int code = makeZip(paths, console); code != kSuccess) return code;
     console.out << "PACKAGE SUCCESS: " << displayPath(paths.zip) << '\n';
     return kSuccess;

@@ -33,12 +33,15 @@ struct PackagePaths {
     std::filesystem::path zip;
 };
 
-[[nodiscard]] PackagePaths packagePaths(const std::filesystem::path& portFolder);
+[[nodiscard]] PackagePaths packagePaths(const std::filesystem::path& portFolder,
+                                        System target = kHostSystem);
 
-// Builds the port and gathers what a player needs into a folder and a ZIP beside it. The codes
+// Builds the port for the target, which another system than this can be if it is Windows, and
+// gathers what a player needs into a folder and a ZIP beside it. The codes
 // of buildPort, or an ExitCode from kNoPort to kNoZip. Throws ("absolute", "current_path(const
 // path&)", and the disk's own failures by name).
-[[nodiscard]] int packagePort(const std::filesystem::path& portFolder, const Console& console);
+[[nodiscard]] int packagePort(const std::filesystem::path& portFolder, const Console& console,
+                              System target = kHostSystem);
 
 // Prints "[PASS] <relative>" on `out`, or "[FAIL] missing <relative>" on `err` and adds 1 to
 // `failures`. Throws ("exists") for an error other than absence.

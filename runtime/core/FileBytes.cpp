@@ -21,6 +21,13 @@ std::optional<std::vector<std::uint8_t>> readFileBytes(const std::filesystem::pa
     return bytes;
 }
 
+std::optional<std::string> readSmallText(const std::filesystem::path& path) {
+    constexpr std::uintmax_t kMostBytes = std::uintmax_t{1} << 20U;
+    const auto bytes = readFileBytes(path, kMostBytes);
+    if (!bytes) return std::nullopt;
+    return std::string(bytes->begin(), bytes->end());
+}
+
 bool replaceFile(const std::filesystem::path& path, std::string_view text) {
     std::filesystem::path temporary = path;
     temporary += ".tmp";

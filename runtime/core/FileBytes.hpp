@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,10 @@ namespace port {
 // longer than it, so that the caller can tell.
 [[nodiscard]] std::optional<std::vector<std::uint8_t>> readFileBytes(
     const std::filesystem::path& path, std::uintmax_t limit);
+
+// A small text file: settings, a saved game, a few lines of a game for its menus. None when it
+// cannot be read. What lies beyond a megabyte is cut off: none of them has a hundredth of that.
+[[nodiscard]] std::optional<std::string> readSmallText(const std::filesystem::path& path);
 
 // Puts the text into the place of the file, whole or not at all: whoever reads it finds the old one
 // or the new one. False when it cannot be written; the old file then stands.

@@ -6,19 +6,36 @@ namespace port {
 
 const HostFunction* Host::findHostFunction(std::string_view loweredName) const {
     const HostFunction* const function = port::findHostFunction(loweredName);
-    const bool unknown = function != nullptr && function->mended && services_.config.asWritten;
+    const bool unknown = function && function->mended && services_.config.asWritten;
     return unknown ? nullptr : function;
 }
 
-bool Host::callHostFunction(const HostFunction& function, std::span<const ScriptValue> args,
+ScriptValue Host::resolveCall(HostTarget& target, std::span<const ScriptValue> constants) {
+    const HostFunction& function = *target.function;
+    if (!function.resolve || constants.size() < function.needs) return {};
+    ScriptContext nobody;
+    UnansweredNames unsaid;
+    Tick tick = this->tick();
+    HostCall call{tick, services_, nobody, function.name, constants, unsaid};
+    const ScriptValue always = function.resolve(call);
+    target.row = call.row;
+    return always;
+}
+
+bool Host::callHostFunction(const HostTarget& target, std::span<const ScriptValue> args,
                             ScriptContext& context, UnansweredNames& unsupported,
                             ScriptValue& result) {
+    const HostFunction& function = *target.function;
     if (args.size() < function.needs) return false;
-    Tick tick{services_.world,  services_.drive,   services_.input,
-              services_.config, services_.scripts, services_.events};
-    HostCall call{tick, services_, context, function.name, args, unsupported};
+    Tick tick = this->tick();
+    HostCall call{tick, services_, context, function.name, args, unsupported, target.row};
     result = function.run(call);
     return true;
+}
+
+Tick Host::tick() {
+    return {services_.world,  services_.drive,   services_.input,
+            services_.config, services_.scripts, services_.events};
 }
 
 }  // namespace port

@@ -12,11 +12,14 @@ class Host final : public ScriptHost {
     explicit Host(HostServices services) : services_(std::move(services)) {}
 
     [[nodiscard]] const HostFunction* findHostFunction(std::string_view loweredName) const override;
-    bool callHostFunction(const HostFunction& function, std::span<const ScriptValue> args,
+    ScriptValue resolveCall(HostTarget& target, std::span<const ScriptValue> constants) override;
+    bool callHostFunction(const HostTarget& target, std::span<const ScriptValue> args,
                           ScriptContext& context, UnansweredNames& unsupported,
                           ScriptValue& result) override;
 
   private:
+    Tick tick();
+
     HostServices services_;
 };
 

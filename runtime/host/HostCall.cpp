@@ -12,6 +12,9 @@
 namespace port {
 namespace {
 
+// Names nothing and nobody, also not the caller as 0 does.
+constexpr std::uintptr_t kNoHandle = UINTPTR_MAX;
+
 // A double in fixed notation has up to 309 digits before the point.
 constexpr std::size_t kLongestNumber = 352;
 
@@ -67,7 +70,7 @@ std::uintptr_t HostCall::handle(std::size_t index) const {
     const ScriptValue& given = value(index);
     if (const auto* handle = std::get_if<std::uintptr_t>(&given)) return *handle;
     const double number = script::num(given);
-    return number >= 1 && number <= UINT32_MAX ? static_cast<std::uintptr_t>(number) : 0;
+    return number >= 0 && number <= UINT32_MAX ? static_cast<std::uintptr_t>(number) : kNoHandle;
 }
 
 ActorHandle HostCall::caller() const {

@@ -49,6 +49,7 @@ struct HostCall {
     std::string_view name;  // of the function, in lower case
     std::span<const ScriptValue> args;
     UnansweredNames& unsupported;
+    std::size_t row = HostTarget::kNoRow;  // that a constant names, see namedRow()
 
     [[nodiscard]] World& world() const { return tick.world; }
     [[nodiscard]] std::size_t count() const { return args.size(); }
@@ -66,7 +67,7 @@ struct HostCall {
     // Whole numbers without a fraction, others with six digits of one; handles and arrays are
     // empty. What was made of a number lasts until the next one is.
     [[nodiscard]] const std::string& text(std::size_t index);
-    // 0 for what is none.
+    // 0 for what is none; a number that no handle can be names nothing.
     [[nodiscard]] std::uintptr_t handle(std::size_t index) const;
 
     // Whose script it is; 0 for a script of the stage or of the game.

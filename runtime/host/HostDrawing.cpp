@@ -312,10 +312,13 @@ ScriptValue setDrawMethod(HostCall& call) {
     return true;
 }
 
+ScriptValue known::drawKey(HostCall& call) {
+    return resolveRow(kDrawRows, &DrawRow::key, call, 1);
+}
+
 ScriptValue changeDrawMethod(HostCall& call) {
-    const FoldedKey key(call.text(1));
-    if (key == "reset") return resetDrawMethod(call);
-    const DrawRow* row = findRow(kDrawRows, &DrawRow::key, key);
+    const DrawRow* row = namedRow(kDrawRows, &DrawRow::key, call, 1);
+    if (!row && FoldedKey(call.text(1)) == "reset") return resetDrawMethod(call);
     if (!row) {
         call.tag("changedrawmethod-property:", call.text(1));
         return false;

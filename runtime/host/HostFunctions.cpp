@@ -5,11 +5,13 @@
 namespace port {
 namespace {
 
-enum Screening { SCREENED, UNSCREENED, MENDED };
+// Whether a function is promised is for those who judge a game.
+constexpr Reading SCREENED = PLAIN;
+constexpr Reading UNSCREENED = PLAIN;
 
 constexpr auto kFunctions = sortedTable(std::to_array<HostFunction>({
-#define HOST_FUNCTION(name, needs, function, screening) \
-    {#name, needs, host::function, (screening) == MENDED},
+#define HOST_FUNCTION(name, needs, function, screening, beforehand) \
+    {#name, needs, host::function, host::known::beforehand, (screening) == MENDED},
 #include "HostFunctions.def"
 #undef HOST_FUNCTION
                                         }),
@@ -23,6 +25,13 @@ std::span<const HostFunction> hostFunctions() {
 
 const HostFunction* findHostFunction(std::string_view loweredName) {
     return findRow(kFunctions, &HostFunction::name, loweredName);
+}
+
+ScriptValue host::known::result(HostCall& call) {
+    for (const ScriptValue& argument : call.args) {
+        if (std::holds_alternative<std::monostate>(argument)) return {};
+    }
+    return findHostFunction(call.name)->run(call);
 }
 
 }  // namespace port

@@ -15,7 +15,8 @@ struct HostFunction {
     std::string_view name;  // in lower case
     std::size_t needs;      // arguments at least
     ScriptValue (*run)(HostCall&);
-    bool mended;  // nobody answers it where a game is taken to the letter
+    ScriptValue (*resolve)(HostCall&);  // null: nothing is known of a call before it is made
+    bool mended;                        // nobody answers it where a game is taken to the letter
 };
 
 // Sorted by name.
@@ -25,9 +26,28 @@ struct HostFunction {
 
 namespace host {
 
-#define HOST_FUNCTION(name, needs, function, screening) ScriptValue function(HostCall& call);
+#define HOST_FUNCTION(name, needs, function, screening, beforehand) \
+    ScriptValue function(HostCall& call);
 #include "HostFunctions.def"
 #undef HOST_FUNCTION
 
+// What constant arguments say of a call: see ScriptHost::resolveCall(). Arguments that are no
+// constants are empty, and there is no actor yet.
+namespace known {
+
+constexpr ScriptValue (*nothing)(HostCall&) = nullptr;
+// The function does the same with the same arguments, whatever the world.
+ScriptValue result(HostCall& call);
+// An argument names a row of the function's table.
+ScriptValue actorKey(HostCall& call);
+ScriptValue modelKey(HostCall& call);
+ScriptValue playerKey(HostCall& call);
+ScriptValue variantKey(HostCall& call);
+ScriptValue levelKey(HostCall& call);
+ScriptValue settableLevelKey(HostCall& call);
+ScriptValue entryKey(HostCall& call);
+ScriptValue drawKey(HostCall& call);
+
+}  // namespace known
 }  // namespace host
 }  // namespace port

@@ -76,14 +76,15 @@ const Character* modelOfHandle(std::uintptr_t handle) {
     return row < generated::kCharacterCount ? &generated::kCharacters[row] : nullptr;
 }
 
-ScriptValue modelProperty(const Character& model, std::string_view key) {
-    const ModelRow* row = findRow(kModelRows, &ModelRow::key, key);
-    return row ? row->read(model) : ScriptValue();
+ScriptValue known::modelKey(HostCall& call) {
+    return resolveRow(kModelRows, &ModelRow::key, call, 1);
 }
 
+// Empty for a key that models have not.
 ScriptValue getModelProperty(HostCall& call) {
     const Character* model = modelOf(call);
-    return model ? modelProperty(*model, FoldedKey(call.text(1))) : ScriptValue();
+    const ModelRow* row = namedRow(kModelRows, &ModelRow::key, call, 1);
+    return model && row ? row->read(*model) : ScriptValue();
 }
 
 }  // namespace port::host

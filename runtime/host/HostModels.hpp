@@ -14,7 +14,4 @@ namespace port::host {
 // The model of that handle; null for any other.
 [[nodiscard]] const generated::Character* modelOfHandle(std::uintptr_t handle);
 
-// By its key in lower case; empty for a key that models have not.
-[[nodiscard]] ScriptValue modelProperty(const generated::Character& model, std::string_view key);
-
 }  // namespace port::host

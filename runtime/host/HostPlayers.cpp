@@ -10,11 +10,12 @@
 namespace port::host {
 namespace {
 
+// `player` is null where nobody plays.
 struct PlayerRow {
     std::string_view key;
-    // `player` is null where nobody plays.
-    ScriptValue (*read)(const PlayerSlot& slot, const Actor* player);
-    void (*write)(HostCall&, PlayerSlot& slot, Actor* player) = nullptr;
+    ScriptValue (*read)(const HostCall&, const PlayerSlot&, const Actor* player);
+    void (*write)(const HostCall&, PlayerSlot&, Actor* player);
+    bool mended;
 };
 
 constexpr std::size_t kNewValue = 2;
@@ -29,50 +30,66 @@ unsigned mask(const HostCall& call) {
 }
 
 template <unsigned PlayerSlot::*Keys>
-ScriptValue readKeys(const PlayerSlot& slot, const Actor* /*player*/) {
+ScriptValue readKeys(const HostCall& /*call*/, const PlayerSlot& slot, const Actor* /*player*/) {
     return static_cast<double>(slot.*Keys);
 }
 
 template <unsigned PlayerSlot::*Keys>
-void writeKeys(HostCall& call, PlayerSlot& slot, Actor* /*player*/) {
+void writeKeys(const HostCall& call, PlayerSlot& slot, Actor* /*player*/) {
     slot.*Keys = mask(call);
 }
 
-ScriptValue readHandle(const PlayerSlot& /*slot*/, const Actor* player) {
+ScriptValue readHandle(const HostCall& /*call*/, const PlayerSlot& /*slot*/, const Actor* player) {
     return player && player->alive ? player->handle : kNobody;
 }
 
-ScriptValue readPlayerName(const PlayerSlot& /*slot*/, const Actor* player) {
+ScriptValue readPlayerName(const HostCall& /*call*/, const PlayerSlot& /*slot*/,
+                           const Actor* player) {
     return scriptValue(player && player->model ? player->model->name : "");
 }
 
-ScriptValue readPlayerHealth(const PlayerSlot& /*slot*/, const Actor* player) {
-    return static_cast<double>(player ? player->health : 0);
+template <auto Field>
+ScriptValue readPlayerField(const HostCall& /*call*/, const PlayerSlot& /*slot*/,
+                            const Actor* player) {
+    return player ? static_cast<double>(player->*Field) : 0.0;
 }
 
-ScriptValue readPlayerMaxHealth(const PlayerSlot& /*slot*/, const Actor* player) {
-    return static_cast<double>(player ? player->maxHealth : 0);
-}
-
-void writePlayerHealth(HostCall& call, PlayerSlot& /*slot*/, Actor* player) {
+void writePlayerHealth(const HostCall& call, PlayerSlot& /*slot*/, Actor* player) {
     if (!player) return;
     player->health = std::clamp(call.integer(kNewValue), 0, std::max(0, player->maxHealth));
 }
 
-constexpr auto kPlayerRows = sortedTable(
-    std::to_array<PlayerRow>({
-        {"entity", readHandle},
-        {"health", readPlayerHealth, writePlayerHealth},
-        {"maxhealth", readPlayerMaxHealth},
-        {"name", readPlayerName},
-        {"keys", readKeys<&PlayerSlot::keys>},
-        {"newkeys", readKeys<&PlayerSlot::newKeys>},
-        {"releasekeys", readKeys<&PlayerSlot::releasedKeys>},
-        {"releasedkeys", readKeys<&PlayerSlot::releasedKeys>},
-        {"playkeys", readKeys<&PlayerSlot::playKeys>, writeKeys<&PlayerSlot::playKeys>},
-        {"disablekeys", readKeys<&PlayerSlot::disabledKeys>, writeKeys<&PlayerSlot::disabledKeys>},
-    }),
-    &PlayerRow::key);
+void writePlayerScore(const HostCall& call, PlayerSlot& /*slot*/, Actor* player) {
+    if (player) player->score = std::max(0, call.integer(kNewValue));
+}
+
+// Lives and credits are player 1's, unless the stage gives everybody their own.
+PlayerActor* keeperOf(const HostCall& call, const Actor* player) {
+    World& world = call.world();
+    const bool own = world.stage.row && world.stage.row->noShare > 0;
+    if (!player || !own) return player ? &world.player1 : nullptr;
+    return static_cast<PlayerActor*>(world.find(player->handle));
+}
+
+template <int PlayerActor::*Counter>
+ScriptValue readCounter(const HostCall& call, const PlayerSlot& /*slot*/, const Actor* player) {
+    const PlayerActor* keeper = keeperOf(call, player);
+    return keeper ? static_cast<double>(keeper->*Counter) : 0.0;
+}
+
+template <int PlayerActor::*Counter>
+void writeCounter(const HostCall& call, PlayerSlot& /*slot*/, Actor* player) {
+    if (PlayerActor* keeper = keeperOf(call, player)) {
+        keeper->*Counter = std::max(0, call.integer(kNewValue));
+    }
+}
+
+constexpr auto kPlayerRows = sortedTable(std::to_array<PlayerRow>({
+#define PLAYER_PROPERTY(key, read, write, reading) {key, read, write, reading},
+#include "HostPlayers.def"
+#undef PLAYER_PROPERTY
+                                         }),
+                                         &PlayerRow::key);
 
 // The keys of the place in that state: 1 newly pressed, 2 released, any other held.
 unsigned keysInState(const PlayerSlot& slot, int state) {
@@ -82,16 +99,20 @@ unsigned keysInState(const PlayerSlot& slot, int state) {
 
 }  // namespace
 
+ScriptValue known::playerKey(HostCall& call) {
+    return resolveRow(kPlayerRows, &PlayerRow::key, call, 1);
+}
+
 ScriptValue getPlayerProperty(HostCall& call) {
     const std::size_t place = placeOf(call);
-    const PlayerRow* row = findRow(kPlayerRows, &PlayerRow::key, FoldedKey(call.text(1)));
+    const PlayerRow* row = namedRow(kPlayerRows, &PlayerRow::key, call, 1);
     if (!row) return 0.0;
-    return row->read(call.world().slots[place], call.world().find(place + kPlayer1Handle));
+    return row->read(call, call.world().slots[place], call.world().find(place + kPlayer1Handle));
 }
 
 ScriptValue setPlayerProperty(HostCall& call) {
     const std::size_t place = placeOf(call);
-    const PlayerRow* row = findRow(kPlayerRows, &PlayerRow::key, FoldedKey(call.text(1)));
+    const PlayerRow* row = namedRow(kPlayerRows, &PlayerRow::key, call, 1);
     if (!row || !row->write) return false;
     row->write(call, call.world().slots[place], call.world().find(place + kPlayer1Handle));
     return true;

@@ -1,7 +1,11 @@
+#include "HostProperties.hpp"
+
 // What actors are, as scripts read and change it.
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
+#include <utility>
 
 #include "AnimationLookup.hpp"
 #include "HostFunctions.hpp"
@@ -15,13 +19,13 @@ namespace {
 
 enum class Whose : std::uint8_t { Everyone, Players, Entities };
 
-// Values to be written begin with the third argument. No write: it is only read, or the other way
-// round.
+// Values to be written begin with the third argument.
 struct ActorRow {
     std::string_view key;
     ScriptValue (*read)(HostCall&, const Actor&);
-    void (*write)(HostCall&, Actor&) = nullptr;
-    Whose whose = Whose::Everyone;
+    void (*write)(HostCall&, Actor&);
+    Whose whose;
+    bool mended;
 };
 
 constexpr std::size_t kValue = 2;
@@ -33,7 +37,7 @@ const RuntimeEntity& asEntity(const Actor& actor) {
 // --- Reading
 
 template <auto Field>
-ScriptValue actorField(HostCall& /*call*/, const Actor& actor) {
+ScriptValue readField(HostCall& /*call*/, const Actor& actor) {
     return scriptValue(static_cast<double>(actor.*Field));
 }
 
@@ -94,6 +98,52 @@ ScriptValue readSlot(HostCall& /*call*/, const Actor& actor) {
 
 ScriptValue readSubjectToScreen(HostCall& /*call*/, const Actor& actor) {
     return scriptTruth(asEntity(actor).subjectToScreen);
+}
+
+ScriptValue readBase(HostCall& call, const Actor& actor) {
+    call.chargeScan(call.world().roster.carriers.size());
+    return scriptUpward(groundUnder(call.world(), actor));
+}
+
+template <Bound kBound>
+ScriptValue readBound(HostCall& /*call*/, const Actor& actor) {
+    return scriptTruth(isHeldBy(actor, kBound));
+}
+
+ScriptValue readInvincible(HostCall& /*call*/, const Actor& actor) {
+    return scriptTruth(actor.invincibleTicks > 0);
+}
+
+// As scripts count time: the tick at which it ends.
+ScriptValue readInvincibleUntil(HostCall& call, const Actor& actor) {
+    if (actor.invincibleTicks <= 0) return 0.0;
+    return static_cast<double>(call.world().tick) + actor.invincibleTicks;
+}
+
+// The handle where it names somebody; nobody for one who has gone.
+ScriptValue somebody(HostCall& call, ActorHandle handle) {
+    const Actor* actor = std::as_const(call.world()).find(handle);
+    return actor ? actor->handle : kNobody;
+}
+
+ScriptValue readOpponent(HostCall& call, const Actor& actor) {
+    return somebody(call, actor.opponent);
+}
+
+// Only player 1 grabs.
+ScriptValue readGrabbing(HostCall& call, const Actor& actor) {
+    if (actor.handle != kPlayer1Handle) return kNobody;
+    return somebody(call, static_cast<const Player1&>(actor).grabbedEntity);
+}
+
+ScriptValue readParent(HostCall& call, const Actor& actor) {
+    return somebody(call, asEntity(actor).parentHandle);
+}
+
+ScriptValue readHasAnimation(HostCall& call, const Actor& actor) {
+    if (!actor.model) return 0.0;
+    call.chargeScan(actor.model->animationCount);
+    return scriptTruth(exactAnimation(actor.model, call.text(kValue)) != nullptr);
 }
 
 bool isInTheAir(HostCall& call, const Actor& actor) {
@@ -190,85 +240,95 @@ void writeSubjectToScreen(HostCall& call, Actor& actor) {
 
 using generated::Character;
 
-constexpr auto kActorRows = sortedTable(
-    std::to_array<ActorRow>({
-        {"x", actorField<&Actor::worldX>, writePixels<&Actor::worldX>},
-        {"z", actorField<&Actor::z>, writePixels<&Actor::z>},
-        {"a", readAltitude, writeAltitude},
-        {"altitude", readAltitude, writeAltitude},
-        {"position", nullptr, writePosition},
-        {"direction", readDirection, writeDirection},
-        {"xdir", actorField<&Actor::scriptVelocityX>},
-        {"zdir", actorField<&Actor::scriptVelocityZ>},
-        {"tossv", readRise},
-        {"velocityy", readRise},
-        {"velocity", nullptr, writeVelocity},
-        {"antigravity", readAntigravity, writeAntigravity},
+void writeBoundOf(HostCall& call, Actor& actor, Bound bound) {
+    actor.scriptedBounds |= bound;
+    actor.heldBounds = call.flag(kValue) ? actor.heldBounds | bound : actor.heldBounds & ~bound;
+}
 
-        {"health", actorField<&Actor::health>, writeHealth},
-        {"maxhealth", actorField<&Actor::maxHealth>, writeMaxHealth},
-        {"blockstate", actorField<&Actor::blockState>, writeInteger<&Actor::blockState>},
-        {"guardpoints", actorField<&Actor::guardPoints>, writeInteger<&Actor::guardPoints>},
-        {"attacking", readAttacking},
-        {"exists", readExists},
-        {"dead", readDead},
-        {"aiflag", readPlayerFlag, nullptr, Whose::Players},
-        {"aiflag", readEntityFlag, nullptr, Whose::Entities},
-        {"playerindex", readSlot, nullptr, Whose::Players},
-        {"subject_to_screen", readSubjectToScreen, writeSubjectToScreen, Whose::Entities},
+template <Bound kBound>
+void writeBound(HostCall& call, Actor& actor) {
+    writeBoundOf(call, actor, kBound);
+}
 
-        {"animation", readAnimation, writeAnimation},
-        {"animationid", readAnimation, writeAnimation},
-        {"animpos", readFrame},
-        {"animationposition", readFrame},
-        {"animating", readAnimating},
-        {"colourmap", actorField<&Actor::paletteMap>, writeColours},
-        {"colormap", actorField<&Actor::paletteMap>, writeColours},
-        {"map", actorField<&Actor::paletteMap>, writeColours},
+void writeMp(HostCall& call, Actor& actor) {
+    actor.mp = std::clamp(call.integer(kValue), 0, std::max(0, actor.maxMp));
+}
 
-        {"name", ofModel<&Character::name>},
-        {"model", ofModel<&Character::name>},
-        {"modelptr", readModelHandle},
-        {"type", ofModel<&Character::type>},
-        {"subtype", ofModel<&Character::subtype>},
-        {"speed", ofModel<&Character::speed>},
-        {"aggression", ofModel<&Character::aggression>},
-        {"stealth", ofModel<&Character::stealth>},
-        {"perception", ofModel<&Character::perception>},
-        {"aiattack", ofModel<&Character::aiAttack>},
-        {"aimove", ofModel<&Character::aiMove>},
-        {"candamage", ofModel<&Character::canDamageMask>},
-        {"hostile", ofModel<&Character::hostileMask>},
-        {"projectilehit", ofModel<&Character::projectileHitMask>},
-        {"grabforce", ofModel<&Character::grabForce>},
-        {"grabresistance", ofModel<&Character::grabResistance>},
-    }),
-    &ActorRow::key);
+void writeMaxMp(HostCall& call, Actor& actor) {
+    actor.maxMp = std::max(0, call.integer(kValue));
+    actor.mp = std::min(actor.mp, actor.maxMp);
+}
 
-// Null for a key that this kind of actor has not.
-const ActorRow* rowFor(const Actor& actor, const FoldedKey& key) {
+void writeScore(HostCall& call, Actor& actor) {
+    actor.score = std::max(0, call.integer(kValue));
+}
+
+// Until a script says otherwise: no game lasts so long.
+void writeInvincible(HostCall& call, Actor& actor) {
+    actor.invincibleTicks = call.flag(kValue) ? INT_MAX : 0;
+}
+
+void writeInvincibleUntil(HostCall& call, Actor& actor) {
+    const double ticks = call.number(kValue) - static_cast<double>(call.world().tick);
+    actor.invincibleTicks = static_cast<int>(std::clamp<double>(ticks > 0 ? ticks : 0, 0, INT_MAX));
+}
+
+void writeLandingDamage(HostCall& call, Actor& actor) {
+    actor.landingDamage = std::max(0, call.integer(kValue));
+    if (call.isNumeric(kValue + 1)) actor.landingType = call.integer(kValue + 1);
+}
+
+void writeOpponent(HostCall& call, Actor& actor) {
+    actor.opponent = call.handle(kValue);
+}
+
+void writeParent(HostCall& call, Actor& actor) {
+    static_cast<RuntimeEntity&>(actor).parentHandle = call.handle(kValue);
+}
+
+using generated::Character;
+using enum Whose;
+
+constexpr auto kActorRows = sortedTable(std::to_array<ActorRow>({
+#define ACTOR_PROPERTY(key, read, write, whose, reading) {key, read, write, whose, reading},
+#include "HostProperties.def"
+#undef ACTOR_PROPERTY
+                                        }),
+                                        &ActorRow::key);
+
+constexpr std::size_t kKey = 1;
+
+// The row of a key for this kind of actor, which may be the second of that key; null for none.
+const ActorRow* rowFor(const Actor& actor, HostCall& call) {
+    const ActorRow* row = namedRow(kActorRows, &ActorRow::key, call, kKey);
     const Whose other = isPlayer(actor) ? Whose::Entities : Whose::Players;
-    const std::string_view wanted = key;
-    auto row = std::ranges::lower_bound(kActorRows, wanted, {}, &ActorRow::key);
-    while (row != kActorRows.end() && row->key == wanted && row->whose == other) ++row;
-    return row != kActorRows.end() && row->key == wanted ? &*row : nullptr;
+    if (!row || row->whose != other) return row;
+    const ActorRow* next = row + 1;
+    return next != kActorRows.end() && next->key == row->key ? next : nullptr;
 }
 
 }  // namespace
 
+bool isActorKey(std::string_view key) {
+    return findRow(kActorRows, &ActorRow::key, FoldedKey(key)) != nullptr;
+}
+
+ScriptValue known::actorKey(HostCall& call) {
+    return resolveRow(kActorRows, &ActorRow::key, call, kKey);
+}
+
 ScriptValue getActorProperty(HostCall& call) {
-    const FoldedKey key(call.text(1));
     const Actor* actor = call.actor(0);
     // Scripts keep handles of those who have gone, and ask so whether they have.
-    if (!actor) return key == "exists" ? ScriptValue(0.0) : ScriptValue();
-    const ActorRow* row = rowFor(*actor, key);
+    if (!actor) return FoldedKey(call.text(kKey)) == "exists" ? ScriptValue(0.0) : ScriptValue();
+    const ActorRow* row = rowFor(*actor, call);
     return row && row->read ? row->read(call, *actor) : ScriptValue();
 }
 
 ScriptValue setActorProperty(HostCall& call) {
     Actor* actor = call.actor(0);
     if (!actor) return {};
-    const ActorRow* row = rowFor(*actor, FoldedKey(call.text(1)));
+    const ActorRow* row = rowFor(*actor, call);
     if (row && row->write) row->write(call, *actor);
     return call.value(kValue);
 }

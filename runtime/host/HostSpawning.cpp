@@ -128,8 +128,12 @@ ScriptValue clearSpawnEntry(HostCall& call) {
     return true;
 }
 
+ScriptValue known::entryKey(HostCall& call) {
+    return resolveRow(kEntryRows, &EntryRow::key, call, 0);
+}
+
 ScriptValue setSpawnEntry(HostCall& call) {
-    const EntryRow* row = findRow(kEntryRows, &EntryRow::key, FoldedKey(call.text(0)));
+    const EntryRow* row = namedRow(kEntryRows, &EntryRow::key, call, 0);
     if (!row) return false;
     row->write(call, call.world().scripted.spawnEntry);
     return true;

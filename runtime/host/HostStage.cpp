@@ -14,11 +14,15 @@ namespace {
 struct VariantRow {
     std::string_view key;
     ScriptValue (*read)(HostCall&);
+    void (*write)(HostCall&, std::size_t value);
+    bool mended;
 };
 
 struct LevelRow {
     std::string_view key;
     ScriptValue (*read)(const World&, const generated::Stage&);
+    void (*write)(HostCall&, std::size_t value);
+    bool mended;
 };
 
 void moveCamera(HostCall& call, std::size_t value) {
@@ -109,34 +113,60 @@ ScriptValue noJoin(HostCall& call) {
     return scriptTruth(call.world().stage.noJoin);
 }
 
-constexpr auto kVariants = sortedTable(std::to_array<VariantRow>({
-                                           {"xpos", cameraPlace},
-                                           {"levelpos", cameraPlace},
-                                           {"elapsed_time", ticks},
-                                           {"elapsedtime", ticks},
-                                           {"count_players", playerCount},
-                                           {"maxplayers", mostPlayers},
-                                           {"max_players", mostPlayers},
-                                           {"count_entities", entityCount},
-                                           {"ent_count", entityCount},
-                                           {"count_enemies", enemyCount},
-                                           {"current_player", currentPlayer},
-                                           {"current_level", stageNumber},
-                                           {"currentlevel", stageNumber},
-                                           {"current_branch", branchName},
-                                           {"currentbranch", branchName},
-                                           {"hresolution", viewWidth},
-                                           {"vresolution", viewHeight},
-                                           {"levelwidth", stageWidth},
-                                           {"levelheight", stageDepth},
-                                           {"effectvol", fullVolume},
-                                           {"in_level", inLevel},
-                                           {"inlevel", inLevel},
-                                           {"game_speed", gameSpeed},
-                                           {"gamespeed", gameSpeed},
-                                           {"nojoin", noJoin},
-                                       }),
-                                       &VariantRow::key);
+void setNoJoin(HostCall& call, std::size_t value) {
+    call.world().stage.noJoin = call.flag(value);
+}
+
+// One above the last number that getentity() may find somebody by.
+ScriptValue entityEnd(HostCall& call) {
+    return static_cast<double>(call.world().entities.size());
+}
+
+ScriptValue levelSet(HostCall& call) {
+    const generated::Stage* stage = call.world().stage.row;
+    return stage ? static_cast<double>(stage->setOrder) : 0.0;
+}
+
+// Counted from 1 in its set.
+ScriptValue stageOfSet(HostCall& call) {
+    const StageRun& stage = call.world().stage;
+    if (!stage.row) return 0.0;
+    call.chargeScan(generated::kStageCount);
+    std::size_t first = std::min(stage.index, generated::kStageCount);
+    while (first > 0 && generated::kStages[first - 1].setOrder == stage.row->setOrder) --first;
+    return static_cast<double>(stage.index - first + 1);
+}
+
+// Scripts run only while a stage is played or loaded.
+ScriptValue inMenu(HostCall& /*call*/) {
+    return 0.0;
+}
+
+ScriptValue verticalScroll(HostCall& call) {
+    return static_cast<double>(call.world().stage.verticalStageScroll);
+}
+
+template <int generated::Stage::*Depth>
+ScriptValue playerDepth(HostCall& call) {
+    const generated::Stage* stage = call.world().stage.row;
+    return stage ? static_cast<double>(stage->*Depth) : 0.0;
+}
+
+ScriptValue lastHitX(HostCall& call) {
+    return static_cast<double>(call.world().lastHit.x);
+}
+
+ScriptValue lastHitZ(HostCall& call) {
+    return static_cast<double>(call.world().lastHit.z);
+}
+
+ScriptValue lastHitAltitude(HostCall& call) {
+    return scriptUpward(call.world().lastHit.altitude);
+}
+
+ScriptValue lastHitType(HostCall& call) {
+    return static_cast<double>(call.world().lastHit.type);
+}
 
 template <auto Field>
 ScriptValue stageText(const World& /*world*/, const generated::Stage& stage) {
@@ -148,52 +178,78 @@ ScriptValue stageNumberOf(const World& /*world*/, const generated::Stage& stage)
     return static_cast<double>(stage.*Field);
 }
 
-constexpr auto kLevelRows = sortedTable(
-    std::to_array<LevelRow>({
-        {"name", stageText<&generated::Stage::sourceFile>},
-        {"source", stageText<&generated::Stage::sourceFile>},
-        {"direction", stageText<&generated::Stage::direction>},
-        {"branch", stageText<&generated::Stage::branchName>},
-        {"zmin", stageNumberOf<&generated::Stage::zMin>},
-        {"zmax", stageNumberOf<&generated::Stage::zMax>},
-        {"scrollspeed", stageNumberOf<&generated::Stage::scrollSpeed>},
-        {"width", [](const World& world,
-                     const generated::Stage&) { return scriptValue(world.stage.length); }},
-        {"height",
-         [](const World&, const generated::Stage& stage) { return scriptValue(depthOf(stage)); }},
-        {"camerax",
-         [](const World& world,
-            const generated::Stage&) { return scriptValue(static_cast<double>(world.camera.x)); }},
-    }),
-    &LevelRow::key);
+ScriptValue lengthOf(const World& world, const generated::Stage& /*stage*/) {
+    return scriptValue(world.stage.length);
+}
+
+ScriptValue depthFor(const World& /*world*/, const generated::Stage& stage) {
+    return scriptValue(depthOf(stage));
+}
+
+ScriptValue cameraOf(const World& world, const generated::Stage& /*stage*/) {
+    return static_cast<double>(world.camera.x);
+}
+
+constexpr auto kVariants = sortedTable(std::to_array<VariantRow>({
+#define VARIANT(key, read, write, reading) {key, read, write, reading},
+#define LEVEL_PROPERTY(key, read, write, reading)
+#include "HostStage.def"
+#undef VARIANT
+#undef LEVEL_PROPERTY
+                                       }),
+                                       &VariantRow::key);
+
+constexpr auto kLevelRows = sortedTable(std::to_array<LevelRow>({
+#define VARIANT(key, read, write, reading)
+#define LEVEL_PROPERTY(key, read, write, reading) {key, read, write, reading},
+#include "HostStage.def"
+#undef VARIANT
+#undef LEVEL_PROPERTY
+                                        }),
+                                        &LevelRow::key);
+
+// A level may stand ahead of the key. There is one stage: it says nothing.
+std::size_t placeOfLevelKey(const HostCall& call, std::size_t behindKey) {
+    return call.count() > 1 + behindKey ? 1 : 0;
+}
 
 }  // namespace
 
+ScriptValue known::variantKey(HostCall& call) {
+    return resolveRow(kVariants, &VariantRow::key, call, 0);
+}
+
+ScriptValue known::levelKey(HostCall& call) {
+    return resolveRow(kLevelRows, &LevelRow::key, call, placeOfLevelKey(call, 0));
+}
+
+ScriptValue known::settableLevelKey(HostCall& call) {
+    return resolveRow(kLevelRows, &LevelRow::key, call, placeOfLevelKey(call, 1));
+}
+
 ScriptValue getVariant(HostCall& call) {
-    const VariantRow* row = findRow(kVariants, &VariantRow::key, FoldedKey(call.text(0)));
+    const VariantRow* row = namedRow(kVariants, &VariantRow::key, call, 0);
     return row ? row->read(call) : 0.0;
 }
 
 ScriptValue setVariant(HostCall& call) {
-    const FoldedKey key(call.text(0));
-    if (key == "xpos" || key == "levelpos") moveCamera(call, 1);
-    if (key == "nojoin") call.world().stage.noJoin = call.flag(1);
+    const VariantRow* row = namedRow(kVariants, &VariantRow::key, call, 0);
+    if (row && row->write) row->write(call, 1);
     return call.value(1);
 }
 
-// There is one stage: a level ahead of the key says nothing.
 ScriptValue getLevelProperty(HostCall& call) {
     const generated::Stage* stage = call.world().stage.row;
     if (!stage) return {};
-    const FoldedKey key(call.text(call.count() > 1 ? 1 : 0));
-    const LevelRow* row = findRow(kLevelRows, &LevelRow::key, key);
+    const LevelRow* row = namedRow(kLevelRows, &LevelRow::key, call, placeOfLevelKey(call, 0));
     return row ? row->read(call.world(), *stage) : ScriptValue();
 }
 
 ScriptValue setLevelProperty(HostCall& call) {
-    const std::size_t key = call.count() > 2 ? 1 : 0;
-    if (FoldedKey(call.text(key)) != "camerax" || !call.has(key + 1)) return false;
-    moveCamera(call, key + 1);
+    const std::size_t key = placeOfLevelKey(call, 1);
+    const LevelRow* row = namedRow(kLevelRows, &LevelRow::key, call, key);
+    if (!row || !row->write || !call.has(key + 1)) return false;
+    row->write(call, key + 1);
     return true;
 }
 

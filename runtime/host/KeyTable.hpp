@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "HostCall.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -42,5 +43,31 @@ class FoldedKey {
     std::array<char, 48> text_;
     std::size_t size_ = 0;
 };
+
+// How a row of a table came about: as games are answered in any case, or to meet what their scripts
+// ask besides. Rows of the second kind are not there where a game is taken to the letter.
+enum Reading : bool { PLAIN, MENDED };
+
+// The row that argument `index` of a call names: as it was found when the call was compiled, or
+// looked up now. Null for none.
+template <class Row, std::size_t Count, class Key>
+[[nodiscard]] const Row* namedRow(const std::array<Row, Count>& rows, Key key, HostCall& call,
+                                  std::size_t index) {
+    const bool known = call.row != HostTarget::kNoRow;
+    const Row* row = known ? &rows[call.row] : findRow(rows, key, FoldedKey(call.text(index)));
+    if constexpr (requires { row->mended; }) {
+        if (row && row->mended && call.tick.config.asWritten) return nullptr;
+    }
+    return row;
+}
+
+// Finds that row when the call is compiled, if the argument is known by then.
+template <class Row, std::size_t Count, class Key>
+ScriptValue resolveRow(const std::array<Row, Count>& rows, Key key, HostCall& call,
+                       std::size_t index) {
+    const Row* row = findRow(rows, key, FoldedKey(call.text(index)));
+    if (row) call.row = static_cast<std::size_t>(row - rows.data());
+    return {};
+}
 
 }  // namespace port

@@ -74,6 +74,14 @@ struct ScriptRunResult {
 // A function of the host: a row of its own table, which the machine only hands back.
 struct HostFunction;
 
+// What a call leads to in the host.
+struct HostTarget {
+    static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
+
+    const HostFunction* function = nullptr;  // null: the host has none of that name
+    std::size_t row = kNoRow;                // of a table of the host's, which a constant names
+};
+
 // Answers the calls that the language itself does not settle.
 class ScriptHost {
   public:
@@ -81,9 +89,16 @@ class ScriptHost {
     // Asked once for each call that stands in a script; null for a name that is none of its own.
     [[nodiscard]] virtual const HostFunction* findHostFunction(
         std::string_view loweredName) const = 0;
+    // Asked once for each such call too, with the arguments that are constants; the others are
+    // empty. Sets the row that they name, and gives the result where it is the same at each call;
+    // empty where it is not.
+    virtual ScriptValue resolveCall(HostTarget& /*target*/,
+                                    std::span<const ScriptValue> /*constants*/) {
+        return {};
+    }
     // False if the function is not for these arguments: the call counts as one that nothing
     // answers. `result` is empty before the call. May run further scripts.
-    virtual bool callHostFunction(const HostFunction& function, std::span<const ScriptValue> args,
+    virtual bool callHostFunction(const HostTarget& target, std::span<const ScriptValue> args,
                                   ScriptContext& context, UnansweredNames& unsupported,
                                   ScriptValue& result) = 0;
 

@@ -25,8 +25,28 @@ struct RunSwitches {
     int autoplayStages = 0;                     // so many stages; 0 for all
     int autoplayLives = 0;                      // with so many more lives
     std::optional<std::string> autoplayReport;  // the file for what the bot meets
+    bool help = false, version = false;         // tell, and end
     std::optional<std::string> start;           // where to look for the port, as it was given
 };
+
+// A switch of the command line, once for reading it and for telling of it.
+struct SwitchInfo {
+    enum class Value { kNone, kOptional, kNeeded };
+
+    std::string_view name;
+    Value value;  // behind a "="
+    std::string_view placeholder;
+    std::string_view help;
+    void (*apply)(RunSwitches& run, std::string_view value);
+};
+
+[[nodiscard]] std::span<const SwitchInfo> switchTable();
+
+// For a terminal of 80 columns.
+[[nodiscard]] std::string helpText();
+
+// Which builder made the port in that folder, and what it holds.
+[[nodiscard]] std::string versionText(const std::filesystem::path& root);
 
 // Arguments without the program's name, in any order; unknown options are ignored.
 [[nodiscard]] RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase);

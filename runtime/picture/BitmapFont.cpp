@@ -87,6 +87,7 @@ class Font {
     [[nodiscard]] Glyph& at(std::size_t code) { return glyphs_[code]; }
 
     void read(const GlyphBlock& block) {
+        for (const char code : block.characters) at(static_cast<unsigned char>(code)) = {};
         visitCells(block.art.substr(1), [&](int row, int column, std::string_view cell) {
             const auto code =
                 static_cast<unsigned char>(block.characters[static_cast<std::size_t>(column)]);

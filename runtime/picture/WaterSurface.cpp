@@ -55,11 +55,11 @@ int flowColumn(int x, int width, double scale, double travel) {
 }
 
 void drawFlow(const WaterRow& row, double scale, double travel) {
-    constexpr int kRun = 256;
-    std::array<std::uint8_t, kRun * kPixelBytes> run;
+    constexpr int kStretch = 256;
+    std::array<std::uint8_t, kStretch * kPixelBytes> run;
     int x = row.first % row.width;
-    for (int done = 0; done < row.count; done += kRun) {
-        const int count = std::min(kRun, row.count - done);
+    for (int done = 0; done < row.count; done += kStretch) {
+        const int count = std::min(kStretch, row.count - done);
         std::uint8_t* out = run.data();
         for (int i = 0; i < count; ++i, out += kPixelBytes) {
             const auto column = static_cast<std::size_t>(flowColumn(x, row.width, scale, travel));

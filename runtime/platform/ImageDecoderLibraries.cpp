@@ -10,6 +10,7 @@
 #include <memory>
 #include <utility>
 
+#include "AnimationScreen.hpp"
 #include "BmpImage.hpp"
 #include "ImageDecoder.hpp"
 #include "PcxImage.hpp"
@@ -209,58 +210,19 @@ bool decodeGif(Bytes file, DecodedImage& out, std::string& error) {
     return true;
 }
 
-// Calls `change(screenPixel, framePixel)` for every pixel of the frame that lies on the screen.
-template <class Change>
-void overFrame(DecodedImage& screen, const GifFrames& at, const DecodedImage& frame,
-               Change change) {
-    const auto width = static_cast<std::size_t>(screen.width);
-    const auto height = static_cast<std::size_t>(screen.height);
-    const auto frameWidth = static_cast<std::size_t>(frame.width);
-    for (std::size_t y = 0; y < at.height() && at.top() + y < height; ++y) {
-        for (std::size_t x = 0; x < at.width() && at.left() + x < width; ++x) {
-            change(screen.bgra.data() + ((at.top() + y) * width + at.left() + x) * kPixelBytes,
-                   frame.bgra.data() + (y * frameWidth + x) * kPixelBytes);
-        }
-    }
+Disposal disposalOf(int mode) {
+    if (mode == DISPOSE_PREVIOUS) return Disposal::kRestored;
+    return mode == DISPOSE_BACKGROUND ? Disposal::kCleared : Disposal::kStays;
 }
 
 bool decodeGifAnimation(Bytes file, DecodedAnimation& out, std::string& error) {
     GifFrames frames(file);
     if (!frames.opened(error)) return false;
-    DecodedImage screen;
-    std::size_t pixels = 0;
-    for (;;) {
-        if (frames.next(error) != GifFrames::Step::kFrame) break;
-        if (screen.bgra.empty()) {
-            // Some files state no screen, or one that their first frame does not fit.
-            const std::size_t width =
-                std::max(frames.screenWidth(), frames.left() + frames.width());
-            const std::size_t height =
-                std::max(frames.screenHeight(), frames.top() + frames.height());
-            if (!checkImageSize(width, height, error)) break;
-            allocateImage(screen, width, height);
-        }
-        pixels += screen.bgra.size() / kPixelBytes;
-        if (pixels > kMaxImagePixels) {
-            failImage(error, "GIF frame ", out.frames.size() + 1, ": ", pixels,
-                      " pixels in all frames are too many");
-            break;
-        }
-        const DecodedImage frame = frames.picture();
-        const bool restores = frames.disposal() == DISPOSE_PREVIOUS;
-        DecodedImage before;
-        if (restores) before = screen;
-        overFrame(screen, frames, frame, [](std::uint8_t* pixel, const std::uint8_t* over) {
-            if (over[3] != 0) std::memcpy(pixel, over, kPixelBytes);
-        });
-        out.frames.push_back(screen);
-        out.delaysMs.push_back(frames.delayMs());
-        if (restores) screen = std::move(before);
-        if (frames.disposal() == DISPOSE_BACKGROUND) {
-            overFrame(screen, frames, frame, [](std::uint8_t* pixel, const std::uint8_t*) {
-                std::memset(pixel, 0, kPixelBytes);
-            });
-        }
+    AnimationScreen screen(frames.screenWidth(), frames.screenHeight());
+    while (frames.next(error) == GifFrames::Step::kFrame) {
+        const AnimationFrame frame{frames.picture(), frames.left(), frames.top(),
+                                   disposalOf(frames.disposal()), frames.delayMs()};
+        if (!screen.add(frame, out, error)) break;
     }
     return !out.frames.empty();
 }

@@ -119,6 +119,7 @@ class SdlPresentation {
     std::string presentByShader(const SpriteImage& canvas, const RuntimeConfig& config);
 
     WindowSettings settings_{RuntimeConfig()};
+    bool sizeIsDue_ = false;  // it was set while the window filled the screen
     const char* backend_ = "headless";
     bool running_ = false;
     WindowPtr window_;
@@ -206,8 +207,14 @@ void SdlPresentation::follow(const WindowSettings& settings) {
                                 settings.fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
     }
     // A player may have drawn the window to another size, which stays until the setting changes.
-    if (settings.size != before.size) {
+    // Window managers forget what is asked of a window that fills the screen.
+    sizeIsDue_ = sizeIsDue_ || settings.size != before.size;
+    if (sizeIsDue_ && !settings.fullscreen) {
+        if ((SDL_GetWindowFlags(window_.get()) & SDL_WINDOW_MAXIMIZED) != 0) {
+            SDL_RestoreWindow(window_.get());
+        }
         SDL_SetWindowSize(window_.get(), settings.size.width, settings.size.height);
+        sizeIsDue_ = false;
     }
     if (processor_ && settings.vsync != before.vsync) {
         SDL_GL_SetSwapInterval(settings.vsync ? 1 : 0);

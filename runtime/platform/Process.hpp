@@ -21,4 +21,8 @@ namespace port::platform {
 // where the error stream reaches the player. Both texts are UTF-8.
 void showError(std::string_view title, std::string_view message);
 
+// What the player has asked for on the command line: on the output, or in a box where programs have
+// none. UTF-8.
+void tell(std::string_view title, std::string_view text);
+
 }  // namespace port::platform

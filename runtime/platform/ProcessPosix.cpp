@@ -1,3 +1,4 @@
+#include <iostream>
 #include <system_error>
 
 #include "Process.hpp"
@@ -18,5 +19,9 @@ bool foldsArguments() {
 }
 
 void showError(std::string_view, std::string_view) {}
+
+void tell(std::string_view, std::string_view text) {
+    std::cout << text << std::flush;
+}
 
 }  // namespace port::platform

@@ -38,4 +38,8 @@ void showError(std::string_view title, std::string_view message) {
                 MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
 }
 
+void tell(std::string_view title, std::string_view text) {
+    MessageBoxW(nullptr, wide(text).c_str(), wide(title).c_str(), MB_OK | MB_ICONINFORMATION);
+}
+
 }  // namespace port::platform

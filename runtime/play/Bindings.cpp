@@ -37,21 +37,20 @@ bool matchFrame(Actor& actor, const Actor& target) {
 }
 
 int boundFacing(const Actor& actor, const Actor& target) {
-    enum Direction { kSame = 1, kOpposite = -1, kRight = 2, kLeft = -2, kToward = 3, kAway = 4 };
     const bool apart = actor.worldX != target.worldX;
     const int toward = target.worldX < actor.worldX ? -1 : 1;
     switch (actor.binding.direction) {
-        case kSame:
+        case kSameDirection:
             return target.facing;
-        case kOpposite:
+        case kOppositeDirection:
             return -target.facing;
-        case kRight:
+        case kRightDirection:
             return 1;
-        case kLeft:
+        case kLeftDirection:
             return -1;
-        case kToward:
+        case kTowardDirection:
             return apart ? toward : actor.facing;
-        case kAway:
+        case kAwayDirection:
             return apart ? -toward : actor.facing;
         default:
             return actor.facing;

@@ -18,6 +18,16 @@ enum BindingConfig : unsigned {
     kBindZ = 2048
 };
 
+// Which way it makes the actor look, as `direction`; 0 leaves it. Toward and away from its target.
+enum BindingDirection {
+    kSameDirection = 1,
+    kOppositeDirection = -1,
+    kRightDirection = 2,
+    kLeftDirection = -2,
+    kTowardDirection = 3,
+    kAwayDirection = 4
+};
+
 // A living player or an entity on the stage; null for any other handle.
 [[nodiscard]] Actor* bindableActor(World& world, ActorHandle handle);
 

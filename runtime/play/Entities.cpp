@@ -13,6 +13,7 @@
 #include "KnownAnimations.hpp"
 #include "ModelFacts.hpp"
 #include "Movement.hpp"
+#include "PlayerMotion.hpp"
 #include "Projectiles.hpp"
 #include "Roster.hpp"
 #include "Terrain.hpp"
@@ -52,8 +53,7 @@ void attackOn(Tick& tick, RuntimeEntity& entity) {
 
 // False when the turn ends here.
 bool act(Tick& tick, RuntimeEntity& entity) {
-    const float ground =
-        -dynamicPlatformHeight(tick.world, entity.worldX, entity.z, entity.handle, entity.model);
+    const float ground = groundUnder(tick.world, entity);
     if (isInAir(entity, ground)) return fall(tick, entity, ground);
     if (entity.recoveryTicks > 0) {
         rise(entity);
@@ -79,7 +79,7 @@ void keepOnScreen(const Tick& tick, RuntimeEntity& entity) {
 
 void keepInDepth(Tick& tick, RuntimeEntity& entity) {
     const float before = entity.z;
-    entity.z = depthOnStage(tick.world.stage.row, *entity.model, entity.z);
+    entity.z = depthOnStage(tick.world.stage.row, entity);
     if (entity.z == before || *entity.model->onBlockZScript == '\0') return;
     entity.scriptCtx.local["plane"] = 1.0;
     tick.scripts.runHook(entity.model->onBlockZScript, entity.scriptCtx, "entity-onblockz");

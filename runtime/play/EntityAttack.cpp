@@ -12,6 +12,7 @@
 #include "KnownAnimations.hpp"
 #include "Log.hpp"
 #include "ModelFacts.hpp"
+#include "PlayerMotion.hpp"
 #include "Roster.hpp"
 #include "Terrain.hpp"
 #include "TextFields.hpp"
@@ -42,9 +43,8 @@ bool isFallingOrJumping(const World& world, const Actor& actor) {
 
 bool isGrounded(const World& world, const Actor& actor) {
     constexpr float kOnGround = 2;
-    const float platform =
-        dynamicPlatformHeight(world, actor.worldX, actor.z, actor.handle, actor.model);
-    return std::abs(actor.altitude + platform) < kOnGround && !isFallingOrJumping(world, actor);
+    return std::abs(actor.altitude - groundUnder(world, actor)) < kOnGround &&
+           !isFallingOrJumping(world, actor);
 }
 
 // A model without a grab plays what stands in for it.
@@ -129,6 +129,7 @@ void startEnemyAttack(Tick& tick, RuntimeEntity& entity, float targetDistance, A
         attack = chooseAttack(tick, body, attacks, targetDistance);
     }
     if (!beginEnergyAnimation(entity, attack)) return;
+    entity.opponent = target;
     entity.lastFrame = kNoFrame;
     entity.attackTicks = animationDuration(attack);
     entity.attackCooldown = entity.attackTicks + restAfterAttack(body);

@@ -42,7 +42,7 @@ void updateEffect(Tick& tick, RuntimeEntity& entity) {
     entity.animation.update(1);
     if (!entity.animation.finished()) return;
     entity.alive = entity.visible = false;
-    tick.scripts.runHook(entity.model->onKillScript, entity.scriptCtx, "landing-effect-onkill");
+    runKillHook(tick, entity, "landing-effect-onkill", false);
 }
 
 bool leavesBehindScreen(Tick& tick, RuntimeEntity& entity) {

@@ -1,7 +1,5 @@
 #include "Flash.hpp"
 
-#include <algorithm>
-
 #include "AnimationLookup.hpp"
 #include "TextFields.hpp"
 
@@ -19,11 +17,6 @@ const generated::Character* flashFor(const generated::Frame& frame,
     return own ? own : flashCalled(blocked ? target.blockFlashModel : target.flashModel);
 }
 
-// The middle of what [a, a + w] and [b, b + v] have in common.
-float middle(float a, float w, float b, float v) {
-    return (std::max(a, b) + std::min(a + w, b + v)) / 2;
-}
-
 }  // namespace
 
 void queueAttackFlash(World& world, const generated::Frame& frame, const Actor& target,
@@ -34,9 +27,10 @@ void queueAttackFlash(World& world, const generated::Frame& frame, const Actor& 
     if (!flash.model) return;
     flash.animationEffect = true;
     flash.effectSpawnType = kAttackFlash;
-    flash.worldX = middle(attack.x, attack.w, body.x, body.w);
+    const PointF place = middleOf(attack, body);
+    flash.worldX = place.x;
     flash.z = target.z;
-    flash.altitude = middle(attack.y, attack.h, body.y, body.h) - target.z;
+    flash.altitude = place.y - target.z;
     const int outward = flash.worldX > target.worldX ? 1 : -1;
     flash.facing = flash.model->flipFlash ? outward : target.facing;
     world.pendingChildSpawns.push_back(flash);

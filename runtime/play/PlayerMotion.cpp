@@ -51,7 +51,7 @@ TargetOffset nearestTarget(const World& world, const PlayerActor& player) {
 }  // namespace
 
 float groundUnder(const World& world, const Actor& actor) {
-    return -dynamicPlatformHeight(world, actor.worldX, actor.z, kNobody, actor.model);
+    return -dynamicPlatformHeight(world, actor);
 }
 
 const generated::Animation* actionAnimation(const Actor& actor,
@@ -90,7 +90,7 @@ void fall(const RuntimeConfig& config, Actor& actor) {
 }
 
 void clampDepth(const World& world, Actor& actor) {
-    actor.z = depthOnStage(world.stage.row, *actor.model, actor.z);
+    actor.z = depthOnStage(world.stage.row, actor);
 }
 
 void comeDown(Actor& actor, float ground) {

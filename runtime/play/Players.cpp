@@ -36,14 +36,19 @@ void fillVitals(PlayerActor& player) {
     player.guardPoints = std::max(0, player.model->guardPoints);
 }
 
-// What player 1's scripts have stored and how they draw it outlasts a game.
+// How scripts draw whoever has this handle outlasts a game.
+void keepDrawMethod(PlayerActor& player, const PlayerActor& before) {
+    player.hasScriptDraw = before.hasScriptDraw;
+    player.scriptDraw = before.scriptDraw;
+}
+
+// So does what player 1's scripts have stored.
 void startPlayer1(World& world, const RuntimeConfig& config, bool keepLooks) {
     Player1 player = freshPlayer<Player1>(0, kPlayer1Handle);
     Player1& before = world.player1;
     player.model = before.model;
     player.scriptCtx.local.merge(before.scriptCtx.local);
-    player.hasScriptDraw = before.hasScriptDraw;
-    player.scriptDraw = before.scriptDraw;
+    keepDrawMethod(player, before);
     if (keepLooks) {
         player.paletteMap = before.paletteMap;
         player.score = before.score;
@@ -55,7 +60,7 @@ void startPlayer1(World& world, const RuntimeConfig& config, bool keepLooks) {
 }
 
 void buildCoopPlayers(World& world, const RuntimeConfig& config) {
-    world.coop.clear();
+    const auto before = std::exchange(world.coop, {});
     const auto models = selectableModels();
     if (models.empty()) return;
     for (int slot = 1; slot < std::min(kMostPlayers, config.maxPlayers); ++slot) {
@@ -63,6 +68,9 @@ void buildCoopPlayers(World& world, const RuntimeConfig& config) {
         if (!place.joined) continue;
         const auto chosen = static_cast<std::size_t>(std::max(0, place.selectIndex));
         addCoopPlayer(world, config, slot, *models[chosen % models.size()]);
+    }
+    for (std::size_t i = 0; i < std::min(before.size(), world.coop.size()); ++i) {
+        keepDrawMethod(world.coop[i], before[i]);
     }
 }
 

@@ -70,9 +70,16 @@ void startCounter(RuntimeCoopPlayer& target, const generated::Animation* animati
     startFollowUp(target, animation);
 }
 
+void noteHit(World& world, const Strike& strike, const Actor& target, const RectF& body) {
+    const PointF place = middleOf(strike.box, body);
+    world.lastHit = {place.x, target.z, place.y - target.z, strike.frame->attack.type};
+    if (Actor* attacker = world.find(strike.attacker)) attacker->opponent = target.handle;
+}
+
 template <class Target>
 bool meetAny(Tick& tick, const Strike& strike, Target& target, const RectF& body, bool hostile) {
     const generated::AttackBox& attack = strike.frame->attack;
+    noteHit(tick.world, strike, target, body);
     const Attempt attempt = {hostile, attack.penetration > 0, isAhead(target, strike.worldX),
                              attack.damage};
     const CounterResult counter =

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "Ground.hpp"
+#include "Movement.hpp"
 
 namespace port {
 namespace {
@@ -70,18 +71,18 @@ bool applyActorTerrain(Tick& tick, Actor& actor, float oldX, float oldZ) {
         actor.worldX = oldX;
         actor.z = oldZ;
     };
-    const bool barred = (!model || model->subjectToPlatform) && moved(actor, oldX, oldZ) &&
+    const bool barred = isHeldBy(actor, kBoundPlatforms) && moved(actor, oldX, oldZ) &&
                         visitPlatforms(tick.world, actor.worldX, actor.z, actor.handle,
                                        [&](float altitude) { return altitude > -actor.altitude; });
     if (barred) stepBack();
     const Footing footing = footingOf(stage, actor);
-    if (footing.wall && (!model || model->subjectToWall) && moved(actor, oldX, oldZ)) {
+    if (footing.wall && isHeldBy(actor, kBoundWalls) && moved(actor, oldX, oldZ)) {
         const bool alongX = std::abs(actor.worldX - oldX) >= std::abs(actor.z - oldZ);
         stepBack();
         if (model && *model->onBlockWScript != '\0') runWallHook(tick, actor, footing, alongX);
         return false;
     }
-    return footing.hole && !footing.covered && (!model || model->subjectToHole);
+    return footing.hole && !footing.covered && isHeldBy(actor, kBoundHoles);
 }
 
 }  // namespace port

@@ -1,5 +1,7 @@
 #include "Boxes.hpp"
 
+#include <algorithm>
+
 namespace port {
 namespace {
 
@@ -30,6 +32,11 @@ RectF attackFor(const generated::Frame* frame, float worldX, float worldY, int f
 bool overlaps(const RectF& a, const RectF& b) {
     return a.w > 0 && a.h > 0 && b.w > 0 && b.h > 0 && a.x < b.x + b.w && b.x < a.x + a.w &&
            a.y < b.y + b.h && b.y < a.y + a.h;
+}
+
+PointF middleOf(const RectF& a, const RectF& b) {
+    return {(std::max(a.x, b.x) + std::min(a.x + a.w, b.x + b.w)) / 2,
+            (std::max(a.y, b.y) + std::min(a.y + a.h, b.y + b.h)) / 2};
 }
 
 }  // namespace port

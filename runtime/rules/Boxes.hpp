@@ -20,6 +20,12 @@ struct RectF {
 // Whether both have an area, and some of it in common.
 [[nodiscard]] bool overlaps(const RectF& a, const RectF& b);
 
+// The middle of what both have in common.
+struct PointF {
+    float x = 0, y = 0;
+};
+[[nodiscard]] PointF middleOf(const RectF& a, const RectF& b);
+
 // The actor's body where it is now.
 [[nodiscard]] inline RectF bodyOf(const Actor& actor) {
     return bboxFor(actor.animation.frame(), actor.worldX, actor.z + actor.altitude, actor.facing);

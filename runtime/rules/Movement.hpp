@@ -25,6 +25,25 @@ namespace port {
     }
 }
 
+// Whether the bound is one for the actor: as a script says, else as its model; also without one.
+[[nodiscard]] inline bool isHeldBy(const Actor& actor, Bound bound) {
+    if ((actor.scriptedBounds & bound) != 0) return (actor.heldBounds & bound) != 0;
+    const generated::Character* model = actor.model;
+    switch (bound) {
+        case kBoundWalls:
+            return !model || model->subjectToWall;
+        case kBoundHoles:
+            return !model || model->subjectToHole;
+        case kBoundPlatforms:
+            return !model || model->subjectToPlatform;
+        case kBoundMinZ:
+            return !model || model->subjectToMinZ;
+        case kBoundMaxZ:
+            return !model || model->subjectToMaxZ;
+    }
+    return true;
+}
+
 // The part of gravity that does not act: a script's value, else the model's, else 0.
 [[nodiscard]] inline float actorAntigravity(const Actor& actor) {
     if (actor.hasScriptAntigravity) return actor.scriptAntigravity;
@@ -36,12 +55,12 @@ namespace port {
     return !model.noFlip && model.facingAdjust == 0;
 }
 
-// The depth nearest to `z` at which the stage, if there is one, lets the model stand.
-[[nodiscard]] inline float depthOnStage(const generated::Stage* stage,
-                                        const generated::Character& model, float z) {
+// The depth nearest to the actor's at which the stage, if there is one, lets it stand.
+[[nodiscard]] inline float depthOnStage(const generated::Stage* stage, const Actor& actor) {
+    float z = actor.z;
     if (!stage) return z;
-    if (model.subjectToMinZ) z = std::max(z, static_cast<float>(stage->zMin));
-    if (model.subjectToMaxZ) z = std::min(z, static_cast<float>(stage->zMax));
+    if (isHeldBy(actor, kBoundMinZ)) z = std::max(z, static_cast<float>(stage->zMin));
+    if (isHeldBy(actor, kBoundMaxZ)) z = std::min(z, static_cast<float>(stage->zMax));
     return z;
 }
 

@@ -18,9 +18,9 @@ bool visitPlatforms(const World& world, float x, float z, ActorHandle ignore, Vi
     });
 }
 
-// The height of the highest platform under (x, z), 0 for none or for a model that stands on none.
-// `ignore` is an entity whose own platform does not count.
-[[nodiscard]] float dynamicPlatformHeight(const World& world, float x, float z, ActorHandle ignore,
-                                          const generated::Character* subject);
+// The height of the highest platform under (x, z); 0 for none.
+[[nodiscard]] float dynamicPlatformHeight(const World& world, float x, float z, ActorHandle ignore);
+// Under the actor: its own does not count, and none does for whoever stands on none.
+[[nodiscard]] float dynamicPlatformHeight(const World& world, const Actor& actor);
 
 }  // namespace port

@@ -65,7 +65,7 @@ float projectedShadowRow(const World& world, const Actor& actor) {
     const int base = std::clamp(actor.model->gfxShadowBase, 0, kLargestBase);
     if (base & kBaseInTheAir) return actor.z + actor.altitude;
     if (base != 0) return actor.z;
-    return actor.z - dynamicPlatformHeight(world, actor.worldX, actor.z, actor.handle, actor.model);
+    return actor.z - dynamicPlatformHeight(world, actor);
 }
 
 generated::DrawMethod projectedShadowMethod(const generated::DrawMethod& own,

@@ -1,11 +1,12 @@
 #include "FrontendScreens.hpp"
 
-#include <fstream>
+#include <sstream>
 #include <string_view>
 #include <utility>
 
 #include "AssetPaths.hpp"
 #include "Campaigns.hpp"
+#include "FileBytes.hpp"
 #include "MenuScreens.hpp"
 #include "MenuText.hpp"
 #include "Progress.hpp"
@@ -28,7 +29,8 @@ SpritePtr loadBackground(const Game& game, std::string_view name) {
 }
 
 void loadLegacyMenuConfig(Game& game) {
-    std::ifstream in(game.dataRoot / "menu.txt");
+    const auto file = runtimeCasePath(game.dataRoot / "menu.txt");
+    std::istringstream in(readSmallText(file).value_or(""));
     for (std::string line; std::getline(in, line);) {
         std::string_view rest = line;
         rest = rest.substr(0, rest.find('#'));

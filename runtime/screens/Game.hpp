@@ -4,6 +4,8 @@
 // world, and how this run goes.
 
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -20,6 +22,7 @@
 #include "Recording.hpp"
 #include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
+#include "SavedGame.hpp"
 #include "Scenery.hpp"
 #include "ScriptPictures.hpp"
 #include "Scripts.hpp"
@@ -123,6 +126,8 @@ struct Game {
     }
     // Whether what is reached in this run is the player's own, to be kept and to be lost.
     bool ownProgress = false;
+    // The saved game that is continued, in place of the player's own; unset where that is meant.
+    std::function<std::optional<SavedGame>()> findSave;
     bool keepsSettings = true;  // what is changed in menus is written down
 
     // Paints the list, on a fresh canvas or over what it shows, and brings it to the window.

@@ -1,14 +1,13 @@
 #include "Progress.hpp"
 
 #include <algorithm>
-#include <fstream>
+#include <climits>
 #include <sstream>
 #include <system_error>
 
 #include "AnimationLookup.hpp"
 #include "FileBytes.hpp"
 #include "Players.hpp"
-#include "SavedGame.hpp"
 #include "StageLoading.hpp"
 #include "TextFields.hpp"
 
@@ -21,6 +20,15 @@ std::filesystem::path saveFile(const Game& game) {
 
 std::filesystem::path unlockFile(const Game& game) {
     return game.root / "saves" / "unlocks.ini";
+}
+
+// What the player's own file holds.
+std::optional<SavedGame> keptGame(const Game& game) {
+    if (!game.ownProgress) return std::nullopt;
+    const auto text = readSmallText(saveFile(game));
+    if (!text) return std::nullopt;
+    std::istringstream in(*text);
+    return readSavedGame(in);
 }
 
 void writeProgress(const std::filesystem::path& file, std::string_view text) {
@@ -134,27 +142,32 @@ void saveProgress(const Game& game) {
 }
 
 bool loadProgress(Game& game) {
-    // A recording holds what was pressed, not what was saved.
-    if (!game.ownProgress || game.recorder.isOpen()) return false;
-    std::ifstream in(saveFile(game));
-    if (!in) return false;
-    const SavedGame save = readSavedGame(in);
+    const auto save = game.findSave ? game.findSave() : keptGame(game);
+    return save && resumeGame(game, *save);
+}
+
+bool resumeGame(Game& game, const SavedGame& save) {
     const auto models = selectableModels();
     if (models.empty() || generated::kStageCount == 0) return false;
+    game.recorder.resumes(save);
     chooseSaved(game, save, models);
     beginGame(game, true);
     World& world = game.world;
-    if (save.players[0]) restore(world.player1, *save.players[0], save);
+    // A player of whom the file says nothing has what it says of all.
+    const auto ofSlot = [&save](std::size_t slot) {
+        return save.players[slot].value_or(SavedPlayer{});
+    };
+    restore(world.player1, ofSlot(0), save);
     for (RuntimeCoopPlayer& player : world.coop) {
-        const auto slot = static_cast<std::size_t>(std::clamp(player.playerSlot, 1, 3));
-        if (save.players[slot]) restore(player, *save.players[slot], save);
+        restore(player, ofSlot(static_cast<std::size_t>(std::clamp(player.playerSlot, 1, 3))),
+                save);
     }
     return true;
 }
 
 void loadUnlockProgress(Game& game) {
     game.frontend.completionCount = 0;
-    std::ifstream in(unlockFile(game));
+    std::istringstream in(readSmallText(unlockFile(game)).value_or(""));
     eachKeyValue(in, [&game](std::string_view key, std::string_view text) {
         const auto value = leadingInt(text);
         if (!value) return;
@@ -172,7 +185,7 @@ void saveUnlockProgress(const Game& game) {
 
 void finishProgress(Game& game) {
     if (game.drive == PlayerDrive::SelfCheck) return;
-    ++game.frontend.completionCount;
+    if (game.frontend.completionCount < INT_MAX) ++game.frontend.completionCount;
     saveUnlockProgress(game);
     if (!game.ownProgress) return;
     std::error_code absent;

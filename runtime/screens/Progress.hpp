@@ -4,6 +4,7 @@
 // Runs that check themselves, replay or have no window leave both alone.
 
 #include "Game.hpp"
+#include "SavedGame.hpp"
 
 namespace port {
 
@@ -14,6 +15,7 @@ void saveProgress(const Game& game);
 // Begins the saved game at the start of its stage. False, with nothing changed, where there is none
 // or nothing to play it with.
 bool loadProgress(Game& game);
+bool resumeGame(Game& game, const SavedGame& save);
 
 // The count of the file, 0 without one.
 void loadUnlockProgress(Game& game);

@@ -5,6 +5,7 @@
 #include <limits>
 #include <locale>
 #include <optional>
+#include <sstream>
 #include <string_view>
 
 #include "TextFields.hpp"
@@ -21,6 +22,7 @@ class Words {
     explicit Words(std::string_view line) : rest_(line) {}
 
     std::string_view next() { return takeWord(rest_); }
+    [[nodiscard]] std::string_view rest() const { return trimmed(rest_); }
     [[nodiscard]] bool atEnd() const { return trimmed(rest_).empty(); }
     // Nothing for what is no such number.
     template <class Number>
@@ -110,6 +112,11 @@ bool readPass(std::string_view line, Recording& out) {
         out.hashes.push_back({*pass, *tick, *hash, std::string(words.next())});
         return words.atEnd();
     }
+    if (what == "save") {
+        if (out.saves.empty() || out.saves.back().pass != *pass) out.saves.push_back({*pass, {}});
+        out.saves.back().lines.append(words.rest()).append("\n");
+        return true;
+    }
     const auto hash = words.number<std::uint64_t>(16);
     if (what != "end" || !hash) return false;
     out.ended = true;
@@ -135,21 +142,30 @@ bool readStart(std::string_view line, RecordedStart& start) {
         }
         return words.atEnd();
     }
+    if (key == "rows") {
+        for (int* row : {&start.menuRow, &start.optionRow, &start.controlsRow}) {
+            constexpr unsigned kMostRows = 100;
+            const auto number = words.number<unsigned>();
+            if (!number || *number >= kMostRows) return false;
+            *row = static_cast<int>(*number);
+        }
+        return words.atEnd();
+    }
     const auto number = words.number<std::uint32_t>();
     if (!number || !words.atEnd()) return false;
     if (key == "stage") start.stage = *number;
     if (key == "keep_looks") start.keepLooks = *number != 0;
     if (key == "skips_menus") start.skipsMenus = *number != 0;
-    if (key == "extra_lives") {
+    if (key == "extra_lives" || key == "completions") {
         if (*number > INT32_MAX) return false;
-        start.extraLives = static_cast<int>(*number);
+        (key == "completions" ? start.completions : start.extraLives) = static_cast<int>(*number);
     }
     if (key == "drive") {
         if (*number > static_cast<std::uint32_t>(PlayerDrive::SelfCheck)) return false;
         start.drive = static_cast<PlayerDrive>(*number);
     }
     return key == "stage" || key == "keep_looks" || key == "drive" || key == "skips_menus" ||
-           key == "extra_lives";
+           key == "extra_lives" || key == "completions";
 }
 
 }  // namespace
@@ -166,12 +182,15 @@ bool readRecording(std::istream& in, Recording& out, std::string& error) {
         if (text.front() == '[') {
             section = text;
             if (section == "[begin]") out.starts.emplace_back();
-            good = out.starts.size() <= Recording::kMostStarts;
+            good = out.starts.size() <= Recording::kMostStarts &&
+                   (section != "[save]" || !out.starts.empty());
             out.settings.append(text).append("\n");
         } else if (section == "[recording]") {
             good = versionKnown = text == kVersionLine;
         } else if (section == "[begin]") {
             good = readStart(text, out.starts.back());
+        } else if (section == "[save]") {
+            out.starts.back().save.append(text).append("\n");
         } else if (section == "[passes]") {
             good = readPass(text, out);
         } else {
@@ -194,6 +213,16 @@ bool Recorder::open(const std::filesystem::path& file) {
     return out_.good();
 }
 
+void Recorder::resumes(const SavedGame& save) {
+    if (!out_.is_open()) return;
+    std::stringstream text;
+    writeSavedGame(text, save);
+    if (passes_ == 0) save_ = text.str();
+    for (std::string line; passes_ > 0 && std::getline(text, line);) {
+        out_ << passes_ << " save " << line << '\n';
+    }
+}
+
 void Recorder::begin(const RecordedStart& start, const RuntimeConfig& config) {
     if (!out_.is_open() || passes_ > 0) return;
     if (!hasStart_) {
@@ -210,7 +239,10 @@ void Recorder::begin(const RecordedStart& start, const RuntimeConfig& config) {
     }
     out_ << "\nmodel=" << start.model << "\ndrive=" << static_cast<int>(start.drive)
          << "\nkeep_looks=" << int{start.keepLooks} << "\nskips_menus=" << int{start.skipsMenus}
-         << "\nextra_lives=" << start.extraLives << '\n';
+         << "\nextra_lives=" << start.extraLives << "\nrows=" << start.menuRow << ' '
+         << start.optionRow << ' ' << start.controlsRow << "\ncompletions=" << start.completions
+         << '\n';
+    if (!save_.empty()) out_ << "[save]\n" << std::exchange(save_, {});
 }
 
 void Recorder::pass(const TickInput& input) {

@@ -7,7 +7,10 @@
 //     [gameplay], [combat], [input], [reading]
 //                                     the settings that a world depends on
 //     [begin]                         a game's start, once for each before the first pass
+//     [save]                          the saved game that it goes on from, where there is one
 //     [passes]                        "<pass> input ..." where the input changes,
+//                                     "<pass> save <line>" for each line of a saved game that is
+//                                     continued in that pass,
 //                                     "<pass> hash <tick> <digits> <digits of the fields>"
 //                                     every 60 ticks, see fieldDigits(),
 //                                     "<pass> end <digits>" behind the last pass
@@ -21,6 +24,7 @@
 #include <vector>
 
 #include "RuntimeConfig.hpp"
+#include "SavedGame.hpp"
 #include "Tick.hpp"
 #include "WorldHash.hpp"
 
@@ -39,6 +43,11 @@ struct RecordedStart {
     bool keepLooks = false;
     bool skipsMenus = false;
     int extraLives = 0;
+    // Of the menus that may follow: the rows that they stand on, and how often the game was
+    // finished.
+    int menuRow = 0, optionRow = 0, controlsRow = 0;
+    int completions = 0;
+    std::string save;  // the lines of the saved game that it goes on from; empty for none
     bool operator==(const RecordedStart&) const = default;
 };
 
@@ -54,10 +63,16 @@ struct Recording {
         std::string fields;  // empty where they were not written
     };
 
+    struct Save {
+        std::uint64_t pass = 0;
+        std::string lines;  // of a saved game
+    };
+
     std::string settings;  // lines of a settings file
     std::vector<RecordedStart> starts;
     std::vector<Change> changes;
     std::vector<Hash> hashes;
+    std::vector<Save> saves;    // those that were continued
     std::uint64_t passes = 0;   // as far as the file tells
     bool ended = false;         // false for a run that broke off
     std::uint64_t endHash = 0;  // of the world at the end
@@ -79,7 +94,8 @@ class Recorder {
     // Replaces the file. False when it cannot be written.
     [[nodiscard]] bool open(const std::filesystem::path& file);
 
-    [[nodiscard]] bool isOpen() const { return out_.is_open(); }
+    // Before a saved game begins: it is outside of what follows from the input.
+    void resumes(const SavedGame& save);
     // Before a game begins. Games that begin after the first pass follow from the input.
     void begin(const RecordedStart& start, const RuntimeConfig& config);
     // At the top of a pass.
@@ -93,6 +109,7 @@ class Recorder {
     std::uint64_t passes_ = 0;
     TickInput last_;
     bool hasStart_ = false;
+    std::string save_;  // of the game that is about to begin ahead of the first pass
 };
 
 }  // namespace port

@@ -1,14 +1,24 @@
 #include "Replay.hpp"
 
+#include <algorithm>
 #include <sstream>
 
 #include "AnimationLookup.hpp"
 #include "ExitCodes.hpp"
 #include "Log.hpp"
+#include "Progress.hpp"
 #include "StageLoading.hpp"
 #include "WorldHash.hpp"
 
 namespace port {
+namespace {
+
+SavedGame savedGameOf(const std::string& lines) {
+    std::istringstream in(lines);
+    return readSavedGame(in);
+}
+
+}  // namespace
 
 void Replay::configure(RuntimeConfig& config) const {
     std::istringstream settings(recording_.settings);
@@ -17,6 +27,7 @@ void Replay::configure(RuntimeConfig& config) const {
 
 bool Replay::start(Game& game) {
     World& world = game.world;
+    game.findSave = [this] { return findSave(); };
     for (const RecordedStart& start : recording_.starts) {
         world.player1.model = findCharacter(start.model.c_str());
         if (!world.player1.model || start.stage >= generated::kStageCount) {
@@ -33,9 +44,23 @@ bool Replay::start(Game& game) {
         game.drive = start.drive;
         game.skipsMenus = start.skipsMenus;
         game.extraLives = start.extraLives;
-        beginGame(game, start.keepLooks);
+        game.frontend.menuIndex = start.menuRow;
+        game.frontend.optionIndex = start.optionRow;
+        game.frontend.controlsIndex = start.controlsRow;
+        game.frontend.completionCount = start.completions;
+        if (start.save.empty()) {
+            beginGame(game, start.keepLooks);
+        } else {
+            resumeGame(game, savedGameOf(start.save));
+        }
     }
     return true;
+}
+
+std::optional<SavedGame> Replay::findSave() const {
+    const auto found = std::ranges::find(recording_.saves, pass_, &Recording::Save::pass);
+    if (found == recording_.saves.end()) return std::nullopt;
+    return savedGameOf(found->lines);
 }
 
 TickInput Replay::next(const Game&) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "Pilot.hpp"
@@ -21,6 +22,9 @@ class Replay final : public Pilot {
     int result(const Game& game) override;
 
   private:
+    // The one that was continued in this pass.
+    [[nodiscard]] std::optional<SavedGame> findSave() const;
+
     Recording recording_;
     std::uint64_t pass_ = 0;
     std::size_t nextChange_ = 0, nextHash_ = 0;

@@ -44,9 +44,11 @@ class PlayerWriter {
 
     void line(const TextLine& line) { key(line.key) << player_.*line.value << '\n'; }
     void line(const NumberLine& line) {
-        key(line.key) << (player_.*line.value).value_or(0) << '\n';
+        if (const auto& number = player_.*line.value) key(line.key) << *number << '\n';
     }
-    void score() { key(kScoreKey) << player_.score.value_or(0) << '\n'; }
+    void score() {
+        if (player_.score) key(kScoreKey) << *player_.score << '\n';
+    }
 
   private:
     std::ostream& key(std::string_view name) { return out_ << name << number_ << '='; }
@@ -98,9 +100,10 @@ void readLine(SavedGame& game, std::string_view key, std::string_view text) {
 
 void writeSavedGame(std::ostream& out, const SavedGame& game) {
     out << "save_version=" << kVersion << "\nstage=" << game.stage << "\nchapter=" << game.chapter
-        << "\nactive_players=" << game.activePlayers
-        << "\njoined_mask=" << game.joinedMask.value_or(1) << "\nlives=" << game.lives.value_or(0)
-        << "\ncredits=" << game.credits.value_or(0) << '\n';
+        << "\nactive_players=" << game.activePlayers << '\n';
+    if (game.joinedMask) out << "joined_mask=" << *game.joinedMask << '\n';
+    if (game.lives) out << "lives=" << *game.lives << '\n';
+    if (game.credits) out << "credits=" << *game.credits << '\n';
     for (std::size_t slot = 0; slot < game.players.size(); ++slot) {
         if (!game.players[slot]) continue;
         PlayerWriter writer(out, *game.players[slot], slot + 1);

@@ -30,6 +30,8 @@ void clearStage(World& world) {
         player.binding = {};
         player.hasScriptAntigravity = false;
         player.scriptAntigravity = 0;
+        player.scriptedBounds = player.heldBounds = 0;
+        player.opponent = kNobody;
     };
     free(world.player1);
     for (RuntimeCoopPlayer& player : world.coop) free(player);
@@ -100,6 +102,10 @@ RecordedStart startOf(const Game& game, bool keepLooks) {
     start.keepLooks = keepLooks;
     start.skipsMenus = game.skipsMenus;
     start.extraLives = game.extraLives;
+    start.menuRow = game.frontend.menuIndex;
+    start.optionRow = game.frontend.optionIndex;
+    start.controlsRow = game.frontend.controlsIndex;
+    start.completions = game.frontend.completionCount;
     return start;
 }
 

@@ -261,7 +261,9 @@ bool reset(BuiltinCall& call) {
     return true;
 }
 
+// With more arguments it asks for the keys of a player, which the host knows.
 bool key(BuiltinCall& call) {
+    if (call.args.size() > 1) return false;
     const ScriptArray* array = arrayOf(call);
     if (array != nullptr && array->cursor < array->namedOrder.size()) {
         const std::string& name = array->namedOrder[array->cursor];

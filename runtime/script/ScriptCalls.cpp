@@ -32,7 +32,7 @@ bool Exec::callBuiltin(const CallSite& site, const Instr* next, ScriptValue* arg
 bool Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* args) {
     ScriptValue result;
     bool answered = false;
-    if (site.host != nullptr) {
+    if (site.host.function != nullptr) {
         for (std::size_t i = 0; i < site.count; ++i) chargeText(args[i]);
         const std::size_t noted = unsupported_->names().size();
         const std::span<const ScriptValue> given(args, site.count);
@@ -42,7 +42,7 @@ bool Exec::callHost(const CallSite& site, const Instr* next, ScriptValue* args) 
             return false;
         };
         try {
-            answered = host_->callHostFunction(*site.host, given, *context_, *unsupported_, result);
+            answered = host_->callHostFunction(site.host, given, *context_, *unsupported_, result);
         } catch (const BreakSignal&) {
             return leaveBy(true);
         } catch (const ContinueSignal&) {

@@ -107,7 +107,7 @@ struct Function;
 struct CallSite {
     const Builtin* builtin = nullptr;
     Function* user = nullptr;
-    const HostFunction* host = nullptr;
+    HostTarget host;
     const std::string* name = nullptr;  // as the script spells it, one of Names
     std::size_t count = 0;
 };
@@ -209,6 +209,6 @@ struct Program {
 // Compiles a function in place. What is no valid statement becomes an instruction that throws
 // where a walk over the tokens would meet it; compiling itself never fails. Calls are resolved by
 // `host`, which may be null. Gives the tokens that it passed, about.
-std::size_t compile(Function& function, const ScriptHost* host, bool asWritten);
+std::size_t compile(Function& function, ScriptHost* host, bool asWritten);
 
 }  // namespace port::script

@@ -31,7 +31,7 @@ constexpr bool makesValue(Op op) {
 
 // A name that is used ahead of its declaration shows only once the declaration has come, and so
 // does a step behind an operand that waits: then the function is compiled again.
-std::size_t compile(Function& function, const ScriptHost* host, bool asWritten) {
+std::size_t compile(Function& function, ScriptHost* host, bool asWritten) {
     Compiler first(function, host, asWritten, {});
     first.run();
     std::size_t work = first.work();

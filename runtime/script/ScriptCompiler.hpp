@@ -32,7 +32,7 @@ class Compiler {
         std::vector<std::int32_t> maybes;  // see maybes()
         bool stepsLocals = false;          // see stepsLocals()
     };
-    Compiler(Function& function, const ScriptHost* host, bool asWritten, Known known)
+    Compiler(Function& function, ScriptHost* host, bool asWritten, Known known)
         : maybeNames_(std::move(known.maybes)),
           copiesOperands_(known.stepsLocals),
           asWritten_(asWritten),
@@ -232,7 +232,7 @@ class Compiler {
     Function& fn_;
     Program& program_;
     const std::vector<Tok>& tokens_;
-    const ScriptHost* host_;
+    ScriptHost* host_;
     std::size_t pos_ = 0;
     int nesting_ = 0;
     std::int32_t counters_ = 0;

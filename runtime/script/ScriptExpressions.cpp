@@ -244,20 +244,33 @@ Compiler::Operand Compiler::stepped(std::int32_t name) {
 // The arguments stand one behind the other, each in a register of its own.
 Compiler::Operand Compiler::call(std::string_view name) {
     const auto base = static_cast<std::uint16_t>(top_);
-    std::size_t count = 0;
+    const std::int32_t begin = here();
+    std::vector<ScriptValue> constants;  // the arguments; those that are none are empty
     if (!at(Word::RightParen)) {
         do {
-            if (count == kMaxArguments) throw SyntaxError("too many arguments");
-            inTemporary(expression(0));
-            ++count;
+            if (constants.size() == kMaxArguments) throw SyntaxError("too many arguments");
+            const Operand argument = expression(0);
+            const bool known = argument.kind == Operand::Kind::Constant;
+            constants.push_back(known ? fn_.constants[argument.index] : ScriptValue());
+            inTemporary(argument);
         } while (accept(Word::Comma));
     }
     need(Word::RightParen, ")");
+    const std::size_t count = constants.size();
     const std::string folded = lower(name);
     const Builtin* const builtin = findBuiltin(folded, count);
     Function* const user = program_.find(folded);
-    const HostFunction* const host =
-        user != nullptr || host_ == nullptr ? nullptr : host_->findHostFunction(folded);
+    HostTarget host;
+    if (user == nullptr && host_ != nullptr) host.function = host_->findHostFunction(folded);
+    if (builtin == nullptr && host.function != nullptr) {
+        ScriptValue always = host_->resolveCall(host, constants);
+        if (always.index() != 0) {
+            // Nothing but the constants has been loaded since.
+            fn_.code.resize(static_cast<std::size_t>(begin));
+            top_ = base;
+            return {Operand::Kind::Constant, constant(std::move(always))};
+        }
+    }
     const Op op = builtin != nullptr ? Op::CallBuiltin
                   : user != nullptr  ? Op::CallUser
                                      : Op::CallHost;

@@ -43,7 +43,7 @@ struct Command {
 class ScriptLibrary {
   public:
     // The calls of its scripts are answered by `host`, which may be null.
-    ScriptLibrary(const std::filesystem::path& root, const ScriptHost* host, bool asWritten = false)
+    ScriptLibrary(const std::filesystem::path& root, ScriptHost* host, bool asWritten = false)
         : sources_(root, asWritten), host_(host) {}
 
     const Script& file(std::string_view raw);
@@ -77,7 +77,7 @@ class ScriptLibrary {
                std::string_view text);
 
     ScriptSources sources_;
-    const ScriptHost* host_;
+    ScriptHost* host_;
     Names names_;
     TextMap<std::unique_ptr<Script>> scripts_;  // by UTF-8 path
     TextMap<const Script*> files_;              // by the name that was asked for

@@ -1,8 +1,8 @@
 #include "Engine.hpp"
 
 #include <algorithm>
-#include <fstream>
 #include <span>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -10,6 +10,7 @@
 #include "AnimationLookup.hpp"
 #include "AssetPaths.hpp"
 #include "ExitCodes.hpp"
+#include "FileBytes.hpp"
 #include "Log.hpp"
 #include "PlayScreen.hpp"
 #include "Players.hpp"
@@ -55,7 +56,8 @@ bool Engine::initialize(const std::filesystem::path& portRoot) {
 }
 
 void Engine::readLifeBarSize() {
-    std::ifstream in(game_.dataRoot / "lifebar.txt");
+    const auto file = runtimeCasePath(game_.dataRoot / "lifebar.txt");
+    std::istringstream in(readSmallText(file).value_or(""));
     for (std::string line; std::getline(in, line);) {
         std::string_view rest = line;
         rest = rest.substr(0, rest.find('#'));
@@ -69,7 +71,8 @@ void Engine::readLifeBarSize() {
 }
 
 void Engine::readLogicalSize() {
-    std::ifstream in(game_.root / "config" / "openbor-video.ini");
+    const auto file = game_.root / "config" / "openbor-video.ini";
+    std::istringstream in(readSmallText(file).value_or(""));
     eachKeyValue(in, [this](std::string_view key, std::string_view text) {
         const auto value = leadingInt(text);
         if (!value) return;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <limits>
 #include <locale>
 #include <optional>
@@ -237,7 +236,7 @@ void readRuntimeConfig(std::istream& in, RuntimeConfig& config) {
 
 RuntimeConfig loadRuntimeConfig(const std::filesystem::path& iniPath) {
     RuntimeConfig config;
-    std::ifstream in(iniPath, std::ios::binary);
+    std::istringstream in(readSmallText(iniPath).value_or(""));
     readRuntimeConfig(in, config);
     return config;
 }

@@ -42,8 +42,9 @@ void ScriptVM::setHost(ScriptHost* host) {
 ScriptValue ScriptHost::callScriptFunction(std::string_view name, std::span<const ScriptValue> args,
                                            ScriptContext& context, UnansweredNames& unsupported) {
     ScriptValue result;
-    const HostFunction* const function = findHostFunction(script::lower(name));
-    if (function != nullptr && callHostFunction(*function, args, context, unsupported, result)) {
+    const HostTarget target{findHostFunction(script::lower(name))};
+    if (target.function != nullptr &&
+        callHostFunction(target, args, context, unsupported, result)) {
         return result;
     }
     unsupported.add(name);

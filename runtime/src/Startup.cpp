@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "Autoplay.hpp"
 #include "CrashHandler.hpp"
 #include "Engine.hpp"
+#include "FileBytes.hpp"
 #include "GeneratedCharacters.hpp"
 #include "GeneratedStages.hpp"
 #include "PathEncoding.hpp"
@@ -24,14 +26,10 @@ namespace port {
 namespace {
 
 constexpr int kDefaultSmokeFrames = 600;
-constexpr std::string_view kSmokeFramesOption = "--smoke-frames=";
-constexpr std::string_view kCaptureOption = "--capture=";
-constexpr std::string_view kRecordOption = "--record=";
-constexpr std::string_view kReplayOption = "--replay=";
-constexpr std::string_view kAutoplayOption = "--autoplay";
-constexpr std::string_view kAutoplayLivesOption = "--autoplay-lives=";
-constexpr std::string_view kAutoplayReportOption = "--autoplay-report=";
-constexpr std::string_view kCaptureEveryOption = "--capture-every=";
+
+int numberOr(std::string_view text, int fallback) {
+    return leadingInt(text).value_or(fallback);
+}
 
 bool isDirectory(const std::filesystem::path& path) {
     std::error_code unreadable;
@@ -113,6 +111,50 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
 
 }  // namespace
 
+std::span<const SwitchInfo> switchTable() {
+    using enum SwitchInfo::Value;
+    using Text = std::string_view;
+    static constexpr SwitchInfo kSwitches[] = {
+        {"--diagnose", kNone, "", "check the port's files and end",
+         [](RunSwitches& run, Text) { run.diagnose = true; }},
+        {"--diagnostic", kNone, "", "the same",
+         [](RunSwitches& run, Text) { run.diagnose = true; }},
+        {"--smoke-game", kNone, "", "play by itself for 600 frames, as fast as it goes",
+         [](RunSwitches& run, Text) { run.smoke = true; }},
+        {"--smoke-frames", kNeeded, "<n>", "the same for n frames, 60 to 3600",
+         [](RunSwitches& run, Text value) {
+             run.smoke = true;
+             run.smokeFrames = numberOr(value, kDefaultSmokeFrames);
+         }},
+        {"--capture", kNeeded, "<folder>", "write every 30th frame of play as PNG",
+         [](RunSwitches& run, Text value) { run.capture = value; }},
+        {"--capture-every", kNeeded, "<n>", "write every n-th frame instead",
+         [](RunSwitches& run, Text value) {
+             run.captureEvery = numberOr(value, FrameCapture::kDefaultEvery);
+         }},
+        {"--record", kNeeded, "<file>", "write down what the players do",
+         [](RunSwitches& run, Text value) { run.record = value; }},
+        {"--replay", kNeeded, "<file>", "play such a file",
+         [](RunSwitches& run, Text value) { run.replay = value; }},
+        {"--autoplay", kOptional, "<stages>", "let a bot play the campaign, or so many stages",
+         [](RunSwitches& run, Text value) {
+             run.autoplay = true;
+             run.autoplayStages = std::max(0, numberOr(value, 0));
+         }},
+        {"--autoplay-lives", kNeeded, "<n>", "give the bot n more lives",
+         [](RunSwitches& run, Text value) { run.autoplayLives = std::max(0, numberOr(value, 0)); }},
+        {"--autoplay-report", kNeeded, "<file>", "let a bot play, and write what it met",
+         [](RunSwitches& run, Text value) {
+             run.autoplay = true;
+             run.autoplayReport = value;
+         }},
+        {"--help", kNone, "", "this text", [](RunSwitches& run, Text) { run.help = true; }},
+        {"--version", kNone, "", "which builder made the port, and of what",
+         [](RunSwitches& run, Text) { run.version = true; }},
+    };
+    return kSwitches;
+}
+
 RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase) {
     RunSwitches switches;
     for (const std::string& argument : arguments) {
@@ -120,40 +162,57 @@ RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase
             switches.start = argument;
             continue;
         }
-        const std::string option = foldCase ? foldAscii(argument) : argument;
-        if (option == "--diagnose" || option == "--diagnostic") {
-            switches.diagnose = true;
-        } else if (option == "--smoke-game") {
-            switches.smoke = true;
-        } else if (option.starts_with(kSmokeFramesOption)) {
-            switches.smoke = true;
-            switches.smokeFrames =
-                leadingInt(option.substr(kSmokeFramesOption.size())).value_or(kDefaultSmokeFrames);
-        } else if (option.starts_with(kCaptureOption)) {
-            switches.capture = argument.substr(kCaptureOption.size());
-        } else if (option.starts_with(kRecordOption)) {
-            switches.record = argument.substr(kRecordOption.size());
-        } else if (option.starts_with(kReplayOption)) {
-            switches.replay = argument.substr(kReplayOption.size());
-        } else if (option.starts_with(kAutoplayLivesOption)) {
-            switches.autoplayLives =
-                std::max(0, leadingInt(option.substr(kAutoplayLivesOption.size())).value_or(0));
-        } else if (option.starts_with(kAutoplayReportOption)) {
-            switches.autoplay = true;
-            switches.autoplayReport = argument.substr(kAutoplayReportOption.size());
-        } else if (option == kAutoplayOption ||
-                   option.starts_with(std::string(kAutoplayOption) + "=")) {
-            switches.autoplay = true;
-            const std::string stages = option.substr(kAutoplayOption.size());
-            switches.autoplayStages =
-                stages.empty() ? 0 : std::max(0, leadingInt(stages.substr(1)).value_or(0));
-        } else if (option.starts_with(kCaptureEveryOption)) {
-            switches.captureEvery = leadingInt(option.substr(kCaptureEveryOption.size()))
-                                        .value_or(FrameCapture::kDefaultEvery);
+        const std::size_t end = std::min(argument.find('='), argument.size());
+        const bool hasValue = end < argument.size();
+        const std::string given = argument.substr(0, end);
+        const std::string name = foldCase ? foldAscii(given) : given;
+        for (const SwitchInfo& known : switchTable()) {
+            const bool fits = known.value == SwitchInfo::Value::kOptional ||
+                              hasValue == (known.value == SwitchInfo::Value::kNeeded);
+            if (known.name == name && fits) {
+                known.apply(switches, std::string_view(argument).substr(hasValue ? end + 1 : end));
+            }
         }
     }
     switches.smokeFrames = std::clamp(switches.smokeFrames, 60, 3600);
     return switches;
+}
+
+std::string helpText() {
+    std::string text =
+        "Usage: OpenBOR-Port [switches] [folder]\n"
+        "\n"
+        "Plays the game in whose folder it stands, or that of the folder given.\n"
+        "\n";
+    for (const SwitchInfo& known : switchTable()) {
+        constexpr std::size_t kNameWidth = 27;
+        std::string name = "  " + std::string(known.name);
+        const bool isOptional = known.value == SwitchInfo::Value::kOptional;
+        if (known.value != SwitchInfo::Value::kNone) {
+            name.append(isOptional ? "[=" : "=").append(known.placeholder);
+            if (isOptional) name += ']';
+        }
+        name.resize(std::max(name.size() + 1, kNameWidth), ' ');
+        text.append(name).append(known.help).append(1, '\n');
+    }
+    return text +
+           "\n"
+           "Ends with 0 after a good run; runtime-startup.log in its folder tells how it went.\n";
+}
+
+std::string versionText(const std::filesystem::path& root) {
+    constexpr std::uintmax_t kMostIdentity = 4096;
+    const auto bytes = readFileBytes(root / "config" / "port.ini", kMostIdentity);
+    std::istringstream lines(bytes ? std::string(bytes->begin(), bytes->end()) : std::string());
+    std::string builder = "unknown";
+    for (std::string line; std::getline(lines, line);) {
+        constexpr std::string_view kKey = "builder=";
+        if (line.ends_with('\r')) line.pop_back();
+        if (line.starts_with(kKey)) builder = line.substr(kKey.size());
+    }
+    return "OpenBOR-Port, made by Tindrel Builder " + PathEncoding::text(builder) + "\n" +
+           std::to_string(generated::kCharacterCount) + " characters, " +
+           std::to_string(generated::kStageCount) + " stages\n";
 }
 
 std::filesystem::path executableDir(std::string_view argv0) {
@@ -217,6 +276,10 @@ int runPort(int argc, const char* const* argv) {
     const std::filesystem::path start =
         switches.start ? platform::pathFromArgument(*switches.start) : exe;
     const std::filesystem::path root = findPortRoot(start, exe);
+    if (switches.help || switches.version) {
+        platform::tell("OpenBOR-Port", switches.help ? helpText() : versionText(root));
+        return 0;
+    }
     platform::gAutomatedRun =
         switches.diagnose || switches.smoke || switches.replay || switches.autoplay;
     const GivenFiles files = filesOf(switches);

@@ -64,9 +64,10 @@ Gauge gaugeOf(const Bar& bar, const HudSize& size) {
     const std::int64_t capacity = gauge.upright ? gauge.height : gauge.width;
     const std::int64_t health = std::max(0, bar.health);
     const bool inProportion = !bar.popup || model.lifeBarType == 1;
+    // In proportion, health above its maximum reaches beyond the gauge.
     const std::int64_t fill =
-        inProportion ? capacity * health / std::max(1, bar.maxHealth) : health;
-    gauge.fill = static_cast<int>(std::min(capacity, fill));
+        inProportion ? capacity * health / std::max(1, bar.maxHealth) : std::min(capacity, health);
+    gauge.fill = static_cast<int>(std::min<std::int64_t>(kFarthest, fill));
     return gauge;
 }
 

@@ -70,6 +70,15 @@ struct EntityBinding {
     PORT_FIELDS(target, x, z, a, direction, config, sort)
 };
 
+// What holds an actor: of its model, unless a script has said otherwise.
+enum Bound : unsigned {
+    kBoundWalls = 1,
+    kBoundHoles = 2,
+    kBoundPlatforms = 4,
+    kBoundMinZ = 8,
+    kBoundMaxZ = 16
+};
+
 struct Actor {
     ActorHandle handle = kNobody;
     const generated::Character* model = nullptr;
@@ -86,6 +95,9 @@ struct Actor {
     bool hasScriptDraw = false;  // a script's draw method instead of the frames'
     generated::DrawMethod scriptDraw{};
     EntityBinding binding;
+    // Sets of Bound: what scripts have decided, and what of it holds.
+    unsigned scriptedBounds = 0, heldBounds = 0;
+    ActorHandle opponent = kNobody;  // whom it has struck or chosen to strike last
 
     int health = 100, maxHealth = 100, mp = 0, maxMp = 0;
     bool alive = true;
@@ -114,12 +126,12 @@ struct Actor {
 
     PORT_FIELDS(handle, model, animation, lastFrame, shown, worldX, z, altitude, verticalVelocity,
                 scriptVelocityX, scriptVelocityZ, facing, hasScriptAntigravity, scriptAntigravity,
-                hasScriptDraw, scriptDraw, binding, health, maxHealth, mp, maxMp, alive, paletteMap,
-                score, guardPoints, blockState, blocking, knockdownMeter, hitStun, attackTicks,
-                attackCooldown, attackHits, attackHasHit, projectileFired, invincibleTicks,
-                reactionType, landingDamage, landingMode, landingType, landingHitTargets,
-                energyPending, equippedWeapon, weaponUses, weaponItemModel, weaponDropsRemaining,
-                scriptCtx)
+                hasScriptDraw, scriptDraw, binding, scriptedBounds, heldBounds, opponent, health,
+                maxHealth, mp, maxMp, alive, paletteMap, score, guardPoints, blockState, blocking,
+                knockdownMeter, hitStun, attackTicks, attackCooldown, attackHits, attackHasHit,
+                projectileFired, invincibleTicks, reactionType, landingDamage, landingMode,
+                landingType, landingHitTargets, energyPending, equippedWeapon, weaponUses,
+                weaponItemModel, weaponDropsRemaining, scriptCtx)
 };
 
 // What all players have, whoever drives them.

@@ -80,6 +80,14 @@ struct Roster {
     PORT_FIELDS(present, carriers, weapons, next)
 };
 
+// Where the last attack of all met somebody, in the middle of both boxes.
+struct LastHit {
+    float x = 0, z = 0, altitude = 0;
+    int type = 0;
+
+    PORT_FIELDS(x, z, altitude, type)
+};
+
 struct World {
     std::uint64_t tick = 0;
     Player1 player1;
@@ -94,6 +102,7 @@ struct World {
     Camera camera;
     PendingBranch branch;
     Shake shake;
+    LastHit lastHit;
     ScriptContext stageScriptCtx;  // of global and level scripts
     ScriptState scripted;
     std::mt19937 blockRandom{0xB10C2026};
@@ -113,8 +122,8 @@ struct World {
     }
 
     PORT_FIELDS(tick, player1, coop, entities, roster, projectiles, pendingChildSpawns,
-                pendingWeaponDrops, slots, stage, camera, branch, shake, stageScriptCtx, scripted,
-                blockRandom)
+                pendingWeaponDrops, slots, stage, camera, branch, shake, lastHit, stageScriptCtx,
+                scripted, blockRandom)
 };
 
 }  // namespace port

@@ -210,8 +210,9 @@ class FieldWalk {
     }
     // Two states that give the same next numbers are taken for the same.
     void walk(std::mt19937 random) {
-        walk(random());
-        walk(random());
+        // The generator's own type is as wide as the system likes.
+        walk(std::uint64_t{random()});
+        walk(std::uint64_t{random()});
     }
 
     void walk(const ScriptContext& context) {

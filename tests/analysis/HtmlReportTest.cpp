@@ -213,6 +213,38 @@ TEST_F(HtmlReportTest, ConsequencesStandInSentencesWithTheirPlaces) {
     EXPECT_NE(scripts.find("line 3, in a comment or text"), std::string::npos);
 }
 
+TEST_F(HtmlReportTest, WhatPlayShowedStandsWhereAReportIs) {
+    write("levels/one.txt", "at 0\n");
+    EXPECT_EQ(section(page(), "play"), "");
+    folder_.write("out/playtest.json", R"({
+      "summary": {"stagesCleared": 1, "stagesPlayed": 2, "stages": 5, "deaths": 3,
+        "scriptErrors": {"think [a.c]: <b>broke</b>": 7}, "unsupported": {"typeof": 12, "rare": 40},
+        "missingPictures": {}, "missingSounds": {"data/sounds/x.wav": 1}, "missingSoundsOmitted": 4,
+        "modelsNeverMet": ["Ghost"]},
+      "stages": [{"stage": "data/levels/one.txt", "result": "cleared", "ticks": 4500, "deaths": 1,
+        "spawned": 3, "spawns": 4}, {"stage": "two.txt", "result": "stuck"}, 7]})");
+    const std::string play = section(page(), "play");
+    for (const char* piece :
+         {"A bot cleared 1 of 5 stages.", "<span class=\"chip\">stuck</span>",
+          "href=\"../assets/openbor-data/levels/one.txt\"", "1:15 of play, 1 death",
+          "3<small>of 4 came", "think [a.c]: &lt;b&gt;broke", "<code>Ghost</code>",
+          "and 4 times what the report had no room for"}) {
+        EXPECT_NE(play.find(piece), std::string::npos) << piece << '\n' << play;
+    }
+    EXPECT_LT(play.find(">rare<"), play.find(">typeof<")) << "the most frequent first";
+    EXPECT_EQ(play.find("Missing pictures"), std::string::npos);
+
+    for (const std::string& noReport :
+         {std::string("{"), std::string("[]"), std::string("{\"summary\": 5, \"stages\": []}"),
+          std::string(1'000'000, '['), std::string("\"\xff\""), std::string(9U << 20U, ' ')}) {
+        folder_.write("out/playtest.json", noReport);
+        EXPECT_EQ(section(page(), "play"), "") << noReport.substr(0, 20);
+    }
+    folder_.write("out/playtest.json", R"({"summary": {"stages": "x", "unsupported": {"a": -1},
+        "modelsNeverMet": [3]}, "stages": []})");
+    EXPECT_NE(section(page(), "play").find("A bot cleared 0 of 0 stages."), std::string::npos);
+}
+
 TEST_F(HtmlReportTest, FilesThatTheGameNeverLoadsStandApart) {
     write("models.txt", "load A a.txt\n");
     write("a.txt", "onspawnscript data/s/a.c\nanim idle\nframe none\nwobble 1\n");

@@ -3,13 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "FakeTools.hpp"
 #include "PakWriter.hpp"
+#include "driver/CommandTable.hpp"
 #include "driver/SmallGame.hpp"
 
 namespace tindrel {
@@ -69,6 +73,48 @@ TEST_F(DispatchTest, ShowsTheUsageWithoutACommandOrAnInput) {
     }
     EXPECT_EQ(lastLine(), "Windows: run with no arguments and choose a folder, ZIP, RAR or PAK.\n");
     EXPECT_EQ(err_.str(), "");
+}
+
+TEST_F(DispatchTest, TellsOfItselfWhenAsked) {
+    for (const std::vector<std::string>& asked :
+         std::vector<std::vector<std::string>>{{"--help"}, {"-h"}, {"convert", "--help"}}) {
+        EXPECT_EQ(run(asked), 0);
+        EXPECT_NE(out_.str().find("\n  watch <game> <port>"), std::string::npos) << out_.str();
+    }
+    std::istringstream help(out_.str());
+    for (std::string line; std::getline(help, line);) EXPECT_LE(line.size(), 80U) << line;
+    EXPECT_EQ(run({"--version"}), 0);
+    EXPECT_EQ(out_.str(), "Tindrel Builder 0.34.32\n");
+}
+
+// Everything that the program can be asked for, in its manual page and in each shell.
+TEST(CommandTable, IsWhatManualAndCompletionsTell) {
+    const fs::path packaging = fs::path(TINDREL_SOURCE_DIR) / "packaging";
+    const auto read = [&](const char* name) {
+        std::ifstream in(packaging / name);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    const std::string manual = read("man/tindrel-builder.1");
+    const std::string bash = read("completions/tindrel-builder.bash");
+    const std::string zsh = read("completions/tindrel-builder.zsh");
+    const std::string fish = read("completions/tindrel-builder.fish");
+    const auto expect = [](const std::string& text, const std::string& pattern) {
+        EXPECT_TRUE(std::regex_search(text, std::regex(pattern))) << pattern;
+    };
+    for (const CommandInfo& command : commandTable()) {
+        const std::string name(command.name);
+        expect(manual, "\n\\.It Cm " + name + " Ar ");
+        expect(bash, "[' ]" + name + "[' ]");
+        expect(zsh, "'" + name + ":");
+        expect(fish, " -a " + name + " ");
+    }
+    for (const OptionInfo& option : optionTable()) {
+        const std::string name(option.name.substr(2));
+        expect(manual, "\n\\.It Fl Fl " + name + "\\b");
+        expect(bash, "[' ]--" + name + "[=' ]");
+        expect(zsh, "--" + name + "=?\\[");
+        expect(fish, " -l " + name + " ");
+    }
 }
 
 TEST_F(DispatchTest, ReportsAnInputThatCannotBeUsed) {
@@ -268,6 +314,15 @@ TEST_F(DispatchTest, TestOfAPortChecksAndCompilesIt) {
     EXPECT_EQ(run({"test", "/port"}), 0) << err_.str();
     EXPECT_EQ(out_.str().rfind("OpenBOR project: " + path("/port") + '\n', 0), 0U) << out_.str();
     EXPECT_NE(out_.str().find(test::kCleanCounters + checks), std::string::npos) << out_.str();
+
+    folder_.write("met.json", R"({"summary": {"stagesCleared": 1, "stages": 1}, "stages": []})");
+    EXPECT_EQ(run({"test", "--playtest=" + path("/met.json"), "/port"}), 0) << err_.str();
+    EXPECT_NE(folder_.read("port/reports/index.html").find("A bot cleared 1 of 1 stage."),
+              std::string::npos);
+    EXPECT_EQ(folder_.read("port/reports/playtest.json"), folder_.read("met.json"));
+    EXPECT_EQ(run({"test", "/port", "--playtest=" + path("/absent.json")}), 2);
+    EXPECT_EQ(err_.str(),
+              "Erro: relatorio de jogo invalido: " + path("/absent.json") + ": cannot be read\n");
 
     folder_.write("port/config/openbor-video.ini", "logical_width=480\nlogical_height=240\n");
     fs::remove(path("/port/runtime/src/Engine.cpp"));

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <stdexcept>
 
 #include "TempFolder.hpp"
@@ -145,6 +147,40 @@ TEST_F(PortTree, SecondRunOverwritesAndKeepsTheRest) {
     EXPECT_EQ(asset("sounds/hit.WAV"), "12345");
     EXPECT_EQ(port_.read("saves/slot1.sav"), "kept");
     EXPECT_NE(port_.read("config/graphics.ini"), "a player's own");
+}
+
+TEST_F(PortTree, ASecondRunTouchesOnlyWhatChanged) {
+    game_.write("data/levels.txt", "set Main\nfile data/levels/one.txt\n");
+    game_.write("data/levels/one.txt", "spawn Hero\ncoords 10 200\nat 0\n");
+    generate();
+    const auto past = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    const auto files = [&] {
+        std::vector<fs::path> all;
+        for (const auto& entry : fs::recursive_directory_iterator(port_.path())) {
+            if (entry.is_regular_file()) all.push_back(entry.path());
+        }
+        return all;
+    };
+    // Assets keep the times of the game's files.
+    for (const char* part : {"config", "reports", "runtime"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(port_.path() / part)) {
+            if (entry.is_regular_file()) fs::last_write_time(entry, past);
+        }
+    }
+    std::map<fs::path, fs::file_time_type> before;
+    for (const fs::path& file : files()) before[file] = fs::last_write_time(file);
+
+    game_.write("data/levels/one.txt", "spawn Hero\ncoords 99 200\nat 0\n");
+    generate();
+    std::vector<std::string> touched;
+    for (const fs::path& file : files()) {
+        if (before[file] == fs::last_write_time(file)) continue;
+        touched.push_back(file.lexically_relative(port_.path()).generic_string());
+    }
+    std::sort(touched.begin(), touched.end());
+    EXPECT_EQ(touched, (std::vector<std::string>{"assets/openbor-data/levels/one.txt",
+                                                 "reports/stage-data.json",
+                                                 "runtime/generated/GeneratedStages.cpp"}));
 }
 
 TEST_F(PortTree, LinksOfTheGameAreAbsent) {

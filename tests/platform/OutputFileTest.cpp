@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <limits>
 #include <string>
@@ -43,6 +44,33 @@ TEST(OutputFile, CloseWritesEverythingAndEndsTheFile) {
     out.close();
     out << "lost";
     EXPECT_EQ(folder.read("out.txt"), "kept");
+}
+
+TEST(OutputFile, AFileThatHoldsTheTextAlreadyIsLeftUntouched) {
+    const TempFolder folder;
+    const fs::path path = folder.path() / "out.txt";
+    const auto write = [&](const std::string& text) {
+        OutputFile out(path);
+        for (std::size_t at = 0; at < text.size(); at += 1000) {
+            out << std::string_view(text).substr(at, 1000);
+        }
+        out.close();
+    };
+    const std::string text = std::string(600'000, 'x') + "\nend\n";
+    write(text);
+    const auto before = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    fs::last_write_time(path, before);
+    write(text);
+    EXPECT_EQ(fs::last_write_time(path), before);
+
+    std::string changed = text;
+    changed[400'000] = 'y';
+    for (const std::string& other :
+         {changed, text + "more", text.substr(0, 300'000), std::string(), text}) {
+        write(other);
+        EXPECT_EQ(withoutReturns(folder.read("out.txt")), other) << other.size();
+        EXPECT_NE(fs::last_write_time(path), before);
+    }
 }
 
 TEST(OutputFile, AFileThatCannotBeOpenedSwallowsItsText) {

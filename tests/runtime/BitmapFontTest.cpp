@@ -50,6 +50,18 @@ TEST(BitmapFont, LettersStandOnALineWithTheirAccents) {
               ".........#.\n");
 }
 
+TEST(BitmapFont, LettersOfOneKindHaveOneHeight) {
+    const auto rows = [](const char* letter) {
+        const std::string picture = art(letter, 16, 20, 0, 30);
+        return std::pair(picture.find('#') / 21, picture.rfind('#') / 21);
+    };
+    for (const char* capital : {"\u00C6", "\u00D0", "\u00D8", "\u00DE", "\u00DF", "\u00F0"}) {
+        EXPECT_EQ(rows(capital), rows("E")) << capital;
+    }
+    for (const char* small : {"\u00E6", "\u00F8"}) EXPECT_EQ(rows(small), rows("o")) << small;
+    EXPECT_EQ(rows("\u00FE").second, rows("p").second);
+}
+
 TEST(BitmapFont, EveryCharacterOfLatin1HasAShapeOfItsOwn) {
     for (const int size : {8, 16}) {
         std::map<std::vector<test::Argb>, int> shapes;

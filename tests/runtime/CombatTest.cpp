@@ -68,6 +68,10 @@ TEST_F(CombatTrial, AnAttackHitsEachOfThoseItTouchesOnce) {
     EXPECT_TRUE(player.attackHasHit && player.energyPending.hit);
     EXPECT_EQ(global("heard"), "10 10 ");
     EXPECT_EQ(player.scriptCtx.local.at("damagetaker"), ScriptValue(far.handle));
+    EXPECT_EQ(player.opponent, far.handle);
+    EXPECT_EQ(world.lastHit.x, world.pendingChildSpawns[1].worldX) << "where the flash is";
+    EXPECT_EQ(world.lastHit.altitude, world.pendingChildSpawns[1].altitude);
+    EXPECT_EQ(world.lastHit.z, far.z);
     near.worldX = far.worldX = 110;
     fight();
     EXPECT_EQ(near.health, 90) << "the same attack";

@@ -216,6 +216,7 @@ TEST_F(EngineLoop, InOneChapterTheLivingRestALittleAndTheDeadStayDead) {
         world.player1.health = 30;
         world.coop[0].health = 118;
         world.coop[0].worldX = 300;
+        world.coop[0].hasScriptDraw = true;
         world.coop[1].alive = false;
         world.coop[1].health = 0;
         advanceStage(game);
@@ -230,6 +231,9 @@ TEST_F(EngineLoop, InOneChapterTheLivingRestALittleAndTheDeadStayDead) {
     world.branch.target = 1;
     quietly([&] { advanceStage(game); });
     EXPECT_EQ(world.stage.index, 1U) << "a branch goes before the next of the set";
+    quietly([&] { beginGame(game); });
+    EXPECT_TRUE(world.coop[0].hasScriptDraw) << "how scripts draw a player outlasts a game";
+    EXPECT_FALSE(world.coop[1].hasScriptDraw);
 }
 
 TEST_F(EngineLoopInWindow, TheNaturalEndWantsAnEmptyStageAndAPlayerNearItsEnd) {

@@ -78,7 +78,7 @@ TEST_F(EngineTest, LifeBarSizeTakesTheLastUsableLine) {
     };
     for (const Case& c : cases) {
         Engine other(devices());
-        folder.write("assets/openbor-data/lifebar.txt", c.text);
+        folder.write("assets/openbor-data/LifeBar.txt", c.text);
         EXPECT_TRUE(captured([&] { return other.initialize(folder.path()); }));
         EXPECT_EQ(other.game().hud.barWidth, c.width) << c.text;
         EXPECT_EQ(other.game().hud.barHeight, c.height) << c.text;
@@ -86,7 +86,7 @@ TEST_F(EngineTest, LifeBarSizeTakesTheLastUsableLine) {
 }
 
 TEST_F(EngineTest, MenuLabelsAndUnlocksAreReadLeniently) {
-    folder.write("assets/openbor-data/menu.txt",
+    folder.write("assets/openbor-data/MENU.TXT",
                  "RenameKey Attack1  Punch it # at once\nrenamekey\ndisablekey special\n");
     folder.write("saves/unlocks.ini", "completion_count=7\nCompletions = 2\ncompletions=x\n");
     ASSERT_TRUE(initialize());

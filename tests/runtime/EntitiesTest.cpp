@@ -53,7 +53,11 @@ TEST_F(EntityTurns, EndByTimeByDistanceAndAfterTheirDeath) {
     turn();
     EXPECT_FALSE(far.alive);
     EXPECT_FALSE(far.visible);
-    EXPECT_EQ(global("hooks"), "death.c:5 kill.c:0 kill.c:1 ");
+    RuntimeEntity& effect = add(model, 100);
+    effect.animationEffect = true;
+    turn(10);
+    EXPECT_FALSE(effect.visible);
+    EXPECT_EQ(global("hooks"), "death.c:5 kill.c:0 kill.c:1 kill.c:0 ");
 }
 
 TEST_F(EntityTurns, FrozenAndHeldOnesStayWhereTheyAreAndPlayOn) {

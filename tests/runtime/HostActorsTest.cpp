@@ -79,6 +79,65 @@ TEST_F(HostActors, KindsOfActorsHaveDifferentProperties) {
     EXPECT_EQ(get(player, "attacking"), ScriptValue(1.0));
 }
 
+TEST_F(HostActors, WhatScriptsAskBesidesIsAnsweredUnlessAGameIsTakenToTheLetter) {
+    foe.maxMp = 10;
+    set(foe, "mp", 99.0);
+    EXPECT_EQ(foe.mp, 10);
+    set(foe, "maxmp", 4.0);
+    EXPECT_EQ(get(foe, "mp"), ScriptValue(4.0));
+    EXPECT_EQ(get(foe, "subject_to_minz"), ScriptValue(foe.model->subjectToMinZ ? 1.0 : 0.0));
+    set(foe, "subject_to_minz", 1.0);
+    set(foe, "subject_to_wall", 0.0);
+    set(foe, "subject_to_hole", 0.0);
+    EXPECT_EQ(foe.scriptedBounds, kBoundMinZ | kBoundWalls | kBoundHoles);
+    EXPECT_EQ(foe.heldBounds, kBoundMinZ);
+    set(foe, "subject_to_hole", 1.0);
+    EXPECT_EQ(get(foe, "subject_to_hole"), ScriptValue(1.0));
+    world.tick = 100;
+    set(foe, "invinctime", 150.0);
+    EXPECT_EQ(foe.invincibleTicks, 50);
+    EXPECT_EQ(get(foe, "invinctime"), ScriptValue(150.0));
+    set(foe, "invincible", 0.0);
+    EXPECT_EQ(get(foe, "invinctime"), ScriptValue(0.0));
+    set(foe, "y", 12.0);
+    EXPECT_EQ(foe.altitude, -12);
+    EXPECT_EQ(get(foe, "animvalid", text("WALK")), ScriptValue(1.0));
+    EXPECT_EQ(get(foe, "animvalid", text("jump")), ScriptValue(0.0));
+    EXPECT_EQ(get(foe, "defaultname"), get(foe, "name"));
+    RuntimeEntity& carrier = add(makeModel("obstacle", {"idle"}), 100);
+    carry(carrier, 40, 20, 25);
+    EXPECT_EQ(get(foe, "base"), ScriptValue(25.0));
+
+    const ScriptValue key = call("openborconstant", text("ENTITY_PROPERTY_OPPONENT"));
+    call("set_entity_property", foe.handle, key, mate.handle);
+    EXPECT_EQ(call("get_entity_property", foe.handle, key), ScriptValue(mate.handle));
+    foe.opponent = 999;
+    EXPECT_EQ(get(foe, "opponent"), ScriptValue(kNobody)) << "somebody who has gone";
+    player.grabbedEntity = foe.handle;
+    EXPECT_EQ(get(player, "grabbing"), ScriptValue(foe.handle));
+    set(foe, "parent", kPlayer1Handle);
+    EXPECT_EQ(get(foe, "parent"), ScriptValue(kPlayer1Handle));
+
+    player.livesRemaining = 3;
+    call("changeplayerproperty", 1.0, text("lives"), 5.0);
+    EXPECT_EQ(player.livesRemaining, 5) << "they share them";
+    stage.noShare = 1;
+    call("changeplayerproperty", 1.0, text("lives"), 2.0);
+    EXPECT_EQ(mate.livesRemaining, 2);
+    EXPECT_EQ(call("getplayerproperty", 0.0, text("lives")), ScriptValue(5.0));
+    EXPECT_EQ(call("getplayerproperty", 3.0, text("credits")), ScriptValue(0.0)) << "nobody";
+
+    config.asWritten = true;
+    for (const char* letter : {"mp", "subject_to_wall", "opponent", "y", "defaultname"}) {
+        EXPECT_EQ(get(foe, letter), kEmpty) << letter;
+    }
+    set(foe, "mp", 1.0);
+    EXPECT_EQ(foe.mp, 4);
+    EXPECT_EQ(call("getplayerproperty", 0.0, text("lives")), ScriptValue(0.0));
+    call("set_entity_property", foe.handle, text("x"), 5.0);
+    EXPECT_EQ(tags, Tags{"set_entity_property"});
+}
+
 TEST_F(HostActors, AntigravityNeedsAName) {
     be(foe);
     call("changeentityproperty", 0.0, text("antigravity"), 0.5);

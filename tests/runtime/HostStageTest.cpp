@@ -33,6 +33,18 @@ TEST_F(HostStage, VariantsTellOfTheGame) {
     add(makeEnemy(), 100);
     add(makeEnemy(), 100).visible = false;
     EXPECT_EQ(variant("ent_count"), 1);
+    EXPECT_EQ(variant("ent_max"), 2) << "one above the last that getentity() finds";
+    EXPECT_EQ(variant("player_max_z"), 1000);
+    world.lastHit = {40, 200, -15, 3};
+    EXPECT_EQ(variant("lasthita"), 15);
+    stage.setOrder = generated::kStages[2].setOrder;
+    const bool sameSet = generated::kStages[1].setOrder == stage.setOrder;
+    EXPECT_EQ(variant("current_stage") > 1, sameSet);
+    config.asWritten = true;
+    for (const char* letter : {"ent_max", "player_max_z", "lasthita", "current_stage"}) {
+        EXPECT_EQ(variant(letter), 0) << letter;
+    }
+    config.asWritten = false;
     call("changeopenborvariant", text("xpos"), 1e9);
     EXPECT_EQ(world.camera.x, 2000 - 480);
     call("changeopenborvariant", text("levelpos"), -5.0);

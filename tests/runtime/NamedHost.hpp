@@ -24,10 +24,10 @@ class NamedHost : public ScriptHost {
         static std::set<std::string, std::less<>> names;
         return reinterpret_cast<const HostFunction*>(&*names.emplace(loweredName).first);
     }
-    bool callHostFunction(const HostFunction& function, std::span<const ScriptValue> args,
+    bool callHostFunction(const HostTarget& target, std::span<const ScriptValue> args,
                           ScriptContext& context, UnansweredNames& unsupported,
                           ScriptValue& result) final {
-        const auto& name = reinterpret_cast<const std::string&>(function);
+        const auto& name = reinterpret_cast<const std::string&>(*target.function);
         return answer(name, args, context, unsupported, result);
     }
 };

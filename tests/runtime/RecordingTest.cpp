@@ -2,6 +2,7 @@
 
 #include "Recording.hpp"
 
+#include <map>
 #include <sstream>
 
 #include "Autoplay.hpp"
@@ -105,6 +106,44 @@ TEST_F(Recorded, ABotsRunWithExtraLivesIsPlayedAgain) {
     EXPECT_EQ(replay(folder.read("run.rec")), 0) << warnings;
 }
 
+TEST_F(Recorded, SavedGamesThatAreContinuedComeWithTheRecording) {
+    folder.write("saves/slot1.sav",
+                 "stage=1\njoined_mask=3\nplayer1=Hero\nhealth1=7\nscore1=300\n");
+    folder.write("saves/unlocks.ini", "completion_count=4\n");
+    const std::map<int, int> presses = {{1, kKeyDown},  {3, kKeyEnter}, {80, kKeyEscape},
+                                        {82, kKeyUp},   {84, kKeyUp},   {86, kKeyEnter},
+                                        {88, kKeyDown}, {90, kKeyEnter}};
+    passesUntilClosed = 200;
+    beforePass = [&] {
+        const int pass = 200 - passesUntilClosed;
+        keysDown.clear();
+        if (const auto press = presses.find(pass); press != presses.end()) {
+            keysDown.insert(press->second);
+        }
+        if (pass == 70) folder.write("saves/slot1.sav", "lives=9\nweapon_uses1=3\n");
+    };
+    Engine first(devices());
+    quietly([&] {
+        EXPECT_TRUE(first.record(file));
+        EXPECT_TRUE(first.initialize(folder.path()));
+        EXPECT_EQ(first.run(), 0);
+    });
+    EXPECT_EQ(first.game().world.player1.livesRemaining, 9);
+    beforePass = nullptr;
+    passesUntilClosed = 1000;
+    const std::string text = folder.read("run.rec");
+    const Recording recording = readBack(text);
+    ASSERT_EQ(recording.starts.size(), 1U);
+    EXPECT_EQ(recording.starts[0].completions, 4);
+    EXPECT_EQ(recording.starts[0].menuRow, 1);
+    EXPECT_EQ(recording.saves.size(), 1U);
+    std::filesystem::remove_all(folder.path() / "saves");
+    EXPECT_EQ(replay(text), 0) << warnings;
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "saves"));
+    const std::size_t health = text.find("health1=7");
+    EXPECT_EQ(replay(std::string(text).replace(health, 9, "health1=6")), 77);
+}
+
 TEST_F(Recorded, ARunThatPartsFromItsRecordingSaysWhere) {
     std::string text = record();
     const std::size_t hash = text.find(" hash 120 ") + 10;
@@ -139,12 +178,13 @@ TEST(Recording, WhatIsNoRecordingIsRefusedByItsLine) {
     EXPECT_EQ(refusal("stage=0\n"), "line 1: stage=0");
     EXPECT_EQ(refusal("[recording]\nversion=1\n[passes]\n"), "no recording") << "without a start";
     for (const char* line :
-         {"[begin]\nstage=-1", "[begin]\ndrive=3", "[begin]\nplayers=0", "[begin]\nlives=9",
-          "[passes]\n0 input k 1", "[passes]\n1 input k 100", "[passes]\n1 input 41",
-          "[passes]\n1 input p 4 0 0 0 0 0", "[passes]\n1 input p 0 0 40000 0 0 0",
-          "[passes]\n2 hash 60", "[passes]\n2 dance", "[passes]\n99999999999 end 1",
-          "[passes]\n5 end 1\n5 end 1", "[passes]\n5 hash 60 1\n4 hash 120 1",
-          "[passes]\n5 hash 60 1\n5 hash 120 1", "[passes]\n0 hash 0 1", "[begin]\n[begin]"}) {
+         {"[begin]\nstage=-1", "[begin]\ndrive=3", "[begin]\nplayers=0", "[begin]\nrows=0 0",
+          "[begin]\nrows=0 100 0", "[begin]\nlives=9", "[passes]\n0 input k 1",
+          "[passes]\n1 input k 100", "[passes]\n1 input 41", "[passes]\n1 input p 4 0 0 0 0 0",
+          "[passes]\n1 input p 0 0 40000 0 0 0", "[passes]\n2 hash 60", "[passes]\n2 dance",
+          "[passes]\n99999999999 end 1", "[passes]\n5 end 1\n5 end 1",
+          "[passes]\n5 hash 60 1\n4 hash 120 1", "[passes]\n5 hash 60 1\n5 hash 120 1",
+          "[passes]\n0 hash 0 1", "[begin]\n[begin]"}) {
         EXPECT_TRUE(refusal(head + line + "\n").starts_with("line ")) << line;
     }
 }

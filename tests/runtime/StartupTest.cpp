@@ -6,6 +6,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -52,6 +56,31 @@ TEST(Arguments, SmokeFramesAreClampedAndForgiving) {
     EXPECT_EQ(parse({"--capture-every=7"}).captureEvery, 7);
     EXPECT_EQ(parse({"--capture-every=often"}).captureEvery, 30);
     EXPECT_FALSE(parse({"--capture-every=7"}).capture);
+}
+
+// All switches, in the help, in the manual page and in each shell.
+TEST(Arguments, AreWhatManualAndCompletionsTell) {
+    const auto read = [](const std::string& name) {
+        std::ifstream in(std::filesystem::path(TINDREL_SOURCE_DIR) / "packaging" / name);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    const std::string manual = read("man/OpenBOR-Port.6");
+    const std::string bash = read("completions/OpenBOR-Port.bash");
+    const std::string zsh = read("completions/OpenBOR-Port.zsh");
+    const std::string fish = read("completions/OpenBOR-Port.fish");
+    const auto expect = [](const std::string& text, const std::string& pattern) {
+        EXPECT_TRUE(std::regex_search(text, std::regex(pattern))) << pattern;
+    };
+    for (const SwitchInfo& known : switchTable()) {
+        const std::string name(known.name.substr(2));
+        expect(helpText(), "\n  --" + name + "[ =\\[]");
+        expect(manual, "\n\\.It Fl Fl " + name + "( Ns|\n)");
+        expect(bash, "[' ]--" + name + "[=' ]");
+        expect(zsh, "--" + name + "(=-?)?[\\[,}]");
+        expect(fish, " -l " + name + " ");
+    }
+    std::istringstream help(helpText());
+    for (std::string line; std::getline(help, line);) EXPECT_LE(line.size(), 80U) << line;
 }
 
 TEST(PortRoot, IsSearchedInEightFolders) {
@@ -119,6 +148,17 @@ TEST_F(PortRun, DiagnoseChecksAndStops) {
                          "\nPREFLIGHT assets=ok characters=5 stages=5\nDIAGNOSE OK\n");
     EXPECT_EQ(errors, "");
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "runtime-crash.log"));
+}
+
+TEST_F(PortRun, TellsOfItselfWithoutATrace) {
+    makePort();
+    folder.write("config/port.ini", "[port]\r\nbuilder=1.2.3\r\n");
+    std::filesystem::remove(folder.path() / "runtime-startup.log");
+    EXPECT_EQ(start("--version '" + root + "'"), 0);
+    EXPECT_EQ(output, "OpenBOR-Port, made by Tindrel Builder 1.2.3\n5 characters, 5 stages\n");
+    EXPECT_EQ(start("--help '" + root + "'"), 0);
+    EXPECT_EQ(output, helpText());
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "runtime-startup.log"));
 }
 
 TEST_F(PortRun, APortWithoutAssetsFallsBackOnTheProgramsFolderAndFails) {

@@ -56,6 +56,13 @@ TEST_F(Terrain, AWallBarsWhomItTowersAbove) {
     models.back().subjectToWall = false;
     step(130);
     EXPECT_EQ(walker.worldX, 130);
+    walker.scriptedBounds = walker.heldBounds = kBoundWalls;
+    step(130);
+    EXPECT_EQ(walker.worldX, 90) << "a script has the last word";
+    walker.heldBounds = 0;
+    models.back().subjectToWall = true;
+    step(130);
+    EXPECT_EQ(walker.worldX, 130);
 }
 
 TEST_F(Terrain, AHoleLetsFallWhomNoWallCarries) {
@@ -74,27 +81,27 @@ TEST_F(Terrain, AHoleLetsFallWhomNoWallCarries) {
 TEST_F(Terrain, PlatformsCarryAndBar) {
     RuntimeEntity& carrier = add(makeModel("obstacle", {"idle"}), 200, 210);
     carry(carrier, 40, 20, 25);
-    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, kNobody, nullptr), 25);
-    EXPECT_EQ(dynamicPlatformHeight(world, 200, 211, kNobody, nullptr), 0) << "in front of it";
-    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, carrier.handle, nullptr), 0);
+    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, kNobody), 25);
+    EXPECT_EQ(dynamicPlatformHeight(world, 200, 211, kNobody), 0) << "in front of it";
+    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, carrier.handle), 0);
     carrier.facing = -1;
-    EXPECT_EQ(dynamicPlatformHeight(world, 240, 210, kNobody, nullptr), 25) << "mirrored";
+    EXPECT_EQ(dynamicPlatformHeight(world, 240, 210, kNobody), 25) << "mirrored";
     turn();  // now it stands in the roster
-    EXPECT_EQ(dynamicPlatformHeight(world, 240, 210, kNobody, nullptr), 25);
+    EXPECT_EQ(dynamicPlatformHeight(world, 240, 210, kNobody), 25);
     RuntimeEntity& higher = add(makeModel("obstacle", {"idle"}), 230, 210);
     carry(higher, 40, 20, 60);
-    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, kNobody, nullptr), 60);
+    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, kNobody), 60);
     step(200, -24);
     EXPECT_EQ(walker.worldX, 90) << "it stands in the way like a wall";
     step(200, -60);
     EXPECT_EQ(walker.worldX, 200);
     generated::Character& free = models.front();
     free.subjectToPlatform = false;
-    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, kNobody, &free), 0);
+    EXPECT_EQ(dynamicPlatformHeight(world, walker), 0);
     step(200);
     EXPECT_EQ(walker.worldX, 200);
     higher.visible = false;
-    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, kNobody, nullptr), 25);
+    EXPECT_EQ(dynamicPlatformHeight(world, 200, 200, kNobody), 25);
 }
 
 }  // namespace

@@ -60,6 +60,20 @@ TEST_F(PortBuildTest, TriesNinjaFirstAndEachTryAfresh) {
     EXPECT_EQ(tools_.log(), plainLine() + " -G Ninja\n" + plainLine() + '\n');
 }
 
+TEST_F(PortBuildTest, CompilesAgainWithoutConfiguring) {
+    int replaced = 0;
+    const auto rebuild = [&] { return rebuildPort(port_, {out_, err_}, [&] { ++replaced; }); };
+    EXPECT_EQ(rebuild(), 0);
+    EXPECT_EQ(tools_.log(), plainLine() + "\n--build " + tree() + " --config Release\n");
+    tools_.log("");
+    EXPECT_EQ(rebuild(), 0);
+    EXPECT_EQ(tools_.log(), "--build " + tree() + " --config Release\n");
+    EXPECT_EQ(replaced, 2);
+    tools_.set("fail-build");
+    EXPECT_EQ(rebuild(), 22);
+    EXPECT_EQ(replaced, 2) << "the old one stays where nothing new was made";
+}
+
 TEST_F(PortBuildTest, NamesWhatIsMissing) {
     tools_.removeProgram("cmake");
     EXPECT_EQ(build(), 20);

@@ -75,7 +75,10 @@ TEST_F(PortPackageTest, GathersWhatAPlayerNeeds) {
     EXPECT_EQ(entries, (std::vector<std::string>{
                            "DIAGNOSTICO.sh", "INICIAR-JOGO.sh", "OpenBOR-Port", "README-PORT.txt",
                            "SE-O-JOGO-FECHAR.txt", "assets/openbor-data/models.txt",
-                           "config/graphics.ini", "reports/analysis.json"}));
+                           "config/graphics.ini", "lib/libone.so.1", "reports/analysis.json"}));
+    EXPECT_NE(log.find(" -P " + port_.string() + "/runtime/PortableLibraries.cmake\n"),
+              std::string::npos)
+        << log;
     for (const char* program : {"DIAGNOSTICO.sh", "INICIAR-JOGO.sh", "OpenBOR-Port"}) {
         EXPECT_NE(fs::status(stage_ / program).permissions() & kOwnerExec, fs::perms::none)
             << program;
@@ -128,6 +131,12 @@ TEST_F(PortPackageTest, ReportsAFailedCopy) {
     fs::create_symlink("nowhere", port_ / "config" / "dangling.ini");
     EXPECT_EQ(package(), 31);
     EXPECT_EQ(err_.str().rfind("Erro empacotando config: ", 0), 0U) << err_.str();
+}
+
+TEST_F(PortPackageTest, ReportsLibrariesThatCannotBePacked) {
+    tools_.set("fail-libraries");
+    EXPECT_EQ(package(), 31);
+    EXPECT_EQ(err_.str(), "Erro empacotando lib: o CMake terminou com 7\n");
 }
 
 TEST_F(PortPackageTest, ReportsAFailedZip) {

@@ -1,0 +1,16 @@
+# fish completion for OpenBOR-Port
+
+complete -c OpenBOR-Port -f -a '(__fish_complete_directories)'
+complete -c OpenBOR-Port -l diagnose -d 'check the files of the port and end'
+complete -c OpenBOR-Port -l diagnostic -d 'check the files of the port and end'
+complete -c OpenBOR-Port -l smoke-game -d 'play by itself for 600 frames'
+complete -c OpenBOR-Port -l smoke-frames -x -d 'play by itself for 60 to 3600 frames'
+complete -c OpenBOR-Port -l capture -x -a '(__fish_complete_directories)' -d 'write frames of play as PNG'
+complete -c OpenBOR-Port -l capture-every -x -d 'write every n-th frame'
+complete -c OpenBOR-Port -l record -r -F -d 'write down what the players do'
+complete -c OpenBOR-Port -l replay -r -F -d 'play such a file'
+complete -c OpenBOR-Port -l autoplay -d 'let a bot play the campaign'
+complete -c OpenBOR-Port -l autoplay-lives -x -d 'give the bot more lives'
+complete -c OpenBOR-Port -l autoplay-report -r -F -d 'let a bot play, and write what it met'
+complete -c OpenBOR-Port -l help -d 'show a summary'
+complete -c OpenBOR-Port -l version -d 'show which builder made the port'

@@ -1,0 +1,57 @@
+#include "platform/FileReplace.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "TempFolder.hpp"
+
+namespace tindrel {
+namespace {
+
+namespace fs = std::filesystem;
+using test::TempFolder;
+
+TEST(FileReplace, CopiesBytesAndPermissionsToAFreePlace) {
+    const TempFolder folder;
+    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, std::size_t{300'001}}) {
+        std::string content(size, 'x');
+        for (std::size_t i = 0; i < size; ++i) content[i] = static_cast<char>(i * 31 / 7);
+        const fs::path from = folder.write("from", content);
+        fs::permissions(from, fs::perms::owner_read | fs::perms::group_all);
+        std::error_code error;
+        copyNewFile(from, folder.path() / "to", error);
+        EXPECT_FALSE(error) << error.message();
+        EXPECT_EQ(folder.read("to"), content);
+        EXPECT_EQ(fs::status(folder.path() / "to").permissions(), fs::status(from).permissions());
+        fs::permissions(from, fs::perms::owner_all);
+        fs::remove(folder.path() / "to");
+    }
+}
+
+TEST(FileReplace, LeavesWhatStandsThereAndNothingOfItsOwn) {
+    const TempFolder folder;
+    const fs::path from = folder.write("from", "new");
+    const fs::path there = folder.write("there", "old");
+    const fs::path link = folder.path() / "link";
+    fs::create_symlink("nowhere", link);
+    for (const fs::path& taken : {there, link}) {
+        std::error_code error;
+        copyNewFile(from, taken, error);
+        EXPECT_EQ(error, std::errc::file_exists) << taken;
+    }
+    EXPECT_EQ(folder.read("there"), "old");
+    EXPECT_FALSE(fs::exists(folder.path() / "nowhere")) << "written through a link";
+
+    for (const fs::path& absent : {folder.path() / "absent", folder.path()}) {
+        std::error_code error;
+        copyNewFile(absent, folder.path() / "to", error);
+        EXPECT_TRUE(error) << absent;
+        EXPECT_FALSE(fs::exists(folder.path() / "to"));
+    }
+}
+
+}  // namespace
+}  // namespace tindrel
