@@ -3,11 +3,11 @@
 // What authors plainly meant where their lines, taken to the letter, lose it. Each mend is a row of
 // one table; whoever reads such a line asks its Reading whether the mend holds.
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 namespace tindrel {
@@ -46,7 +46,10 @@ struct MendRow {
 struct MendedLine {
     std::uint64_t line = 0;  // from 1
     Mend mend{};
-    auto operator<=>(const MendedLine&) const = default;
+    bool operator==(const MendedLine&) const = default;
+    bool operator<(const MendedLine& other) const {
+        return std::tie(line, mend) < std::tie(other.line, other.mend);
+    }
 };
 
 // One file's reading: to the letter or mended, and which lines were.

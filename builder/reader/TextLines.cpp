@@ -64,6 +64,7 @@ std::string_view takeWord(std::string_view& rest) {
 // Where the word that ends a block stands in a line of the block, behind other text or with a
 // comment glued to it; npos where it does not stand in the line's code, or other text follows.
 std::size_t blockEndIn(std::string_view line) {
+    if (line.find('@') == std::string_view::npos) return line.npos;
     for (std::size_t i = 0; i < line.size(); ++i) {
         const std::string_view rest = line.substr(i);
         if (rest.starts_with("//")) break;
