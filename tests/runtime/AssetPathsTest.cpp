@@ -123,7 +123,8 @@ TEST_F(AssetFileTest, SoundsMayLackTheirExtension) {
 
 TEST_F(AssetFileTest, HostileNamesAreMissingFiles) {
     folder.write("file", "");
-    const std::string longName = std::string(5000, 'n') + ".gif";
+    std::string longName(5000, 'n');
+    longName += ".gif";
     std::string deep;
     for (int i = 0; i < 8000; ++i) deep += "d/";
     for (const std::string& name : {longName, deep + "x", std::string("file/below.gif")}) {

@@ -29,6 +29,13 @@ struct CompressedAudioTest : testing::Test {
     void SetUp() override {
         if (decode("probe.ogg", "") == kNoCompressedAudio)
             GTEST_SKIP() << "nothing decodes it here";
+#ifdef _WIN32
+        // Which formats the system knows is up to what is installed.
+        if (decode("probe.flac", {std::begin(kFlac), std::end(kFlac)}).find("codec may be") !=
+            std::string::npos) {
+            GTEST_SKIP() << error;
+        }
+#endif
     }
 };
 

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # The builder of another system writes the same bytes as this system's own:
 #     tests/windows/compare-builders.sh <builder> <maker of PAKs> <builder for Windows> <work folder> <game>...
-# Every game is also given as a ZIP and as a PAK. What names a path of the machine is compared with
-# all paths written alike.
+# Every game is also given as a ZIP and as a PAK.
 set -euo pipefail
 
 own=$(realpath "$1")
@@ -29,35 +28,12 @@ builder() { # <own|other> <argument>...
         (cd "$work/own" && "$own" "$@")
     else
         # Wine has no PowerShell, but a program of its name that does nothing and ends well.
-        (cd "$work/other" && WINEDLLOVERRIDES="mscoree,mshtml,powershell.exe=" WINEPATH="$tools" \
+        (cd "$work/other" && WINEDLLOVERRIDES="mscoree,mshtml,powershell.exe=" WINEPATH="Z:${tools//\//\\}" \
             "$tree/tools/wine.sh" "$other" "$@" </dev/null)
     fi
 }
 
-# Both systems' forms of the work folder and of the temporary folders become the same words.
-alike() {
-    sed -E -e 's#\r$##' -e 's#([A-Z]:)?[\\/]+(tmp|users[\\/]+[^\\/]+[\\/]+(AppData[\\/]+Local[\\/]+)?Temp)[\\/]+[^ |"]*#TEMP#gI' \
-        -e 's#Z:##g' -e 's#\\\\?#/#g' -e "s#$work/(own|other)#WORK#g" "$1"
-}
-
 failed=0
-compare_folders() { # <folder below both>
-    local file list
-    list=$(diff <(cd "own/$1" && find . -type f | sort) <(cd "other/$1" && find . -type f | sort)) || {
-        echo "$1: other files:"
-        echo "$list" | head -20
-        failed=1
-    }
-    while IFS= read -r file; do
-        cmp -s "own/$1/$file" "other/$1/$file" && continue
-        if ! cmp -s <(alike "own/$1/$file") <(alike "other/$1/$file"); then
-            echo "$1/$file differs:"
-            diff <(alike "own/$1/$file") <(alike "other/$1/$file") | head -6 | cut -c1-300 || true
-            failed=1
-        fi
-    done < <(cd "own/$1" && find . -type f)
-}
-
 for game in "${games[@]}"; do
     name=$(basename "$game")
     (cd "$game" && rm -f "$work/$name.zip" && bsdtar -c --format zip --options zip:compression=store -f "$work/$name.zip" data)
@@ -75,8 +51,8 @@ for game in "${games[@]}"; do
                 echo "code $code" >>"$side/$label/$command.txt"
             done
         done
-        compare_folders "$label"
-        echo "$label: $(find "own/$label" -type f | wc -l) files compared, $(grep -h '^code' "own/$label"/*.txt | sort -u | tr '\n' ' ')"
+        echo "$label: $(grep -h '^code' "own/$label"/*.txt | sort -u | tr '\n' ' ')"
+        "$tree/tests/windows/compare_trees.py" "own/$label" "other/$label" || failed=1
     done
 done
 exit $failed

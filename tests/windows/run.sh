@@ -54,11 +54,10 @@ DISPLAY='' "$wine" "$port/OpenBOR-Port.exe" "--replay=$recording" </dev/null >"$
 grep 'REPLAY OK' "$work/replay.txt"
 
 echo "-- launchers"
-for launcher in "$tree"/port/BUILD-PORTABLE-MINGW.sh; do
-    # The launchers stand in the script that makes the portable folder.
-    for name in INICIAR-JOGO DIAGNOSTICO SMOKE-TESTE; do
-        sed -n "/^launcher $name.cmd/,/^CMD\$/p" "$launcher" | sed '1d;$d;s/$/\r/' >"$port/$name.cmd"
-    done
+# They stand in the script that makes the portable folder.
+for name in INICIAR-JOGO DIAGNOSTICO SMOKE-TESTE; do
+    sed -n "/^launcher $name.cmd/,/^CMD\$/p" "$tree/port/BUILD-PORTABLE-MINGW.sh" |
+        sed '1d;$d;s/$/\r/' >"$port/$name.cmd"
 done
 (cd "$port" && DISPLAY='' "$wine" cmd /c DIAGNOSTICO.cmd </dev/null) | grep -q 'DIAGNOSE OK' ||
     fail "DIAGNOSTICO.cmd"
