@@ -5,10 +5,9 @@ if(MSVC)
 else()
   target_compile_options(tindrel_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # This compiler sees overlapping and endless copies in its own std::string, and uninitialised
-    # members in std::variants that are moved, where there are none.
-    target_compile_options(tindrel_warnings INTERFACE -Wno-restrict -Wno-stringop-overflow
-      -Wno-maybe-uninitialized)
+    # This compiler sees overlapping copies in its own std::string, and uninitialised members in
+    # std::variants that are moved, where there are none.
+    target_compile_options(tindrel_warnings INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
   endif()
 endif()
 
