@@ -197,7 +197,7 @@ bool OpenAlOutput::fill(Voice& voice) {
     const std::size_t frames = given.samples.size() / static_cast<std::size_t>(voice.channels);
     if (frames == 0 || std::size_t{given.loopBegin} + given.loopLength > frames) return false;
     voice.next = 0;
-    return queuePiece(voice) && queuePiece(voice);
+    return queuePiece(voice);
 }
 
 // Drops what has been played and brings one piece more, so that no picture waits for a whole track.

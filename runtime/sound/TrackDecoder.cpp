@@ -1,7 +1,7 @@
 #include "TrackDecoder.hpp"
 
 #include <algorithm>
-#include <new>
+#include <exception>
 #include <utility>
 
 namespace port {
@@ -70,8 +70,8 @@ void TrackDecoder::work(const std::stop_token& stop) {
         std::optional<Result> result;
         try {
             result = decodeTrack(path, stop);
-        } catch (const std::bad_alloc&) {
-            result.reset();  // there may be room for it when it is played
+        } catch (const std::exception&) {
+            result.reset();  // such as for want of memory: seen again when the track is played
         }
         lock.lock();
         underWay_.clear();

@@ -75,6 +75,7 @@ struct ScriptedDevice {
         out.setVolume = [this](AudioVoice id, float volume) { voices.at(id).volume = volume; };
         out.setFrequencyRatio = [this](AudioVoice id, float ratio) { voices.at(id).ratio = ratio; };
         out.hasQueuedBuffers = [this](AudioVoice voice) { return !ended.contains(voice); };
+        out.update = [this] { call("update", 0); };
         return out;
     }
 };
@@ -286,7 +287,11 @@ TEST_F(AudioSystemTest, EndsWithEffectsThenMusicThenTheDevice) {
     const auto file = sound("a.bor");
     {
         AudioSystem own(device.output());
+        own.update();
+        EXPECT_EQ(device.takeCalls(), Calls{}) << "there is nothing to look after yet";
         ASSERT_TRUE(own.initialize(config));
+        own.update();
+        EXPECT_EQ(device.takeCalls(), (Calls{"open 0", "update 0"}));
         ASSERT_TRUE(own.playMusic(file));
         ASSERT_TRUE(own.playEffect(file));
         ASSERT_TRUE(own.playEffect(file));
@@ -314,6 +319,7 @@ TEST_F(AudioSystemTest, ABuildWithoutADeviceTellsWhatItDecoded) {
     EXPECT_EQ(silent.lastError(), "cannot open .bor music");
     silent.pauseMusic(true);
     silent.stopMusic();
+    silent.update();
     silent.setMasterVolume(0.5F);
     EXPECT_EQ(silent.masterVolume(), 0.5F);
 }
