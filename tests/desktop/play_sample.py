@@ -245,6 +245,8 @@ def main():
     try:
         with Display() as display:
             game = Game(display, folder, CANVAS, 2)
+            # A folder may have been played in before: "k" must be a new key.
+            game.set_before_start("key_attack", 74)
             game.set_before_start("width", 960)
             game.set_before_start("height", 544)
             with game:
