@@ -541,6 +541,12 @@ CommandRule lookupCommand(std::string_view command) {
     return {row.status, row.support != Support::kNone, row.support == Support::kBoth, row.impact};
 }
 
+std::vector<std::string_view> registryWords() {
+    std::vector<std::string_view> words;
+    forEachWord([&](std::string_view word, const Row&) { words.push_back(word); });
+    return words;
+}
+
 std::string_view closestCommand(std::string_view command) {
     ClosestWord closest(command);
     forEachWord([&](std::string_view word, const Row&) { closest.offer(word); });

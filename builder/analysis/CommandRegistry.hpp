@@ -4,6 +4,7 @@
 // how far a converted game honours it.
 
 #include <string_view>
+#include <vector>
 
 namespace tindrel {
 
@@ -21,6 +22,9 @@ struct CommandRule {
 
 // The verdict on a word in any case, whatever file it stands in. Pure.
 [[nodiscard]] CommandRule lookupCommand(std::string_view command);
+
+// Every word of the registry, in its order; a word of several rows comes with each.
+[[nodiscard]] std::vector<std::string_view> registryWords();
 
 // The word that a misspelt one most likely means: the nearest in spelling among the registry's.
 // Empty when none is near. `command` is in lower case.
