@@ -35,7 +35,8 @@ set(port_picture_units
 # decoding and playing sound
 set(port_sound_uses core platform)
 set(port_sound_units
-  AudioDecoder AudioSystem EffectCache MusicPreview SoundEffects VolumeKeys)
+  AudioDecoder AudioSystem EffectCache FileStamp MusicPreview SoundEffects TrackDecoder
+  VolumeKeys)
 # everything that changes while a game is played, as data
 set(port_world_uses core generated script)
 set(port_world_units
@@ -207,6 +208,9 @@ function(port_image_backends target folder)
 endfunction()
 
 function(port_sound_backends target folder)
+  # Music is decoded beside the game.
+  find_package(Threads REQUIRED)
+  target_link_libraries(${target} PUBLIC Threads::Threads)
   set(decoder None)
   set(output None)
   if(WIN32)

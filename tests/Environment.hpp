@@ -1,6 +1,8 @@
 #pragma once
 
+#ifndef _WIN32
 #include <sys/resource.h>
+#endif
 
 #include <cstdlib>
 #include <optional>
@@ -13,23 +15,40 @@ class Environment {
   public:
     Environment(const char* name, const std::string& value) : name_(name) {
         if (const char* before = std::getenv(name)) before_ = before;
-        ::setenv(name, value.c_str(), 1);
+        set(name, value);
     }
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
     ~Environment() {
         if (before_) {
-            ::setenv(name_, before_->c_str(), 1);
+            set(name_, *before_);
         } else {
-            ::unsetenv(name_);
+            unset(name_);
         }
     }
 
   private:
+#ifdef _WIN32
+    static void set(const char* name, const std::string& value) {
+        ::_putenv_s(name, value.c_str());
+    }
+    static void unset(const char* name) {
+        ::_putenv_s(name, "");
+    }
+#else
+    static void set(const char* name, const std::string& value) {
+        ::setenv(name, value.c_str(), 1);
+    }
+    static void unset(const char* name) {
+        ::unsetenv(name);
+    }
+#endif
+
     const char* name_;
     std::optional<std::string> before_;
 };
 
+#ifndef _WIN32
 // Few files can be open at once while this lives.
 class FewOpenFiles {
   public:
@@ -46,5 +65,6 @@ class FewOpenFiles {
   private:
     rlimit before_{};
 };
+#endif
 
 }  // namespace tindrel::test

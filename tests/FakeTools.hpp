@@ -28,6 +28,7 @@ case "$1" in
         echo 'echo "ran $*" > started; exit 3' >> "$2/openbor-port"
         if [ -e "$here/program" ]; then /bin/cat "$here/program" > "$2/openbor-port"; fi
         /bin/chmod 755 "$2/openbor-port"
+        echo MZ > "$2/openbor-port.exe"
     fi
     if [ -e "$here/gone-after-build" ]; then /bin/rm "$0"; fi
     ;;

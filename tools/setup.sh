@@ -34,4 +34,4 @@ build_packages=("${port_packages[@]}" nlohmann-json3-dev)
 archive_packages=(unzip libarchive-tools p7zip-full)
 # What the checks need beyond that.
 check_packages=(libgtest-dev clang clang-format clang-tidy g++-mingw-w64-x86-64-posix python3
-    libegl1 libgl1-mesa-dri)
+    libegl1 libgl1 libgl1-mesa-dri xvfb xdotool wine64)

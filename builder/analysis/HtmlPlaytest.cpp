@@ -29,6 +29,13 @@ std::string minutes(std::uint64_t ticks) {
            std::to_string(seconds % 60);
 }
 
+std::string_view toneOf(std::string_view result) {
+    if (result == "cleared") return lookOf(kSupported).tone;
+    // The run was over, or the game went elsewhere.
+    if (result == "left") return lookOf(kIgnoredSafely).tone;
+    return lookOf(kUnsupported).tone;
+}
+
 void writeStages(HtmlPage& page, const PlayedGame& game) {
     OutputFile& out = page.out();
     out << "<h3>Stages <small>" << groupDigits(game.played.size())
@@ -36,9 +43,7 @@ void writeStages(HtmlPage& page, const PlayedGame& game) {
     const std::size_t shown = std::min(game.played.size(), kMaxStages);
     for (std::size_t i = 0; i < shown; ++i) {
         const PlayedStage& stage = game.played[i];
-        const bool cleared = stage.result == "cleared";
-        out << "<li class=\"plain " << lookOf(cleared ? kSupported : kUnsupported).tone
-            << "\"><span>";
+        out << "<li class=\"plain " << toneOf(stage.result) << "\"><span>";
         page.writeFile(stage.stage);
         out << " <span class=\"chip\">" << escapeHtml(stage.result)
             << "</span></span><span class=\"at\">" << minutes(stage.ticks) << " of play, "

@@ -270,6 +270,7 @@ class HtmlReport {
         if (missingTotal_ > 0) {
             text += ' ' + counted(missingTotal_, "name leads", "names lead") + " nowhere.";
         }
+        if (played_) text += " A bot that played it " + stagesCleared(*played_) + '.';
         return text;
     }
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr CommandInfo kCommands[] = {
     {"scan", "<game>", "say whether it is a game and what it holds"},
-    {"analyze", "<game> [folder]", "judge it and write reports, by default in <game>/reports"},
+    {"analyze", "<game> [folder]", "judge it and write reports, else in <game>/reports"},
     {"audit", "<game>", "judge it, and show what a port does natively"},
     {"convert", "<game> [folder]", "write a port, by default <game>-Native-Port"},
     {"build", "<game> <folder>", "write a port and compile it"},
@@ -21,9 +21,10 @@ constexpr CommandInfo kCommands[] = {
 };
 
 constexpr OptionInfo kOptions[] = {
-    {"--as-written", "", "", "take every line of the game to the letter"},
     {"--run", "", "watch", "start the port, and again after each build"},
+    {"--windows", "", "package", "for Windows, on another system"},
     {"--playtest", "<file>", "test", "show what this report of a bot's play tells, too"},
+    {"--as-written", "", "", "take every line of a game to the letter"},
     {"--help", "", "", "this text"},
     {"--version", "", "", "the version"},
 };

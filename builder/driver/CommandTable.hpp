@@ -1,7 +1,7 @@
 #pragma once
 
-// What the program can be asked for, once: the help is made of it, and the manual page and the
-// completions of shells are held to it.
+// What the program can be asked for, once: options are taken by it, the help is made of it, and the
+// manual page and the completions of shells are held to it.
 
 #include <iosfwd>
 #include <span>
@@ -18,7 +18,7 @@ struct CommandInfo {
 struct OptionInfo {
     std::string_view name;
     std::string_view value;    // empty for an option without; otherwise behind a "="
-    std::string_view command;  // that it goes with; empty for one that stands alone
+    std::string_view command;  // that it goes with; empty for all
     std::string_view summary;
 };
 

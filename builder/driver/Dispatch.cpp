@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <ostream>
 #include <string_view>
 #include <utility>
@@ -156,38 +157,49 @@ int runGameCommand(std::string_view command, const fs::path& input,
     return row->run({console, input, folder, prepared, scan, game, analysis});
 }
 
-// The value of an option, which is taken out of the arguments; empty for one without a value.
-std::optional<std::string> takeOption(std::vector<std::string>& arguments, std::string_view name) {
-    const auto found = std::ranges::find_if(arguments, [&](const std::string& argument) {
-        return argument.starts_with(name) && (name.ends_with('=') || argument == name);
+// Names of options that were given, and their values.
+using Options = std::map<std::string_view, std::string>;
+
+// Takes them out of the arguments, wherever they stand; the rest keeps its order.
+Options takeOptions(std::vector<std::string>& arguments) {
+    Options given;
+    for (const OptionInfo& option : optionTable()) {
+        const std::string start = std::string(option.name) + (option.value.empty() ? "" : "=");
+        std::erase_if(arguments, [&](const std::string& argument) {
+            if (option.value.empty() ? argument != start : !argument.starts_with(start)) {
+                return false;
+            }
+            given[option.name] = argument.substr(start.size());
+            return true;
+        });
+    }
+    return given;
+}
+
+bool goTogether(std::string_view command, const Options& options) {
+    return std::ranges::all_of(optionTable(), [&](const OptionInfo& option) {
+        return option.command.empty() || option.command == command ||
+               !options.contains(option.name);
     });
-    if (found == arguments.end()) return std::nullopt;
-    std::string value = found->substr(name.size());
-    arguments.erase(found);
-    return value;
 }
 
 int dispatch(std::vector<std::string> arguments, const Console& console) {
-    // Asked for, the help is no mistake; a game of that name is given as "./--help".
-    const auto asks = [&](std::string_view option) {
-        return std::find(arguments.begin() + 1, arguments.end(), option) != arguments.end();
-    };
-    if (asks("--help") || asks("-h")) {
+    // A game of that name is given as "./--help".
+    std::ranges::replace(arguments, std::string("-h"), std::string("--help"));
+    const Options options = takeOptions(arguments);
+    if (options.contains("--help")) {
         printHelp(console.out);
         return kSuccess;
     }
-    if (asks("--version")) {
+    if (options.contains("--version")) {
         printVersion(console.out);
         return kSuccess;
     }
-    const bool asWritten = takeOption(arguments, "--as-written").has_value();
-    if (arguments.size() < 2) return printUsage(console.out);
-    const std::string command = arguments[1];
-    const bool starts = command == "watch" && takeOption(arguments, "--run");
-    std::optional<std::string> playtest;
-    if (command == "test") playtest = takeOption(arguments, "--playtest=");
-    const bool forWindows = command == "package" && takeOption(arguments, "--windows");
-    if (arguments.size() < 3) return printUsage(console.out);
+    if (arguments.size() < 3 || !goTogether(arguments[1], options)) {
+        return printUsage(console.out);
+    }
+    const std::string& command = arguments[1];
+    const bool asWritten = options.contains("--as-written");
     const fs::path input = argumentPath(arguments[2]);
     std::optional<fs::path> folder;
     if (arguments.size() > 3) folder = argumentPath(arguments[3]);
@@ -202,16 +214,21 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
         return kNoInput;
     }
     if (command == "package") {
-        return packagePort(input, console, forWindows ? System::kWindows : kHostSystem);
+        return packagePort(input, console,
+                           options.contains("--windows") ? System::kWindows : kHostSystem);
     }
-    if (command == "watch" && folder)
-        return watchGame({input, *folder, starts, asWritten}, console);
+    if (command == "watch" && folder) {
+        return watchGame({input, *folder, options.contains("--run"), asWritten}, console);
+    }
     if (command == "watch") {
         console.err << "Erro: uso: tindrel-builder watch <game> <port> [--run]\n";
         return kUsage;
     }
     if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
-        return testPort(input, playtest ? argumentPath(*playtest) : fs::path(), asWritten, console);
+        const auto playtest = options.find("--playtest");
+        const fs::path report =
+            playtest == options.end() ? fs::path() : argumentPath(playtest->second);
+        return testPort(input, report, asWritten, console);
     }
     PreparedInput prepared;
     try {

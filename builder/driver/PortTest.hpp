@@ -8,8 +8,8 @@ namespace tindrel {
 
 // Checks that a generated port is complete and fits its game, then compiles it. `playtest`, where
 // not empty, is a bot's report: it goes to the port's reports, and their page tells what it holds.
-// kNoInput for a report that cannot be read, kChecksFailed, or the code of buildPort. Throws
-// file-system errors. `asWritten` is GameReader's.
+// kNoInput for a report that cannot be read, kChecksFailed, or the code of buildPort. `asWritten`
+// is GameReader's. Throws file-system errors.
 [[nodiscard]] int testPort(const std::filesystem::path& port, const std::filesystem::path& playtest,
                            bool asWritten, const Console& console);
 

@@ -13,7 +13,7 @@ struct WatchOrder {
     std::filesystem::path game;  // as prepareInput takes it
     std::filesystem::path port;
     bool run = false;        // start the port after each build, in place of the one that runs
-    bool asWritten = false;  // as GameReader takes it
+    bool asWritten = false;  // GameReader's
 };
 
 // Converts and compiles at once and after each change, until `goOn`, which is asked several times a

@@ -28,8 +28,8 @@ bool isUnchangedCopy(const fs::path& source, const fs::path& copy) {
 
 }  // namespace
 
-void writeTextFile(const fs::path& path, std::string_view text) {
-    OutputFile out(path);
+void writeTextFile(const fs::path& path, std::string_view text, LineEnds ends) {
+    OutputFile out(path, ends);
     out << text;
     out.close();
 }

@@ -6,10 +6,13 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/OutputFile.hpp"
+
 namespace tindrel {
 
 // A text file of exactly this text. Throws ("open", "write") when the disk takes no more.
-void writeTextFile(const std::filesystem::path& path, std::string_view text);
+void writeTextFile(const std::filesystem::path& path, std::string_view text,
+                   LineEnds ends = LineEnds::kOfSystem);
 
 // Puts a copy of the regular file `source` in place of whatever file or link stands at `target`,
 // whose folder exists. On failure there is no file at `target`. A target that is the source itself,

@@ -37,12 +37,13 @@ void writeRuntime(const fs::path& outputFolder, bool asWritten) {
     for (const fs::path& folder : folders) createDirectories(folder);
     for (const EmbeddedFile& file : runtimeFiles()) {
         const fs::path path = outputFolder / file.path;
-        if (asWritten && file.path == kSettings) {
-            writeTextFile(path, std::string(file.content).append(kAsWrittenSection));
-        } else {
-            writeTextFile(path, file.content);
-        }
-        if (file.path.ends_with(".sh")) {
+        const bool isScript = file.path.ends_with(".sh");
+        // Shells stumble over the line ends of Windows, and a picture has none.
+        const bool asGiven = isScript || file.path.ends_with(".ico");
+        std::string text(file.content);
+        if (asWritten && file.path == kSettings) text += kAsWrittenSection;
+        writeTextFile(path, text, asGiven ? LineEnds::kAsGiven : LineEnds::kOfSystem);
+        if (isScript) {
             std::error_code ignored;
             fs::permissions(path,
                             fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,

@@ -5,11 +5,11 @@
 #include <fstream>
 #include <string_view>
 #include <system_error>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "PathEncoding.hpp"
+#include "input/OutputFolders.hpp"
 #include "platform/Interrupt.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/Tokens.hpp"
@@ -63,51 +63,6 @@ fs::path relativeTarget(std::string_view name) {
     }
     return fs::path("data") / PathEncoding::path(name);
 }
-
-// The folders below the output. Each is looked at before it is trusted: a real directory, no link,
-// below folders of which that is known as well, so that nothing is written elsewhere.
-class OutputFolders {
-  public:
-    OutputFolders(fs::path output, std::uint64_t limit)
-        : output_(std::move(output)), limit_(limit) {}
-
-    // Makes `folder`, the way below the output. Throws when it is no place for the file `name`.
-    void prepare(const fs::path& folder, const std::string& name) {
-        if (known_.count(folder.native()) != 0) return;
-        require(isInsideDataFolder(output_, output_ / folder), kTraversal, name);
-        fs::path below;
-        for (const fs::path& element : folder) {
-            below /= element;
-            if (known_.count(below.native()) != 0) continue;
-            makeOne(output_ / below, name);
-            if (known_.size() == kRemembered) known_.clear();
-            known_.insert(below.native());
-        }
-    }
-
-  private:
-    // Far more than games have; a hostile PAK must not fill the memory with its folders' names.
-    static constexpr std::size_t kRemembered = 4096;
-
-    void makeOne(const fs::path& folder, const std::string& name) {
-        std::error_code error;
-        const fs::file_type type = fs::symlink_status(folder, error).type();
-        require(type != fs::file_type::symlink, kTraversal, name);
-        if (type == fs::file_type::not_found) {
-            // A short name makes many folders, each a block of the disk, so they are counted too.
-            require(++made_ <= limit_, kTooManyFiles);
-            fs::create_directory(folder, error);
-        } else if (!error && type != fs::file_type::directory) {
-            error = std::make_error_code(std::errc::not_a_directory);
-        }
-        require(!error, "falha criando pasta do PAK: ", error.message());
-    }
-
-    fs::path output_;
-    std::uint64_t limit_;
-    std::uint64_t made_ = 0;
-    std::unordered_set<fs::path::string_type> known_;
-};
 
 class PakReader {
   public:
@@ -203,7 +158,16 @@ class PakReader {
         const fs::path relative = relativeTarget(name).lexically_normal();
         // "data//x" joins to an absolute path.
         require(isSafeRelativePath(relative), kTraversal, name);
-        folders.prepare(relative.parent_path(), name);
+        switch (folders.prepare(relative.parent_path())) {
+            case FolderProblem::kNone:
+                break;
+            case FolderProblem::kLink:
+                throw PakError{std::string(kTraversal).append(name)};
+            case FolderProblem::kTooMany:
+                throw PakError{std::string(kTooManyFiles)};
+            case FolderProblem::kFailed:
+                throw PakError{"falha criando pasta do PAK: " + folders.error().message()};
+        }
         return (output / relative).lexically_normal();
     }
 

@@ -39,7 +39,8 @@ void spellLineEnds([[maybe_unused]] std::string& text) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::filesystem::path& path) : path_(path) {
+OutputFile::OutputFile(const std::filesystem::path& path, LineEnds ends)
+    : path_(path), ends_(ends) {
     std::error_code unknown;
     if (std::filesystem::is_regular_file(path, unknown)) file_.reset(openFile(path, "r+b"));
     unchanged_ = file_ != nullptr;
@@ -80,7 +81,7 @@ bool OutputFile::standsNext(std::string_view text) {
 
 void OutputFile::flush() {
     if (buffer_.empty()) return;
-    spellLineEnds(buffer_);
+    if (ends_ == LineEnds::kOfSystem) spellLineEnds(buffer_);
     size_ += buffer_.size();
     unchanged_ = unchanged_ && standsNext(buffer_);
     errno = 0;

@@ -1,9 +1,9 @@
 #pragma once
 
-// A text file that the builder writes: platform line ends, large buffer. A file that cannot be
-// opened swallows its text, as a report must never end a run; a full or read-only disk does end
-// it, so that nothing half-written is reported as done. A file that holds the text already is left
-// untouched, so that nothing is compiled again for it.
+// A text file that the builder writes: the system's line ends by default, large buffer. A file that
+// cannot be opened swallows its text, as a report must never end a run; a full or read-only disk
+// does end it, so that nothing half-written is reported as done. A file that holds the text already
+// is left untouched, so that nothing is compiled again for it.
 
 #include <charconv>
 #include <concepts>
@@ -16,11 +16,13 @@
 
 namespace tindrel {
 
+enum class LineEnds { kOfSystem, kAsGiven };
+
 class OutputFile {
   public:
     // Replaces what the file holds. Throws filesystem_error ("open") for a full or read-only disk
     // only.
-    explicit OutputFile(const std::filesystem::path& path);
+    explicit OutputFile(const std::filesystem::path& path, LineEnds ends = LineEnds::kOfSystem);
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
@@ -48,6 +50,7 @@ class OutputFile {
     [[nodiscard]] bool standsNext(std::string_view text);
 
     std::filesystem::path path_;
+    LineEnds ends_;
     std::unique_ptr<std::FILE, CloseFile> file_;
     std::string buffer_;
     std::string before_;       // what the file holds in the place of the buffer

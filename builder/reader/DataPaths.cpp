@@ -5,6 +5,7 @@
 
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/HostSystem.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -130,6 +131,12 @@ PathResolver::Place PathResolver::step(const Place& folder, std::string_view ele
     // An unreadable parent makes the question itself fail; the spelling as written stands then.
     std::error_code error;
     fs::file_type type = plainType(place.path);
+    // Where the system itself takes any case, only the listing tells how a file is spelled, by
+    // which the passes know it again.
+    if (kHostSystem == System::kWindows && !knownTypes_.contains(place.path.native())) {
+        const auto [first, last] = list(folder.path).equal_range(toLower(element));
+        if (std::distance(first, last) == 1) place.path = first->second;
+    }
     if (type == fs::file_type::none && (!fs::exists(place.path, error) || error)) {
         const auto [first, last] = list(folder.path).equal_range(toLower(element));
         const auto matches = std::distance(first, last);

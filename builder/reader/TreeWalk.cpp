@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -54,6 +55,10 @@ std::vector<TreeEntry> list(const fs::path& folder, int depth, std::error_code& 
             setType(entry, type);
         },
         error);
+    // Each file system has an order of its own; the same game gives the same reports everywhere.
+    std::ranges::sort(entries, [](const TreeEntry& a, const TreeEntry& b) {
+        return std::tie(a.folded, a.native) < std::tie(b.folded, b.native);
+    });
     return entries;
 }
 

@@ -37,6 +37,7 @@ _tindrel_builder() {
         local options='--as-written'
         case $command in
             watch) options+=' --run' ;;
+            package) options='--windows' ;;
             test) options+=' --playtest=' ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")

@@ -15,6 +15,7 @@ complete -c tindrel-builder -n __fish_use_subcommand -l version -d 'show the ver
 
 complete -c tindrel-builder -n 'not __fish_use_subcommand' -a '(__fish_complete_directories)'
 complete -c tindrel-builder -n 'not __fish_use_subcommand; and not __fish_seen_subcommand_from package test' -k -a '(__fish_complete_suffix .zip .rar .pak .ZIP .RAR .PAK)'
-complete -c tindrel-builder -n 'not __fish_use_subcommand' -l as-written -d 'take every line of the game to the letter'
 complete -c tindrel-builder -n '__fish_seen_subcommand_from watch' -l run -d 'start the port, and again after each build'
+complete -c tindrel-builder -n '__fish_seen_subcommand_from package' -l windows -d 'for Windows, on another system'
 complete -c tindrel-builder -n '__fish_seen_subcommand_from test' -l playtest -r -F -d 'report of a bot'
+complete -c tindrel-builder -n 'not __fish_use_subcommand; and not __fish_seen_subcommand_from package' -l as-written -d 'take every line to the letter'

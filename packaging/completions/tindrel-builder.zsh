@@ -7,6 +7,7 @@ _tindrel_builder_game() {
 
 _tindrel_builder() {
   local curcontext=$curcontext state line
+  local letter='--as-written[take every line to the letter]'
   local -a commands=(
     'scan:say whether it is a game and what it holds'
     'analyze:judge it and write reports'
@@ -23,16 +24,15 @@ _tindrel_builder() {
   case $state in
     command) _describe command commands ;;
     argument)
-      local written='--as-written[take every line of the game to the letter]'
       case $words[1] in
-        scan|audit) _arguments $written '1:game:_tindrel_builder_game' ;;
+        scan|audit) _arguments $letter '1:game:_tindrel_builder_game' ;;
         watch)
-          _arguments $written '--run[start the port, and again after each build]' \
+          _arguments $letter '--run[start the port, and again after each build]' \
             '1:game:_tindrel_builder_game' '2:port:_files -/'
           ;;
-        package) _arguments '1:port:_files -/' ;;
-        test) _arguments $written '--playtest=[report of a bot]:report:_files' '1:port:_files -/' ;;
-        *) _arguments $written '1:game:_tindrel_builder_game' '2:folder:_files -/' ;;
+        package) _arguments '--windows[pack for Windows]' '1:port:_files -/' ;;
+        test) _arguments $letter '--playtest=[report of a bot]:report:_files' '1:port:_files -/' ;;
+        *) _arguments $letter '1:game:_tindrel_builder_game' '2:folder:_files -/' ;;
       esac
       ;;
   esac

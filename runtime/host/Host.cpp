@@ -6,7 +6,7 @@ namespace port {
 
 const HostFunction* Host::findHostFunction(std::string_view loweredName) const {
     const HostFunction* const function = port::findHostFunction(loweredName);
-    const bool unknown = function && function->mended && services_.config.asWritten;
+    const bool unknown = function != nullptr && function->mended && services_.config.asWritten;
     return unknown ? nullptr : function;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -29,16 +30,18 @@ constexpr const char* kAudioTooLarge = "decoded audio would be larger than 1 GiB
 // Each call fills `out` and returns true, or sets `error` and returns false. No bad file throws.
 class AudioDecoder {
   public:
-    // By the file name's extension, in any case.
-    static bool decodeFile(const std::filesystem::path& path, DecodedAudio& out,
-                           std::string& error);
+    // By the file name's extension, in any case. Several threads may decode at a time; one that is
+    // asked to stop fails soon.
+    static bool decodeFile(const std::filesystem::path& path, DecodedAudio& out, std::string& error,
+                           const std::stop_token& stop = {});
     // Legacy music: a header of 160 bytes that is not read, then IMA ADPCM, mono, 22050 Hz.
     static bool decodeOpenBorBor(const std::filesystem::path& path, DecodedAudio& out,
                                  std::string& error);
     static bool decodeOpenBorBor(std::span<const std::uint8_t> file, DecodedAudio& out,
                                  std::string& error);
     // RIFF/WAVE: PCM of 8, 16, 24 or 32 bits or 32-bit float, mono or stereo.
-    static bool decodeWav(const std::filesystem::path& path, DecodedAudio& out, std::string& error);
+    static bool decodeWav(const std::filesystem::path& path, DecodedAudio& out, std::string& error,
+                          const std::stop_token& stop = {});
     static bool decodeWav(std::span<const std::uint8_t> file, DecodedAudio& out,
                           std::string& error);
 };

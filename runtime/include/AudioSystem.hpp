@@ -13,6 +13,7 @@
 #include "AudioOutput.hpp"
 #include "EffectCache.hpp"
 #include "RuntimeConfig.hpp"
+#include "TrackDecoder.hpp"
 
 namespace port {
 
@@ -40,6 +41,13 @@ class AudioSystem {
 
     // Takes over the volumes and opens the device. False when there is one that does not open.
     [[nodiscard]] bool initialize(const RuntimeConfig& config);
+
+    // Once a picture: lets the device look after itself.
+    void update();
+
+    // The music to come, the track needed first in front, each once: it is decoded meanwhile. What
+    // is then played, and what is said of it, is the same as without.
+    void expectMusic(const std::vector<std::filesystem::path>& files) { tracks_.expect(files); }
 
     // Replaces the current track, which plays on when the new one does not decode.
     bool playMusic(const std::filesystem::path& path, bool loop = true,
@@ -87,10 +95,11 @@ class AudioSystem {
     std::string error_;
     bool decoded_ = false;
     bool musicPaused_ = false;
-    DecodedAudio musicBuffer_;  // read by the music voice
+    std::shared_ptr<const DecodedAudio> musicBuffer_;  // read by the music voice
     platform::AudioVoice musicVoice_ = platform::kNoVoice;
     std::vector<ActiveEffect> effectVoices_;
     EffectCache effects_;
+    TrackDecoder tracks_;
 };
 
 }  // namespace port

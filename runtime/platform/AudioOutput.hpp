@@ -46,6 +46,8 @@ struct AudioOutput {
     std::function<void(AudioVoice, float)> setFrequencyRatio;  // the range above
     // False when the voice has played all that was submitted.
     std::function<bool(AudioVoice)> hasQueuedBuffers;
+    // Once a picture while the device is open: what it has to do beside playing. May be null.
+    std::function<void()> update;
 };
 
 [[nodiscard]] AudioOutput systemAudioOutput();

@@ -1,11 +1,12 @@
-// OpenAL Soft: a source and a buffer for each voice.
+// OpenAL Soft: a source for each voice, fed piece by piece.
 
 #include <al.h>
 #include <alc.h>
 #include <alext.h>
 
+#include <algorithm>
 #include <chrono>
-#include <limits>
+#include <deque>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -21,6 +22,10 @@ constexpr int kStereo = 2;
 constexpr float kMaxVolume = 2.0F;
 // More effects than anybody can tell apart; the library reserves little for each.
 constexpr ALCint kMostSources = 1024;
+// A second or more of sound, which takes no part of a frame to be handed over, and enough of them
+// to outlast the loading of a stage.
+constexpr std::size_t kPieceFrames = std::size_t{1} << 16U;
+constexpr std::size_t kPiecesAhead = 8;
 // Opening a device takes the time of a frame or more.
 constexpr auto kBetweenTries = std::chrono::seconds(2);
 
@@ -29,11 +34,19 @@ struct Voice {
     AudioBuffer submitted;
     bool started = false;
     float volume = 1.0F, ratio = 1.0F;
-    ALuint source = 0, buffer = 0;  // 0 where the device has none left, or is gone
+    ALuint source = 0;         // 0 while the device is gone
+    std::deque<ALuint> queue;  // of the source, the piece that sounds in front
+    std::size_t next = 0;      // the frame behind the last piece
 };
 
-// A device that is lost is opened again as soon as one is there. What loops begins anew then; what
-// does not is over.
+ALint stateOf(const Voice& voice) {
+    ALint state = AL_STOPPED;
+    alGetSourcei(voice.source, AL_SOURCE_STATE, &state);
+    return state;
+}
+
+// A device that is lost is opened again as soon as one is there. Meanwhile voices are silent. What
+// loops begins anew then; what does not is over.
 class OpenAlOutput {
   public:
     OpenAlOutput() = default;
@@ -51,6 +64,7 @@ class OpenAlOutput {
     void setVolume(AudioVoice id, float volume);
     void setFrequencyRatio(AudioVoice id, float ratio);
     bool hasQueuedBuffers(AudioVoice id);
+    void update();
 
   private:
     [[nodiscard]] bool deviceIsLost() const;
@@ -58,6 +72,9 @@ class OpenAlOutput {
     static bool makeSource(Voice& voice);
     static void dropSource(Voice& voice);
     static bool fill(Voice& voice);
+    static std::vector<std::int16_t> takePiece(Voice& voice);
+    static bool queuePiece(Voice& voice);
+    static void feed(Voice& voice);
 
     ALCdevice* device_ = nullptr;
     ALCcontext* context_ = nullptr;
@@ -103,8 +120,7 @@ void OpenAlOutput::reopenWhenLost() {
     close();
     if (!open().empty()) return;
     for (auto& [id, voice] : voices_) {
-        if (!voice.submitted.loop || !makeSource(voice) || !fill(voice)) continue;
-        if (voice.started) alSourcePlay(voice.source);
+        if (voice.submitted.loop && makeSource(voice)) fill(voice);
     }
 }
 
@@ -125,47 +141,86 @@ bool OpenAlOutput::makeSource(Voice& voice) {
 
 void OpenAlOutput::dropSource(Voice& voice) {
     if (voice.source != 0) alDeleteSources(1, &voice.source);
-    if (voice.buffer != 0) alDeleteBuffers(1, &voice.buffer);
-    voice.source = voice.buffer = 0;
+    for (const ALuint& buffer : voice.queue) alDeleteBuffers(1, &buffer);
+    voice.source = 0;
+    voice.queue.clear();
 }
 
 // Mono goes to both sides in full: as a sound in the middle of a room it would lose a part.
-std::vector<std::int16_t> onBothSides(std::span<const std::int16_t> mono) {
-    std::vector<std::int16_t> stereo;
-    stereo.reserve(mono.size() * kStereo);
-    for (const std::int16_t sample : mono) stereo.insert(stereo.end(), kStereo, sample);
-    return stereo;
+void append(std::vector<std::int16_t>& stereo, std::span<const std::int16_t> samples,
+            int channels) {
+    if (channels == kStereo) {
+        stereo.insert(stereo.end(), samples.begin(), samples.end());
+    } else {
+        for (const std::int16_t sample : samples) stereo.insert(stereo.end(), kStereo, sample);
+    }
+}
+
+// The next piece of what a voice plays, its loop unrolled; empty at the end.
+std::vector<std::int16_t> OpenAlOutput::takePiece(Voice& voice) {
+    const AudioBuffer& given = voice.submitted;
+    const auto channels = static_cast<std::size_t>(voice.channels);
+    const bool inRegion = given.loop && given.loopLength > 0;
+    const std::size_t begin = inRegion ? given.loopBegin : 0;
+    const std::size_t end = inRegion ? begin + given.loopLength : given.samples.size() / channels;
+    std::vector<std::int16_t> piece;
+    piece.reserve(kStereo * (given.loop ? kPieceFrames : std::min(kPieceFrames, end - voice.next)));
+    for (std::size_t left = kPieceFrames; left > 0;) {
+        if (voice.next == end) {
+            if (!given.loop) break;
+            voice.next = begin;
+        }
+        const std::size_t frames = std::min(left, end - voice.next);
+        append(piece, given.samples.subspan(voice.next * channels, frames * channels),
+               voice.channels);
+        voice.next += frames;
+        left -= frames;
+    }
+    return piece;
+}
+
+bool OpenAlOutput::queuePiece(Voice& voice) {
+    const std::vector<std::int16_t> piece = takePiece(voice);
+    if (piece.empty()) return true;
+    alGetError();
+    ALuint buffer = 0;
+    alGenBuffers(1, &buffer);
+    alBufferData(buffer, AL_FORMAT_STEREO16, piece.data(),
+                 static_cast<ALsizei>(piece.size() * sizeof(std::int16_t)), voice.sampleRate);
+    alSourceQueueBuffers(voice.source, 1, &buffer);
+    voice.queue.push_back(buffer);
+    return alGetError() == AL_NO_ERROR;
 }
 
 bool OpenAlOutput::fill(Voice& voice) {
     const AudioBuffer& given = voice.submitted;
     const std::size_t frames = given.samples.size() / static_cast<std::size_t>(voice.channels);
-    constexpr std::size_t kFrameBytes = kStereo * sizeof(std::int16_t);
-    if (frames == 0 || frames > std::numeric_limits<ALsizei>::max() / kFrameBytes) return false;
+    if (frames == 0 || std::size_t{given.loopBegin} + given.loopLength > frames) return false;
+    voice.next = 0;
+    return queuePiece(voice) && queuePiece(voice);
+}
 
-    std::vector<std::int16_t> doubled;
-    if (voice.channels == 1) doubled = onBothSides(given.samples);
-    const std::int16_t* samples = doubled.empty() ? given.samples.data() : doubled.data();
-    alGetError();
-    alGenBuffers(1, &voice.buffer);
-    alBufferData(voice.buffer, AL_FORMAT_STEREO16, samples,
-                 static_cast<ALsizei>(frames * kFrameBytes), voice.sampleRate);
-    if (given.loop && given.loopLength > 0) {
-        const ALint points[] = {static_cast<ALint>(given.loopBegin),
-                                static_cast<ALint>(given.loopBegin + given.loopLength)};
-        alBufferiv(voice.buffer, AL_LOOP_POINTS_SOFT, points);
+// Drops what has been played and brings one piece more, so that no picture waits for a whole track.
+void OpenAlOutput::feed(Voice& voice) {
+    if (voice.source == 0) return;
+    const ALint state = stateOf(voice);  // first, as the source plays on meanwhile
+    ALint played = 0;
+    alGetSourcei(voice.source, AL_BUFFERS_PROCESSED, &played);
+    for (; played > 0; --played) {
+        alSourceUnqueueBuffers(voice.source, 1, &voice.queue.front());
+        alDeleteBuffers(1, &voice.queue.front());
+        voice.queue.pop_front();
     }
-    alSourcei(voice.source, AL_LOOPING, given.loop ? AL_TRUE : AL_FALSE);
-    alSourcei(voice.source, AL_BUFFER, static_cast<ALint>(voice.buffer));
-    return alGetError() == AL_NO_ERROR;
+    if (voice.queue.size() < kPiecesAhead) queuePiece(voice);
+    // Where it has run dry while the game stood still, it goes on.
+    if (voice.started && state != AL_PLAYING && !voice.queue.empty()) alSourcePlay(voice.source);
 }
 
 AudioVoice OpenAlOutput::createVoice(int channels, int sampleRate) {
-    reopenWhenLost();
     Voice voice;
     voice.channels = channels;
     voice.sampleRate = sampleRate;
-    if (!context_ || !makeSource(voice)) return kNoVoice;
+    if (context_ && !makeSource(voice)) return kNoVoice;  // it has none left
     voices_.emplace(++last_, voice);
     return last_;
 }
@@ -180,16 +235,15 @@ void OpenAlOutput::destroyVoice(AudioVoice id) {
 bool OpenAlOutput::submit(AudioVoice id, const AudioBuffer& buffer) {
     Voice& voice = voices_.at(id);
     voice.submitted = buffer;
-    return fill(voice);
+    return voice.source == 0 || fill(voice);
 }
 
 bool OpenAlOutput::start(AudioVoice id) {
     Voice& voice = voices_.at(id);
     voice.started = true;
-    if (!hasQueuedBuffers(id)) return true;  // the library would begin anew
     alGetError();
-    alSourcePlay(voice.source);
-    return alGetError() == AL_NO_ERROR;
+    feed(voice);
+    return !context_ || alGetError() == AL_NO_ERROR;
 }
 
 void OpenAlOutput::stop(AudioVoice id) {
@@ -199,7 +253,6 @@ void OpenAlOutput::stop(AudioVoice id) {
 }
 
 void OpenAlOutput::setVolume(AudioVoice id, float volume) {
-    reopenWhenLost();
     Voice& voice = voices_.at(id);
     voice.volume = volume;
     if (voice.source != 0) alSourcef(voice.source, AL_GAIN, volume);
@@ -211,14 +264,18 @@ void OpenAlOutput::setFrequencyRatio(AudioVoice id, float ratio) {
     if (voice.source != 0) alSourcef(voice.source, AL_PITCH, ratio);
 }
 
+void OpenAlOutput::update() {
+    reopenWhenLost();
+    for (auto& [id, voice] : voices_) feed(voice);
+}
+
 // What loops lasts, also while its device is gone.
 bool OpenAlOutput::hasQueuedBuffers(AudioVoice id) {
     const Voice& voice = voices_.at(id);
     if (voice.submitted.loop) return true;
     if (voice.source == 0) return false;
-    ALint state = AL_STOPPED;
-    alGetSourcei(voice.source, AL_SOURCE_STATE, &state);
-    return state != AL_STOPPED;
+    const auto frames = voice.submitted.samples.size() / static_cast<std::size_t>(voice.channels);
+    return voice.next < frames || stateOf(voice) != AL_STOPPED;
 }
 
 }  // namespace
@@ -244,6 +301,7 @@ AudioOutput systemAudioOutput() {
     output.setFrequencyRatio = [device](AudioVoice voice, float ratio) {
         device->setFrequencyRatio(voice, ratio);
     };
+    output.update = [device] { device->update(); };
     output.hasQueuedBuffers = [device](AudioVoice voice) {
         return device->hasQueuedBuffers(voice);
     };

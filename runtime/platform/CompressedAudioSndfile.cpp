@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -22,6 +23,20 @@ bool fail(DecodedAudio& out, std::string& error, std::string text) {
     return false;
 }
 
+// The library keeps one reason of a failure to open for all threads.
+File openFile(const std::filesystem::path& path, SF_INFO& info, std::string& error) {
+    static std::mutex opening;
+    const std::scoped_lock lock(opening);
+    File file(sf_open(path.c_str(), SFM_READ, &info));
+    if (!file) {
+        error = std::string(
+                    "libsndfile could not open compressed audio (codec may be "
+                    "unavailable): ") +
+                sf_strerror(nullptr);
+    }
+    return file;
+}
+
 std::string frames(sf_count_t count, int channels) {
     return std::to_string(count) + " frames of " + std::to_string(channels) + " channels";
 }
@@ -36,16 +51,11 @@ std::size_t reservedSamples(const SF_INFO& info) {
 }  // namespace
 
 bool decodeCompressedAudio(const std::filesystem::path& path, std::string_view extension,
-                           DecodedAudio& out, std::string& error) {
+                           DecodedAudio& out, std::string& error, const std::stop_token& stop) {
     if (extension == ".m4a" || extension == ".aac") return fail(out, error, kNoCompressedAudio);
     SF_INFO info{};
-    const File file(sf_open(path.c_str(), SFM_READ, &info));
-    if (!file) {
-        return fail(out, error,
-                    std::string("libsndfile could not open compressed audio (codec may be "
-                                "unavailable): ") +
-                        sf_strerror(nullptr));
-    }
+    const File file = openFile(path, info, error);
+    if (!file) return fail(out, error, std::move(error));
     if (info.channels < 1 || info.channels > 2 || info.samplerate < 1) {
         return fail(out, error,
                     "libsndfile PCM output is not supported (expected mono/stereo 16-bit): " +
@@ -80,6 +90,7 @@ bool decodeCompressedAudio(const std::filesystem::path& path, std::string_view e
         const sf_count_t read =
             sf_readf_short(file.get(), out.pcm.data() + before, sf_count_t{kBlockFrames});
         out.pcm.resize(before + static_cast<std::size_t>(std::max<sf_count_t>(0, read)) * channels);
+        if (stop.stop_requested()) return fail(out, error, "decoding was given up");
         if (read <= 0) break;
     }
     if (out.pcm.empty()) {

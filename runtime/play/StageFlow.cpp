@@ -35,10 +35,10 @@ std::string comparablePath(std::string_view name) {
     return PathEncoding::utf8(normalizeDataPath(name));
 }
 
-std::size_t sequentialCampaignTarget(const StageRun& stage) {
-    const std::size_t next = stage.index + 1;
-    if (stage.row->campaignEnd || next >= generated::kStageCount) return kNoStage;
-    return generated::kStages[next].setOrder == stage.row->setOrder ? next : kNoStage;
+std::size_t sequentialCampaignTarget(const generated::Stage& stage, std::size_t index) {
+    const std::size_t next = index + 1;
+    if (stage.campaignEnd || next >= generated::kStageCount) return kNoStage;
+    return generated::kStages[next].setOrder == stage.setOrder ? next : kNoStage;
 }
 
 struct Touch {
@@ -124,17 +124,21 @@ bool stageEndReached(const World& world, int logicalWidth) {
     return leading >= std::max(0.0F, end);
 }
 
-NextStage takeNextStage(World& world) {
-    const std::size_t branch = std::exchange(world.branch, {}).target;
-    if (branch < generated::kStageCount) return {branch, false};
-    const char* named = world.stage.row->nextStage;
-    if (*named == '\0') return {sequentialCampaignTarget(world.stage), false};
-    const std::string wanted = comparablePath(named);
+NextStage stageBehind(const generated::Stage& stage, std::size_t index) {
+    if (*stage.nextStage == '\0') return {sequentialCampaignTarget(stage, index), false};
+    const std::string wanted = comparablePath(stage.nextStage);
     for (std::size_t i = 0; i < generated::kStageCount && !wanted.empty(); ++i) {
         if (comparablePath(generated::kStages[i].sourceFile).ends_with(wanted)) return {i, false};
     }
-    warnLine("Stage next target not found: ", named);
     return {kNoStage, true};
+}
+
+NextStage takeNextStage(World& world) {
+    const std::size_t branch = std::exchange(world.branch, {}).target;
+    if (branch < generated::kStageCount) return {branch, false};
+    const NextStage next = stageBehind(*world.stage.row, world.stage.index);
+    if (next.broken) warnLine("Stage next target not found: ", world.stage.row->nextStage);
+    return next;
 }
 
 Vitals::Vitals(const World& world) : player1_{world.player1.alive, world.player1.health} {

@@ -27,6 +27,9 @@ struct NextStage {
     bool broken = false;  // the stage names a successor that is not there
 };
 
+// The successor that the stage at `index` names, else the next of its set.
+[[nodiscard]] NextStage stageBehind(const generated::Stage& stage, std::size_t index);
+
 // A branch that was taken, else the stage's own successor, else the next of the set. Uses the
 // branch up.
 [[nodiscard]] NextStage takeNextStage(World& world);

@@ -38,6 +38,7 @@ void startCampaign(Game& game, int index) {
     }
     World& world = game.world;
     world.stage.index = frontend.campaigns[chosen].firstStage;
+    expectMusic(game, world.stage.index);
     for (std::size_t slot = 0; slot < world.slots.size(); ++slot) {
         world.slots[slot].selectIndex = 0;
         world.slots[slot].joined = slot == 0;

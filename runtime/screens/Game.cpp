@@ -42,6 +42,7 @@ void Game::show(bool over) {
     drawing.sort();
     paint(drawing, renderer, config, over);
     renderer.endFrame();
+    audio.update();
 }
 
 RunState Game::runState() const {

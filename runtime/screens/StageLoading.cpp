@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "AnimationLookup.hpp"
 #include "AssetPaths.hpp"
@@ -18,6 +20,9 @@
 
 namespace port {
 namespace {
+
+// More than two stages play, and few enough to be looked for on the disk in a moment.
+constexpr std::size_t kMostExpectedTracks = 16;
 
 // Whatever stood on the last stage or was about to. Players keep their places and scripts.
 void clearStage(World& world) {
@@ -111,6 +116,29 @@ RecordedStart startOf(const Game& game, bool keepLooks) {
 
 }  // namespace
 
+void expectMusic(Game& game, std::size_t index) {
+    std::vector<std::filesystem::path> files;
+    const auto add = [&](const char* name) {
+        if (*name == '\0' || files.size() == kMostExpectedTracks) return;
+        auto file = resolveAudioAsset(game.dataRoot, name);
+        if (std::ranges::find(files, file) == files.end()) files.push_back(std::move(file));
+    };
+    const auto addScenes = [&](std::span<const generated::CutsceneAnimation> steps) {
+        for (const generated::CutsceneAnimation& step : steps) add(step.musicBefore);
+    };
+    const auto addStage = [&](const generated::Stage& row) {
+        addScenes({row.sceneAnimations, row.sceneAnimationCount});
+        add(row.music);
+        add(row.bossMusic);
+        addScenes({row.postSceneAnimations, row.postSceneAnimationCount});
+    };
+    const generated::Stage& stage = generated::kStages[index];
+    addStage(stage);
+    const std::size_t next = stageBehind(stage, index).target;
+    if (next < generated::kStageCount) addStage(generated::kStages[next]);
+    game.audio.expectMusic(files);
+}
+
 bool loadStage(Game& game, std::size_t index, bool keepHealth) {
     if (index >= generated::kStageCount) return false;
     const Scripts::Loading steps(game.scripts);
@@ -123,6 +151,7 @@ bool loadStage(Game& game, std::size_t index, bool keepHealth) {
     clearStage(world);
     world.stage = freshStageRun(index);
     world.camera = freshCamera(world.stage);
+    expectMusic(game, index);
     game.trace("stage: scenes");
     playStageCutscene(game, false);
     game.trace("stage: images");

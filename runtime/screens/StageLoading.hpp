@@ -12,6 +12,10 @@ namespace port {
 // beyond it. Player 1's health stays with `keepHealth`.
 bool loadStage(Game& game, std::size_t index, bool keepHealth);
 
+// Has the music that the tables name for the stage at `index`, and for the one that is to come
+// behind it, decoded before it plays.
+void expectMusic(Game& game, std::size_t index);
+
 // A game on the world's stage index, by the models and slots that were chosen. A player 1 that
 // keeps its looks keeps palette and score.
 void beginGame(Game& game, bool keepLooks = false);

@@ -1,19 +1,15 @@
 #include "EffectCache.hpp"
 
 #include <iterator>
-#include <system_error>
 #include <utility>
 
 namespace port {
 
 std::shared_ptr<const DecodedAudio> EffectCache::decode(const std::filesystem::path& path,
                                                         std::string& error) {
-    std::error_code failed;
-    Stamp stamp;
-    stamp.size = std::filesystem::file_size(path, failed);
-    if (!failed) stamp.time = std::filesystem::last_write_time(path, failed);
+    const std::optional<FileStamp> stamp = fileStamp(path);
     if (const auto found = byPath_.find(path.native()); found != byPath_.end()) {
-        if (!failed && found->second->stamp == stamp) {
+        if (found->second->stamp == stamp) {
             entries_.splice(entries_.begin(), entries_, found->second);
             return found->second->audio;
         }
@@ -21,7 +17,7 @@ std::shared_ptr<const DecodedAudio> EffectCache::decode(const std::filesystem::p
     }
     auto audio = std::make_shared<DecodedAudio>();
     if (!AudioDecoder::decodeFile(path, *audio, error)) return nullptr;
-    if (!failed) keep({path.native(), stamp, audio});
+    if (stamp) keep({path.native(), *stamp, audio});
     return audio;
 }
 

@@ -3,7 +3,6 @@
 // Decoded effects, kept as long as they fit, since games play the same few many times a second.
 
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <list>
 #include <memory>
@@ -11,6 +10,7 @@
 #include <unordered_map>
 
 #include "AudioDecoder.hpp"
+#include "FileStamp.hpp"
 
 namespace port {
 
@@ -28,14 +28,9 @@ class EffectCache {
     [[nodiscard]] std::size_t bytes() const { return bytes_; }
 
   private:
-    struct Stamp {
-        std::uintmax_t size = 0;
-        std::filesystem::file_time_type time;
-        bool operator==(const Stamp&) const = default;
-    };
     struct Entry {
         std::filesystem::path::string_type path;
-        Stamp stamp;
+        FileStamp stamp;
         std::shared_ptr<const DecodedAudio> audio;
     };
 

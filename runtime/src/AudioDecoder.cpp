@@ -89,14 +89,14 @@ Source memorySource(Bytes file) {
             }};
 }
 
-Source streamSource(std::istream& in, std::uintmax_t size) {
-    return {size, [&in, at = std::uintmax_t{0}](std::uintmax_t offset,
-                                                std::span<std::uint8_t> into) mutable {
+Source streamSource(std::istream& in, std::uintmax_t size, const std::stop_token& stop) {
+    return {size, [&in, &stop, at = std::uintmax_t{0}](std::uintmax_t offset,
+                                                       std::span<std::uint8_t> into) mutable {
                 if (offset != at) in.seekg(static_cast<std::streamoff>(offset));
                 in.read(reinterpret_cast<char*>(into.data()),
                         static_cast<std::streamsize>(into.size()));
                 at = offset + into.size();
-                return in.good();
+                return in.good() && !stop.stop_requested();
             }};
 }
 
@@ -346,13 +346,13 @@ bool decodeWavSource(const Source& file, DecodedAudio& out, std::string& error) 
 }  // namespace
 
 bool AudioDecoder::decodeFile(const std::filesystem::path& path, DecodedAudio& out,
-                              std::string& error) {
+                              std::string& error, const std::stop_token& stop) {
     const std::string extension = foldAscii(PathEncoding::utf8(path.extension()));
     if (extension == ".bor") return decodeOpenBorBor(path, out, error);
-    if (extension == ".wav" || extension == ".wave") return decodeWav(path, out, error);
+    if (extension == ".wav" || extension == ".wave") return decodeWav(path, out, error, stop);
     for (const std::string_view compressed : {".mp3", ".flac", ".ogg", ".oga", ".m4a", ".aac"}) {
         if (extension == compressed) {
-            return decodeCompressedAudio(path, extension, out, error);
+            return decodeCompressedAudio(path, extension, out, error, stop);
         }
     }
     return fail(error, "unsupported audio extension: " + extension);
@@ -388,7 +388,7 @@ bool AudioDecoder::decodeOpenBorBor(std::span<const std::uint8_t> file, DecodedA
 }
 
 bool AudioDecoder::decodeWav(const std::filesystem::path& path, DecodedAudio& out,
-                             std::string& error) {
+                             std::string& error, const std::stop_token& stop) {
     std::error_code failed;
     // A folder opens as a stream on some systems and then fails to read.
     const bool isFolder = std::filesystem::is_directory(path, failed);
@@ -396,7 +396,7 @@ bool AudioDecoder::decodeWav(const std::filesystem::path& path, DecodedAudio& ou
     if (isFolder || failed) return fail(error, kCannotOpenWav);
     std::ifstream in(path, std::ios::binary);
     if (!in) return fail(error, kCannotOpenWav);
-    return decodeWavSource(streamSource(in, size), out, error);
+    return decodeWavSource(streamSource(in, size, stop), out, error);
 }
 
 bool AudioDecoder::decodeWav(std::span<const std::uint8_t> file, DecodedAudio& out,

@@ -85,33 +85,36 @@ bool AudioSystem::initialize(const RuntimeConfig& config) {
     return true;
 }
 
+void AudioSystem::update() {
+    if (open_ && output_.update) output_.update();
+}
+
 bool AudioSystem::playMusic(const std::filesystem::path& path, bool loop,
                             std::int64_t loopOffsetBytes) {
     error_.clear();
     decoded_ = false;
     const bool isBor = equalsFolded(PathEncoding::utf8(path.extension()), ".bor");
     if (isBor && !config_.openborBorAdpcm) return fail("OpenBOR .bor ADPCM decoder disabled");
-    // Not into musicBuffer_, which the old voice may be reading.
-    DecodedAudio decoded;
-    decoded_ = AudioDecoder::decodeFile(path, decoded, error_);
+    auto decoded = tracks_.decode(path, error_);
+    decoded_ = decoded != nullptr;
     if (!decoded_) return false;
     if (!hasDevice()) {
-        logLine("Decoded music: ", decoded.format, " ", decoded.channels, "ch ", decoded.sampleRate,
-                "Hz frames=", frameCount(decoded));
+        logLine("Decoded music: ", decoded->format, " ", decoded->channels, "ch ",
+                decoded->sampleRate, "Hz frames=", frameCount(*decoded));
         return true;
     }
     if (!open_) return fail("audio system not initialized");
     destroyMusic();
     musicBuffer_ = std::move(decoded);
     const LoopRegion region =
-        loop ? musicLoopRegion(musicBuffer_, loopOffsetBytes, sizeOf(path)) : LoopRegion();
+        loop ? musicLoopRegion(*musicBuffer_, loopOffsetBytes, sizeOf(path)) : LoopRegion();
     return startMusic(region, loop);
 }
 
 bool AudioSystem::startMusic(const LoopRegion& region, bool loop) {
-    musicVoice_ = output_.createVoice(musicBuffer_.channels, musicBuffer_.sampleRate);
+    musicVoice_ = output_.createVoice(musicBuffer_->channels, musicBuffer_->sampleRate);
     if (musicVoice_ == platform::kNoVoice) return fail("CreateSourceVoice(music) failed");
-    if (!output_.submit(musicVoice_, {musicBuffer_.pcm, loop, region.begin, region.length})) {
+    if (!output_.submit(musicVoice_, {musicBuffer_->pcm, loop, region.begin, region.length})) {
         destroyMusic();
         return fail("SubmitSourceBuffer(music) failed");
     }
@@ -127,7 +130,7 @@ bool AudioSystem::startMusic(const LoopRegion& region, bool loop) {
 void AudioSystem::destroyMusic() {
     if (musicVoice_ != platform::kNoVoice) output_.destroyVoice(musicVoice_);
     musicVoice_ = platform::kNoVoice;
-    musicBuffer_ = {};
+    musicBuffer_.reset();
 }
 
 bool AudioSystem::playEffect(const std::filesystem::path& path, float gain, bool loop,

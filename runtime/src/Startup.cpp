@@ -197,7 +197,7 @@ std::string helpText() {
     }
     return text +
            "\n"
-           "Ends with 0 after a good run; runtime-startup.log in its folder tells how it went.\n";
+           "Ends with 0 after a good run; runtime-startup.log tells how it went.\n";
 }
 
 std::string versionText(const std::filesystem::path& root) {

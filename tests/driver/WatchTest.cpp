@@ -58,6 +58,7 @@ TEST_F(WatchTest, ConvertsAndCompilesWhatChanged) {
     const int code = watch({[&] {
                                 before = fs::last_write_time(characters);
                                 tools_.log("");
+                                folder_.write("port/config/graphics.ini", "a player's own");
                                 folder_.write("game/data/levels/one.txt",
                                               "spawn Hero\ncoords 99 200\nat 0\nnosuchword 1\n");
                             },
@@ -69,6 +70,7 @@ TEST_F(WatchTest, ConvertsAndCompilesWhatChanged) {
     EXPECT_NE(folder_.read("port/runtime/generated/GeneratedStages.cpp").find(",99,"),
               std::string::npos);
     EXPECT_EQ(fs::last_write_time(characters), before);
+    EXPECT_EQ(folder_.read("port/config/graphics.ini"), "a player's own");
     EXPECT_EQ(tools_.log(), "--build " + (folder_.path() / "port/runtime/build").string() +
                                 " --config Release\n");
 }

@@ -1,12 +1,14 @@
-# The sample becomes a port that compiles, passes its own diagnosis and plays the same game as the
-# tests' build of it, although it compiles a room at a time and optimises.
+# The sample becomes a port that compiles and is packed. What a player unpacks passes its own
+# diagnosis, takes its libraries from beside it, and plays the same game as the tests' build of it,
+# although it compiles a room at a time and optimises.
 include(${CMAKE_CURRENT_LIST_DIR}/Run.cmake)
 file(REMOVE_RECURSE ${WORK})
 # The port finds its own.
 unset(ENV{CMAKE_CXX_COMPILER_LAUNCHER})
-run(0 ${BUILDER} build ${SAMPLE} ${WORK}/port)
-if(NOT output MATCHES "NATIVE BUILD SUCCESS")
-  message(FATAL_ERROR "No success line in\n${output}")
+run(0 ${BUILDER} convert ${SAMPLE} ${WORK}/port)
+run(0 ${BUILDER} package ${WORK}/port)
+if(NOT output MATCHES "NATIVE BUILD SUCCESS" OR NOT output MATCHES "PACKAGE SUCCESS")
+  message(FATAL_ERROR "No success lines in\n${output}")
 endif()
 find_program(ccache ccache)
 file(READ ${WORK}/port/runtime/build/CMakeFiles/rules.ninja rules)
@@ -15,13 +17,27 @@ if(ccache AND launcher EQUAL -1)
   message(FATAL_ERROR "${ccache} is not used")
 endif()
 
-run(0 ${WORK}/port/OpenBOR-Port --diagnose)
-file(READ ${WORK}/port/runtime-startup.log log)
+set(package ${WORK}/unpacked/port-Portable-Linux64)
+file(ARCHIVE_EXTRACT INPUT ${WORK}/port-Portable-Linux64.zip DESTINATION ${WORK}/unpacked)
+run(0 ${package}/OpenBOR-Port --diagnose)
+file(READ ${package}/runtime-startup.log log)
 if(NOT log MATCHES "DIAGNOSE OK")
   message(FATAL_ERROR "No diagnosis in\n${log}")
 endif()
 
-foreach(program ${WORK}/port/OpenBOR-Port "${PORT};${WORK}/port")
+# A library that only another one needs comes from there, too.
+run(0 ldd ${package}/OpenBOR-Port)
+foreach(name IN ITEMS libpng16 libFLAC libfreetype)
+  file(GLOB library ${package}/lib/${name}.so*)
+  if(output MATCHES "${name}\\.so" AND NOT (library AND output MATCHES "=> ${library} "))
+    message(FATAL_ERROR "${name} is not taken from the package:\n${output}")
+  endif()
+endforeach()
+if(output MATCHES "stdc\\+\\+")
+  message(FATAL_ERROR "The port needs the C++ library of another compiler:\n${output}")
+endif()
+
+foreach(program ${package}/OpenBOR-Port "${PORT};${WORK}/port")
   run(0 ${program} --smoke-game)
   if(NOT output MATCHES "SMOKE GAME HASH ([0-9a-f]+)\n")
     message(FATAL_ERROR "No hash in\n${output}")

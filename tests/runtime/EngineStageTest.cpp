@@ -1,6 +1,8 @@
 // Stages: loading, the start of a game on them, and their picture.
 
 #include <array>
+#include <filesystem>
+#include <fstream>
 
 #include "Engine.hpp"
 #include "EngineTrial.hpp"
@@ -47,6 +49,23 @@ TEST_F(EngineStage, AStageIsAsLongAsItsPicturesAndWhatWaitsInIt) {
     row.events = &gate;
     row.eventCount = 1;
     EXPECT_EQ(stageLength(row, {}, 200), 1200) << "the camera reaches what waits";
+}
+
+TEST_F(EngineStage, AStageHasItsMusicDecodedOnce) {
+    EXPECT_TRUE(load(0));
+    const auto song = game.dataRoot / "music/song.wav";
+    const auto time = std::filesystem::last_write_time(song);
+    std::fstream(song, std::ios::in | std::ios::out).seekp(34).put(8);  // bits of a sample
+    EXPECT_TRUE(load(0));
+    EXPECT_TRUE(logged("Decoded music: wav-pcm8 1ch 22050Hz frames=80")) << "it has changed";
+    std::fstream(song, std::ios::in | std::ios::out).seekp(34).put(16);
+    std::filesystem::last_write_time(song, time);
+    EXPECT_TRUE(load(0));
+    EXPECT_TRUE(logged("Decoded music: wav-pcm16 1ch 22050Hz frames=40")) << log;
+    std::fstream(song, std::ios::in | std::ios::out).seekp(34).put(8);
+    std::filesystem::last_write_time(song, time);
+    EXPECT_TRUE(load(0));
+    EXPECT_TRUE(logged("Decoded music: wav-pcm16 1ch 22050Hz frames=40")) << "nothing tells of it";
 }
 
 TEST_F(EngineStage, AStageToTheLeftBeginsAtItsRightEnd) {

@@ -229,5 +229,21 @@ TEST(CheckExists, CountsWhatIsMissing) {
     EXPECT_EQ(err.str(), "[FAIL] missing config/b.ini\n");
 }
 
+TEST_F(PortPackageTest, PacksForWindowsFromAnotherSystem) {
+    const Console console{out_, err_};
+    EXPECT_EQ(packagePort(port_, console, System::kWindows), 20) << "a port of an older builder";
+    const fs::path toolchain = folder_.write("game/runtime/mingw-w64.cmake", "");
+    EXPECT_EQ(packagePort(port_, console, System::kWindows), 0) << err_.str();
+    EXPECT_NE(tools_.log().find("-DCMAKE_TOOLCHAIN_FILE=" + toolchain.string()), std::string::npos)
+        << tools_.log();
+    const fs::path stage = folder_.path() / "game-Portable-Win64";
+    for (const char* file : {"OpenBOR-Port.exe", "INICIAR-JOGO.cmd", "assets/openbor-data"}) {
+        EXPECT_TRUE(fs::exists(stage / file)) << file;
+    }
+    EXPECT_FALSE(fs::exists(stage / "INICIAR-JOGO.sh"));
+    EXPECT_TRUE(fs::exists(folder_.path() / "game-Portable-Win64.zip"));
+    EXPECT_FALSE(fs::exists(zip_)) << "this system's own package is another";
+}
+
 }  // namespace
 }  // namespace tindrel

@@ -7,9 +7,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "Environment.hpp"
+#include "PostProcessor.hpp"
 #include "ScreenLayout.hpp"
 
 namespace port::test {
@@ -47,6 +50,10 @@ class GlWindow {
         SDL_QuitSubSystem(SDL_INIT_VIDEO);
     }
 
+    [[nodiscard]] std::unique_ptr<platform::PostProcessor> makeProcessor(PixelSize canvas,
+                                                                         std::string& error) const {
+        return platform::makePostProcessor(SDL_GL_GetProcAddress, canvas, error);
+    }
     [[nodiscard]] std::vector<std::uint8_t> pixels() const { return drawnPixels(size_); }
 
     SDL_GLContext context = nullptr;  // null where there is no such graphics

@@ -1,4 +1,3 @@
-#include <SDL.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -7,7 +6,11 @@
 #include <string>
 #include <vector>
 
+#ifdef _WIN32
+#include "D3d11Target.hpp"
+#else
 #include "GlWindow.hpp"
+#endif
 #include "PostProcessor.hpp"
 #include "ShaderReferee.hpp"
 
@@ -41,13 +44,17 @@ SpriteImage testPicture() {
 struct ShaderTrial : testing::Test {
     const SpriteImage picture = testPicture();
     const PixelSize size{picture.width, picture.height};
+#ifdef _WIN32
+    test::D3d11Target window{kWindow};
+#else
     test::GlWindow window{kWindow};
+#endif
     std::unique_ptr<platform::PostProcessor> processor;
 
     void SetUp() override {
-        if (!window.context) GTEST_SKIP() << "no OpenGL 3.3 here: " << SDL_GetError();
+        if (!window.context) GTEST_SKIP() << "no such graphics here";
         std::string error;
-        processor = platform::makePostProcessor(SDL_GL_GetProcAddress, size, error);
+        processor = window.makeProcessor(size, error);
         ASSERT_TRUE(processor) << error;
     }
 
@@ -171,14 +178,19 @@ TEST_F(ShaderTrial, NoiseStaysBelowAStepOfColorAndMovesWithTime) {
     EXPECT_GT(moved, 500);
 }
 
+TEST_F(ShaderTrial, ACanvasBeyondAllTexturesIsRefused) {
+    std::string error;
+    EXPECT_FALSE(window.makeProcessor({1 << 20, 8}, error));
+    EXPECT_NE(error.find("start failed"), error.npos) << error;
+}
+
+#ifndef _WIN32
 TEST_F(ShaderTrial, AFailingDriverIsReported) {
     const auto enable = reinterpret_cast<void (*)(unsigned)>(SDL_GL_GetProcAddress("glEnable"));
     enable(0xFFFF);
     EXPECT_EQ(processor->draw(picture, kWindow, {}, {}, true), "OpenGL frame failed error=0x500");
-    std::string error;
-    EXPECT_FALSE(platform::makePostProcessor(SDL_GL_GetProcAddress, {1 << 20, 8}, error));
-    EXPECT_EQ(error, "OpenGL start failed error=0x501") << "no texture is so large";
 }
+#endif
 
 }  // namespace
 }  // namespace port

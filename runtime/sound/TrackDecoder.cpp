@@ -1,0 +1,106 @@
+#include "TrackDecoder.hpp"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace port {
+
+void TrackDecoder::expect(const std::vector<std::filesystem::path>& files) {
+    {
+        const std::scoped_lock lock(mutex_);
+        std::vector<Track> tracks;
+        for (const std::filesystem::path& file : files) {
+            Track* const known = find(file);
+            tracks.push_back(known ? std::move(*known) : Track{file});
+            tracks.back().waits = !tracks.back().result;  // there may be room for it now
+        }
+        tracks_ = std::move(tracks);
+    }
+    changed_.notify_all();
+    if (!worker_.joinable() && !files.empty()) {
+        worker_ = std::jthread([this](const std::stop_token& stop) { work(stop); });
+    }
+}
+
+std::shared_ptr<const DecodedAudio> TrackDecoder::decode(const std::filesystem::path& path,
+                                                         std::string& error) {
+    const std::optional<FileStamp> stamp = fileStamp(path);
+    std::optional<Result> result;
+    {
+        std::unique_lock lock(mutex_);
+        if (Track* const track = find(path)) {
+            track->waits = false;
+            changed_.wait(lock, [&] { return underWay_ != path; });
+            if (track->result && track->result->stamp != stamp) track->result.reset();
+            result = track->result;
+        }
+    }
+    if (!result) {
+        result = decodeTrack(path, {});
+        const std::scoped_lock lock(mutex_);
+        keep(path, *result);
+    }
+    if (!result->audio) error = result->error;
+    return result->audio;
+}
+
+std::size_t TrackDecoder::bytes() const {
+    const std::scoped_lock lock(mutex_);
+    return keptBytes();
+}
+
+TrackDecoder::Result TrackDecoder::decodeTrack(const std::filesystem::path& path,
+                                               const std::stop_token& stop) {
+    Result result{fileStamp(path), nullptr, {}};
+    auto audio = std::make_shared<DecodedAudio>();
+    if (AudioDecoder::decodeFile(path, *audio, result.error, stop)) result.audio = audio;
+    return result;
+}
+
+void TrackDecoder::work(const std::stop_token& stop) {
+    std::unique_lock lock(mutex_);
+    const auto nextTrack = [this] { return std::ranges::find(tracks_, true, &Track::waits); };
+    const auto anyWaits = [&] { return nextTrack() != tracks_.end(); };
+    while (changed_.wait(lock, stop, anyWaits) && !stop.stop_requested()) {
+        const auto next = nextTrack();
+        next->waits = false;
+        const std::filesystem::path path = underWay_ = next->path;
+        lock.unlock();
+        std::optional<Result> result;
+        try {
+            result = decodeTrack(path, stop);
+        } catch (const std::bad_alloc&) {
+            result.reset();  // there may be room for it when it is played
+        }
+        lock.lock();
+        underWay_.clear();
+        if (result) keep(path, *std::move(result));
+        changed_.notify_all();
+    }
+}
+
+TrackDecoder::Track* TrackDecoder::find(const std::filesystem::path& path) {
+    const auto found = std::ranges::find(tracks_, path, &Track::path);
+    return found == tracks_.end() ? nullptr : &*found;
+}
+
+std::size_t TrackDecoder::keptBytes() const {
+    std::size_t bytes = 0;
+    for (const Track& track : tracks_) {
+        if (!track.result || !track.result->audio) continue;
+        bytes += track.result->audio->pcm.capacity() * sizeof(std::int16_t);
+    }
+    return bytes;
+}
+
+// One that does not fit is decoded when it is played, like one that nobody has expected.
+void TrackDecoder::keep(const std::filesystem::path& path, Result result) {
+    Track* const track = find(path);
+    if (!track || track->result) return;
+    track->waits = false;
+    track->result = std::move(result);
+    if (keptBytes() > capacity_) track->result.reset();
+}
+
+}  // namespace port
