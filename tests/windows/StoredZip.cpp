@@ -52,8 +52,7 @@ int main(int argc, char** argv) {
     try {
         const auto arguments = tindrel::commandLine(argc, argv).value();
         std::ifstream file(PathEncoding::path(arguments.at(2)), std::ios::binary);
-        unpack({std::istreambuf_iterator<char>(file), {}},
-               PathEncoding::path(arguments.at(4)));
+        unpack({std::istreambuf_iterator<char>(file), {}}, PathEncoding::path(arguments.at(4)));
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "tar: " << error.what() << '\n';
