@@ -32,5 +32,6 @@ build_packages=(g++ cmake ninja-build ccache libgif-dev libpng-dev libsndfile1-d
 # What the builder itself calls to unpack archives.
 archive_packages=(unzip libarchive-tools p7zip-full)
 # What the checks need beyond that.
-check_packages=(libgtest-dev clang clang-format clang-tidy g++-mingw-w64-x86-64-posix python3
+check_packages=(libgtest-dev nlohmann-json3-dev clang clang-format clang-tidy
+    g++-mingw-w64-x86-64-posix python3
     libegl1 libgl1-mesa-dri)
