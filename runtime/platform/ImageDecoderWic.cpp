@@ -96,12 +96,21 @@ unsigned fact(IWICMetadataQueryReader* reader, const wchar_t* name, unsigned fal
     PropVariantInit(&value);
     unsigned number = fallback;
     if (SUCCEEDED(reader->GetMetadataByName(name, &value))) {
+        if (value.vt == VT_BOOL) number = value.boolVal != VARIANT_FALSE ? 1 : 0;
         if (value.vt == VT_UI1) number = value.bVal;
         if (value.vt == VT_UI2) number = value.uiVal;
         if (value.vt == VT_UI4) number = value.ulVal;
     }
     PropVariantClear(&value);
     return number;
+}
+
+// False for a GIF that states no colours at all, which not every WIC survives being asked for.
+bool hasColors(const WicFile& file, IWICBitmapFrameDecode& frame) {
+    ComPtr<IWICMetadataQueryReader> facts;
+    frame.GetMetadataQueryReader(&facts);
+    return fact(facts.Get(), L"/imgdesc/LocalColorTableFlag", 1) != 0 ||
+           fact(file.facts().Get(), L"/logscrdesc/GlobalColorTableFlag", 1) != 0;
 }
 
 // Empty for a picture without one.
@@ -170,8 +179,12 @@ bool decodeGifAnimation(Bytes file, DecodedAnimation& out, std::string& error) {
     for (UINT index = 0; index < count; ++index) {
         ComPtr<IWICBitmapFrameDecode> source;
         AnimationFrame frame;
-        if (!gif.frame(index, source, error) || !takeGifFrame(*source.Get(), frame, error) ||
-            !screen.add(frame, out, error)) {
+        if (!gif.frame(index, source, error)) break;
+        if (!hasColors(gif, *source.Get())) {
+            failImage(error, "GIF frame ", index + 1, " has no palette");
+            break;
+        }
+        if (!takeGifFrame(*source.Get(), frame, error) || !screen.add(frame, out, error)) {
             break;
         }
     }
@@ -181,8 +194,9 @@ bool decodeGifAnimation(Bytes file, DecodedAnimation& out, std::string& error) {
 bool decodeFirstFrame(Bytes file, DecodedImage& out, std::string& error) {
     WicFile picture(file);
     ComPtr<IWICBitmapFrameDecode> frame;
-    return picture.open(error) && picture.frame(0, frame, error) &&
-           takeFrame(*frame.Get(), out, error);
+    if (!picture.open(error) || !picture.frame(0, frame, error)) return false;
+    if (!hasColors(picture, *frame.Get())) return failImage(error, "the picture has no palette");
+    return takeFrame(*frame.Get(), out, error);
 }
 
 }  // namespace
