@@ -21,6 +21,7 @@ constexpr CommandInfo kCommands[] = {
 };
 
 constexpr OptionInfo kOptions[] = {
+    {"--as-written", "", "", "take every line of the game to the letter"},
     {"--run", "", "watch", "start the port, and again after each build"},
     {"--windows", "", "package", "for Windows, on another system"},
     {"--playtest", "<file>", "test", "show what this report of a bot's play tells, too"},
