@@ -18,8 +18,8 @@ set(port_pixels_units
 # the seam to the system and its devices; a unit of several systems has a source for each
 set(port_platform_uses core pixels)
 set(port_platform_units
-  AudioOutput Clock ComApartment CompressedAudio CrashHandler D3d11PostProcessor D3d11Screen Devices
-  Entry ImageDecoder ImageEncoder Input PostProcessor Presentation Process
+  AudioDevice AudioOutput Clock ComApartment CompressedAudio CrashHandler D3d11PostProcessor D3d11Screen
+  Devices Entry ImageDecoder ImageEncoder Input PostProcessor Presentation Process
   TextFace VirtualKeys)
 # the machine that runs scripts
 set(port_script_uses core)

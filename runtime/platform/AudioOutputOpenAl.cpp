@@ -11,7 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "AudioOutput.hpp"
+#include "AudioDevice.hpp"
 
 namespace port::platform {
 namespace {
@@ -281,31 +281,7 @@ bool OpenAlOutput::hasQueuedBuffers(AudioVoice id) {
 }  // namespace
 
 AudioOutput systemAudioOutput() {
-    const auto device = std::make_shared<OpenAlOutput>();
-    AudioOutput output;
-    output.name = "OpenAL";
-    output.open = [device] { return device->open(); };
-    output.close = [device] { device->close(); };
-    output.createVoice = [device](int channels, int sampleRate) {
-        return device->createVoice(channels, sampleRate);
-    };
-    output.destroyVoice = [device](AudioVoice voice) { device->destroyVoice(voice); };
-    output.submit = [device](AudioVoice voice, const AudioBuffer& buffer) {
-        return device->submit(voice, buffer);
-    };
-    output.start = [device](AudioVoice voice) { return device->start(voice); };
-    output.stop = [device](AudioVoice voice) { device->stop(voice); };
-    output.setVolume = [device](AudioVoice voice, float volume) {
-        device->setVolume(voice, volume);
-    };
-    output.setFrequencyRatio = [device](AudioVoice voice, float ratio) {
-        device->setFrequencyRatio(voice, ratio);
-    };
-    output.update = [device] { device->update(); };
-    output.hasQueuedBuffers = [device](AudioVoice voice) {
-        return device->hasQueuedBuffers(voice);
-    };
-    return output;
+    return audioOutputOf("OpenAL", std::make_shared<OpenAlOutput>());
 }
 
 }  // namespace port::platform

@@ -10,7 +10,7 @@
 #include <memory>
 #include <unordered_map>
 
-#include "AudioOutput.hpp"
+#include "AudioDevice.hpp"
 #include "ComApartment.hpp"
 
 namespace port::platform {
@@ -109,30 +109,7 @@ class XAudio2Output {
 }  // namespace
 
 AudioOutput systemAudioOutput() {
-    const auto device = std::make_shared<XAudio2Output>();
-    AudioOutput output;
-    output.name = "XAudio2";
-    output.open = [device] { return device->open(); };
-    output.close = [device] { device->close(); };
-    output.createVoice = [device](int channels, int sampleRate) {
-        return device->createVoice(channels, sampleRate);
-    };
-    output.destroyVoice = [device](AudioVoice voice) { device->destroyVoice(voice); };
-    output.submit = [device](AudioVoice voice, const AudioBuffer& buffer) {
-        return device->submit(voice, buffer);
-    };
-    output.start = [device](AudioVoice voice) { return device->start(voice); };
-    output.stop = [device](AudioVoice voice) { device->stop(voice); };
-    output.setVolume = [device](AudioVoice voice, float volume) {
-        device->setVolume(voice, volume);
-    };
-    output.setFrequencyRatio = [device](AudioVoice voice, float ratio) {
-        device->setFrequencyRatio(voice, ratio);
-    };
-    output.hasQueuedBuffers = [device](AudioVoice voice) {
-        return device->hasQueuedBuffers(voice);
-    };
-    return output;
+    return audioOutputOf("XAudio2", std::make_shared<XAudio2Output>());
 }
 
 }  // namespace port::platform
