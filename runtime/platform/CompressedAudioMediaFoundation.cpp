@@ -83,8 +83,9 @@ bool append(IMFSample& sample, std::vector<std::int16_t>& pcm) {
 }
 
 // Empty, or what failed.
-std::string readSamples(IMFSourceReader& reader, DecodedAudio& out) {
+std::string readSamples(IMFSourceReader& reader, DecodedAudio& out, const std::stop_token& stop) {
     for (;;) {
+        if (stop.stop_requested()) return "decoding was given up";
         DWORD flags = 0;
         ComPtr<IMFSample> sample;
         if (FAILED(reader.ReadSample(kStream, 0, nullptr, &flags, nullptr, &sample)) ||
@@ -109,7 +110,8 @@ std::string readSamples(IMFSourceReader& reader, DecodedAudio& out) {
     }
 }
 
-std::string decode(const std::filesystem::path& path, DecodedAudio& out) {
+std::string decode(const std::filesystem::path& path, DecodedAudio& out,
+                   const std::stop_token& stop) {
     const MediaFoundation services;
     if (!services.started()) return "MFStartup failed for compressed audio";
     ComPtr<IMFSourceReader> reader;
@@ -124,7 +126,7 @@ std::string decode(const std::filesystem::path& path, DecodedAudio& out) {
     if (!takeFormat(*type.Get(), out)) {
         return "Media Foundation PCM output is not supported (expected mono/stereo 16-bit)";
     }
-    std::string failure = readSamples(*reader.Get(), out);
+    std::string failure = readSamples(*reader.Get(), out, stop);
     if (failure.empty() && out.pcm.empty()) {
         failure = "decoded compressed audio contained no PCM samples";
     }
@@ -134,9 +136,9 @@ std::string decode(const std::filesystem::path& path, DecodedAudio& out) {
 }  // namespace
 
 bool decodeCompressedAudio(const std::filesystem::path& path, std::string_view, DecodedAudio& out,
-                           std::string& error) {
+                           std::string& error, const std::stop_token& stop) {
     out = {};
-    error = decode(path, out);
+    error = decode(path, out, stop);
     if (!error.empty()) {
         out = {};
         return false;
