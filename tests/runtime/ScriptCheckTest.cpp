@@ -11,7 +11,7 @@ namespace port::script {
 namespace {
 
 // "<function> <file>:<line> <token>: <error>" of each break.
-std::vector<std::string> shown(const std::vector<CheckedFunction>& functions) {
+std::vector<std::string> shown(const std::vector<const CheckedFunction*>& functions) {
     std::vector<std::string> out;
     for (const CheckedFunction& function : functions) {
         for (const ScriptBreak& found : function.breaks) {
