@@ -126,27 +126,29 @@ std::size_t ScriptCheck::takePieces(std::string_view text) {
 const ScriptCheck::Piece& ScriptCheck::piece(const LineOrigins::Line* begin,
                                              const LineOrigins::Line* end, std::string_view text) {
     const fs::path& file = origins_.files[begin->file];
-    key_ = PathEncoding::utf8(file);
-    key_ += '\0';
+    place_ = PathEncoding::utf8(file) + '\0';
     // Of the lines' numbers the first one behind each gap.
     for (const LineOrigins::Line* line = begin; line != end; ++line) {
         if (line != begin && line->line == line[-1].line + 1) continue;
-        key_ += std::to_string(line - begin) + ':' + std::to_string(line->line) + ' ';
+        place_ += std::to_string(line - begin) + ':' + std::to_string(line->line) + ' ';
     }
-    key_ += '\0';
-    key_ += text;
-    work_ += key_.size() / kKnownPerByte;
-    auto slot = pieces_.find(key_);
-    if (slot == pieces_.end()) {
+    work_ += (place_.size() + text.size()) / kKnownPerByte;
+    auto places = pieces_.find(text);
+    if (places == pieces_.end()) {
+        places = pieces_.try_emplace(std::string(text)).first;
+        kept_ += text.size();
+    }
+    const auto [slot, added] = places->second.try_emplace(place_);
+    if (added) {
         LineOrigins origins{{file}, {begin, end}, {}};
         for (LineOrigins::Line& line : origins.lines) line.file = 0;
-        slot = pieces_.emplace(key_, read(text, origins)).first;
-        kept_ += key_.size();
-        for (const CheckedFunction& function : slot->second.functions) kept_ += weight(function);
+        slot->second = read(text, origins);
+        kept_ += place_.size() + sizeof(Piece);
+        for (const auto& [function, definer] : slot->second.functions) kept_ += weight(function);
     }
     Piece& found = slot->second;
     if (found.whole && std::exchange(found.script, scripts_) != scripts_) {
-        for (const CheckedFunction& function : found.functions) add(function);
+        for (const auto& [function, definer] : found.functions) add(function, *definer);
     }
     return found;
 }
@@ -159,7 +161,7 @@ ScriptCheck::Piece ScriptCheck::read(std::string_view text, const LineOrigins& o
     // A command must not find its own function here.
     if (!standsAlone(tokens) || own->find(kFrameFunction) != nullptr) return piece;
     for (Function& function : own->functions) {
-        piece.functions.push_back(check(function, origins));
+        piece.functions.push_back({check(function, origins), &definers_[function.name]});
         const std::vector<std::size_t>& errors = function.errorTokens;
         const bool ranOut = std::ranges::find(errors, tokens.list.size() - 1) != errors.end();
         if (ranOut) return {};
@@ -172,8 +174,8 @@ ScriptCheck::Piece ScriptCheck::read(std::string_view text, const LineOrigins& o
 }
 
 // The first definition of a name holds.
-void ScriptCheck::add(const CheckedFunction& function) {
-    if (known_.insert(function.name).second) checked_.functions.push_back(&function);
+void ScriptCheck::add(const CheckedFunction& function, std::size_t& definer) {
+    if (std::exchange(definer, scripts_) != scripts_) checked_.functions.push_back(&function);
 }
 
 // Goes by the brackets alone, so that what breaks off is heard of too.
@@ -271,11 +273,11 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     origins_ = {};
     checked_ = {};
     functions_.clear();
-    known_.clear();
     braces_ = parens_ = 0;
     ++scripts_;
     if (kept_ > kMaxPieces) {
         pieces_.clear();
+        definers_.clear();
         kept_ = 0;
     }
     path_ = sources_.paths.root() / kFrameFile;
@@ -310,8 +312,9 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     checked_.closed = rest.open == Tokens::Open::Nothing && braces_ <= 0 && parens_ <= 0;
     if (told_) tellTexts(rest, origins_);
     for (Function& function : program_->functions) {
-        if (known_.contains(function.name)) continue;
-        add(functions_.emplace_back(check(function, origins_)));
+        kept_ += function.name.size();
+        std::size_t& definer = definers_[function.name];
+        if (definer != scripts_) add(functions_.emplace_back(check(function, origins_)), definer);
     }
     return checked_;
 }

@@ -9,7 +9,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -84,7 +83,11 @@ class ScriptCheck {
         bool whole = false;         // else all else is unknown: what follows belongs to it
         std::ptrdiff_t braces = 0;  // opened and not closed
         std::ptrdiff_t parens = 0;
-        std::vector<CheckedFunction> functions;
+        struct Definition {
+            CheckedFunction function;
+            std::size_t* definer = nullptr;  // see definers_
+        };
+        std::vector<Definition> functions;
         std::size_t script = 0;  // the last one that it was found in
     };
 
@@ -96,16 +99,17 @@ class ScriptCheck {
     Piece read(std::string_view text, const LineOrigins& origins);
     void tellTexts(const Tokens& tokens, const LineOrigins& origins);
     CheckedFunction check(Function& function, const LineOrigins& origins);
-    void add(const CheckedFunction& function);
+    void add(const CheckedFunction& function, std::size_t& definer);
     [[nodiscard]] std::size_t lineOf(const Tokens& tokens, std::size_t token);
 
     ScriptSources sources_;
     std::function<void(const TextArgument&)> told_;
     std::size_t work_ = 0;
-    TextMap<Piece> pieces_;  // by file, lines and text
-    std::size_t kept_ = 0;   // bytes of them, about
-    std::size_t scripts_ = 0;
-    std::string key_;
+    TextMap<TextMap<Piece>> pieces_;  // by text, and by file and lines
+    std::size_t kept_ = 0;            // bytes of them, about
+    TextMap<std::size_t> definers_;   // by function, the last script that defines it
+    std::size_t scripts_ = 0;         // so many were begun
+    std::string place_;
     // Of the last file(). Names last as long as a program.
     std::filesystem::path path_;
     PreprocessorState state_;
@@ -113,7 +117,6 @@ class ScriptCheck {
     std::unique_ptr<Names> names_;
     std::unique_ptr<Program> program_;  // the same
     std::deque<CheckedFunction> functions_;
-    std::unordered_set<std::string_view> known_;  // names of its functions
     std::ptrdiff_t braces_ = 0;
     std::ptrdiff_t parens_ = 0;
     // Where the lines of the text that was asked about last end.
