@@ -158,12 +158,12 @@ class Checkup {
             judgeWhole(script, unit, lines);
         }
         note(script.mended);
-        for (const port::script::CheckedFunction& function : script.functions) {
-            note(function.mended);
-            if (function.breaks.empty() || isFull()) continue;
-            const NameSet leading = leadingTo(script, function.name);
-            for (const port::script::ScriptBreak& found : function.breaks) {
-                BrokenScript& broken = entry(relative(found.file), found.line, function.name,
+        for (const port::script::CheckedFunction* const function : script.functions) {
+            note(function->mended);
+            if (function->breaks.empty() || isFull()) continue;
+            const NameSet leading = leadingTo(script, function->name);
+            for (const port::script::ScriptBreak& found : function->breaks) {
+                BrokenScript& broken = entry(relative(found.file), found.line, function->name,
                                              found.token, found.error);
                 if (leading.contains("main")) {
                     for (const ScriptCaller& hook : unit.hooks) add(broken, hook, broken.hooks);
@@ -186,7 +186,7 @@ class Checkup {
         const std::string file = relative(script.files.front());
         const bool showsElsewhere =
             std::any_of(script.functions.begin(), script.functions.end(),
-                        [](const auto& function) { return !function.breaks.empty(); });
+                        [](const auto* function) { return !function->breaks.empty(); });
         if (!script.closed && !showsElsewhere) {
             BrokenScript& broken = entry(file, 0, {}, {}, kLeftOpen);
             for (const ScriptCaller& hook : unit.hooks) add(broken, hook, broken.hooks);
@@ -203,9 +203,9 @@ class Checkup {
     // The functions from which a run may come to `name`, itself included.
     static NameSet leadingTo(const port::script::CheckedScript& script, std::string_view name) {
         std::unordered_map<std::string_view, std::vector<std::string_view>> callers;
-        for (const port::script::CheckedFunction& function : script.functions) {
-            for (const std::string& called : function.calls) {
-                callers[called].push_back(function.name);
+        for (const port::script::CheckedFunction* const function : script.functions) {
+            for (const std::string& called : function->calls) {
+                callers[called].push_back(function->name);
             }
         }
         NameSet leading{name};

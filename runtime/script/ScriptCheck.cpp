@@ -17,6 +17,10 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kBytesPerToken = 4;
 constexpr std::size_t kBytesPerName = 16;
+// What it is to find a byte again that was read before.
+constexpr std::size_t kKnownPerByte = 8;
+// Bytes of pieces that are kept; the largest games have below 20 MiB of text.
+constexpr std::size_t kMaxPieces = std::size_t{64} << 20U;
 
 // A call that is open, or a mere parenthesis, and the texts among its arguments so far.
 struct OpenCall {
@@ -30,16 +34,44 @@ struct OpenCall {
     std::vector<Text> texts;
 };
 
-// Whether the text ends with nothing open: no comment, constant, brace or parenthesis.
-bool closed(const Tokens& tokens) {
-    if (tokens.open != Tokens::Open::Nothing) return false;
-    std::ptrdiff_t braces = 0;
-    std::ptrdiff_t parens = 0;
+// What of a kind of brackets is opened and not closed; below 0 if more are closed.
+std::ptrdiff_t balance(const Tokens& tokens, Word left, Word right) {
+    std::ptrdiff_t open = 0;
     for (const Tok& token : tokens.list) {
-        braces += std::ptrdiff_t{token.is(Word::LeftBrace)} - token.is(Word::RightBrace);
-        parens += std::ptrdiff_t{token.is(Word::LeftParen)} - token.is(Word::RightParen);
+        open += std::ptrdiff_t{token.is(left)} - std::ptrdiff_t{token.is(right)};
     }
-    return braces <= 0 && parens <= 0;
+    return open;
+}
+
+// Whether the tokens mean the same whatever stands around them: nothing is left open, and the last
+// of them ends a definition. Some scans count a brace in a constant, so there must be none.
+bool standsAlone(const Tokens& tokens) {
+    if (tokens.open != Tokens::Open::Nothing) return false;
+    std::size_t braces = 0;
+    std::size_t parens = 0;
+    for (const Tok& token : tokens.list) {
+        if (token.k == TK::Str && token.word != Word::None) return false;
+        if (token.is(Word::LeftBrace)) ++braces;
+        if (token.is(Word::LeftParen)) ++parens;
+        if (token.is(Word::RightBrace) && braces > 0) --braces;
+        if (token.is(Word::RightParen) && parens > 0) --parens;
+    }
+    if (braces > 0 || parens > 0) return false;
+    // The very last one is the text's end.
+    if (tokens.list.size() == 1) return true;
+    const Tok& last = tokens.list[tokens.list.size() - 2];
+    return last.is(Word::RightBrace) || last.is(Word::Semicolon);
+}
+
+std::size_t weight(const CheckedFunction& function) {
+    std::size_t bytes = sizeof(CheckedFunction) + function.name.size() +
+                        function.mended.size() * sizeof(MendedPlace);
+    for (const std::string& name : function.calls) bytes += sizeof(std::string) + name.size();
+    for (const ScriptBreak& found : function.breaks) {
+        bytes += sizeof(ScriptBreak) + found.error.size() + found.token.size() +
+                 found.file.native().size();
+    }
+    return bytes;
 }
 
 MendedPlace placeOf(ScriptMend mend, LineOrigins::Line line, const LineOrigins& origins) {
@@ -50,8 +82,8 @@ MendedPlace placeOf(ScriptMend mend, LineOrigins::Line line, const LineOrigins& 
 
 const CheckedFunction* CheckedScript::find(std::string_view lowerName) const {
     const auto found = std::find_if(functions.begin(), functions.end(),
-                                    [&](const auto& f) { return f.name == lowerName; });
-    return found == functions.end() ? nullptr : &*found;
+                                    [&](const auto* f) { return f->name == lowerName; });
+    return found == functions.end() ? nullptr : *found;
 }
 
 std::string ScriptCheck::expand(std::string_view text, PreprocessorState& state) {
@@ -62,12 +94,88 @@ std::string ScriptCheck::expand(std::string_view text, PreprocessorState& state)
     return expanded;
 }
 
-std::unique_ptr<Program> ScriptCheck::program(std::string text, Program* base) {
+std::unique_ptr<Program> ScriptCheck::program(std::string text, Names& names, Program* base) {
     work_ += text.size();
     lineText_ = nullptr;
-    auto made = std::make_unique<Program>(lex(std::move(text)), *names_, base);
-    for (const auto& [name, function] : made->byName) functionNames_[function] = name;
-    return made;
+    return std::make_unique<Program>(lex(std::move(text)), names, base);
+}
+
+// Takes the pieces that `text` begins with; gives the number of bytes. origins_ keeps the lines of
+// the rest.
+std::size_t ScriptCheck::takePieces(std::string_view text) {
+    std::size_t taken = 0;
+    const std::vector<LineOrigins::Line>& lines = origins_.lines;
+    std::size_t from = 0;
+    for (std::size_t line = 0, at = 0; line < lines.size(); from = line, taken = at) {
+        for (; line < lines.size() && lines[line].file == lines[from].file; ++line) {
+            at = text.find('\n', at) + 1;
+        }
+        const std::string_view own = text.substr(taken, at - taken);
+        if (own.find_first_not_of('\n') == own.npos) continue;
+        const Piece& found = piece(&lines[from], lines.data() + line, own);
+        if (!found.whole) break;
+        braces_ += found.braces;
+        parens_ += found.parens;
+    }
+    origins_.lines.erase(origins_.lines.begin(),
+                         origins_.lines.begin() + static_cast<std::ptrdiff_t>(from));
+    return taken;
+}
+
+// The piece of those lines, whose functions come to the script if it was not in there before.
+const ScriptCheck::Piece& ScriptCheck::piece(const LineOrigins::Line* begin,
+                                             const LineOrigins::Line* end, std::string_view text) {
+    const fs::path& file = origins_.files[begin->file];
+    place_ = PathEncoding::utf8(file) + '\0';
+    // Of the lines' numbers the first one behind each gap.
+    for (const LineOrigins::Line* line = begin; line != end; ++line) {
+        if (line != begin && line->line == line[-1].line + 1) continue;
+        place_ += std::to_string(line - begin) + ':' + std::to_string(line->line) + ' ';
+    }
+    work_ += (place_.size() + text.size()) / kKnownPerByte;
+    auto places = pieces_.find(text);
+    if (places == pieces_.end()) {
+        places = pieces_.try_emplace(std::string(text)).first;
+        kept_ += text.size();
+    }
+    const auto [slot, added] = places->second.try_emplace(place_);
+    if (added) {
+        LineOrigins origins{{file}, {begin, end}, {}};
+        for (LineOrigins::Line& line : origins.lines) line.file = 0;
+        slot->second = read(text, origins);
+        kept_ += place_.size() + sizeof(Piece);
+        for (const auto& [function, definer] : slot->second.functions) kept_ += weight(function);
+    }
+    Piece& found = slot->second;
+    if (found.whole && std::exchange(found.script, scripts_) != scripts_) {
+        for (const auto& [function, definer] : found.functions) add(function, *definer);
+    }
+    return found;
+}
+
+ScriptCheck::Piece ScriptCheck::read(std::string_view text, const LineOrigins& origins) {
+    Piece piece;
+    Names names;
+    const std::unique_ptr<Program> own = program(std::string(text), names, nullptr);
+    const Tokens& tokens = own->tokens;
+    // A command must not find its own function here.
+    if (!standsAlone(tokens) || own->find(kFrameFunction) != nullptr) return piece;
+    for (Function& function : own->functions) {
+        piece.functions.push_back({check(function, origins), &definers_[function.name]});
+        const std::vector<std::size_t>& errors = function.errorTokens;
+        const bool ranOut = std::ranges::find(errors, tokens.list.size() - 1) != errors.end();
+        if (ranOut) return {};
+    }
+    piece.whole = true;
+    piece.braces = balance(tokens, Word::LeftBrace, Word::RightBrace);
+    piece.parens = balance(tokens, Word::LeftParen, Word::RightParen);
+    if (told_) tellTexts(tokens, origins);
+    return piece;
+}
+
+// The first definition of a name holds.
+void ScriptCheck::add(const CheckedFunction& function, std::size_t& definer) {
+    if (std::exchange(definer, scripts_) != scripts_) checked_.functions.push_back(&function);
 }
 
 // Goes by the brackets alone, so that what breaks off is heard of too.
@@ -133,11 +241,9 @@ std::size_t ScriptCheck::lineOf(const Tokens& tokens, std::size_t token) {
 CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origins) {
     work_ += compile(function, nullptr, sources_.asWritten) * kBytesPerToken;
     CheckedFunction out;
-    out.name = functionNames_[&function];
+    out.name = function.name;
     std::set<std::string> calls;
-    for (const CallSite& site : function.sites) {
-        if (site.user != nullptr) calls.insert(functionNames_[site.user]);
-    }
+    for (const CallSite& site : function.sites) calls.insert(lower(*site.name));
     out.calls.assign(calls.begin(), calls.end());
     const Tokens& tokens = function.program->tokens;
     for (std::size_t i = 0; i < function.errors.size(); ++i) {
@@ -162,11 +268,18 @@ CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origin
 
 const CheckedScript& ScriptCheck::file(std::string_view raw) {
     program_.reset();
-    functionNames_.clear();
     names_ = std::make_unique<Names>();
     state_ = {};
     origins_ = {};
     checked_ = {};
+    functions_.clear();
+    braces_ = parens_ = 0;
+    ++scripts_;
+    if (kept_ > kMaxPieces) {
+        pieces_.clear();
+        definers_.clear();
+        kept_ = 0;
+    }
     path_ = sources_.paths.root() / kFrameFile;
     if (raw.empty()) {
         state_.imported.insert(PathEncoding::utf8(path_));
@@ -185,16 +298,23 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
         return checked_;
     }
     state_.origins = &origins_;
-    program_ = program(expand(*text, state_), nullptr);
+    std::string expanded = expand(*text, state_);
     state_.origins = nullptr;
     checked_.files = origins_.files;
     for (const auto& [mend, line] : origins_.mended) {
         checked_.mended.push_back(placeOf(mend, line, origins_));
     }
-    checked_.closed = closed(program_->tokens);
-    if (told_) tellTexts(program_->tokens, origins_);
+    expanded.erase(0, takePieces(expanded));
+    program_ = program(std::move(expanded), *names_, nullptr);
+    const Tokens& rest = program_->tokens;
+    braces_ += balance(rest, Word::LeftBrace, Word::RightBrace);
+    parens_ += balance(rest, Word::LeftParen, Word::RightParen);
+    checked_.closed = rest.open == Tokens::Open::Nothing && braces_ <= 0 && parens_ <= 0;
+    if (told_) tellTexts(rest, origins_);
     for (Function& function : program_->functions) {
-        checked_.functions.push_back(check(function, origins_));
+        kept_ += function.name.size();
+        std::size_t& definer = definers_[function.name];
+        if (definer != scripts_) add(functions_.emplace_back(check(function, origins_)), definer);
     }
     return checked_;
 }
@@ -229,7 +349,7 @@ CheckedFunction ScriptCheck::command(std::string_view command) {
     state.produced = produced;
     state.full = full;
     origins.files[ownFile].clear();
-    const std::unique_ptr<Program> frame = program(std::move(text), base);
+    const std::unique_ptr<Program> frame = program(std::move(text), *names_, base);
     Function* const function = frame->find(kFrameFunction);
     CheckedFunction out;
     if (function != nullptr) out = check(*function, origins);
@@ -241,7 +361,6 @@ CheckedFunction ScriptCheck::command(std::string_view command) {
     };
     std::ranges::for_each(out.breaks, inCommand);
     std::ranges::for_each(out.mended, inCommand);
-    for (Function& part : frame->functions) functionNames_.erase(&part);
     return out;
 }
 

@@ -3,12 +3,12 @@
 // Compiles scripts without running any, to tell what of them would break off in a run.
 
 #include <cstddef>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -34,7 +34,7 @@ struct MendedPlace {
 
 struct CheckedFunction {
     std::string name;                // lower case
-    std::vector<std::string> calls;  // other functions of the game's scripts, lower case
+    std::vector<std::string> calls;  // whatever answers them, lower case, sorted
     std::vector<ScriptBreak> breaks;
     std::vector<MendedPlace> mended;
 };
@@ -43,7 +43,7 @@ struct CheckedScript {
     std::string error;                         // the script as a whole cannot be had
     bool closed = true;                        // no comment, text or bracket is left open
     std::vector<std::filesystem::path> files;  // all that were read for it
-    std::vector<CheckedFunction> functions;
+    std::vector<const CheckedFunction*> functions;
     std::vector<MendedPlace> mended;  // directives
 
     [[nodiscard]] const CheckedFunction* find(std::string_view lowerName) const;
@@ -61,7 +61,8 @@ struct TextArgument {
 
 class ScriptCheck {
   public:
-    // `told` hears of all constant texts in the calls of scripts that file() reads.
+    // `told` hears of all constant texts in the calls of scripts that file() reads, of each place
+    // once or more often.
     explicit ScriptCheck(const std::filesystem::path& root, bool asWritten = false,
                          std::function<void(const TextArgument&)> told = nullptr)
         : sources_(root, asWritten), told_(std::move(told)) {}
@@ -76,22 +77,48 @@ class ScriptCheck {
     [[nodiscard]] std::size_t work() const { return work_; }
 
   private:
+    // Lines of one file that mean the same in whatever script they stand. Scripts share most of
+    // what they include, so each piece is read once.
+    struct Piece {
+        bool whole = false;         // else all else is unknown: what follows belongs to it
+        std::ptrdiff_t braces = 0;  // opened and not closed
+        std::ptrdiff_t parens = 0;
+        struct Definition {
+            CheckedFunction function;
+            std::size_t* definer = nullptr;  // see definers_
+        };
+        std::vector<Definition> functions;
+        std::size_t script = 0;  // the last one that it was found in
+    };
+
     std::string expand(std::string_view text, PreprocessorState& state);
-    std::unique_ptr<Program> program(std::string text, Program* base);
+    std::unique_ptr<Program> program(std::string text, Names& names, Program* base);
+    std::size_t takePieces(std::string_view text);
+    const Piece& piece(const LineOrigins::Line* begin, const LineOrigins::Line* end,
+                       std::string_view text);
+    Piece read(std::string_view text, const LineOrigins& origins);
     void tellTexts(const Tokens& tokens, const LineOrigins& origins);
     CheckedFunction check(Function& function, const LineOrigins& origins);
+    void add(const CheckedFunction& function, std::size_t& definer);
     [[nodiscard]] std::size_t lineOf(const Tokens& tokens, std::size_t token);
 
     ScriptSources sources_;
     std::function<void(const TextArgument&)> told_;
     std::size_t work_ = 0;
+    TextMap<TextMap<Piece>> pieces_;  // by text, and by file and lines
+    std::size_t kept_ = 0;            // bytes of them, about
+    TextMap<std::size_t> definers_;   // by function, the last script that defines it
+    std::size_t scripts_ = 0;         // so many were begun
+    std::string place_;
     // Of the last file(). Names last as long as a program.
     std::filesystem::path path_;
     PreprocessorState state_;
-    LineOrigins origins_;
+    LineOrigins origins_;  // of the text behind the pieces
     std::unique_ptr<Names> names_;
-    std::unique_ptr<Program> program_;
-    std::unordered_map<const Function*, std::string> functionNames_;
+    std::unique_ptr<Program> program_;  // the same
+    std::deque<CheckedFunction> functions_;
+    std::ptrdiff_t braces_ = 0;
+    std::ptrdiff_t parens_ = 0;
     // Where the lines of the text that was asked about last end.
     const std::string* lineText_ = nullptr;
     std::vector<std::size_t> lineEnds_;

@@ -184,15 +184,17 @@ class Preprocessor {
     Preprocessor(ScriptSources& sources, PreprocessorState& state, std::string& out)
         : sources_(sources), state_(state), out_(out) {}
 
-    void file(const fs::path& path, std::string_view source, std::vector<char>& active, int depth) {
+    void file(const fs::path& path, std::string_view name, std::string_view source,
+              std::vector<char>& active, int depth) {
         const LineOrigins::Line includer = enter(path);
-        expand({path, active, depth}, source);
+        expand({path, name, active, depth}, source);
         origin_ = includer;
     }
 
   private:
     struct Place {
         const fs::path& file;
+        std::string_view name;  // the same in UTF-8
         std::vector<char>& active;
         int depth;
     };
@@ -200,9 +202,11 @@ class Preprocessor {
     struct Remembered {
         int seen = 0;
         bool known = false;
-        std::string text;
+        std::size_t from = 0;  // of the text so far
+        std::size_t size = 0;
+        std::size_t line = 0;  // of the origins so far
+        std::size_t lines = 0;
         std::vector<std::string> reports;
-        std::vector<LineOrigins::Line> origins;
     };
 
     void expand(const Place& place, std::string_view source) {
@@ -327,53 +331,44 @@ class Preprocessor {
             raw = raw.substr(1, raw.size() - 2);
         }
         consume(kIncludeWeight);
-        fs::path file;
-        if (!sources_.paths.safeScriptPath(place.file, raw, file)) {
-            return report("unsafe-" + name + ":" + std::string(raw));
-        }
-        if (!sources_.paths.exists(file)) {
-            const fs::path unique = sources_.paths.scriptUniqueBasename(raw);
-            if (!unique.empty()) file = unique;
-        }
+        const ScriptSources::Included& file = sources_.included(place.file, place.name, raw);
+        if (!file.safe) return report("unsafe-" + name + ":" + std::string(raw));
         if (name == "import") {
-            if (!state_.imported.insert(PathEncoding::utf8(file)).second) return;
+            if (!state_.imported.insert(file.name).second) return;
             ++state_.version;
         }
         // A missing file says nothing here: what it would have supplied is reported where it is
         // called.
-        if (const std::string* text = sources_.text(file))
-            includeText(file, *text, place.depth + 1);
+        if (file.text != nullptr) includeText(file, place.depth + 1);
     }
 
     // Real include graphs are so dense that walking one without memory takes millions of visits. A
     // file that changed nothing when it was last brought in yields the same again in the same
     // state.
-    void includeText(const fs::path& path, const std::string& text, int depth) {
-        Remembered& memory = remembered_[PathEncoding::utf8(path) + '\n' + std::to_string(depth) +
-                                         '\n' + std::to_string(state_.version)];
+    void includeText(const ScriptSources::Included& included, int depth) {
+        Remembered& memory = remembered_[included.name + '\n' + std::to_string(depth) + '\n' +
+                                         std::to_string(state_.version)];
         if (memory.known) {
-            append(memory.text, &memory.origins);
+            repeat(memory);
             for (const std::string& line : memory.reports) report(line);
         } else {
             const std::uint64_t version = state_.version;
             const std::size_t from = out_.size();
-            const std::size_t firstLine = state_.origins ? state_.origins->lines.size() : 0;
+            const std::size_t line = state_.origins ? state_.origins->lines.size() : 0;
             const std::size_t reports = state_.unsupported.size();
             std::vector<char> active{1};
-            file(path, text, active, depth);
+            file(included.path, included.name, *included.text, active, depth);
             // Kept from the second time on: most files come once.
             if (memory.seen++ > 0 && version == state_.version && !state_.full &&
                 out_.size() - from <= kMaxRemembered) {
                 memory.known = true;
-                memory.text = out_.substr(from);
+                memory.from = from;
+                memory.size = out_.size() - from;
+                memory.line = line;
+                memory.lines = state_.origins ? state_.origins->lines.size() - line : 0;
                 memory.reports.assign(
                     state_.unsupported.begin() + static_cast<std::ptrdiff_t>(reports),
                     state_.unsupported.end());
-                if (state_.origins != nullptr) {
-                    const auto& lines = state_.origins->lines;
-                    memory.origins.assign(lines.begin() + static_cast<std::ptrdiff_t>(firstLine),
-                                          lines.end());
-                }
             }
         }
         append("\n");
@@ -383,29 +378,68 @@ class Preprocessor {
         const std::size_t limit =
             std::min(kMaxExpandedText - state_.produced, line.size() + kMaxLineGrowth);
         std::size_t work = 0;
-        const std::string text =
-            expandMacros(std::string(line), state_.macros, state_.funcMacros, limit, work);
+        std::string expanded;
+        std::string_view text = line;
+        if (namesMacro(line)) {
+            expanded =
+                expandMacros(std::string(line), state_.macros, state_.funcMacros, limit, work);
+            text = expanded;
+        }
         if (text.size() > limit && !state_.full) stop();
         append(text);
         consume(work);
         append("\n");
     }
 
-    // `origins` of its lines, where they do not all stand in the line that is being read.
-    void append(std::string_view text, const std::vector<LineOrigins::Line>* origins = nullptr) {
-        if (state_.full) return;
-        if (text.size() > kMaxExpandedText - state_.produced) return stop();
-        state_.produced += text.size();
+    // Whether there is anything to expand: few lines have it.
+    [[nodiscard]] bool namesMacro(std::string_view line) const {
+        if (state_.macros.empty() && state_.funcMacros.empty()) return false;
+        for (std::size_t i = 0; i < line.size();) {
+            if (opensConstant(line[i])) {
+                i = behindConstant(line, i);
+            } else if (isNamePart(line[i])) {
+                const std::string_view name = leadingName(line.substr(i));
+                if (!isDigit(line[i]) &&
+                    (state_.macros.contains(name) || state_.funcMacros.contains(name))) {
+                    return true;
+                }
+                i += name.size();
+            } else {
+                ++i;
+            }
+        }
+        return false;
+    }
+
+    // Whether the text may grow by so many bytes; all of it ends if not.
+    bool mayGrow(std::size_t bytes) {
+        if (state_.full) return false;
+        if (bytes > kMaxExpandedText - state_.produced) {
+            stop();
+            return false;
+        }
+        state_.produced += bytes;
+        return true;
+    }
+
+    // Text of the line that is being read.
+    void append(std::string_view text) {
+        if (!mayGrow(text.size())) return;
         out_ += text;
         if (state_.origins == nullptr) return;
         std::vector<LineOrigins::Line>& lines = state_.origins->lines;
-        if (origins != nullptr) {
-            lines.insert(lines.end(), origins->begin(), origins->end());
-        } else {
-            lines.insert(lines.end(),
-                         static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')),
-                         origin_);
-        }
+        lines.insert(lines.end(),
+                     static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')), origin_);
+    }
+
+    void repeat(const Remembered& memory) {
+        if (!mayGrow(memory.size)) return;
+        out_.append(out_, memory.from, memory.size);
+        if (state_.origins == nullptr) return;
+        std::vector<LineOrigins::Line>& lines = state_.origins->lines;
+        const std::size_t end = lines.size();
+        lines.resize(end + memory.lines);
+        std::copy_n(lines.data() + memory.line, memory.lines, lines.data() + end);
     }
 
     void report(std::string complaint) {
@@ -447,10 +481,28 @@ const std::string* ScriptSources::text(const fs::path& path) {
     return source.readable ? &source.text : nullptr;
 }
 
+const ScriptSources::Included& ScriptSources::included(const fs::path& by, std::string_view byName,
+                                                       std::string_view raw) {
+    key_.assign(byName).append(1, '\0').append(raw);
+    const auto [slot, added] = included_.try_emplace(key_);
+    Included& found = slot->second;
+    if (!added) return found;
+    found.safe = paths.safeScriptPath(by, raw, found.path);
+    if (!found.safe) return found;
+    if (!paths.exists(found.path)) {
+        fs::path unique = paths.scriptUniqueBasename(raw);
+        if (!unique.empty()) found.path = std::move(unique);
+    }
+    found.name = PathEncoding::utf8(found.path);
+    found.text = text(found.path);
+    return found;
+}
+
 std::string preprocessScript(ScriptSources& sources, const fs::path& file, std::string_view source,
                              PreprocessorState& state, int depth) {
     std::string out;
-    Preprocessor(sources, state, out).file(file, source, state.active, depth);
+    Preprocessor(sources, state, out)
+        .file(file, PathEncoding::utf8(file), source, state.active, depth);
     return out;
 }
 

@@ -102,7 +102,7 @@ TEST(ScriptMends, AreFoundWithTheirPlaces) {
         };
         const CheckedScript& script = check.file("main.c");
         add(script.mended);
-        for (const CheckedFunction& function : script.functions) add(function.mended);
+        for (const CheckedFunction* const function : script.functions) add(function->mended);
         add(check.command("lib();\nint a, b;").mended);
         if (asWritten) {
             EXPECT_EQ(places, std::vector<std::string>{});
