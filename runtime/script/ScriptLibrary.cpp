@@ -172,19 +172,21 @@ Helper& ScriptLibrary::helper(const fs::path& path) {
 std::unique_ptr<Program> ScriptLibrary::onHelper(const Helper& helper, const std::string& text) {
     if (helper.script == nullptr || !helper.script->program) return program(lexed(text));
     Program& base = *helper.script->program;
+    std::string alive = text;
     if (base.tokens.open == Tokens::Open::Constant) {
-        return program(lexed(*base.tokens.source + text));
+        alive.insert(0, *base.tokens.source, base.tokens.cut);
     }
-    std::string_view alive = text;
     if (base.tokens.open == Tokens::Open::Comment) {
-        alive.remove_prefix(std::min(alive.size(), alive.find("*/")));
-        alive.remove_prefix(std::min<std::size_t>(alive.size(), 2));
+        const std::size_t close = alive.find("*/");
+        alive.erase(0, close == std::string::npos ? close : close + 2);
     }
-    Tokens own = lexed(std::string(alive));
+    Tokens own = lexed(std::move(alive));
     if (base.swallows(own.list) && !reaches(helper, base.unclosed)) return program(lex({}), &base);
     const auto& all = base.tokens.list;
     const auto settled = all.begin() + static_cast<std::ptrdiff_t>(base.settled);
-    own.list.insert(own.list.begin(), settled, all.end() - 1);
+    // All but the end, and a constant that goes on.
+    const std::ptrdiff_t dropped = base.tokens.open == Tokens::Open::Constant ? 2 : 1;
+    own.list.insert(own.list.begin(), settled, all.end() - dropped);
     auto made = program(std::move(own), &base);
     // A function of the helper that calls one of these means another there than here.
     const bool shared = std::ranges::none_of(made->functions, [&](const Function& function) {
