@@ -70,7 +70,7 @@ set(port_screens_uses core generated host picture platform play rules script sou
 set(port_screens_units
   Autoplay Bot Campaigns CharacterSelect ControlsScreen FrontendScreens Game MainMenus MenuInput
   MenuScreens MenuText OptionsScreens Pilot PlayScreen Playtest PlaytestReport Progress Recording
-  Replay SavedGame Settings StageLoading StageShows TimedShow)
+  Replay SavedGame ScriptPreparation Settings StageLoading StageShows TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses
   core generated host picture platform play rules screens script sound view world)

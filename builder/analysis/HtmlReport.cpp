@@ -219,9 +219,9 @@ class HtmlReport {
         if (analysis_.scriptCheck.scripts + analysis_.scriptCheck.commands > 0) {
             entry("broken", "Broken scripts", analysis_.scriptCheck.broken.size());
         }
-        if (!analysis_.scriptFindings.empty()) {
-            entry("scripts", "Scripts", analysis_.scriptFindings.size());
-        }
+        const std::uint64_t unknown =
+            analysis_.scriptFindings.size() + analysis_.scriptCheck.unanswered.size();
+        if (unknown > 0) entry("scripts", "Scripts", unknown);
         if (!analysis_.animationAudit.empty()) {
             entry("calls", "@cmd lines", analysis_.animationAudit.size());
         }

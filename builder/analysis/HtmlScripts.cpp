@@ -203,7 +203,7 @@ void HtmlScripts::writePlaces(const ScriptUses& uses) {
 }
 
 void HtmlScripts::writeNames() {
-    if (analysis_.scriptFindings.empty()) return;
+    if (analysis_.scriptFindings.empty() && analysis_.scriptCheck.unanswered.empty()) return;
     page_.openSection("scripts", "What scripts ask for",
                       "Functions and includes that scripts use and the port does not know. Such a "
                       "call is logged when it is reached.");
@@ -244,7 +244,29 @@ void HtmlScripts::writeNames() {
                 "them all the same.</p>\n";
         writeList(mentions, entries.end());
     }
+    writeKeys();
     out_ << "</section>\n";
+}
+
+void HtmlScripts::writeKeys() {
+    const std::vector<UnansweredKey>& keys = analysis_.scriptCheck.unanswered;
+    if (keys.empty()) return;
+    out_
+        << "<h3>Keys without an answer <small>" << groupDigits(keys.size())
+        << "</small></h3>\n<p class=\"lead\">The port knows the function, but not what it is asked "
+           "for: reading such a key tells nothing, and writing it changes nothing.</p>\n"
+           "<div class=\"list\">\n";
+    const std::size_t shown = std::min(keys.size(), kMaxScriptNames);
+    for (std::size_t i = 0; i < shown; ++i) {
+        const UnansweredKey& key = keys[i];
+        page_.openRow(lookOf(kPartial), key.function + " \"" + key.key + '"', true, key.places,
+                      keys.front().places, key.places == 1 ? "place" : "places");
+        out_ << "<p>" << (key.places == 1 ? "In " : "First in ");
+        page_.writeFile(key.file);
+        out_ << ", line " << key.line << ".</p>\n</div></details>\n";
+    }
+    out_ << "</div>\n";
+    page_.writeRest(keys.size(), shown, "keys");
 }
 
 void HtmlScripts::writeName(const std::string& name, const ScriptUses& uses, std::uint64_t scripts,

@@ -36,6 +36,7 @@ class HtmlScripts {
     void writeNames();
     void writeName(const std::string& name, const ScriptUses& uses, std::uint64_t scripts,
                    std::uint64_t most);
+    void writeKeys();
     void writeAnimationCommands();
     void writeFindings(const std::string& name);
     void writePlaces(const ScriptUses& uses);

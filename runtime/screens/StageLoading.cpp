@@ -13,6 +13,7 @@
 #include "PathEncoding.hpp"
 #include "Players.hpp"
 #include "Progress.hpp"
+#include "ScriptPreparation.hpp"
 #include "StageFlow.hpp"
 #include "StageRules.hpp"
 #include "StageShows.hpp"
@@ -164,6 +165,7 @@ bool loadStage(Game& game, std::size_t index, bool keepHealth) {
     game.trace("stage: level script");
     world.stageScriptCtx = {};
     game.scripts.runHook(row.levelScript, world.stageScriptCtx, "levelscript");
+    prepareScripts(game.scripts, world);
     game.trace("stage: music");
     playStageMusic(game, resolveAudioAsset(game.dataRoot, row.music));
     applyReachedJoinGates(world, width);

@@ -134,7 +134,7 @@ struct Maybe {
     std::int32_t name = 0;
 };
 
-// Compiled at its first call.
+// Compiled at its first call, or ahead of it.
 struct Function {
     Program* program = nullptr;
     std::string name;                 // lower-cased
@@ -156,6 +156,9 @@ struct Function {
     std::size_t counters = 0;
     std::size_t names = 0;  // variable names of the machine that it may use
     std::size_t cost = 0;   // steps of a call
+
+    std::size_t making = 0;  // steps that compiling has cost, which the first call pays
+    bool paid = false;
 
     void forget();  // what compiling has made of it
 };

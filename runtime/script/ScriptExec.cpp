@@ -280,7 +280,7 @@ Exec::View Exec::view() {
 // The arguments are the `count` registers from `base` on, where those of the call begin.
 void Exec::enter(Function& function, std::size_t base, std::size_t count) {
     if (depth_ == kMaxCalls) throw std::runtime_error("script recursion limit exceeded");
-    if (!function.compiled) charge(library_.compile(function));
+    if (!function.paid) charge(library_.takeCost(function));
     charge(function.cost);
     Frame& entered = frames_[depth_];
     const std::size_t counters = depth_ > 0 ? frame().countersEnd : 0;

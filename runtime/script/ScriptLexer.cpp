@@ -171,8 +171,11 @@ class Lexer {
             ++at_;
         }
         const bool closed = at_ < text_.size();
-        if (!closed) tokens_.open = Tokens::Open::Constant;
-        if (!closed) at_ = text_.size();
+        if (!closed) {
+            tokens_.open = Tokens::Open::Constant;
+            tokens_.cut = from - 1;
+            at_ = text_.size();
+        }
         std::string_view value = text_.substr(from, at_ - from);
         if (closed) ++at_;
         if (!plain) value = tokens_.decoded.emplace_back(decoded(value));

@@ -2,6 +2,7 @@
 
 // Cuts preprocessed script text into tokens and classifies every word once.
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -93,6 +94,7 @@ struct Tokens {
     std::deque<std::string> decoded;
     std::vector<Tok> list;
     Open open = Open::Nothing;  // what the end of the text cut off
+    std::size_t cut = 0;        // where a constant that it cut off begins: at its quote
 };
 
 [[nodiscard]] Tokens lex(std::string text);

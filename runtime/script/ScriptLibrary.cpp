@@ -53,15 +53,63 @@ void ScriptLibrary::pay(const PreprocessorState& state, const PreprocessorState&
              before.funcMacros.size() + before.imported.size();
 }
 
-std::size_t ScriptLibrary::compile(Function& function) {
-    if (full()) throw std::runtime_error(kFull);
-    const std::size_t work = script::compile(function, host_, sources_.asWritten);
-    kept_ += function.code.size() * sizeof(Instr) + function.sites.size() * sizeof(CallSite) +
-             function.constants.size() * sizeof(ScriptValue);
-    return work / kCompiledPerStep;
+void ScriptLibrary::settle(std::size_t& making) {
+    making = std::exchange(cost_, 0);
+    made_ += making;
 }
 
-const Script& ScriptLibrary::load(const fs::path& path) {
+void ScriptLibrary::compile(Function& function) {
+    if (full()) throw std::runtime_error(kFull);
+    cost_ += script::compile(function, host_, sources_.asWritten) / kCompiledPerStep;
+    kept_ += function.code.size() * sizeof(Instr) + function.sites.size() * sizeof(CallSite) +
+             function.constants.size() * sizeof(ScriptValue);
+    settle(function.making);
+}
+
+// The function and those that it may call.
+void ScriptLibrary::compileReached(Function* function) {
+    std::vector<Function*> reached{function};
+    while (!reached.empty() && !full()) {
+        Function* const next = reached.back();
+        reached.pop_back();
+        if (next == nullptr || next->compiled) continue;
+        compile(*next);
+        for (const CallSite& site : next->sites) reached.push_back(site.user);
+    }
+}
+
+std::size_t ScriptLibrary::takeCost(Command& command) {
+    std::size_t cost = takeCost(command.script);
+    if (command.helper != nullptr) {
+        cost += takeCost(*command.helper->script) + std::exchange(command.helper->making, 0);
+    }
+    return cost;
+}
+
+std::size_t ScriptLibrary::takeCost(Function& function) {
+    if (!function.compiled) compile(function);
+    function.paid = true;
+    return function.making;
+}
+
+std::size_t ScriptLibrary::prepareFile(std::string_view raw, std::string_view function) {
+    const std::size_t before = made_;
+    if (kept_ > kMaxPrepared) return 0;
+    const Script& script = file(raw);
+    if (script.program) compileReached(script.program->find(function));
+    return made_ - before;
+}
+
+std::size_t ScriptLibrary::prepareCommand(std::string_view rawHelper, std::string_view text) {
+    const std::size_t before = made_;
+    if (kept_ > kMaxPrepared) return 0;
+    const Command& made = command(rawHelper, text);
+    compileReached(made.helperMain);
+    compileReached(made.frame);
+    return made_ - before;
+}
+
+Script& ScriptLibrary::load(const fs::path& path) {
     std::unique_ptr<Script>& known = scripts_[PathEncoding::utf8(path)];
     if (known) return *known;
     known = std::make_unique<Script>();
@@ -80,13 +128,14 @@ const Script& ScriptLibrary::load(const fs::path& path) {
     pay(state, {});
     known->complaints = listed(std::move(state.unsupported));
     known->program = program(lexed(std::move(expanded)));
+    settle(known->making);
     return *known;
 }
 
-const Script& ScriptLibrary::file(std::string_view raw) {
+Script& ScriptLibrary::file(std::string_view raw) {
     const auto known = files_.find(raw);
     if (known != files_.end()) return *known->second;
-    const Script* script = nullptr;
+    Script* script = nullptr;
     fs::path relative;
     if (relativeScriptPath(raw, relative)) {
         script = &load(sources_.paths.locate(raw, relative));
@@ -98,11 +147,11 @@ const Script& ScriptLibrary::file(std::string_view raw) {
     return *files_.emplace(raw, script).first->second;
 }
 
-const ScriptLibrary::Helper& ScriptLibrary::helper(const fs::path& path) {
+Helper& ScriptLibrary::helper(const fs::path& path) {
     const auto [slot, added] = helpers_.try_emplace(PathEncoding::utf8(path));
     Helper& helper = slot->second;
     if (!added) return helper;
-    const Script& script = load(path);
+    Script& script = load(path);
     helper.script = &script;
     helper.state.imported.insert(PathEncoding::utf8(path));
     if (!script.program) return helper;
@@ -114,6 +163,7 @@ const ScriptLibrary::Helper& ScriptLibrary::helper(const fs::path& path) {
         const bool call = tokens[i].k == TK::Id && tokens[i + 1].is(Word::LeftParen);
         if (call) helper.called.insert(lower(tokens[i].s));
     }
+    settle(helper.making);
     return helper;
 }
 
@@ -122,19 +172,21 @@ const ScriptLibrary::Helper& ScriptLibrary::helper(const fs::path& path) {
 std::unique_ptr<Program> ScriptLibrary::onHelper(const Helper& helper, const std::string& text) {
     if (helper.script == nullptr || !helper.script->program) return program(lexed(text));
     Program& base = *helper.script->program;
+    std::string alive = text;
     if (base.tokens.open == Tokens::Open::Constant) {
-        return program(lexed(*base.tokens.source + text));
+        alive.insert(0, *base.tokens.source, base.tokens.cut);
     }
-    std::string_view alive = text;
     if (base.tokens.open == Tokens::Open::Comment) {
-        alive.remove_prefix(std::min(alive.size(), alive.find("*/")));
-        alive.remove_prefix(std::min<std::size_t>(alive.size(), 2));
+        const std::size_t close = alive.find("*/");
+        alive.erase(0, close == std::string::npos ? close : close + 2);
     }
-    Tokens own = lexed(std::string(alive));
+    Tokens own = lexed(std::move(alive));
     if (base.swallows(own.list) && !reaches(helper, base.unclosed)) return program(lex({}), &base);
     const auto& all = base.tokens.list;
     const auto settled = all.begin() + static_cast<std::ptrdiff_t>(base.settled);
-    own.list.insert(own.list.begin(), settled, all.end() - 1);
+    // All but the end, and a constant that goes on.
+    const std::ptrdiff_t dropped = base.tokens.open == Tokens::Open::Constant ? 2 : 1;
+    own.list.insert(own.list.begin(), settled, all.end() - dropped);
     auto made = program(std::move(own), &base);
     // A function of the helper that calls one of these means another there than here.
     const bool shared = std::ranges::none_of(made->functions, [&](const Function& function) {
@@ -146,7 +198,7 @@ std::unique_ptr<Program> ScriptLibrary::onHelper(const Helper& helper, const std
     return program(std::move(own));
 }
 
-void ScriptLibrary::build(Command& command, const Helper& helper, const fs::path& path,
+void ScriptLibrary::build(Command& command, Helper& helper, const fs::path& path,
                           std::string_view text) {
     Script& script = command.script;
     if (full()) {
@@ -163,9 +215,10 @@ void ScriptLibrary::build(Command& command, const Helper& helper, const fs::path
     script.program = onHelper(helper, expanded);
     if (helper.script != nullptr) command.helperMain = script.program->find("main");
     command.frame = script.program->find(kFrameFunction);
+    settle(script.making);
 }
 
-const Command& ScriptLibrary::command(std::string_view rawHelper, std::string_view text) {
+Command& ScriptLibrary::command(std::string_view rawHelper, std::string_view text) {
     key_.assign(rawHelper).append(1, '\0').append(text);
     const auto known = commands_.find(key_);
     if (known != commands_.end()) return known->second;
@@ -183,7 +236,8 @@ const Command& ScriptLibrary::command(std::string_view rawHelper, std::string_vi
         return command;
     }
     const fs::path path = sources_.paths.locate(rawHelper, relative);
-    const Helper& found = helper(path);
+    Helper& found = helper(path);
+    command.helper = &found;
     if (!found.script->program) {
         command.script.error = "animation helper not found: " + PathEncoding::utf8(path);
     }

@@ -1,7 +1,8 @@
 #pragma once
 
 // Loads the scripts of a game. Whatever was asked for once, a file or an inline command, is kept
-// with all that preprocessing had to say, so that every later run of it is the same.
+// with all that preprocessing had to say, so that every later run of it is the same. What making it
+// has cost in steps stays with it, for the run that comes first.
 
 #include <filesystem>
 #include <memory>
@@ -31,11 +32,21 @@ struct Script {
     std::string error;
     UnansweredNames::Complaints complaints;  // of preprocessing; null for none
     std::unique_ptr<Program> program;
+    std::size_t making = 0;  // steps that no run has paid
+};
+
+// A file as the start of the text that its animation commands complete.
+struct Helper {
+    Script* script = nullptr;
+    PreprocessorState state;
+    std::unordered_set<std::string> called;  // lower-cased names of its settled calls
+    std::size_t making = 0;                  // beside the script's
 };
 
 // An animation command behind its helper.
 struct Command {
     Script script;  // may have an error and a program: a missing helper still lets a command run
+    Helper* helper = nullptr;
     Function* helperMain = nullptr;
     Function* frame = nullptr;
 };
@@ -46,47 +57,50 @@ class ScriptLibrary {
     ScriptLibrary(const std::filesystem::path& root, ScriptHost* host, bool asWritten = false)
         : sources_(root, asWritten), host_(host) {}
 
-    const Script& file(std::string_view raw);
-    const Command& command(std::string_view rawHelper, std::string_view text);
+    Script& file(std::string_view raw);
+    Command& command(std::string_view rawHelper, std::string_view text);
 
-    // Compiles a function of a script; gives the steps that it cost. Throws std::runtime_error once
-    // the library is full.
-    std::size_t compile(Function& function);
+    // The steps that making these has cost, for the first that asks. A function is compiled if it
+    // is not; throws std::runtime_error where the library is full.
+    static std::size_t takeCost(Script& script) { return std::exchange(script.making, 0); }
+    static std::size_t takeCost(Command& command);
+    std::size_t takeCost(Function& function);
 
-    // The steps that new scripts have cost since the last call.
-    [[nodiscard]] std::size_t takeCost() { return std::exchange(cost_, 0); }
+    // Makes what the first run of `function` of a file, or of a command, would have to, while there
+    // is room to spare. Gives the steps that it cost; that run pays them all the same.
+    std::size_t prepareFile(std::string_view raw, std::string_view function);
+    std::size_t prepareCommand(std::string_view rawHelper, std::string_view text);
+
     [[nodiscard]] const Names& names() const { return names_; }
 
   private:
-    // A file as the start of the text that its animation commands complete.
-    struct Helper {
-        const Script* script = nullptr;
-        PreprocessorState state;
-        std::unordered_set<std::string> called;  // lower-cased names of its settled calls
-    };
-
-    const Script& load(const std::filesystem::path& path);
-    const Helper& helper(const std::filesystem::path& path);
+    Script& load(const std::filesystem::path& path);
+    Helper& helper(const std::filesystem::path& path);
     [[nodiscard]] bool full() const { return kept_ > kMaxLibrary; }
+    void compile(Function& function);
+    void compileReached(Function* function);
+    // Gives the cost since the last call to what was made.
+    void settle(std::size_t& making);
     std::unique_ptr<Program> program(Tokens tokens, Program* base = nullptr);
     static bool reaches(const Helper& helper, const Function* function);
     Tokens lexed(std::string text);
     std::unique_ptr<Program> onHelper(const Helper& helper, const std::string& text);
     void pay(const PreprocessorState& state, const PreprocessorState& before);
-    void build(Command& command, const Helper& helper, const std::filesystem::path& path,
+    void build(Command& command, Helper& helper, const std::filesystem::path& path,
                std::string_view text);
 
     ScriptSources sources_;
     ScriptHost* host_;
     Names names_;
     TextMap<std::unique_ptr<Script>> scripts_;  // by UTF-8 path
-    TextMap<const Script*> files_;              // by the name that was asked for
+    TextMap<Script*> files_;                    // by the name that was asked for
     TextMap<std::unique_ptr<Script>> refused_;  // by the name that was asked for
     TextMap<Helper> helpers_;                   // by UTF-8 path
     TextMap<Command> commands_;                 // by helper and text
     std::string key_;
     std::size_t kept_ = 0;  // bytes
-    std::size_t cost_ = 0;
+    std::size_t cost_ = 0;  // of what is being made
+    std::size_t made_ = 0;  // steps, for all that was
 };
 
 }  // namespace port::script

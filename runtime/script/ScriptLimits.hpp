@@ -15,6 +15,9 @@ namespace port::script {
 inline constexpr std::int64_t kPassSteps = 20'000'000;
 // Scripts that run while a stage is loaded: there a pause of half a second is no harm.
 inline constexpr std::int64_t kLoadingSteps = 100'000'000;
+// What may be compiled ahead while a stage is loaded, about a tenth of a second, and then the
+// script that is at hand; the others are compiled when they first run.
+inline constexpr std::int64_t kPreparingSteps = 1'000'000;
 // Bytes of a copied, joined or compared text that cost one step.
 inline constexpr std::size_t kTextPerStep = 8;
 // Bytes of source read and of expanded text kept, and tokens compiled, that cost one step. Below
@@ -89,6 +92,9 @@ inline constexpr std::size_t kMaxRemembered = std::size_t{1} << 20U;
 // Bytes of tokens, texts and code of all scripts of a game, about; what comes later does not run.
 // A token of text weighs some 40 bytes, and the largest games have below 20 MiB of text.
 inline constexpr std::size_t kMaxLibrary = std::size_t{2} << 30U;
+// Beyond this nothing is made ahead of its first run, so that what never runs leaves room for what
+// does.
+inline constexpr std::size_t kMaxPrepared = kMaxLibrary / 8;
 
 // --- Logging
 

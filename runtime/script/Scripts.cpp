@@ -80,6 +80,11 @@ void Scripts::runFrameCommand(const FrameCommand& command, ScriptContext& contex
                                        "\thelper=", command.helper, "\tcall=", call});
 }
 
+std::size_t Scripts::prepareFrameCommand(const FrameCommand& command) {
+    compose(command, text_);
+    return machine_.prepareAnimationCommand(command.helper, text_);
+}
+
 // What preprocessing had to say is the same in every run, and is logged with the first.
 void Scripts::logUnanswered(const UnansweredNames& unsupported,
                             std::initializer_list<std::string_view> where) {

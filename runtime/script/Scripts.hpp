@@ -73,6 +73,10 @@ class Scripts {
     };
     void runFrameCommand(const FrameCommand& command, ScriptContext& context);
 
+    // ScriptVM's preparing, of what these two would run.
+    std::size_t prepareHook(const char* path) { return machine_.prepareFile(path); }
+    std::size_t prepareFrameCommand(const FrameCommand& command);
+
     // A run and what came of it, for as long as its telling lasts.
     struct Run {
         std::string_view event;

@@ -43,9 +43,10 @@ const std::filesystem::path& SoundEffects::fileOf(std::string_view name) {
 void SoundEffects::play(AudioSystem& audio, std::string_view name, std::string_view diagnostic) {
     if (name.empty()) return;
     const std::filesystem::path& file = fileOf(name);
-    const bool plays = !file.empty() && audio.playEffect(file);
-    if (!plays && missing_) missing_(name);
-    if (!plays && !file.empty()) warnLine(diagnostic, audio.lastError());
+    const bool found = !file.empty();
+    const bool plays = found && audio.playEffect(file);
+    if (!(found && audio.lastDecoded()) && missing_) missing_(name);
+    if (found && !plays) warnLine(diagnostic, audio.lastError());
 }
 
 }  // namespace port

@@ -27,7 +27,8 @@ class SoundEffects {
     // `diagnostic` and the reason go to the error stream.
     void play(AudioSystem& audio, std::string_view name, std::string_view diagnostic);
 
-    // Is told of each name that is not there or does not play; null for nobody.
+    // Is told of each name that is not there or does not decode, whatever the device does; null for
+    // nobody.
     void watchMissing(std::function<void(std::string_view)> watch) { missing_ = std::move(watch); }
 
   private:

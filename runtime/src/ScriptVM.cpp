@@ -81,8 +81,8 @@ ScriptRunResult ScriptVM::runFile(std::string_view path, ScriptContext& context,
     ScriptRunResult result;
     if (path.empty()) return result;
     run(result, context, [&](script::Exec& exec) {
-        const script::Script& script = machine_->library.file(path);
-        exec.charge(machine_->library.takeCost());
+        script::Script& script = machine_->library.file(path);
+        exec.charge(machine_->library.takeCost(script));
         result.unsupported = UnansweredNames(script.complaints);
         if (!script.program) throw std::runtime_error(script.error);
         script::Function* wanted = script.program->find(function);
@@ -98,8 +98,8 @@ ScriptRunResult ScriptVM::runAnimationCommand(std::string_view helperPath, std::
     ScriptRunResult result;
     if (helperPath.empty() && command.empty()) return result;
     run(result, context, [&](script::Exec& exec) {
-        const script::Command& known = machine_->library.command(helperPath, command);
-        exec.charge(machine_->library.takeCost());
+        script::Command& known = machine_->library.command(helperPath, command);
+        exec.charge(machine_->library.takeCost(known));
         result.unsupported = UnansweredNames(known.script.complaints);
         result.ok = known.script.error.empty();
         result.error = known.script.error;
@@ -111,6 +111,30 @@ ScriptRunResult ScriptVM::runAnimationCommand(std::string_view helperPath, std::
         exec.call(*known.frame);
     });
     return result;
+}
+
+// What goes wrong ends no more than the preparing: whatever needs the script says so when it runs.
+template <typename Prepare>
+std::size_t ScriptVM::prepared(Prepare prepare) {
+    try {
+        return prepare(machine_->library);
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+std::size_t ScriptVM::prepareFile(std::string_view path) {
+    if (path.empty()) return 0;
+    return prepared(
+        [&](script::ScriptLibrary& library) { return library.prepareFile(path, "main"); });
+}
+
+std::size_t ScriptVM::prepareAnimationCommand(std::string_view helperPath,
+                                              std::string_view command) {
+    if (helperPath.empty() && command.empty()) return 0;
+    return prepared([&](script::ScriptLibrary& library) {
+        return library.prepareCommand(helperPath, command);
+    });
 }
 
 }  // namespace port

@@ -186,6 +186,23 @@ TEST_F(HtmlReportTest, ScriptsAndAnimationCommandsHaveTheirSections) {
     EXPECT_LT(calls.find("no following animation frame"), calls.find("verified ScriptVM call"));
 }
 
+TEST_F(HtmlReportTest, UnansweredKeysStandByHowOftenTheyAreAskedFor) {
+    write("models.txt", "load A a.txt\n");
+    write("a.txt", "thinkscript a.c\nanim idle\nframe a\n");
+    write("a.c",
+          "void main(){\n getentityproperty(1, \"<dim>\");\n getplayerproperty(0, \"mood\");\n"
+          " getplayerproperty(1, \"mood\");\n}\n");
+    const std::string html = page();
+    EXPECT_NE(html.find("<a href=\"#scripts\">Scripts<b>2<"), std::string::npos);
+    const std::string scripts = section(html, "scripts");
+    const std::size_t mood = scripts.find("getplayerproperty &quot;mood&quot;");
+    const std::size_t dim = scripts.find("getentityproperty &quot;&lt;dim&gt;&quot;");
+    ASSERT_NE(dim, std::string::npos);
+    EXPECT_LT(mood, dim);
+    EXPECT_NE(scripts.find("a.c</code></a>, line 2.", dim), std::string::npos);
+    EXPECT_NE(scripts.find("a.c</code></a>, line 3.", mood), std::string::npos);
+}
+
 TEST_F(HtmlReportTest, ConsequencesStandInSentencesWithTheirPlaces) {
     write("a.txt",
           "animationscript odd.c\nanim idle\n@cmd f 1\nframe a\n@cmd f 2\nframe a\n"

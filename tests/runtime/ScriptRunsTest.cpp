@@ -298,6 +298,9 @@ TEST(ScriptRuns, AnimationCommandsStandOnTheirHelper) {
     trial.folder.write("main.c", "void main() { say(1);");
     trial.folder.write("calls.c", "void main() { f(); } void f() { say(1);");
     trial.folder.write("text.c", "void main() { say(\"}\");");
+    trial.folder.write("quote.c", "void main() { say(1); }\nchar *s = \"a");
+    trial.folder.write("asked.c", "void main() { say(1); say(\"a");
+    trial.folder.write("brace'.c", "void main() { say(1); }\nvoid f() { say('}");
     trial.folder.write("later.c", "void main() { extra(6); }");
     const auto run = [&](const char* helper, const char* text) {
         trial.host.said.clear();
@@ -326,6 +329,11 @@ TEST(ScriptRuns, AnimationCommandsStandOnTheirHelper) {
         {"main.c", "say(3);", "1 3", "expected } near ''"},  // a call, and a block of main
         {"calls.c", "say(3);", "1 3", "expected } near ''"},
         {"text.c", "say(3);", "'}' 3 3", "expected } near ''"},  // ends main only for the search
+        {"quote.c", "say(3);", "1", "generated animation function not found"},
+        {"quote.c", "\"; void __tindrel_animation_frame() { say(3);", "1 3"},
+        {"asked.c", "say(3);", "1", "expected ) near ''"},
+        {"brace'.c", "say(3);", "1", "generated animation function not found"},
+        {"brace'.c", "'); } void __tindrel_animation_frame() { say(3);", "1 3"},
         {"later.c", "say(3); } void extra(int y) { say(y);", "6 3"},
         {"bad.c", "say(3);", "1", "unexpected token )"},  // its error ends the run
         {"../helper.c", "say(3);", "", "unsafe animation script path"},
@@ -346,7 +354,7 @@ TEST(ScriptRuns, AnimationCommandsStandOnTheirHelper) {
     // What a command cannot change is shared by all of them.
     std::string large = "void main() { say(1); }";
     for (int i = 0; i < 2000; ++i) large += "void f" + std::to_string(i) + "() { x = 1; }";
-    for (const char* end : {"", "void f() {", "/*", "\n#ifdef NONE"}) {
+    for (const char* end : {"", "void f() {", "/*", "\n#ifdef NONE", "char *s = \"a"}) {
         const std::string name = "large" + std::to_string(large.size()) + ".c";
         trial.folder.write(name, large + end);
         large += ' ';

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "ScriptTrial.hpp"
 
@@ -111,6 +112,45 @@ TEST_F(ScriptsOfAGame, APassAndALoadHaveStepsOfTheirOwn) {
     EXPECT_EQ(hook("outer.c"),
               "Script VM inner error [count.c]: script step limit exceeded\n"
               "Script VM event error [outer.c]: script step limit exceeded\n");
+}
+
+// What a game says, logs and pays for its first runs, with and without the preparing.
+TEST_F(ScriptsOfAGame, PreparingShowsInNothingButTime) {
+    folder.write("data/lib.c", "#pragma x\nvoid twice(int x) { say(x + x); }\n");
+    folder.write("data/hook.c", "#include \"lib.c\"\nvoid main() { twice(2); unknownA(); ( }");
+    folder.write("data/helper.c", "#include \"lib.c\"\nvoid main() { say(1); }");
+    const char* const hooks[] = {"hook.c", "gone.c", "../x.c", "helper.c"};
+    const Scripts::FrameCommand commands[] = {{.helper = "helper.c", .command = "twice(3);"},
+                                              {.helper = "gone.c", .command = "say(4);"},
+                                              {.helper = "helper.c", .inlineScript = "say(5)"}};
+    const auto play = [&](bool prepared) {
+        scripts.open(folder.path(), folder.path() / "data", this);
+        folder.write("logs/script-vm.log", "");
+        scripts.beginPass();
+        const std::int64_t before = scripts.machine().stepsLeft();
+        if (prepared) {
+            std::size_t steps = 0, again = 0;
+            for (const char* path : hooks) steps += scripts.prepareHook(path);
+            for (const auto& frame : commands) steps += scripts.prepareFrameCommand(frame);
+            EXPECT_GT(steps, 0U);
+            for (const char* path : hooks) again += scripts.prepareHook(path);
+            for (const auto& frame : commands) again += scripts.prepareFrameCommand(frame);
+            EXPECT_EQ(again, 0U);
+            EXPECT_EQ(said + folder.read("logs/script-vm.log"), "");
+            EXPECT_EQ(scripts.machine().stepsLeft(), before);
+        }
+        std::string told;
+        for (int round = 0; round < 2; ++round) {
+            for (const char* path : hooks) told += hook(path);
+            for (const auto& frame : commands) told += command(frame);
+            told += std::to_string(before - scripts.machine().stepsLeft()) + '\n';
+        }
+        return told + std::exchange(said, {}) + folder.read("logs/script-vm.log");
+    };
+    said.clear();
+    const std::string told = play(false);
+    EXPECT_NE(told.find("preprocessor:pragma"), std::string::npos) << told;
+    EXPECT_EQ(play(true), told);
 }
 
 TEST_F(ScriptsOfAGame, TheLogIsBounded) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "MusicPreview.hpp"
 #include "PathEncoding.hpp"
 #include "TempFolder.hpp"
@@ -52,6 +54,24 @@ TEST_F(SoundEffectsTest, ANameIsLookedForOnceHoweverItsTextWasMade) {
 
     effects.open(folder.path());
     EXPECT_EQ(play("Sounds/low"), 1) << "opening forgets";
+}
+
+TEST_F(SoundEffectsTest, OnlyTheGamesOwnFaultsAreMissing) {
+    platform::AudioOutput broken;
+    broken.open = [] { return std::string("no device"); };
+    AudioSystem silent(broken);
+    folder.write("hit.bor", std::string(200, '\1'));
+    folder.write("bad.bor", "cut");
+    effects.open(folder.path());
+    std::string missing;
+    effects.watchMissing([&](std::string_view name) { missing.append(name).append(" "); });
+    testing::internal::CaptureStderr();
+    for (const char* name : {"hit.bor", "bad.bor", "hit.bor", "none.bor"}) {
+        effects.play(silent, name, "hit: ");
+    }
+    EXPECT_EQ(missing, "bad.bor none.bor ");
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::ranges::count(said, '\n'), 3) << said;
 }
 
 TEST_F(SoundEffectsTest, NamesWithoutEndPushOutWhatWasKnown) {

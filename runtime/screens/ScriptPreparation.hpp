@@ -1,0 +1,15 @@
+#pragma once
+
+// Scripts that a stage is about to need, compiled while it is loaded: their first run then holds up
+// no frame.
+
+#include "Scripts.hpp"
+#include "World.hpp"
+
+namespace port {
+
+// For the players and whom the world's stage spawns, with their weapons and children, as far as
+// script::kPreparingSteps go. Nothing that the game tells or hashes changes.
+void prepareScripts(Scripts& scripts, const World& world);
+
+}  // namespace port
