@@ -17,7 +17,7 @@ ScriptValue Host::resolveCall(HostTarget& target, std::span<const ScriptValue> c
     UnansweredNames unsaid;
     Tick tick = this->tick();
     HostCall call{tick, services_, nobody, function.name, constants, unsaid};
-    const ScriptValue always = function.resolve(call);
+    ScriptValue always = function.resolve(call);
     target.row = call.row;
     return always;
 }
