@@ -92,8 +92,8 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
         return failStartup(logPath,
                            "Falha ao inicializar renderer/runtime. Veja runtime-startup.log.");
     }
-    appendStartupLog(logPath, engine.game().config.asWritten ? "READING as written"
-                                                             : "READING mended");
+    appendStartupLog(logPath,
+                     engine.game().config.asWritten ? "READING as written" : "READING mended");
     appendStartupLog(logPath, "INITIALIZED OK");
     const bool piloted = !files.replay.empty() || switches.autoplay;
     const bool smoke = switches.smoke && !piloted;
