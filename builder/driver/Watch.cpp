@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <ctime>
 #include <exception>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <ostream>
 #include <string>
@@ -57,23 +55,6 @@ std::string tenths(Clock::duration duration) {
     const auto all = std::chrono::duration_cast<std::chrono::milliseconds>(duration).count() / 100;
     return std::to_string(all / 10) + '.' + std::to_string(all % 10) + " s";
 }
-
-// What somebody who plays the port meanwhile has set, which a conversion writes anew.
-class PortSettings {
-  public:
-    explicit PortSettings(const fs::path& port) : file_(port / "config" / "graphics.ini") {
-        std::ifstream in(file_, std::ios::binary);
-        text_.assign(std::istreambuf_iterator<char>(in), {});
-    }
-    void restore() const {
-        if (text_.empty()) return;
-        std::ofstream(file_, std::ios::binary) << text_;
-    }
-
-  private:
-    fs::path file_;
-    std::string text_;
-};
 
 // Without line numbers, which an edit moves.
 using Findings = std::map<std::string, std::size_t>;
@@ -157,9 +138,8 @@ class Watch {
         }
         GameReader game(scan.dataDir, scan.root, scan.entries, order_.asWritten);
         const ProjectAnalysis analysis = analyzeProject(scan, game);
-        const PortSettings settings(order_.port);
-        generatePort(scan, analysis, game, order_.port);
-        settings.restore();
+        // Somebody may be playing the port meanwhile.
+        generatePort(scan, analysis, game, order_.port, PortSettings::kKept);
         writeReportFolder(order_.game, scan, analysis, game, order_.port / "reports",
                           PageLinks::kPortAssets);
         say() << "converted: supported=" << analysis.supported << " partial=" << analysis.partial

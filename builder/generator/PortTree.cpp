@@ -128,7 +128,7 @@ void writeParity(const fs::path& report) {
 }  // namespace
 
 void generatePort(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
-                  const fs::path& outputFolder) {
+                  const fs::path& outputFolder, PortSettings settings) {
     if (project.hasData && isInsideDataFolder(project.dataDir, outputFolder)) {
         throw std::runtime_error("Output folder must not be inside the source data/ directory.");
     }
@@ -151,7 +151,7 @@ void generatePort(const ProjectScan& project, const ProjectAnalysis& analysis, G
 
     writeGeneratedCharacters(game.models(), outputFolder);
     writeGeneratedStages(game.stages(), outputFolder);
-    writeRuntime(outputFolder, game.asWritten());
+    writeRuntime(outputFolder, game.asWritten(), settings);
     writeParity(reports / "openbor-parity.md");
     writeRepairPackage(project, analysis, outputFolder);
     writeTextFile(outputFolder / "README-PORT.txt", text::kPortReadme);

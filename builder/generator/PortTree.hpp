@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "analysis/ProjectAnalysis.hpp"
+#include "generator/RuntimeEmission.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 
@@ -14,6 +15,7 @@ namespace tindrel {
 // folder, filesystem_error ("create_directories", "copy_file", "write", ...) when the disk fails. A
 // file of the game that cannot be copied is merely absent from the port.
 void generatePort(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
-                  const std::filesystem::path& outputFolder);
+                  const std::filesystem::path& outputFolder,
+                  PortSettings settings = PortSettings::kFresh);
 
 }  // namespace tindrel

@@ -1,6 +1,8 @@
 #include "generator/RuntimeEmission.hpp"
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <string>
 #include <system_error>
@@ -16,6 +18,20 @@ namespace {
 constexpr std::string_view kSettings = "config/graphics.ini";
 constexpr std::string_view kAsWrittenSection = "\n[reading]\nas_written=true\n";
 
+std::string settingsText(const fs::path& path, std::string_view carried, bool asWritten,
+                         PortSettings settings) {
+    std::string text;
+    if (settings == PortSettings::kKept) {
+        std::ifstream in(path);
+        text.assign(std::istreambuf_iterator<char>(in), {});
+        const std::size_t section = text.find(kAsWrittenSection);
+        if (section != text.npos) text.erase(section, kAsWrittenSection.size());
+    }
+    if (text.empty()) text = carried;
+    if (asWritten) text += kAsWrittenSection;
+    return text;
+}
+
 }  // namespace
 
 // Generated at build time beside runtimeFiles().
@@ -28,7 +44,7 @@ std::string_view schemaHeader(std::string_view name) {
     return found == files.end() ? std::string_view{} : found->content;
 }
 
-void writeRuntime(const fs::path& outputFolder, bool asWritten) {
+void writeRuntime(const fs::path& outputFolder, bool asWritten, PortSettings settings) {
     std::set<fs::path> folders = {outputFolder / "runtime" / "src",
                                   outputFolder / "runtime" / "include"};
     for (const EmbeddedFile& file : runtimeFiles()) {
@@ -40,9 +56,11 @@ void writeRuntime(const fs::path& outputFolder, bool asWritten) {
         const bool isScript = file.path.ends_with(".sh");
         // Shells stumble over the line ends of Windows, and a picture has none.
         const bool asGiven = isScript || file.path.ends_with(".ico");
-        std::string text(file.content);
-        if (asWritten && file.path == kSettings) text += kAsWrittenSection;
-        writeTextFile(path, text, asGiven ? LineEnds::kAsGiven : LineEnds::kOfSystem);
+        if (file.path == kSettings) {
+            writeTextFile(path, settingsText(path, file.content, asWritten, settings));
+        } else {
+            writeTextFile(path, file.content, asGiven ? LineEnds::kAsGiven : LineEnds::kOfSystem);
+        }
         if (isScript) {
             std::error_code ignored;
             fs::permissions(path,

@@ -19,8 +19,11 @@ struct EmbeddedFile {
 // The carried table schema, GeneratedCharacters.hpp or GeneratedStages.hpp; empty for other names.
 [[nodiscard]] std::string_view schemaHeader(std::string_view name);
 
-// A port whose scripts are to be taken to the letter has a line for that in its settings. Throws
-// ("create_directories", "write").
-void writeRuntime(const std::filesystem::path& outputFolder, bool asWritten);
+// What becomes of the settings of a port that has been played: they are the player's.
+enum class PortSettings { kFresh, kKept };
+
+// A port whose scripts are to be taken to the letter has a line for that in its settings, kept or
+// not. Throws ("create_directories", "write").
+void writeRuntime(const std::filesystem::path& outputFolder, bool asWritten, PortSettings settings);
 
 }  // namespace tindrel

@@ -73,6 +73,16 @@ TEST_F(WatchTest, ConvertsAndCompilesWhatChanged) {
     EXPECT_EQ(folder_.read("port/config/graphics.ini"), "a player's own");
     EXPECT_EQ(tools_.log(), "--build " + (folder_.path() / "port/runtime/build").string() +
                                 " --config Release\n");
+    // How the game is read follows from the conversion, even so.
+    const auto watchOnce = [&](bool asWritten) {
+        return watchGame({folder_.path() / "game", folder_.path() / "port", false, asWritten},
+                         {out_, err_}, [] { return false; });
+    };
+    EXPECT_EQ(watchOnce(true), 0);
+    EXPECT_EQ(folder_.read("port/config/graphics.ini"),
+              "a player's own\n[reading]\nas_written=true\n");
+    EXPECT_EQ(watchOnce(false), 0);
+    EXPECT_EQ(folder_.read("port/config/graphics.ini"), "a player's own");
 }
 
 TEST_F(WatchTest, GoesOnWhenGameOrCompilerFail) {
