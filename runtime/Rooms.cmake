@@ -25,8 +25,8 @@ set(port_platform_units
 set(port_script_uses core)
 set(port_script_units
   ScriptBuiltins ScriptCalls ScriptCheck ScriptCode ScriptCompiler ScriptExec ScriptExpressions
-  ScriptLexer ScriptLibrary ScriptLimits ScriptMemory ScriptMends ScriptOperators ScriptPaths ScriptPreprocessor
-  ScriptProgram Scripts ScriptStatements ScriptText ScriptValue ScriptVM UnansweredNames)
+  ScriptLexer ScriptLibrary ScriptLimits ScriptMacros ScriptMemory ScriptMends ScriptOperators
+  ScriptPaths ScriptPreprocessor ScriptProgram Scripts ScriptStatements ScriptText ScriptValue ScriptVM UnansweredNames)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units

@@ -5,36 +5,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
+#include "ScriptMacros.hpp"
 #include "ScriptMends.hpp"
 #include "ScriptPaths.hpp"
 
 namespace port::script {
-
-// Lets the maps be asked by a view into a line.
-struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const {
-        return std::hash<std::string_view>()(text);
-    }
-};
-template <typename Value>
-using TextMap = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
-
-struct FunctionMacro {
-    std::vector<std::string> params;
-    std::string body;
-    bool operator==(const FunctionMacro&) const = default;
-};
-
-using Macros = TextMap<std::string>;
-using FunctionMacros = TextMap<FunctionMacro>;
 
 // The script files below one root, each read once, and how they are taken.
 class ScriptSources {
@@ -99,11 +80,5 @@ struct PreprocessorState {
                                            const std::filesystem::path& file,
                                            std::string_view source, PreprocessorState& state,
                                            int depth = 0);
-
-// `line` after at most 16 passes of function macros and object macros; cut short once it has
-// grown beyond `limit` bytes. `work` grows by the bytes that changing passes wrote.
-[[nodiscard]] std::string expandMacros(std::string line, const Macros& macros,
-                                       const FunctionMacros& funcMacros, std::size_t limit,
-                                       std::size_t& work);
 
 }  // namespace port::script
