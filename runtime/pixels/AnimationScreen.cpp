@@ -54,4 +54,12 @@ bool AnimationScreen::add(const AnimationFrame& frame, DecodedAnimation& out, st
     return true;
 }
 
+DecodedAnimation stillAnimation(DecodedImage picture) {
+    picture.palette.clear();
+    DecodedAnimation animation;
+    animation.frames.push_back(std::move(picture));
+    animation.delaysMs.push_back(AnimationFrame().delayMs);
+    return animation;
+}
+
 }  // namespace port

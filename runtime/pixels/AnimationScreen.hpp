@@ -37,4 +37,7 @@ class AnimationScreen {
     std::size_t pixels_ = 0;  // of all frames
 };
 
+// A picture that does not move, as one that does: a single frame of 100 ms.
+[[nodiscard]] DecodedAnimation stillAnimation(DecodedImage picture);
+
 }  // namespace port

@@ -333,9 +333,7 @@ bool decodeAnimation(std::span<const std::uint8_t> file, DecodedAnimation& out,
     if (startsWith(file, "GIF8")) return decodeGifAnimation(file, out, error);
     DecodedImage image;
     if (!decodeImage(file, image, error)) return false;
-    image.palette.clear();
-    out.frames.push_back(std::move(image));
-    out.delaysMs.push_back(100);
+    out = stillAnimation(std::move(image));
     return true;
 }
 
