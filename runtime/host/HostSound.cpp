@@ -46,12 +46,17 @@ std::ptrdiff_t numberFor(std::vector<std::string>& samples, const std::string& n
     return place - samples.begin();
 }
 
+// From nothing to `most`; nothing for what is no number.
+double upTo(double most, double value) {
+    return value > 0 ? std::min(value, most) : 0;
+}
+
 }  // namespace
 
 ScriptValue playMusic(HostCall& call) {
     call.charge(script::kMusicSteps);
     AudioSystem& audio = call.services.audio;
-    const double offset = std::clamp(call.number(2), 0.0, 9e15);
+    const double offset = upTo(9e15, call.number(2));
     audio.playMusic(resolveAudioAsset(call.services.dataRoot, call.text(0)), call.flag(1, true),
                     static_cast<std::int64_t>(offset));
     return audio.lastDecoded();
@@ -96,8 +101,8 @@ ScriptValue playSample(HostCall& call) {
     const double right = call.number(3, left);
     const double speed = call.number(4, kFull) / kFull;
     Play play;
-    play.gain = static_cast<float>(std::clamp((left + right) / (2 * kFull), 0.0, kLoudest));
-    play.speed = static_cast<float>(std::clamp(speed, 0.0, kLoudest));
+    play.gain = static_cast<float>(upTo(kLoudest, (left + right) / (2 * kFull)));
+    play.speed = static_cast<float>(upTo(kLoudest, speed));
     play.loop = call.flag(5);
     return playFile(call, sampleName(call, 0), play) ? 1.0 : -1.0;
 }

@@ -257,6 +257,7 @@ TEST_F(HostCalls, SoundsSucceedWhenTheyDecode) {
     EXPECT_EQ(call("playsound", 1.0), ScriptValue(true));
     EXPECT_EQ(call("playsound", -1.0), ScriptValue(false));
     EXPECT_EQ(call("playmusic", text("music/song")), ScriptValue(true)) << "any extension";
+    EXPECT_EQ(call("playmusic", text("music/song"), 1.0, kNaN), ScriptValue(true));
     EXPECT_EQ(call("playmusic", text("../song.wav")), ScriptValue(false));
 }
 
