@@ -65,7 +65,8 @@ void TrackDecoder::work(const std::stop_token& stop) {
     while (changed_.wait(lock, stop, anyWaits) && !stop.stop_requested()) {
         const auto next = nextTrack();
         next->waits = false;
-        const std::filesystem::path path = underWay_ = next->path;
+        const std::filesystem::path path = next->path;
+        underWay_ = path;
         lock.unlock();
         std::optional<Result> result;
         try {
@@ -74,7 +75,7 @@ void TrackDecoder::work(const std::stop_token& stop) {
             result.reset();  // such as for want of memory: seen again when the track is played
         }
         lock.lock();
-        underWay_.clear();
+        underWay_.reset();
         if (result) keep(path, *std::move(result));
         changed_.notify_all();
     }

@@ -59,9 +59,9 @@ class TrackDecoder {
     std::size_t capacity_;
     mutable std::mutex mutex_;
     std::condition_variable_any changed_;
-    std::vector<Track> tracks_;       // as expected
-    std::filesystem::path underWay_;  // what the worker is at; empty for nothing
-    std::jthread worker_;             // from the first expectation on; ends before the rest goes
+    std::vector<Track> tracks_;                      // as expected
+    std::optional<std::filesystem::path> underWay_;  // what the worker is at
+    std::jthread worker_;  // from the first expectation on; ends before the rest goes
 };
 
 }  // namespace port

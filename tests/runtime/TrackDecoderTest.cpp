@@ -55,6 +55,14 @@ std::string plainOutcome(const std::filesystem::path& path) {
     return outcome(audio, error);
 }
 
+TEST_F(TrackDecoderTest, WhatIsNoFileAnswersAtOnce) {
+    TrackDecoder decoder;
+    decoder.expect({{}, folder.path() / "absent.ogg"});
+    for (const auto& path : Paths{{}, folder.path() / "absent.ogg"}) {
+        EXPECT_EQ(aheadOutcome(decoder, path), plainOutcome(path));
+    }
+}
+
 // Rewritten with its old size and time, a file shows whether it is read again.
 TEST_F(TrackDecoderTest, WhatWasExpectedIsNotDecodedAgain) {
     TrackDecoder decoder;
