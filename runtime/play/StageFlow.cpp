@@ -119,8 +119,10 @@ bool stageEndReached(const World& world, int logicalWidth) {
     for (const RuntimeCoopPlayer& player : world.coop) {
         if (player.alive) leading = std::max(leading, player.worldX);
     }
-    const float end =
+    float end =
         static_cast<float>(world.stage.length) - static_cast<float>(logicalWidth) * kEndOfView;
+    const StageReach& reach = world.stage.reach;
+    if (reach.closed && world.stage.scrollDir > 0) end = std::min(end, reach.x - kEndOfWay);
     return leading >= std::max(0.0F, end);
 }
 

@@ -6,6 +6,7 @@
 
 #include "Ground.hpp"
 #include "Movement.hpp"
+#include "StageReach.hpp"
 
 namespace port {
 namespace {
@@ -22,17 +23,16 @@ struct Footing {
     bool hole = false;
 };
 
-Footing footingOf(const StageRun& stage, const Actor& actor) {
+Footing footingOf(const StageRun& stage, float x, float z, float above) {
     // As far above a hole as this an actor still falls into it.
     constexpr float kHoleReach = 2;
-    const float above = -actor.altitude;
     Footing footing;
     int walls = 0;
     for (std::size_t i = 0; i < stage.geometryKinds.size(); ++i) {
         const GeometryKind kind = stage.geometryKinds[i];
         const int wallIndex = kind == GeometryKind::Wall ? walls++ : 0;
         const generated::Geometry& area = stage.row->geometry[i];
-        if (kind == GeometryKind::Other || !terrainContains(area, actor.worldX, actor.z)) continue;
+        if (kind == GeometryKind::Other || !terrainContains(area, x, z)) continue;
         const float height = terrainHeight(area);
         if (kind == GeometryKind::Hole) {
             footing.hole |= height + kHoleReach >= above;
@@ -45,6 +45,15 @@ Footing footingOf(const StageRun& stage, const Actor& actor) {
         footing.wallIndex = wallIndex;
     }
     return footing;
+}
+
+// Whoever was sent or thrown into a wall may leave it, if not by going deeper into it.
+bool leavesWall(const Tick& tick, const Actor& actor, float oldX, float oldZ) {
+    if (tick.config.asWritten) return false;
+    const StageRun& stage = tick.world.stage;
+    const generated::Geometry* wall = footingOf(stage, oldX, oldZ, -actor.altitude).wall;
+    return wall &&
+           wayOutOf(*wall, stage, {actor.worldX, actor.z}) <= wayOutOf(*wall, stage, {oldX, oldZ});
 }
 
 void runWallHook(Tick& tick, Actor& actor, const Footing& footing, bool alongX) {
@@ -75,8 +84,9 @@ bool applyActorTerrain(Tick& tick, Actor& actor, float oldX, float oldZ) {
                         visitPlatforms(tick.world, actor.worldX, actor.z, actor.handle,
                                        [&](float altitude) { return altitude > -actor.altitude; });
     if (barred) stepBack();
-    const Footing footing = footingOf(stage, actor);
-    if (footing.wall && isHeldBy(actor, kBoundWalls) && moved(actor, oldX, oldZ)) {
+    const Footing footing = footingOf(stage, actor.worldX, actor.z, -actor.altitude);
+    if (footing.wall && isHeldBy(actor, kBoundWalls) && moved(actor, oldX, oldZ) &&
+        !leavesWall(tick, actor, oldX, oldZ)) {
         const bool alongX = std::abs(actor.worldX - oldX) >= std::abs(actor.z - oldZ);
         stepBack();
         if (model && *model->onBlockWScript != '\0') runWallHook(tick, actor, footing, alongX);

@@ -11,13 +11,6 @@ constexpr float kVerticalStep = 100.0F / 60;                    // pixels a tick
 constexpr float kDeadZoneLeft = 0.35F, kDeadZoneRight = 0.65F;  // of the view
 constexpr float kLeastLock = 1;                                 // a lock further left holds nothing
 
-// Where the focus draws the camera; inside the dead zone it stays.
-float drawnTo(const Camera& camera, float focus, float view) {
-    if (focus > camera.x + view * kDeadZoneRight) return focus - view * kDeadZoneRight;
-    if (focus < camera.x + view * kDeadZoneLeft) return focus - view * kDeadZoneLeft;
-    return camera.x;
-}
-
 float leftwardTarget(const Camera& camera, float target, float last, bool locked) {
     target = std::clamp(target, 0.0F, last);
     return locked ? std::max(target, camera.combatLockX) : target;
@@ -41,6 +34,12 @@ float rightwardTarget(const StageRun& stage, const Camera& camera, float target,
 
 }  // namespace
 
+float cameraDrawnTo(const Camera& camera, float focus, float view) {
+    if (focus > camera.x + view * kDeadZoneRight) return focus - view * kDeadZoneRight;
+    if (focus < camera.x + view * kDeadZoneLeft) return focus - view * kDeadZoneLeft;
+    return camera.x;
+}
+
 Camera followedCamera(const StageRun& stage, const Camera& camera, CameraFocus focus,
                       int logicalWidth) {
     Camera next = camera;
@@ -56,7 +55,7 @@ Camera followedCamera(const StageRun& stage, const Camera& camera, CameraFocus f
         return next;
     } else {
         const bool locked = camera.combatLocked && camera.combatLockX > kLeastLock;
-        float target = drawnTo(camera, focus.x, view);
+        float target = cameraDrawnTo(camera, focus.x, view);
         if (stage.scrollDir < 0) {
             target = leftwardTarget(camera, target, last, locked);
         } else if (stage.allowBacktrack) {

@@ -6,6 +6,9 @@
 
 namespace port {
 
+// Where a focus draws a camera that shows `view` pixels; inside its dead zone it stays.
+[[nodiscard]] float cameraDrawnTo(const Camera& camera, float focus, float view);
+
 // The camera of the next tick, for the mean place of the living players. The dead leave it where it
 // is; a stage that scrolls by itself or does not scroll asks for no focus.
 struct CameraFocus {

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "AnimationLookup.hpp"
+#include "CameraRules.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -59,6 +60,14 @@ std::vector<std::size_t> instructionTargets(const generated::Stage& row) {
 
 float lastCameraX(const StageRun& stage, int logicalWidth) {
     return static_cast<float>(std::max(0, stage.length - stageView(logicalWidth)));
+}
+
+bool isAtEndOfWay(const StageRun& stage, const Camera& camera, int logicalWidth) {
+    if (!stage.reach.closed || camera.fixed) return false;
+    const auto ahead = static_cast<float>(stage.scrollDir);
+    const auto view = static_cast<float>(stageView(logicalWidth));
+    const float drawn = cameraDrawnTo(camera, stage.reach.x - kEndOfWay * ahead, view);
+    return (drawn - camera.x) * ahead <= 0;
 }
 
 }  // namespace
@@ -127,6 +136,7 @@ float stageScrollPosition(const StageRun& stage, const Camera& camera, int logic
     if (!stage.row) return 0;
     if (stage.verticalScroll) return std::max(0.0F, stage.verticalStageScroll);
     const float last = lastCameraX(stage, logicalWidth);
+    if (isAtEndOfWay(stage, camera, logicalWidth)) return last;
     const float x = std::clamp(camera.x, 0.0F, last);
     return stage.scrollDir < 0 ? last - x : x;
 }

@@ -34,7 +34,12 @@ struct SceneryExtent {
 [[nodiscard]] int stageLength(const generated::Stage& stage, const SceneryExtent& scenery,
                               int logicalWidth);
 
-// Pixels scrolled from the end where the stage began.
+// From here on a stage whose way is closed has been walked to its end: players who stand a little
+// apart do not draw the camera all the way.
+constexpr float kEndOfWay = 32;
+
+// Pixels scrolled from the end where the stage began. Where walls close the way and nobody can draw
+// the camera further, all of the stage counts as scrolled: what waits behind comes here.
 [[nodiscard]] float stageScrollPosition(const StageRun& stage, const Camera& camera,
                                         int logicalWidth);
 [[nodiscard]] bool reachedStagePosition(int at, bool hasAt, float scrollPosition);

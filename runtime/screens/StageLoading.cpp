@@ -15,6 +15,7 @@
 #include "Progress.hpp"
 #include "ScriptPreparation.hpp"
 #include "StageFlow.hpp"
+#include "StageReach.hpp"
 #include "StageRules.hpp"
 #include "StageShows.hpp"
 #include "Weapons.hpp"
@@ -161,6 +162,10 @@ bool loadStage(Game& game, std::size_t index, bool keepHealth) {
     world.camera.x = cameraStart(world.stage, width);
     game.trace("stage: players");
     placePlayer1(world, width);
+    if (!game.config.asWritten) {
+        world.stage.reach = stageReach(world.stage, {world.player1.worldX, world.player1.z});
+        if (world.stage.reach.closed) logLine("Walls close the way at x=", world.stage.reach.x);
+    }
     setPlayerVitals(world.player1, keepHealth);
     game.trace("stage: level script");
     world.stageScriptCtx = {};

@@ -23,6 +23,14 @@ enum class StageEventKind : std::uint8_t { Wait, Group, Blockade, NoJoin, CanJoi
 // What an area of the ground does to whoever is on it.
 enum class GeometryKind : std::uint8_t { Wall, Hole, Other };
 
+// Where the way ahead ends.
+struct StageReach {
+    bool closed = false;  // by walls, before the length of the stage does
+    float x = 0;          // the last place that can be walked to
+
+    PORT_FIELDS(closed, x)
+};
+
 struct StageRun {
     static constexpr int kOpenGroup = 100;
 
@@ -35,6 +43,7 @@ struct StageRun {
     static constexpr std::size_t kNoTarget = static_cast<std::size_t>(-1);
     std::vector<std::size_t> instructionTargets;
     int length = 320;  // pixels
+    StageReach reach;
 
     int scrollDir = 1;  // -1: from right to left
     bool allowBacktrack = false;
@@ -52,9 +61,9 @@ struct StageRun {
     bool bossMusicStarted = false;
 
     PORT_FIELDS(row, index, eventKinds, geometryKinds, spawnModels, instructionTargets, length,
-                scrollDir, allowBacktrack, verticalScroll, verticalScrollSign, verticalStageScroll,
-                spawnState, eventState, nextSpawn, nextInstruction, groupMin, groupMax,
-                groupRefillActive, scrollBlocked, noJoin, complete, bossMusicStarted)
+                reach, scrollDir, allowBacktrack, verticalScroll, verticalScrollSign,
+                verticalStageScroll, spawnState, eventState, nextSpawn, nextInstruction, groupMin,
+                groupMax, groupRefillActive, scrollBlocked, noJoin, complete, bossMusicStarted)
 };
 
 struct Camera {
