@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "PathEncoding.hpp"
+#include "analysis/HtmlText.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -127,23 +128,6 @@ bool GameFacts::isVerifiedInline(std::string_view text) {
     return scanner_.scanScriptSource(file_, text).clean();
 }
 
-namespace {
-
-// The line as a reason shows it, between backquotes.
-std::string inQuotes(std::string_view text) {
-    constexpr std::size_t kMostShown = 100;
-    std::string shown(text.substr(0, kMostShown));
-    while (shown.size() < text.size() && !shown.empty() &&
-           (static_cast<unsigned char>(text[shown.size()]) & 0xC0U) == 0x80U) {
-        shown.pop_back();
-    }
-    if (shown.size() < text.size()) shown += "...";
-    std::replace(shown.begin(), shown.end(), '`', '\'');
-    return '`' + shown + '`';
-}
-
-}  // namespace
-
 std::string OccurrenceRefiner::reasonAgainst(Rules rules, const TextLine& line) {
     if (rules.empty()) return {};
     using Names = OccurrenceRule::Names;
@@ -154,15 +138,15 @@ std::string OccurrenceRefiner::reasonAgainst(Rules rules, const TextLine& line) 
         for (const std::string_view name : named) {
             if (equalsFolded(name, "none")) continue;
             if (rule->names == Names::kModels) {
-                if (!facts_.knowsModel(name)) return "no model is called " + inQuotes(name);
+                if (!facts_.knowsModel(name)) return "no model is called " + quoteCode(name);
             } else if (!facts_.imageExists(name)) {
-                return inQuotes(name) + " is not there";
+                return quoteCode(name) + " is not there";
             }
         }
     }
     std::string text(line.command());
     if (!line.args.empty()) text += ' ' + joinTokens(line.args, 0, line.args.size());
-    return inQuotes(text) + " has none of these forms";
+    return quoteCode(text) + " has none of these forms";
 }
 
 OccurrenceRefiner::OccurrenceRefiner(const ProjectScan& project, GameReader& game,

@@ -12,11 +12,6 @@ namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
-std::string inQuotes(std::string name) {
-    std::ranges::replace(name, '`', '\'');
-    return '`' + name + '`';
-}
-
 // What the tables that were played and those of the game differ in; empty for the same names.
 std::string difference(const PlayedGame& played, GameReader& game) {
     const std::size_t stages = game.stages().size();
@@ -30,16 +25,16 @@ std::string difference(const PlayedGame& played, GameReader& game) {
     }
     for (const PlayedStage& stage : played.played) {
         if (!files.contains(stage.stage)) {
-            return "the game has no stage " + inQuotes(stage.stage);
+            return "the game has no stage " + quoteCode(stage.stage);
         }
     }
     std::set<std::string> models;
     for (const ModelDef& model : game.models()) models.insert(PathEncoding::text(model.modelName));
     for (const std::string& model : played.models) {
-        if (!models.contains(model)) return "the game has no model " + inQuotes(model);
+        if (!models.contains(model)) return "the game has no model " + quoteCode(model);
     }
     for (const std::string& model : models) {
-        if (!played.models.contains(model)) return "it knows no model " + inQuotes(model);
+        if (!played.models.contains(model)) return "it knows no model " + quoteCode(model);
     }
     return {};
 }
@@ -72,7 +67,7 @@ std::string whyOutdated(const PlayedGame& played, const fs::path& report, const 
     if (last != nullptr) {
         return "This report is older than the game: " + counted(changed, "file has", "files have") +
                " changed since, the last of them " +
-               inQuotes(displayPath(last->path().lexically_relative(project.root))) + '.';
+               quoteCode(displayPath(last->path().lexically_relative(project.root))) + '.';
     }
     if (!tables.empty() && std::max(timeOf(tables / "GeneratedCharacters.cpp"),
                                     timeOf(tables / "GeneratedStages.cpp")) > end) {
