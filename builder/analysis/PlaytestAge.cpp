@@ -12,6 +12,13 @@ namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
+// The way from the data folder to a file of it, given the way from the project root: in a port both
+// differ from what they were in the game.
+std::string belowData(std::string_view source, std::string_view dataFolder) {
+    source.remove_prefix(std::min(dataFolder.size() + 1, source.size()));
+    return PathEncoding::text(source);
+}
+
 // What the tables that were played and those of the game differ in; empty for the same names.
 std::string difference(const PlayedGame& played, GameReader& game) {
     const std::size_t stages = game.stages().size();
@@ -19,17 +26,18 @@ std::string difference(const PlayedGame& played, GameReader& game) {
         return "it knows " + counted(played.stages, "stage", "stages") + ", and the game has " +
                groupDigits(stages);
     }
+    const std::string dataFolder = game.relativeToProject(game.dataDir());
     std::set<std::string> files;
     for (const StageDef& stage : game.stages()) {
-        files.insert(PathEncoding::text(stage.sourceFile));
+        files.insert(belowData(stage.sourceFile, dataFolder));
     }
     for (const PlayedStage& stage : played.played) {
-        if (!files.contains(stage.stage)) {
+        if (!files.contains(belowData(stage.stage, "data"))) {
             return "the game has no stage " + quoteCode(stage.stage);
         }
     }
     std::set<std::string> models;
-    for (const ModelDef& model : game.models()) models.insert(PathEncoding::text(model.modelName));
+    for (const ModelDef& model : game.models()) models.insert(PathEncoding::text(model.name));
     for (const std::string& model : played.models) {
         if (!models.contains(model)) return "the game has no model " + quoteCode(model);
     }
