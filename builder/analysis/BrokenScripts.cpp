@@ -1,8 +1,10 @@
 #include "analysis/BrokenScripts.hpp"
 
 #include <algorithm>
+#include <deque>
 #include <iterator>
 #include <map>
+#include <optional>
 #include <set>
 #include <span>
 #include <tuple>
@@ -44,24 +46,12 @@ std::string composed(const AnimationDef& animation, const FrameDef& frame) {
     return text;
 }
 
-std::string lineOf(std::string_view text, std::size_t line) {
-    for (; line > 1; --line) {
-        const std::size_t end = text.find('\n');
-        if (end == std::string_view::npos) return {};
-        text.remove_prefix(end + 1);
-    }
-    return std::string(text.substr(0, text.find('\n')));
-}
-
-std::vector<std::string_view> splitLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    for (bool more = true; more;) {
-        const std::size_t end = text.find('\n');
-        lines.push_back(text.substr(0, end));
-        more = end != std::string_view::npos;
-        if (more) text.remove_prefix(end + 1);
-    }
-    return lines;
+// Where a line begins, counted from 1; the end of the text where it has fewer.
+std::size_t startOfLine(std::string_view text, std::size_t line) {
+    std::size_t at = 0;
+    for (; line > 1 && at < text.size(); --line)
+        at = std::min(text.find('\n', at), text.size()) + 1;
+    return std::min(at, text.size());
 }
 
 Mend mendOf(port::script::ScriptMend mend) {
@@ -79,6 +69,50 @@ Mend mendOf(port::script::ScriptMend mend) {
     }
     return Mend::kStep;
 }
+
+// A line of a model's file that runs a text of its own; a block of an "@script" stands under
+// the line that opens it.
+struct OwnLine {
+    std::string_view keyword;
+    std::uint64_t line;
+};
+// Those lines by the lines of their texts.
+class OwnLines {
+  public:
+    void add(OwnLine line, std::string text) {
+        const std::string_view kept = texts_.emplace_back(std::move(text));
+        for (std::size_t at = 0; at < kept.size();) {
+            const std::size_t end = std::min(kept.find('\n', at), kept.size());
+            byLine_[kept.substr(at, end - at)].push_back({line, kept, at});
+            at = end + 1;
+        }
+    }
+    // What the n-th line of a command's text comes from. Many blocks have a line like it, so
+    // the whole text must stand around it.
+    [[nodiscard]] std::vector<OwnLine> at(std::string_view command, std::size_t n) const {
+        std::vector<OwnLine> result;
+        const std::size_t start = startOfLine(command, n);
+        const std::size_t end = std::min(command.find('\n', start), command.size());
+        const auto found = byLine_.find(command.substr(start, end - start));
+        if (found == byLine_.end()) return result;
+        for (const Origin& origin : found->second) {
+            if (origin.offset <= start &&
+                command.substr(start - origin.offset).starts_with(origin.text)) {
+                result.push_back(origin.line);
+            }
+        }
+        return result;
+    }
+
+  private:
+    struct Origin {
+        OwnLine line;
+        std::string_view text;
+        std::size_t offset;  // of the line in it
+    };
+    std::deque<std::string> texts_;
+    std::unordered_map<std::string_view, std::vector<Origin>> byLine_;
+};
 
 class Checkup {
   public:
@@ -237,7 +271,7 @@ class Checkup {
     // The frames' own texts behind the script that was checked last. Models that share it repeat
     // each other's commands, so what is `known` of a text serves all of them.
     void checkCommands(const ModelDef& model, Commands& known) {
-        std::unordered_map<std::string, std::vector<OwnLine>> ownLines;
+        std::optional<OwnLines> ownLines;
         for (const AnimationDef& animation : model.animations) {
             std::unordered_set<std::string_view> counted;
             for (const FrameDef& frame : animation.frames) {
@@ -253,35 +287,25 @@ class Checkup {
                 if (isNew) entry->second = check_.command(text);
                 const port::script::CheckedFunction& function = entry->second;
                 if (function.breaks.empty() && function.mended.empty()) continue;
-                if (ownLines.empty()) ownLines = readOwnLines(model);
+                if (!ownLines) ownLines = readOwnLines(model);
                 for (const port::script::ScriptBreak& found : function.breaks) {
                     if (!found.file.empty() || isFull()) continue;
-                    addOwnBreak(model, ownLines[lineOf(text, found.line)], found);
+                    addOwnBreak(model, ownLines->at(text, found.line), found);
                 }
-                note(function.mended, model, text, ownLines);
+                note(function.mended, model, text, *ownLines);
             }
         }
     }
 
-    // The lines of the model's file that a line of a command's text may come from: a block of an
-    // "@script" stands under the line that opens it.
-    struct OwnLine {
-        std::string_view keyword;
-        std::uint64_t line;
-    };
-    std::unordered_map<std::string, std::vector<OwnLine>> readOwnLines(const ModelDef& model) {
-        std::unordered_map<std::string, std::vector<OwnLine>> own;
+    OwnLines readOwnLines(const ModelDef& model) {
+        OwnLines own;
         const fs::path path = game_.projectRoot() / PathEncoding::path(model.sourceFile);
         for (const TextLine& line : game_.lines(path)) {
             if (line.key == "@cmd" && !line.args.empty()) {
-                own[callOf(line.args, !game_.asWritten() && isWholeCall(line.args))].push_back(
-                    {"@cmd", line.line});
+                own.add({"@cmd", line.line},
+                        callOf(line.args, !game_.asWritten() && isWholeCall(line.args)));
             }
-            for (std::string_view rest = line.text(); !rest.empty();) {
-                const std::size_t end = std::min(rest.find('\n'), rest.size());
-                own[std::string(rest.substr(0, end))].push_back({"@script", line.line});
-                rest.remove_prefix(std::min(end + 1, rest.size()));
-            }
+            own.add({"@script", line.line}, std::string(line.text()));
         }
         game_.release(path);
         return own;
@@ -305,15 +329,12 @@ class Checkup {
 
     // The same for a command's own lines.
     void note(std::span<const port::script::MendedPlace> mended, const ModelDef& model,
-              std::string_view text, std::unordered_map<std::string, std::vector<OwnLine>>& own) {
+              std::string_view text, const OwnLines& own) {
         note(mended);
-        std::vector<std::string_view> lines;
+        const fs::path path = game_.projectRoot() / PathEncoding::path(model.sourceFile);
         for (const port::script::MendedPlace& place : mended) {
             if (!place.file.empty() || place.line == 0) continue;
-            if (lines.empty()) lines = splitLines(text);
-            if (place.line > lines.size()) continue;
-            for (const OwnLine& line : own[std::string(lines[place.line - 1])]) {
-                const fs::path path = game_.projectRoot() / PathEncoding::path(model.sourceFile);
+            for (const OwnLine& line : own.at(text, place.line)) {
                 mended_[path.native()].insert({line.line, mendOf(place.mend)});
             }
         }
@@ -332,8 +353,8 @@ class Checkup {
         BrokenScript made{file,
                           line,
                           std::string(function),
-                          std::string(token),
-                          std::string(error),
+                          PathEncoding::text(token),
+                          PathEncoding::text(error),
                           isStep ? kStepCure : std::string_view{},
                           {},
                           0,

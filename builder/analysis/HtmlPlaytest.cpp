@@ -95,10 +95,11 @@ std::string stagesCleared(const PlayedGame& game) {
            counted(game.stages, "stage", "stages");
 }
 
-void writePlaytestSection(HtmlPage& page, const PlayedGame& game) {
+void writePlaytestSection(HtmlPage& page, const PlayedGame& game, std::string_view outdated) {
     page.openSection(
         "play", "What play showed",
         "A bot " + stagesCleared(game) + ". What it met says nothing of what it did not come by.");
+    if (!outdated.empty()) page.out() << "<p class=\"warn\">" << markCode(outdated) << "</p>\n";
     writeStages(page, game);
     bool faultless = true;
     for (std::size_t kind = 0; kind < game.faults.size(); ++kind) {

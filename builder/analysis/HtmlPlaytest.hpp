@@ -7,7 +7,9 @@
 
 namespace tindrel {
 
-void writePlaytestSection(HtmlPage& page, const PlayedGame& game);
+// `outdated` says why the report no longer fits the game, if it does not, with code between
+// backquotes.
+void writePlaytestSection(HtmlPage& page, const PlayedGame& game, std::string_view outdated);
 
 // "cleared 3 of 5 stages", as the page's navigation and headline count them.
 [[nodiscard]] std::string stagesCleared(const PlayedGame& game);

@@ -15,6 +15,7 @@
 #include "PathEncoding.hpp"
 #include "analysis/AssetFinder.hpp"
 #include "analysis/HtmlGallery.hpp"
+#include "analysis/HtmlObstacles.hpp"
 #include "analysis/HtmlPage.hpp"
 #include "analysis/HtmlPlaytest.hpp"
 #include "analysis/HtmlScripts.hpp"
@@ -22,11 +23,10 @@
 #include "analysis/HtmlText.hpp"
 #include "analysis/MendedLines.hpp"
 #include "analysis/MissingFiles.hpp"
-#include "analysis/OccurrenceRefiner.hpp"
+#include "analysis/PlaytestAge.hpp"
 #include "analysis/PlaytestFile.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/OutputFile.hpp"
-#include "reader/ModelReader.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
@@ -35,34 +35,12 @@ namespace {
 using enum CompatStatus;
 
 // Bounds that keep the page light for a game in which everything is wrong.
-constexpr std::size_t kMaxCommands = 300;
-constexpr std::size_t kMaxMessages = 4;
 constexpr std::size_t kMaxFiles = 40;
-constexpr std::size_t kMaxLines = 24;
-constexpr std::size_t kMaxBusyFiles = 12;
 constexpr std::size_t kMaxTableRows = 1500;
 
 std::string lines(std::uint64_t count) {
     return counted(count, "line", "lines");
 }
-
-// Lines of one file that share a fate.
-struct FileUse {
-    const SourceFile* file = nullptr;
-    std::uint64_t count = 0;
-    // The first kMaxLines, with why they do not run in full, where that is known.
-    std::vector<std::pair<std::uint64_t, std::string_view>> lines;
-};
-
-// Occurrences of one command with one status.
-struct Obstacle {
-    std::string_view command;
-    CompatStatus status = kUnknown;
-    std::uint64_t count = 0;
-    bool loaded = false;                     // some of them
-    std::vector<std::string_view> messages;  // distinct, the first kMaxMessages
-    std::vector<FileUse> files;
-};
 
 class HtmlReport {
   public:
@@ -74,12 +52,19 @@ class HtmlReport {
           assets_(project, game),
           links_(project, linkBase(project, reportsFolder, pageLinks)),
           out_(reportsFolder / "index.html"),
-          page_(out_, project, links_) {
+          page_(out_, project, links_),
+          obstacles_(page_, analysis) {
         if (project.hasData) missing_ = findMissingFiles(game, assets_, analysis);
         std::string unread;  // whoever gave the report was told
-        played_ = readPlaytest(reportsFolder / kPlaytestName, unread);
+        const fs::path playtest = reportsFolder / kPlaytestName;
+        played_ = readPlaytest(playtest, unread);
+        if (played_) {
+            const fs::path tables = pageLinks == PageLinks::kPortAssets
+                                        ? reportsFolder.parent_path() / "runtime" / "generated"
+                                        : fs::path();
+            outdated_ = whyOutdated(*played_, playtest, tables, project, game);
+        }
         for (const MissingGroup& group : missing_) missingTotal_ += group.total;
-        collectObstacles();
         for (const SourceFile& file : analysis.files) {
             unloadedFiles_ += file.loaded ? 0 : 1;
             StatusCounts& counts = file.loaded ? loaded_ : unloaded_;
@@ -99,16 +84,16 @@ class HtmlReport {
         writeNavigation();
         out_ << "<main id=\"main\">\n";
         writeHero(name);
-        if (played_) writePlaytestSection(page_, *played_);
+        if (played_) writePlaytestSection(page_, *played_, outdated_);
         HtmlScripts scripts(page_, project_, analysis_, game_);
         scripts.writeConsequences();
-        writeObstacles();
-        writeBusyFiles();
+        obstacles_.writeCommands();
+        obstacles_.writeFiles();
         writeUnloaded();
         writeMissing();
         scripts.write();
         if (project_.hasData) {
-            HtmlGallery gallery(out_, game_, assets_, links_, openLines_);
+            HtmlGallery gallery(out_, game_, assets_, links_, obstacles_.openLines());
             gallery.writeCharacters();
             gallery.writeStages();
         }
@@ -139,72 +124,6 @@ class HtmlReport {
             .lexically_relative(canonicalOrAbsolute(reportsFolder));
     }
 
-    void collectObstacles() {
-        std::map<std::pair<std::string_view, CompatStatus>, std::size_t> index;
-        std::unordered_map<const SourceFile*, std::size_t> busyIndex;
-        for (const Issue& issue : analysis_.issues) {
-            const auto [busy, isNewFile] = busyIndex.try_emplace(issue.file, busyFiles_.size());
-            if (isNewFile) busyFiles_.push_back({issue.file, 0, {}});
-            ++busyFiles_[busy->second].count;
-            openLines_[PathEncoding::utf8(issue.file->relative)] = busyFiles_[busy->second].count;
-
-            // Scripts and "@cmd" lines have sections of their own.
-            if (issue.command == "script-file" || issue.command == "inline-script-api" ||
-                issue.command == "@cmd") {
-                continue;
-            }
-            const auto [entry, isNew] =
-                index.try_emplace({issue.command, issue.status}, obstacles_.size());
-            if (isNew) obstacles_.push_back({issue.command, issue.status, 0, false, {}, {}});
-            addTo(obstacles_[entry->second], issue);
-        }
-        // What does nothing comes before what does something, and both before what is never
-        // loaded.
-        const auto weight = [](const Obstacle& obstacle) {
-            if (!obstacle.loaded) return 3;
-            switch (obstacle.status) {
-                case kUnsupported:
-                    return 0;
-                case kUnknown:
-                    return 1;
-                default:
-                    return 2;
-            }
-        };
-        std::stable_sort(obstacles_.begin(), obstacles_.end(),
-                         [&](const Obstacle& a, const Obstacle& b) {
-                             if (weight(a) != weight(b)) return weight(a) < weight(b);
-                             if (a.count != b.count) return a.count > b.count;
-                             return a.command < b.command;
-                         });
-        for (Obstacle& obstacle : obstacles_) sortByCount(obstacle.files);
-        sortByCount(busyFiles_);
-    }
-
-    static void sortByCount(std::vector<FileUse>& uses) {
-        std::stable_sort(uses.begin(), uses.end(), [](const FileUse& a, const FileUse& b) {
-            if (a.file->loaded != b.file->loaded) return a.file->loaded;
-            return a.count != b.count ? a.count > b.count : a.file->display < b.file->display;
-        });
-    }
-
-    static void addTo(Obstacle& obstacle, const Issue& issue) {
-        ++obstacle.count;
-        obstacle.loaded = obstacle.loaded || issue.file->loaded;
-        if (obstacle.messages.size() < kMaxMessages &&
-            std::find(obstacle.messages.begin(), obstacle.messages.end(), issue.message) ==
-                obstacle.messages.end()) {
-            obstacle.messages.push_back(issue.message);
-        }
-        // Issues stand in the order of the walk, so one file's lines come together.
-        if (obstacle.files.empty() || obstacle.files.back().file != issue.file) {
-            obstacle.files.push_back({issue.file, 0, {}});
-        }
-        FileUse& use = obstacle.files.back();
-        ++use.count;
-        if (use.lines.size() < kMaxLines) use.lines.emplace_back(issue.line, issue.reason);
-    }
-
     void writeNavigation() {
         out_ << "<nav aria-label=\"Sections\"><p>Compatibility</p><ol>\n";
         const auto entry = [&](std::string_view id, std::string_view title, std::uint64_t count) {
@@ -212,8 +131,8 @@ class HtmlReport {
                  << "</b></a></li>\n";
         };
         if (played_) entry("play", "Played stages", played_->played.size());
-        entry("commands", "In the way", obstacles_.size());
-        if (!busyFiles_.empty()) entry("files", "Files to open", busyFiles_.size());
+        entry("commands", "In the way", obstacles_.commands());
+        if (obstacles_.files() > 0) entry("files", "Files to open", obstacles_.files());
         if (unloadedFiles_ > 0) entry("unloaded", "Never loaded", unloadedFiles_);
         entry("missing", "Missing files", missingTotal_);
         if (analysis_.scriptCheck.scripts + analysis_.scriptCheck.commands > 0) {
@@ -270,7 +189,10 @@ class HtmlReport {
         if (missingTotal_ > 0) {
             text += ' ' + counted(missingTotal_, "name leads", "names lead") + " nowhere.";
         }
-        if (played_) text += " A bot that played it " + stagesCleared(*played_) + '.';
+        if (played_) {
+            text += outdated_.empty() ? " A bot that played it " : " A bot that once played it ";
+            text += stagesCleared(*played_) + '.';
+        }
         return text;
     }
 
@@ -323,96 +245,6 @@ class HtmlReport {
                                std::to_string(analysis_.logicalHeight));
         fact("Reading", reading());
         out_ << "</dl>\n</header>\n";
-    }
-
-    void writeObstacles() {
-        page_.openSection(
-            "commands", "What stands in the way",
-            "Commands that the port does not carry out in full. What does nothing comes "
-            "first, then by how often the game uses it.");
-        if (obstacles_.empty()) {
-            out_ << "<p class=\"good\">Nothing: every command is carried out in full.</p>\n"
-                    "</section>\n";
-            return;
-        }
-        std::uint64_t most = 1;
-        for (const Obstacle& obstacle : obstacles_) most = std::max(most, obstacle.count);
-        const std::size_t shown = std::min(obstacles_.size(), kMaxCommands);
-        out_ << "<div class=\"list\">\n";
-        for (std::size_t i = 0; i < shown; ++i) writeObstacle(obstacles_[i], most);
-        out_ << "</div>\n";
-        page_.writeRest(obstacles_.size(), shown, "commands");
-        out_ << "</section>\n";
-    }
-
-    void writeObstacle(const Obstacle& obstacle, std::uint64_t most) {
-        page_.openRow(lookOf(obstacle.status), obstacle.command, true, obstacle.count, most,
-                      counted(obstacle.files.size(), "file", "files"));
-        for (const std::string_view message : obstacle.messages) {
-            out_ << "<p>" << escapeHtml(message) << "</p>\n";
-        }
-        if (obstacle.status == kPartial) writeFullForms(obstacle.command);
-        if (obstacle.status == kUnknown && isModelKeyword(obstacle.command)) {
-            out_ << "<p class=\"hint\">The port reads it in an entity file and carries it out all "
-                    "the same; only the list of judged commands lacks it.</p>\n";
-        } else if (obstacle.status == kUnknown) {
-            const std::string_view close = closestCommand(obstacle.command);
-            if (!close.empty()) {
-                out_ << "<p class=\"hint\">Did you mean <code>" << escapeHtml(close)
-                     << "</code>?</p>\n";
-            }
-        }
-        const std::size_t shown = std::min(obstacle.files.size(), kMaxFiles);
-        out_ << "<ul class=\"places\">\n";
-        for (std::size_t i = 0; i < shown; ++i) {
-            const FileUse& use = obstacle.files[i];
-            out_ << "<li>";
-            page_.writeFile(*use.file);
-            out_ << "<span class=\"at\">" << (use.count == 1 ? "line " : "lines ");
-            for (std::size_t k = 0; k < use.lines.size(); ++k) {
-                const auto& [line, reason] = use.lines[k];
-                out_ << (k > 0 ? ", " : "") << line;
-                if (!reason.empty()) out_ << ": " << markCode(reason);
-            }
-            if (use.count > use.lines.size()) {
-                out_ << " and " << groupDigits(use.count - use.lines.size()) << " more";
-            }
-            out_ << "</span></li>\n";
-        }
-        out_ << "</ul>\n";
-        page_.writeRest(obstacle.files.size(), shown, "files");
-        out_ << "</div></details>\n";
-    }
-
-    // What the reports say of the lines that were raised.
-    void writeFullForms(std::string_view command) {
-        const OccurrenceRefiner::Rules rules = OccurrenceRefiner::rulesOf(command);
-        if (rules.empty()) return;
-        out_ << "<p>These forms of it run in full:</p>\n<ul class=\"forms\">\n";
-        for (const OccurrenceRule* const rule : rules) {
-            out_ << "<li>" << escapeHtml(rule->impact) << "</li>\n";
-        }
-        out_ << "</ul>\n";
-    }
-
-    void writeBusyFiles() {
-        if (busyFiles_.empty()) return;
-        page_.openSection(
-            "files", "Files to open first",
-            "Where most of these lines stand, scripts and animation commands included.");
-        const std::size_t shown = std::min(busyFiles_.size(), kMaxBusyFiles);
-        out_ << "<ul class=\"list\">\n";
-        for (std::size_t i = 0; i < shown; ++i) {
-            out_ << "<li class=\"plain part\"><span>";
-            page_.writeFile(*busyFiles_[i].file);
-            out_ << "</span><span class=\"meter\" aria-hidden=\"true\"><i style=\"width:"
-                 << busyFiles_[i].count * 100 / busyFiles_.front().count
-                 << "%\"></i></span><span class=\"count\">" << groupDigits(busyFiles_[i].count)
-                 << "</span></li>\n";
-        }
-        out_ << "</ul>\n";
-        page_.writeRest(busyFiles_.size(), shown, "files");
-        out_ << "</section>\n";
     }
 
     void writeUnloaded() {
@@ -503,13 +335,12 @@ class HtmlReport {
     OutputFile out_;
     HtmlPage page_;
     std::optional<PlayedGame> played_;
+    std::string outdated_;  // why that no longer fits the game
     std::vector<MissingGroup> missing_;
     std::uint64_t missingTotal_ = 0, judged_ = 0, unloadedFiles_ = 0;
     // In files that the game loads, of which `judged_` counts, and in others.
     StatusCounts loaded_{}, unloaded_{};
-    std::vector<Obstacle> obstacles_;
-    std::vector<FileUse> busyFiles_;
-    std::unordered_map<std::string, std::uint64_t> openLines_;  // issues by file, generic form
+    HtmlObstacles obstacles_;
 };
 
 }  // namespace

@@ -91,8 +91,9 @@ h3 { font-size: 1rem; font-weight: 640; margin: 1.7rem 0 .6rem; display: flex; g
   align-items: baseline; }
 h3 small { font-weight: 400; color: var(--soft); font-size: .875rem; }
 .lead { color: var(--soft); max-width: 44rem; margin: .35rem 0 1.2rem; }
-.good { background: var(--ok-wash); color: var(--ok-ink); border-radius: 10px; padding: .8rem 1rem;
-  margin-top: .8rem; }
+.good, .warn { border-radius: 10px; padding: .8rem 1rem; margin-top: .8rem; }
+.good { background: var(--ok-wash); color: var(--ok-ink); }
+.warn { background: var(--part-wash); color: var(--part-ink); overflow-wrap: anywhere; }
 .rest { color: var(--soft); font-size: .9rem; padding: .6rem 0 0; }
 
 .list { background: var(--card); border: 1px solid var(--line); border-radius: 12px;

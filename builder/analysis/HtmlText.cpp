@@ -52,6 +52,18 @@ std::string escapeHtmlPath(std::string_view text) {
     return escaped;
 }
 
+std::string quoteCode(std::string_view text) {
+    constexpr std::size_t kMostShown = 100;
+    std::string shown(text.substr(0, kMostShown));
+    while (shown.size() < text.size() && !shown.empty() &&
+           (static_cast<unsigned char>(text[shown.size()]) & 0xC0U) == 0x80U) {
+        shown.pop_back();
+    }
+    if (shown.size() < text.size()) shown += "...";
+    std::replace(shown.begin(), shown.end(), '`', '\'');
+    return '`' + shown + '`';
+}
+
 std::string encodeUrl(const fs::path& path) {
     constexpr std::string_view kHex = "0123456789ABCDEF";
     constexpr std::string_view kPlain =

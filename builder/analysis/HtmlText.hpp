@@ -17,6 +17,9 @@ namespace tindrel {
 // The same for a path, which may break behind its slashes rather than inside of words.
 [[nodiscard]] std::string escapeHtmlPath(std::string_view text);
 
+// At most 100 bytes of the text between backquotes, as sentences of the reports show code.
+[[nodiscard]] std::string quoteCode(std::string_view text);
+
 // A relative address of the path, percent-encoded, with forward slashes.
 [[nodiscard]] std::string encodeUrl(const std::filesystem::path& path);
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "PathEncoding.hpp"
+#include "analysis/HtmlText.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -51,6 +52,7 @@ void GameFacts::enter(const fs::path& file) {
     if (file.native() == file_.native()) return;
     file_ = file;
     relative_.reset();
+    inlineText_ = {};
 }
 
 void GameFacts::readModelNames() {
@@ -61,7 +63,7 @@ void GameFacts::readModelNames() {
         modelFiles_.try_emplace(model.sourceFile, &model);
         modelNames_.insert(toLower(model.modelName));
     }
-    for (const StageDef& stage : game_.stages()) stageFiles_.insert(stage.sourceFile);
+    for (const StageDef& stage : game_.stages()) stageFiles_.try_emplace(stage.sourceFile, &stage);
 }
 
 const ModelDef* GameFacts::model() {
@@ -73,6 +75,15 @@ const ModelDef* GameFacts::model() {
 bool GameFacts::isStage() {
     readModelNames();
     return stageFiles_.contains(*relative_);
+}
+
+bool GameFacts::spawnsWeapon(std::string_view name) {
+    readModelNames();
+    const auto found = stageFiles_.find(*relative_);
+    return found != stageFiles_.end() &&
+           std::ranges::any_of(found->second->spawns, [&](const SpawnDef& spawn) {
+               return spawn.spawnType == kSpawnWeapon && spawn.model == name;
+           });
 }
 
 bool GameFacts::knowsModel(std::string_view name) {
@@ -97,72 +108,52 @@ bool GameFacts::isIndexedImage(std::string_view path) {
     return entry->second;
 }
 
-bool GameFacts::isPlainScene(std::string_view path) {
+const std::string& GameFacts::faultOfScene(std::string_view path) {
     const auto [entry, isNew] = scenes_.try_emplace(std::string(path));
-    if (!isNew) return entry->second;
+    std::string& fault = entry->second;
+    if (!isNew) return fault;
     const fs::path& file = game_.resolve(path);
-    if (file.empty() || !game_.isFile(file)) return false;
-    bool plain = true;
+    if (file.empty() || !game_.isFile(file)) return fault = quoteCode(path) + " is not there";
     bool hasPicture = false;
     for (const TextLine& line : game_.lines(file)) {
-        const bool isPicture =
-            line.key == "animation" && !line.args.empty() && imageExists(line.args[0]);
-        plain = plain && (isPicture || line.key == "music" || line.key == "silence");
-        hasPicture = hasPicture || isPicture;
+        if (line.key == "animation" && !line.args.empty()) {
+            hasPicture = true;
+            if (!imageExists(line.args[0])) fault = quoteCode(line.args[0]) + " is not there";
+        } else if (line.key != "music" && line.key != "silence") {
+            fault = "it has a line " + quoteCode(line.key);
+        }
+        if (!fault.empty()) return fault;
     }
-    return entry->second = plain && hasPicture;
+    if (!hasPicture) fault = "it shows no picture";
+    return fault;
 }
 
-bool GameFacts::isVerifiedScript(std::string_view path) {
+const ScriptReport* GameFacts::script(std::string_view path) {
     const auto [entry, isNew] = scripts_.try_emplace(std::string(path));
     if (isNew) {
         fs::path file;
-        entry->second = scanner_.findScript(path, {}, file) == ScriptScanner::Lookup::kFound &&
-                        scanner_.scanScriptSource(file).clean();
+        if (scanner_.findScript(path, {}, file) == ScriptScanner::Lookup::kFound) {
+            entry->second = scanner_.scanScriptSource(file);
+        }
     }
-    return entry->second;
+    return entry->second ? &*entry->second : nullptr;
 }
 
-bool GameFacts::isVerifiedInline(std::string_view text) {
-    return scanner_.scanScriptSource(file_, text).clean();
+const ScriptReport& GameFacts::inlineScript(std::string_view text) {
+    if (text.data() != inlineText_.data()) inlineReport_ = scanner_.scanScriptSource(file_, text);
+    inlineText_ = text;
+    return inlineReport_;
 }
-
-namespace {
-
-// The line as a reason shows it, between backquotes.
-std::string inQuotes(std::string_view text) {
-    constexpr std::size_t kMostShown = 100;
-    std::string shown(text.substr(0, kMostShown));
-    while (shown.size() < text.size() && !shown.empty() &&
-           (static_cast<unsigned char>(text[shown.size()]) & 0xC0U) == 0x80U) {
-        shown.pop_back();
-    }
-    if (shown.size() < text.size()) shown += "...";
-    std::replace(shown.begin(), shown.end(), '`', '\'');
-    return '`' + shown + '`';
-}
-
-}  // namespace
 
 std::string OccurrenceRefiner::reasonAgainst(Rules rules, const TextLine& line) {
     if (rules.empty()) return {};
-    using Names = OccurrenceRule::Names;
     for (const OccurrenceRule* const rule : rules) {
-        if (rule->names == Names::kNothing) continue;
-        const auto named =
-            rule->names == Names::kPicture ? line.args.first(line.args.empty() ? 0 : 1) : line.args;
-        for (const std::string_view name : named) {
-            if (equalsFolded(name, "none")) continue;
-            if (rule->names == Names::kModels) {
-                if (!facts_.knowsModel(name)) return "no model is called " + inQuotes(name);
-            } else if (!facts_.imageExists(name)) {
-                return inQuotes(name) + " is not there";
-            }
-        }
+        if (rule->obstacle == nullptr) continue;
+        if (std::string reason = rule->obstacle(line, facts_); !reason.empty()) return reason;
     }
     std::string text(line.command());
     if (!line.args.empty()) text += ' ' + joinTokens(line.args, 0, line.args.size());
-    return inQuotes(text) + " has none of these forms";
+    return quoteCode(text) + " has none of these forms";
 }
 
 OccurrenceRefiner::OccurrenceRefiner(const ProjectScan& project, GameReader& game,

@@ -31,18 +31,22 @@ class GameFacts {
     // The model that the file describes; null when no registry entry names the file.
     [[nodiscard]] const ModelDef* model();
     [[nodiscard]] bool isStage();
+    // The stage file has a spawn of its own for that weapon; inside of another it would do nothing.
+    [[nodiscard]] bool spawnsWeapon(std::string_view name);
     // models.txt itself.
     [[nodiscard]] bool isModelRegistry();
     [[nodiscard]] bool knowsModel(std::string_view name);
     // A picture with a palette of its own: GIF, indexed PNG or BMP, or an ACT palette.
     [[nodiscard]] bool isIndexedImage(std::string_view path);
     [[nodiscard]] bool imageExists(std::string_view path);
-    // A scene file that holds nothing but "music", "silence" and "animation" with pictures that
-    // are there.
-    [[nodiscard]] bool isPlainScene(std::string_view path);
-    // A script that is found and uses nothing unsupported.
-    [[nodiscard]] bool isVerifiedScript(std::string_view path);
-    [[nodiscard]] bool isVerifiedInline(std::string_view text);
+    // Why a scene file is not shown as it is written, as a sentence with code between backquotes:
+    // it holds something but "music", "silence" and "animation" with pictures that are there. Empty
+    // where it is.
+    [[nodiscard]] const std::string& faultOfScene(std::string_view path);
+    // What a script uses and the port does not know; null when it is not there. The second is of a
+    // text in the file itself and holds until the next such text.
+    [[nodiscard]] const ScriptReport* script(std::string_view path);
+    [[nodiscard]] const ScriptReport& inlineScript(std::string_view text);
 
   private:
     void readModelNames();
@@ -54,8 +58,12 @@ class GameFacts {
     bool modelsRead_ = false;
     std::unordered_map<std::string, const ModelDef*> modelFiles_;
     std::unordered_set<std::string> modelNames_;
-    std::unordered_set<std::string> stageFiles_;
-    std::unordered_map<std::string, bool> indexed_, scenes_, scripts_;
+    std::unordered_map<std::string, const StageDef*> stageFiles_;
+    std::unordered_map<std::string, bool> indexed_;
+    std::unordered_map<std::string, std::string> scenes_;
+    std::unordered_map<std::string, std::optional<ScriptReport>> scripts_;
+    std::string_view inlineText_;  // that `inlineReport_` is of
+    ScriptReport inlineReport_;
 };
 
 // One rule: occurrences of `command` whose arguments `fits` accepts are raised, with `impact`.
@@ -63,7 +71,9 @@ struct OccurrenceRule {
     std::string_view command;  // lower case; aliases are separated by one blank
     bool (*fits)(const TextLine& line, GameFacts& facts);
     std::string_view impact;
-    enum class Names { kNothing, kPicture, kPictures, kModels } names = Names::kNothing;
+    // What keeps a line that does not fit from it, as a sentence with code between backquotes;
+    // empty where its form does. Null where only that can.
+    std::string (*obstacle)(const TextLine& line, GameFacts& facts) = nullptr;
 };
 
 // All rules; the first that fits decides.

@@ -3,24 +3,14 @@
 #include <charconv>
 #include <cmath>
 
+#include "analysis/HtmlText.hpp"
+#include "analysis/InputSequence.hpp"
+#include "analysis/LineArguments.hpp"
 #include "analysis/OccurrenceRefiner.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
 namespace {
-
-using Args = std::span<const std::string_view>;
-using Words = std::span<const std::string_view>;
-
-// Numbers are whole arguments: one with trailing text is none.
-std::optional<int> integer(std::string_view token) {
-    if (!token.empty() && token.front() == '+') token.remove_prefix(1);
-    int value = 0;
-    const char* const last = token.data() + token.size();
-    const auto [end, error] = std::from_chars(token.data(), last, value);
-    if (error != std::errc{} || end != last) return std::nullopt;
-    return value;
-}
 
 bool isNumber(std::string_view token) {
     if (!token.empty() && token.front() == '+') token.remove_prefix(1);
@@ -37,11 +27,6 @@ bool isInteger(std::string_view token) {
 bool isIntegerIn(std::string_view token, int low, int high) {
     const std::optional<int> value = integer(token);
     return value && *value >= low && *value <= high;
-}
-
-bool isOneOf(std::string_view token, Words words) {
-    return std::any_of(words.begin(), words.end(),
-                       [&](std::string_view word) { return equalsFolded(token, word); });
 }
 
 bool allNumbers(Args args) {
@@ -172,108 +157,6 @@ bool landingDamage(const TextLine& line, GameFacts&) {
 
 // Input
 
-constexpr std::array<std::string_view, 32> kInputTokens = {
-    "a",       "a2",      "a3",   "a4",       "j",     "s",        "k",       "u",
-    "d",       "l",       "r",    "f",        "b",     "moveleft", "left",    "moveright",
-    "right",   "moveup",  "up",   "movedown", "down",  "attack",   "attack1", "attack2",
-    "attack3", "attack4", "jump", "special",  "start", "esc",      "escape",  "anybutton"};
-
-// A token that the runtime's matcher takes whole: "~f", "a*", "d[20]", "+[3]".
-struct InputToken {
-    enum class Kind { kKey, kJoin, kStepEnd, kPause } kind = Kind::kKey;
-    bool release = false, trigger = false, timed = false;
-    int least = 0, most = 0;  // times in brackets; most 0: no limit
-};
-
-// One or two groups of one number each.
-bool readTimes(std::string_view rest, InputToken& out) {
-    for (int* const time : {&out.least, &out.most}) {
-        const std::size_t close = rest.find(']');
-        if (rest.front() != '[' || close == std::string_view::npos) return false;
-        const std::optional<int> number = integer(rest.substr(1, close - 1));
-        if (!number || *number < 0 || *number > kAny) return false;
-        *time = *number;
-        rest.remove_prefix(close + 1);
-        if (rest.empty()) return true;
-    }
-    return false;
-}
-
-std::optional<InputToken> readInputToken(std::string_view token) {
-    using enum InputToken::Kind;
-    InputToken out;
-    const std::size_t bracket = std::min(token.find('['), token.size());
-    out.timed = bracket < token.size();
-    if (out.timed && !readTimes(token.substr(bracket), out)) return std::nullopt;
-    token = token.substr(0, bracket);
-    if (token == "+") {
-        out.kind = kJoin;
-    } else if (out.timed && token == ":") {
-        out.kind = kPause;
-    } else if (!out.timed && (token == "->" || token == "|")) {
-        out.kind = kStepEnd;
-    } else {
-        out.release = token.starts_with('~');
-        token.remove_prefix(out.release ? 1 : 0);
-        std::string key(token);
-        out.trigger = std::erase(key, '*') > 0;
-        if (!isOneOf(key, kInputTokens)) return std::nullopt;
-    }
-    return out;
-}
-
-// The keys of one moment. Something must happen in it: keys that are merely held make no moment,
-// and none can be held longer than the longest time and shorter than the least.
-class InputStep {
-  public:
-    void add(const InputToken& key) {
-        const bool holds = !key.release && !key.trigger && key.timed;
-        isEmpty_ = false;
-        happens_ = happens_ || !holds;
-        isTimed_ = isTimed_ || holds || key.release;
-        least_ = std::max(least_, key.least);
-        if (key.most > 0) most_ = most_ == 0 ? key.most : std::min(most_, key.most);
-    }
-    [[nodiscard]] bool isEmpty() const { return isEmpty_; }
-    [[nodiscard]] bool canMatch() const {
-        return happens_ && (!isTimed_ || most_ == 0 || least_ <= most_);
-    }
-
-  private:
-    bool isEmpty_ = true, happens_ = false, isTimed_ = false;
-    int least_ = 0, most_ = 0;
-};
-
-// Every token is known, at least one names a key, and every step can match.
-bool isInputSequence(Args args) {
-    InputStep step;
-    bool joins = false;
-    bool hasKey = false;
-    const auto takeStep = [&] {
-        const bool good = step.isEmpty() || step.canMatch();
-        step = {};
-        return good;
-    };
-    for (std::string_view rest : args) {
-        while (!rest.empty()) {
-            const std::size_t comma = std::min(rest.find(','), rest.size());
-            const std::string_view text = rest.substr(0, comma);
-            rest.remove_prefix(std::min(comma + 1, rest.size()));
-            if (text.empty()) continue;
-            const std::optional<InputToken> token = readInputToken(text);
-            if (!token) return false;
-            if (token->kind == InputToken::Kind::kPause) continue;
-            const bool ends = token->kind == InputToken::Kind::kStepEnd;
-            const bool isKey = token->kind == InputToken::Kind::kKey;
-            if ((ends || (isKey && !joins)) && !takeStep()) return false;
-            joins = token->kind == InputToken::Kind::kJoin;
-            if (isKey) step.add(*token);
-            hasKey = hasKey || isKey;
-        }
-    }
-    return hasKey && takeStep();
-}
-
 bool commandSequence(const TextLine& line, GameFacts&) {
     return line.args.size() >= 2 && isInputSequence(line.args.first(line.args.size() - 1));
 }
@@ -314,6 +197,55 @@ bool stageLayer(Args args, std::size_t shift) {
     return args.size() <= backgroundSpeed + 1;
 }
 
+// What keeps a line from a rule's form.
+
+std::string absent(std::string_view path) {
+    return quoteCode(path) + " is not there";
+}
+
+std::string noPicture(const TextLine& line, GameFacts& facts) {
+    return line.args.empty() || facts.imageExists(line.args[0]) ? "" : absent(line.args[0]);
+}
+
+std::string noPalette(const TextLine& line, GameFacts& facts) {
+    for (const std::string_view path : line.args) {
+        if (equalsFolded(path, "none") || facts.isIndexedImage(path)) continue;
+        return facts.imageExists(path) ? quoteCode(path) + " has no palette" : absent(path);
+    }
+    return {};
+}
+
+std::string noModel(const TextLine& line, GameFacts& facts) {
+    for (const std::string_view name : line.args) {
+        if (equalsFolded(name, "none") || facts.knowsModel(name)) continue;
+        return "no model is called " + quoteCode(name);
+    }
+    return {};
+}
+
+std::string noWeaponSpawn(const TextLine& line, GameFacts& facts) {
+    if (!facts.isStage() || line.args.empty() || facts.spawnsWeapon(line.args[0])) return {};
+    return "inside of another spawn it does nothing";
+}
+
+std::string unknownNames(const ScriptReport& report) {
+    constexpr std::size_t kMostShown = 3;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(report.names.size(), kMostShown); ++i) {
+        text += (i == 0 ? "it asks for " : ", ") + quoteCode(report.names[i]);
+    }
+    if (report.names.size() > kMostShown) {
+        text += " and " + std::to_string(report.names.size() - kMostShown) + " more";
+    }
+    return text;
+}
+
+std::string noScript(const TextLine& line, GameFacts& facts) {
+    if (line.args.size() != 1) return {};
+    const ScriptReport* const report = facts.script(line.args[0]);
+    return report == nullptr ? absent(line.args[0]) : unknownNames(*report);
+}
+
 // clang-format off
 constexpr auto kRules = std::to_array<OccurrenceRule>({
     // Drawing
@@ -334,17 +266,18 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
     {"palette", [](const TextLine& l, GameFacts&) { return l.args.size() == 1 && equalsFolded(l.args[0], "none"); },
      "palette none explicitly disables model palette remapping and requires no native conversion."},
     {"palette", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.isIndexedImage(l.args[0]); },
-     "Indexed GIF/PNG/BMP or ACT base palette is preserved through the native palette loader for remaps.", OccurrenceRule::Names::kPicture},
+     "Indexed GIF/PNG/BMP or ACT base palette is preserved through the native palette loader for remaps.", noPalette},
     {"alternatepal", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.isIndexedImage(l.args[0]); },
-     "Indexed alternate palette asset is loaded through the same native palette-table path used for remaps.", OccurrenceRule::Names::kPicture},
+     "Indexed alternate palette asset is loaded through the same native palette-table path used for remaps.", noPalette},
     {"remap", [](const TextLine& l, GameFacts& f) { return l.args.size() == 2 && f.isIndexedImage(l.args[0]) && f.isIndexedImage(l.args[1]); },
-     "Indexed source/target palette tables drive the native color-map remap.", OccurrenceRule::Names::kPictures},
+     "Indexed source/target palette tables drive the native color-map remap.", noPalette},
 
     // Scripts
-    {"@script", [](const TextLine& l, GameFacts& f) { return !l.text().empty() && f.isVerifiedInline(l.text()); },
-     "Inline script body uses only the verified ScriptVM surface and executes in source order on animation frame entry."},
-    {"animationscript", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.isVerifiedScript(l.args[0]); },
-     "Animation helper script resolves inside data/, uses the verified ScriptVM surface, and frame @cmd calls execute against it."},
+    {"@script", [](const TextLine& l, GameFacts& f) { return !l.text().empty() && f.inlineScript(l.text()).clean(); },
+     "Inline script body uses only the verified ScriptVM surface and executes in source order on animation frame entry.",
+     [](const TextLine& l, GameFacts& f) { return unknownNames(f.inlineScript(l.text())); }},
+    {"animationscript", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.script(l.args[0]) != nullptr && f.script(l.args[0])->clean(); },
+     "Animation helper script resolves inside data/, uses the verified ScriptVM surface, and frame @cmd calls execute against it.", noScript},
 
     // Combat
     {"defense", typedDefense,
@@ -445,16 +378,16 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "Legacy pbombframe aliases tossframe: trigger frame and projectile altitude drive native bomb spawning."},
     {"remove", oneIntegerIn<0, 1>,
      "Projectile remove contact mode 0/1 is enforced by the runtime projectile lifecycle."},
-    {"weapon", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.isStage() && f.knowsModel(l.args[0]); },
-     "Stage weapon spawn is parsed as a weapon item spawn and resolved through model weapon indices.", OccurrenceRule::Names::kModels},
+    {"weapon", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.spawnsWeapon(l.args[0]) && f.knowsModel(l.args[0]); },
+     "Stage weapon spawn is parsed as a weapon item spawn and resolved through model weapon indices.", noWeaponSpawn},
     {"weapons weapon", [](const TextLine& l, GameFacts& f) { return f.model() != nullptr && knownModels(l, f); },
-     "Weapon model list is emitted and used for player/coop/AI weapon pickup and action-animation lookup.", OccurrenceRule::Names::kModels},
+     "Weapon model list is emitted and used for player/coop/AI weapon pickup and action-animation lookup.", noModel},
     {"weapnum shootnum reload counter", oneCount,
      "Simple numeric weapon index/ammo/drop counter is consumed by the native weapon lifecycle."},
     {"typeshot", oneIntegerIn<0, 1>,
      "typeshot 0/1 controls weapon exhaustion/drop behavior in the native weapon lifecycle."},
     {"dust", [](const TextLine& l, GameFacts& f) { return l.args.size() <= 3 && knownModels(l, f); },
-     "Model fall/land/jump dust entities are spawned through the generic child-effect runtime at the corresponding movement events.", OccurrenceRule::Names::kModels},
+     "Model fall/land/jump dust entities are spawned through the generic child-effect runtime at the corresponding movement events.", noModel},
 
     // Input
     {"com cmd", commandSequence,
@@ -466,7 +399,7 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
     {"rock", oneIntegerIn<0, 3>,
      "Legacy rock modes 0-3 are applied by native stage motion: steady, floating, periodic double-shake, or continuous rumble."},
     {"water", [](const TextLine& l, GameFacts& f) { return (l.args.size() == 1 || (l.args.size() == 2 && isIntegerIn(l.args[1], 0, 15))) && f.imageExists(l.args[0]); },
-     "Legacy water is rendered at BGHeight with per-scanline sine warp (rock 0), perspective/parallax (rock 1), and stage rock modes 2/3; warp 0-15 controls animation speed.", OccurrenceRule::Names::kPicture},
+     "Legacy water is rendered at BGHeight with per-scanline sine warp (rock 0), perspective/parallax (rock 1), and stage rock modes 2/3; warp 0-15 controls animation speed.", noPicture},
     {"light", [](const TextLine& l, GameFacts&) { return l.args.size() == 2 && allIntegers(l.args); },
      "Stage light vector is consumed by projected gfxshadow rendering."},
     {"shadowalpha", oneIntegerIn<0, 6>,
@@ -482,11 +415,11 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
     {"cameratype", oneIntegerIn<0, 1>,
      "cameratype 0/1 maps to scrolling versus fixed native camera behavior."},
     {"bglayer", [](const TextLine& l, GameFacts& f) { return stageLayer(l.args, 0) && f.imageExists(l.args[0]); },
-     "Legacy stage layer ratios, offsets, spacing/repeat, depth and OpenBOR alpha blend mode are rendered natively; this occurrence does not request unsupported wave distortion.", OccurrenceRule::Names::kPicture},
+     "Legacy stage layer ratios, offsets, spacing/repeat, depth and OpenBOR alpha blend mode are rendered natively; this occurrence does not request unsupported wave distortion.", noPicture},
     {"fglayer", [](const TextLine& l, GameFacts& f) { return stageLayer(l.args, 1) && f.imageExists(l.args[0]); },
-     "Legacy stage layer ratios, offsets, spacing/repeat, depth and OpenBOR alpha blend mode are rendered natively; this occurrence does not request unsupported wave distortion.", OccurrenceRule::Names::kPicture},
+     "Legacy stage layer ratios, offsets, spacing/repeat, depth and OpenBOR alpha blend mode are rendered natively; this occurrence does not request unsupported wave distortion.", noPicture},
     {"frontpanel", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.imageExists(l.args[0]); },
-     "Single-image frontpanel is loaded as a foreground stage layer.", OccurrenceRule::Names::kPicture},
+     "Single-image frontpanel is loaded as a foreground stage layer.", noPicture},
     {"wall", [](const TextLine& l, GameFacts&) { return (l.args.size() == 8 || l.args.size() == 9) && allNumbers(l.args); },
      "Static OpenBOR trapezoid wall geometry and height are used by runtime collision and script wall queries."},
     {"blockade", [](const TextLine& l, GameFacts&) { return (l.args.size() == 1 || l.args.size() == 2) && allIntegers(l.args); },
@@ -499,10 +432,12 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "Level-set lives/credits are generated into stage metadata and consumed by native respawn/continue flow."},
     {"ifcomplete", oneCount,
      "Level-set unlock requirement is generated, persisted across completed campaigns, and enforced by the native set selector."},
-    {"scene", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.isPlainScene(l.args[0]); },
-     "Scene uses supported music/animation/silence directives; GIF playback runs a full animation cycle unless an explicit duration is supplied."},
+    {"scene", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.faultOfScene(l.args[0]).empty(); },
+     "Scene uses supported music/animation/silence directives; GIF playback runs a full animation cycle unless an explicit duration is supplied.",
+     [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 ? f.faultOfScene(l.args[0]) : ""; }},
     {"nocost", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && isInteger(l.args[0]) && f.isModelRegistry(); },
-     "Global nocost is propagated to generated models and energy-cost execution."},
+     "Global nocost is propagated to generated models and energy-cost execution.",
+     [](const TextLine&, GameFacts& f) -> std::string { return f.isModelRegistry() ? "" : "only `models.txt` sets it"; }},
 });
 // clang-format on
 

@@ -74,12 +74,16 @@ std::optional<PlayedGame> parsePlaytest(std::string_view json, std::string& why)
         game.played.push_back({text(stage, "stage"), text(stage, "result"), number(stage, "ticks"),
                                number(stage, "deaths"), number(stage, "spawned"),
                                number(stage, "spawns")});
+        const Json* const met = member(stage, "models", Json::value_t::object);
+        if (met == nullptr) continue;
+        for (const auto& [model, counts] : met->items()) game.models.insert(model);
     }
     if (const Json* const models = member(*summary, "modelsNeverMet", Json::value_t::array)) {
         for (const Json& model : *models) {
             if (model.is_string()) game.neverMet.push_back(model.get<std::string>());
         }
     }
+    game.models.insert(game.neverMet.begin(), game.neverMet.end());
     return game;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -35,6 +36,7 @@ struct PlayedGame {
     std::array<PlayedFaults, 4> faults;  // by Kind
     std::vector<PlayedStage> played;
     std::vector<std::string> neverMet;  // models
+    std::set<std::string> models;       // all, met or not
 };
 
 // Nothing, with the reason in `why`, for what is no such report; what it lacks stays empty. Reads

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <unordered_map>
 
+#include "PathEncoding.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -120,7 +121,7 @@ bool ScriptKeys::answers(std::string_view function, std::string_view text, std::
     const std::string name = toLower(function);
     const auto call = kCalls.find(name);
     if (call == kCalls.end() || index != placeOfKey(call->second, count)) return true;
-    const std::string key = toLower(text);
+    const std::string key = toLower(PathEncoding::text(text));
     if (call->second.table == Table::Constant) return isConstant(key, asWritten_);
     return isKey(call->second, key, asWritten_);
 }
@@ -128,7 +129,7 @@ bool ScriptKeys::answers(std::string_view function, std::string_view text, std::
 void ScriptKeys::note(std::string_view function, std::string_view text, const std::string& file,
                       std::uint64_t line) {
     const std::string name = toLower(function);
-    const std::string key = toLower(text);
+    const std::string key = toLower(PathEncoding::text(text));
     if (!places_.emplace(file, line, name, key).second) return;
     UnansweredKey& known =
         keys_.try_emplace({name, key}, UnansweredKey{name, key, 0, file, line}).first->second;

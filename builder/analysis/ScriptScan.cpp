@@ -60,6 +60,14 @@ void appendDistinct(std::vector<SymbolId>& list, SymbolId symbol) {
 
 }  // namespace
 
+std::string missingInclude(std::string_view path) {
+    return "include-missing:" + PathEncoding::text(path);
+}
+
+std::string unsafeInclude(std::string_view path) {
+    return "unsafe-include:" + PathEncoding::text(path);
+}
+
 std::string_view bindentityTag(std::string_view rest) {
     std::vector<std::string_view> arguments;
     if (!splitCallArguments(rest, arguments) || arguments.size() < 2) {
@@ -153,10 +161,10 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
                 includes.push_back(fileId(found));
                 break;
             case Lookup::kMissing:
-                uses.push_back(intern("include-missing:" + std::string(raw), Section::kInclude));
+                uses.push_back(intern(missingInclude(raw), Section::kInclude));
                 break;
             case Lookup::kUnsafe:
-                uses.push_back(intern("unsafe-include:" + std::string(raw), Section::kInclude));
+                uses.push_back(intern(unsafeInclude(raw), Section::kInclude));
                 break;
         }
     });

@@ -26,6 +26,11 @@ inline constexpr std::uint64_t kWalkSteps = 200'000'000;
 // Stands among the findings of a file whose includes are too dense to be put in order.
 inline constexpr std::string_view kWalkLimitTag = "include-walk-limit";
 
+// What an include that leads nowhere, or out of the data folder, is reported as. `path` is as the
+// file has it; the report is UTF-8.
+[[nodiscard]] std::string missingInclude(std::string_view path);
+[[nodiscard]] std::string unsafeInclude(std::string_view path);
+
 // What is wrong with a "bindentity" call whose arguments begin `rest`; empty for nothing.
 [[nodiscard]] std::string_view bindentityTag(std::string_view rest);
 

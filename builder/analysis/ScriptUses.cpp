@@ -59,8 +59,8 @@ class UseSearch {
             if (!definitions.contains(name.data())) add(toLower(name), name);
         });
         forEachInclude(text, [&](std::string_view raw) {
-            add("include-missing:" + std::string(raw), raw);
-            add("unsafe-include:" + std::string(raw), raw);
+            add(missingInclude(raw), raw);
+            add(unsafeInclude(raw), raw);
         });
         forEachBindentityCall(text, [&](std::string_view rest) {
             // By its parenthesis: what stands behind it may be a text.

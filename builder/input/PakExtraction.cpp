@@ -72,6 +72,8 @@ class PakReader {
         // A pipe of that name would make us wait for ever.
         if (fs::is_regular_file(pak, error)) file_.open(pak, std::ios::binary);
         require(file_.is_open(), "nao foi possivel abrir PAK");
+        time_ = fs::last_write_time(pak, error);
+        hasTime_ = !error;
         readFrame();
     }
 
@@ -192,6 +194,8 @@ class PakReader {
         // A full disk may show itself only now.
         out.close();
         require(out.good(), "falha gravando arquivo PAK: ", record.name);
+        // A PAK holds no times, and what was unpacked again is no newer than it was.
+        if (hasTime_) fs::last_write_time(path, time_, ignored);
     }
 
     // `size` bytes, at most the buffer's, into the buffer.
@@ -217,6 +221,8 @@ class PakReader {
     ExtractionLimits limits_;
     InterruptHold hold_;
     std::ifstream file_;
+    fs::file_time_type time_;  // of the PAK's last change, if it has one
+    bool hasTime_ = false;
     std::vector<char> buffer_;
     std::uint64_t position_ = UINT64_MAX;  // where the stream stands
     std::uint64_t limit_ = 0;              // end of the index, start of the footer

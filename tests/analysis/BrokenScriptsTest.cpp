@@ -20,7 +20,10 @@ TEST(BrokenScripts, TellPlaceTokenAndWhoComesThere) {
                  "animationscript moves.c\nthinkscript data/think.c\nondeathscript empty.c\n"
                  "onspawnscript open.c\n"
                  "anim idle\n@cmd dash 1\nframe a\n@cmd jump\n@cmd dash (2\nframe a\n"
-                 "anim walk\n@script\n  int x = ;\n@end_script\nframe b\n");
+                 "anim walk\n@script\n  int x = ;\n}\n@end_script\nframe b\n"
+                 // Lines of its kind stand in sound blocks, too.
+                 "anim run\n@script\nif (1) {\n}\n@end_script\nframe b\n"
+                 "anim pain\n@script\n{ ask(\n}\n@end_script\nframe b\n");
     folder.write("data/b.txt",
                  "animationscript moves.c\nanim idle\n@cmd jump\n@cmd DASH 2\nframe a\n");
     folder.write("data/moves.c",
@@ -38,7 +41,7 @@ TEST(BrokenScripts, TellPlaceTokenAndWhoComesThere) {
     writeScriptCheck(analysis.scriptCheck, folder.path() / "check.txt");
     EXPECT_EQ(folder.read("check.txt"),
               "SCRIPT CHECK\n"
-              "Compiled 5 scripts and 4 animation commands: 5 places break off.\n"
+              "Compiled 5 scripts and 6 animation commands: 6 places break off.\n"
               "\n"
               "data/a.txt:9 breaks off at `;`: expected ) near ';'\n"
               "    1 animation command comes there\n"
@@ -47,6 +50,10 @@ TEST(BrokenScripts, TellPlaceTokenAndWhoComesThere) {
               "data/a.txt:12 breaks off at `;`: unexpected token ;\n"
               "    1 animation command comes there\n"
               "    data/a.txt:12 @script\n"
+              "\n"
+              "data/a.txt:24 breaks off at `}`: unexpected token }\n"
+              "    1 animation command comes there\n"
+              "    data/a.txt:24 @script\n"
               "\n"
               "data/empty.c requested function/main() not found\n"
               "    1 hook comes there\n"

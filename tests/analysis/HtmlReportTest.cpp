@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -19,13 +20,13 @@ class HtmlReportTest : public testing::Test {
         folder_.write("game/data/" + file, text);
     }
 
-    std::string page(PageLinks links = PageLinks::kPortAssets) {
+    std::string page(PageLinks links = PageLinks::kPortAssets, const std::string& out = "out") {
         const ProjectScan project = scanProject(folder_.path() / "game");
         GameReader game(project.dataDir, project.root);
         const ProjectAnalysis analysis = analyzeProject(project, game);
-        std::filesystem::create_directories(folder_.path() / "out");
-        writeHtmlReport(project, analysis, game, folder_.path() / "out", links, "Tea & Co");
-        return folder_.read("out/index.html");
+        std::filesystem::create_directories(folder_.path() / out);
+        writeHtmlReport(project, analysis, game, folder_.path() / out, links, "Tea & Co");
+        return folder_.read(out + "/index.html");
     }
 
     static std::size_t count(std::string_view text, std::string_view piece) {
@@ -260,6 +261,55 @@ TEST_F(HtmlReportTest, WhatPlayShowedStandsWhereAReportIs) {
     folder_.write("out/playtest.json", R"({"summary": {"stages": "x", "unsupported": {"a": -1},
         "modelsNeverMet": [3]}, "stages": []})");
     EXPECT_NE(section(page(), "play").find("A bot cleared 0 of 0 stages."), std::string::npos);
+}
+
+TEST_F(HtmlReportTest, AReportOfPlayThatFitsTheGameNoMoreIsSaid) {
+    const auto report = [&](const char* stages, const char* models, const char* played) {
+        folder_.write("reports/playtest.json",
+                      std::string(R"({"summary": {"stagesCleared": 1, "stages": )") + stages +
+                          R"(, "modelsNeverMet": [)" + models + R"(]}, "stages": [{"stage": ")" +
+                          played + R"(", "models": {"Hero": {}}}]})");
+    };
+    const auto said = [&] {
+        const std::string play = section(page(PageLinks::kPortAssets, "reports"), "play");
+        const std::size_t start = play.find("<p class=\"warn\">");
+        return start == play.npos ? "" : play.substr(start, play.find("</p>", start) - start);
+    };
+    const auto age = [&](const std::string& file, int hours) {
+        const auto now = std::filesystem::file_time_type::clock::now();
+        std::filesystem::last_write_time(folder_.path() / file, now - std::chrono::hours(hours));
+    };
+    write("models.txt", "load Hero hero.txt\nload Foe foe.txt\n");
+    write("hero.txt", "name Hero\nanim idle\nframe a\n");
+    write("foe.txt", "name Fiend\nanim idle\nframe a\n");
+    write("levels.txt", "set S\nfile one.txt\n");
+    write("one.txt", "at 0\n");
+    folder_.write("runtime/generated/GeneratedStages.cpp", "");
+    for (const char* file : {"models.txt", "hero.txt", "foe.txt", "levels.txt", "one.txt"}) {
+        age(std::string("game/data/") + file, 9);
+    }
+    age("runtime/generated/GeneratedStages.cpp", 9);
+
+    const auto expect = [&](std::string_view piece) {
+        const std::string text = said();
+        EXPECT_NE(text.find(piece), text.npos) << text;
+    };
+    report("2", "\"Fiend\"", "data/one.txt");
+    expect("another conversion: it knows 2 stages, and the game has 1.");
+    report("1", "\"Fiend\"", "data/two.txt");
+    expect("another conversion: the game has no stage <code>data/two.txt</code>.");
+    report("1", "\"Ghost\"", "data/one.txt");
+    expect("another conversion: the game has no model <code>Ghost</code>.");
+    report("1", "", "data/one.txt");
+    expect("another conversion: it knows no model <code>Fiend</code>.");
+    report("1", "\"Fiend\"", "data/one.txt");
+    EXPECT_EQ(said(), "");
+    age("reports/playtest.json", 5);
+    age("runtime/generated/GeneratedStages.cpp", 4);
+    expect("older than the port: its tables have changed since.");
+    age("game/data/hero.txt", 3);
+    age("game/data/one.txt", 2);
+    expect("2 files have changed since, the last of them <code>data/one.txt</code>.");
 }
 
 TEST_F(HtmlReportTest, FilesThatTheGameNeverLoadsStandApart) {

@@ -112,7 +112,7 @@ TEST(OccurrenceRefiner, EveryRuleRaisesWhatItsTextSaysAndNothingElse) {
     folder.write("data/hero.txt", "combostyle 1\nanim idle\nframe a\nanim death\nframe a\n");
     folder.write("data/plain.txt", "anim idle\nframe a\n");
     folder.write("data/levels.txt", "set A\nfile stage.txt\n");
-    folder.write("data/stage.txt", "");
+    folder.write("data/stage.txt", "weapon Plain\ncoords 1 2\nat 0\n");
     folder.write("data/pal.gif", "GIF89a");
     folder.write("data/8bit.png", std::string("\x89PNG") + std::string(21, '\0') + "\x03");
     folder.write("data/true.png", std::string("\x89PNG") + std::string(21, '\0') + "\x06");
@@ -168,14 +168,16 @@ class OccurrenceRefinerLines : public testing::Test {
         scanner_.emplace(*game_, project_);
         refiner_.emplace(project_, *game_, *scanner_);
     }
-    bool isRaised(const std::string& text, const std::string& file = "x.txt") {
+    // Why the line is not raised; empty if it is.
+    std::string reason(const std::string& text, const std::string& file = "x.txt") {
         const TextFile lines(text);
         const TextLine& line = lines.lines().front();
         CommandRule rule = lookupCommand(line.key);
-        refiner_->refineOccurrence(rule, OccurrenceRefiner::rulesOf(line.key), line,
-                                   project_.dataDir / file);
-        return rule.status == CompatStatus::kSupported;
+        const OccurrenceRefiner::Rules rules = OccurrenceRefiner::rulesOf(line.key);
+        refiner_->refineOccurrence(rule, rules, line, project_.dataDir / file);
+        return rule.status == CompatStatus::kSupported ? "" : refiner_->reasonAgainst(rules, line);
     }
+    bool isRaised(const std::string& text) { return reason(text).empty(); }
 
     test::TempFolder folder_;
     ProjectScan project_;
@@ -189,15 +191,32 @@ TEST_F(OccurrenceRefinerLines, NamesThatLeadNowhereAreNotRaised) {
     write("levels.txt", "set A\nfile stage.txt\n");
     write("models.txt", "load A a.txt\n");
     write("a.txt", "anim idle\nframe a\n");
-    write("stage.txt", "");
+    write("stage.txt", "spawn A\nweapon A\ncoords 1 2\nat 0\n");
     write("gone.txt", "animation gone.gif 0 0 1 0\n");
+    write("odd.txt", "music a.bor\nskipto 2\n");
+    write("true.png", std::string("\x89PNG") + std::string(21, '\0') + "\x06");
+    write("odd.c", "void main(){ a(); b(); c(); d(); }");
     start();
-    for (const char* line : {"water gone 3", "bglayer gone 1 1", "fglayer gone 5 1 1"}) {
-        EXPECT_FALSE(isRaised(line, "stage.txt")) << line;
-    }
-    EXPECT_FALSE(isRaised("scene gone.txt", "levels.txt"));
-    EXPECT_FALSE(isRaised("nocost 1", "a.txt"));
-    EXPECT_TRUE(isRaised("nocost 1", "models.txt"));
+    const struct {
+        const char* line;
+        const char* file;
+        const char* reason;
+    } cases[] = {
+        {"water gone 3", "stage.txt", "`gone` is not there"},
+        {"bglayer gone 1 1", "stage.txt", "`gone` is not there"},
+        {"fglayer gone 5 1 1", "stage.txt", "`gone` is not there"},
+        {"weapon A", "stage.txt", "inside of another spawn it does nothing"},
+        {"scene gone.txt", "levels.txt", "`gone.gif` is not there"},
+        {"scene odd.txt", "levels.txt", "it has a line `skipto`"},
+        {"palette true.png", "a.txt", "`true.png` has no palette"},
+        {"dust a ghost", "a.txt", "no model is called `ghost`"},
+        {"animationscript odd.c", "a.txt", "it asks for `a`, `b`, `c` and 1 more"},
+        {"@script\nodd();\n@end_script", "a.txt", "it asks for `odd`"},
+        {"nocost 1", "a.txt", "only `models.txt` sets it"},
+        {"nocost 1", "models.txt", ""},
+        {"nocost a", "models.txt", "`nocost a` has none of these forms"},
+    };
+    for (const auto& [line, file, why] : cases) EXPECT_EQ(reason(line, file), why) << line;
 }
 
 // A command whose steps cannot all match never fires.

@@ -315,10 +315,12 @@ TEST_F(DispatchTest, TestOfAPortChecksAndCompilesIt) {
     EXPECT_EQ(out_.str().rfind("OpenBOR project: " + path("/port") + '\n', 0), 0U) << out_.str();
     EXPECT_NE(out_.str().find(test::kCleanCounters + checks), std::string::npos) << out_.str();
 
-    folder_.write("met.json", R"({"summary": {"stagesCleared": 1, "stages": 1}, "stages": []})");
+    folder_.write("met.json", R"({"summary": {"stagesCleared": 1, "stages": 1},
+        "stages": [{"stage": "data/levels/one.txt", "models": {"Hero": {}}}]})");
     EXPECT_EQ(run({"test", "--playtest=" + path("/met.json"), "/port"}), 0) << err_.str();
     EXPECT_NE(folder_.read("port/reports/index.html").find("A bot cleared 1 of 1 stage."),
               std::string::npos);
+    EXPECT_EQ(folder_.read("port/reports/index.html").find("class=\"warn\""), std::string::npos);
     EXPECT_EQ(folder_.read("port/reports/playtest.json"), folder_.read("met.json"));
     EXPECT_EQ(run({"test", "/port", "--playtest=" + path("/absent.json")}), 2);
     EXPECT_EQ(err_.str(),
