@@ -10,6 +10,13 @@
 
 namespace tindrel::test {
 
+// Which variable names the folder of temporary files.
+#ifdef _WIN32
+inline constexpr const char* kTemporary = "TMP";
+#else
+inline constexpr const char* kTemporary = "TMPDIR";
+#endif
+
 // An environment variable that has its old value again at the end.
 class Environment {
   public:
@@ -48,7 +55,12 @@ class Environment {
     std::optional<std::string> before_;
 };
 
-#ifndef _WIN32
+#ifdef _WIN32
+// A folder that is being walked is no open file there.
+struct FewOpenFiles {
+    ~FewOpenFiles() {}
+};
+#else
 // Few files can be open at once while this lives.
 class FewOpenFiles {
   public:

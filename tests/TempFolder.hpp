@@ -9,8 +9,15 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tindrel::test {
+
+// A path as the system spells it, in UTF-8.
+inline std::string text(const std::filesystem::path& path) {
+    const std::u8string spelled = path.u8string();
+    return {spelled.begin(), spelled.end()};
+}
 
 class TempFolder {
   public:
@@ -31,18 +38,33 @@ class TempFolder {
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
+    // Names are UTF-8, where the system asks for more than bytes.
+    [[nodiscard]] std::filesystem::path below(std::string_view relative) const {
+        return path_ / std::u8string(relative.begin(), relative.end());
+    }
+
     // Writes a file below the folder, with its parents; returns its path.
     std::filesystem::path write(std::string_view relative, std::string_view content) const {
-        const std::filesystem::path file = path_ / relative;
+        const std::filesystem::path file = below(relative);
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary)
             .write(content.data(), static_cast<std::streamsize>(content.size()));
         return file;
     }
 
+    // Its content with the system's line ends as line feeds.
     [[nodiscard]] std::string read(std::string_view relative) const {
-        std::ifstream in(path_ / relative, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+        std::ifstream in(below(relative), std::ios::binary);
+        std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+#ifdef _WIN32
+        std::string text;
+        for (const char c : content) {
+            if (c == '\n' && text.ends_with('\r')) text.pop_back();
+            text += c;
+        }
+        content = std::move(text);
+#endif
+        return content;
     }
 
   private:

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <cstdio>
+#include <string>
 #include <vector>
 
 #include "Process.hpp"
@@ -38,7 +40,14 @@ void showError(std::string_view title, std::string_view message) {
                 MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
 }
 
+// A program without a console has an output only where a caller leads it somewhere.
 void tell(std::string_view title, std::string_view text) {
+    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    if (output != nullptr && GetFileType(output) != FILE_TYPE_UNKNOWN) {
+        std::fwrite(text.data(), 1, text.size(), stdout);
+        std::fflush(stdout);
+        return;
+    }
     MessageBoxW(nullptr, wide(text).c_str(), wide(title).c_str(), MB_OK | MB_ICONINFORMATION);
 }
 

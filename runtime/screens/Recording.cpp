@@ -208,7 +208,8 @@ bool readRecording(std::istream& in, Recording& out, std::string& error) {
 }
 
 bool Recorder::open(const std::filesystem::path& file) {
-    out_.open(file, std::ios::trunc);
+    // The same bytes on every system.
+    out_.open(file, std::ios::trunc | std::ios::binary);
     out_.imbue(std::locale::classic());
     return out_.good();
 }

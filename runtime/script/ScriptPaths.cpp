@@ -22,13 +22,25 @@ bool climbs(const fs::path& path) {
 
 // On every system, so that a game means the same files everywhere.
 bool hasDrive(const fs::path& path) {
-    const std::string text = path.generic_string();
-    return text.size() > 1 && text[1] == ':' && isLetter(text[0]);
+    const fs::path::string_type& text = path.native();
+    return text.size() > 1 && text[1] == ':' && text[0] < 0x80 &&
+           isLetter(static_cast<char>(text[0]));
 }
 
 bool onDisk(const fs::path& path) {
     std::error_code ignored;
     return fs::exists(path, ignored);
+}
+
+// Whether the disk gives the folder by a name in another case, too.
+bool ignoresCase(const fs::path& folder) {
+    std::string other = PathEncoding::utf8(folder);
+    for (char& c : other) {
+        if (isLetter(c)) c = static_cast<char>(c ^ ('a' ^ 'A'));
+    }
+    std::error_code ignored;
+    return other != PathEncoding::utf8(folder) &&
+           fs::equivalent(folder, PathEncoding::path(other), ignored);
 }
 
 }  // namespace
@@ -93,11 +105,15 @@ ScriptPaths::Folded& ScriptPaths::folded(const fs::path& path) {
     if (!added) return known;
     known.path = path;
     known.exists = onDisk(path);
-    if (known.exists) return known;
+    if (!ignoresCase_) ignoresCase_ = ignoresCase(root_);
+    if (known.exists && !*ignoresCase_) return known;
     fs::path built = path.root_path();
     for (const fs::path& part : path.relative_path()) {
         fs::path name = part;
-        if (!onDisk(built / part)) {
+        // Where any case is on the disk, only the listing tells how a file is spelled, by which it
+        // is known again.
+        const bool isBelow = *ignoresCase_ && built.native().size() >= root_.native().size();
+        if (isBelow || !onDisk(built / part)) {
             const Listing& entries = listing(built);
             const auto entry = entries.find(lower(PathEncoding::utf8(part)));
             if (entry != entries.end()) name = entry->second;

@@ -4,6 +4,7 @@
 // files from "data/", so every lookup folds both. The disk is asked once for each answer.
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -59,6 +60,7 @@ class ScriptPaths {
     void indexBasenames();
 
     std::filesystem::path root_;
+    std::optional<bool> ignoresCase_;  // the disk does; asked once
     std::unordered_map<std::string, Folded> folded_;
     std::unordered_map<std::string, Listing> listings_;
     Listing basenames_;  // an empty path marks a name that stands twice

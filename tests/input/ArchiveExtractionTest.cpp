@@ -59,9 +59,9 @@ void writeProgram(const fs::path& path) {
 TEST_F(ArchiveExtractionTest, WindowsChain) {
     const Environment path("PATH", folder_.path().string());
     const Environment programs("ProgramFiles", folder_.path().string());
-    archive_ = folder_.path() / "it's \u2019new\u2019.zip";
-    const std::string in = archive_.string();
-    const std::string out = out_.string();
+    archive_ = folder_.below("it's \u2019new\u2019.zip");
+    const std::string in = test::text(archive_);
+    const std::string out = test::text(out_);
 
     EXPECT_FALSE(extract(recorded(windowsArchiveTools(), {1, -1})));
     EXPECT_EQ(error_,
@@ -72,9 +72,9 @@ TEST_F(ArchiveExtractionTest, WindowsChain) {
                                 "-ExecutionPolicy",
                                 "Bypass",
                                 "-Command",
-                                "Expand-Archive -LiteralPath '" + folder_.path().string() +
-                                    "/it''s \u2019\u2019new\u2019\u2019.zip' -DestinationPath '" +
-                                    out + "' -Force"};
+                                "Expand-Archive -LiteralPath '" +
+                                    test::text(folder_.below("it''s \u2019\u2019new\u2019\u2019.zip")) +
+                                    "' -DestinationPath '" + out + "' -Force"};
     const Command tar = {"tar.exe", "-xf", in, "-C", out};
     EXPECT_EQ(commands_, (std::vector<Command>{powerShell, tar}));
 
@@ -86,7 +86,7 @@ TEST_F(ArchiveExtractionTest, WindowsChain) {
               "RAR detectado pelo conteudo, mas tar.exe/7-Zip nao conseguiram extrair (codigos "
               "3/4). Instale 7-Zip ou extraia o RAR e selecione a pasta do jogo.");
     EXPECT_EQ(commands_,
-              (std::vector<Command>{tar, {program.string(), "x", "-y", "-o" + out, in}}));
+              (std::vector<Command>{tar, {test::text(program), "x", "-y", "-o" + out, in}}));
 
     commands_.clear();
     EXPECT_TRUE(extract(recorded(windowsArchiveTools(), {0})));

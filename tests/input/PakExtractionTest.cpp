@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "PakWriter.hpp"
+#include "PathEncoding.hpp"
 #include "TempFolder.hpp"
 
 namespace tindrel {
@@ -34,7 +35,7 @@ class PakExtractionTest : public ::testing::Test {
         std::vector<std::string> found;
         for (const auto& entry : fs::recursive_directory_iterator(output())) {
             if (!entry.is_regular_file()) continue;
-            const std::string name = entry.path().lexically_relative(output()).generic_string();
+            const std::string name = PathEncoding::utf8(entry.path().lexically_relative(output()));
             found.push_back(name + '=' + folder_.read("out/" + name));
         }
         std::sort(found.begin(), found.end());

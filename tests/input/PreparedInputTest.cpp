@@ -48,7 +48,7 @@ class PreparedInputTest : public ::testing::Test {
 
     test::TempFolder folder_;
     test::TempFolder temp_;
-    test::Environment environment_{"TMPDIR", temp_.path().string()};
+    test::Environment environment_{test::kTemporary, temp_.path().string()};
 };
 
 TEST_F(PreparedInputTest, Folders) {
@@ -91,7 +91,7 @@ TEST_F(PreparedInputTest, FolderOfPaks) {
         EXPECT_EQ(sessions(), 1);
     }
     EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-              "[WARN] PAK ignorado " + bad.string() + ": assinatura PACK nao encontrada\n");
+              "[WARN] PAK ignorado " + test::text(bad) + ": assinatura PACK nao encontrada\n");
     EXPECT_EQ(sessions(), 0);
     fs::remove_all(folder_.path() / "paks/b");
     fs::remove(folder_.path() / "paks/game.pak");
@@ -117,10 +117,12 @@ TEST_F(PreparedInputTest, Signatures) {
     EXPECT_EQ(kind("Rar!\x1A\x07\x02"), ContentKind::None);
     EXPECT_EQ(kind("Rar!\x1A\x07"), ContentKind::None);
     EXPECT_EQ(detectContentKind(folder_.path()), ContentKind::None);
+#ifndef _WIN32
     ::mkfifo((folder_.path() / "pipe.pak").c_str(), 0600);
     EXPECT_EQ(detectContentKind(folder_.path() / "pipe.pak"), ContentKind::None);
     EXPECT_EQ(refusal(folder_.path() / "pipe.pak"),
               "Falha ao extrair PAK: nao foi possivel abrir PAK");
+#endif
 }
 
 TEST_F(PreparedInputTest, Paks) {
@@ -225,7 +227,7 @@ TEST_F(PreparedInputTest, SessionsArePrivateAndGoWhole) {
     EXPECT_EQ(folder_.read("victim.txt"), "untouched");
 
     folder_.write("file", "");
-    const test::Environment nowhere("TMPDIR", (folder_.path() / "file").string());
+    const test::Environment nowhere(test::kTemporary, (folder_.path() / "file").string());
     fs::current_path(temp_.path());
     const fs::path beside = createTempSession();
     EXPECT_EQ(beside.parent_path(), temp_.path() / "Tindrel-Builder");

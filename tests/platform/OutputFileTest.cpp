@@ -58,7 +58,9 @@ TEST(OutputFile, AFileThatHoldsTheTextAlreadyIsLeftUntouched) {
     };
     const std::string text = std::string(600'000, 'x') + "\nend\n";
     write(text);
-    const auto before = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    // Not every library tells times more exactly than that.
+    const auto before = std::chrono::floor<std::chrono::seconds>(fs::file_time_type::clock::now()) -
+                        std::chrono::hours(1);
     fs::last_write_time(path, before);
     write(text);
     EXPECT_EQ(fs::last_write_time(path), before);

@@ -16,10 +16,34 @@ namespace fs = std::filesystem;
 using test::Environment;
 using test::TempFolder;
 
+#ifdef _WIN32
+const std::vector<std::string> kShell = {"cmd", "/c"};
+constexpr const char* kProgramSuffix = ".exe";
+constexpr char kBetweenFolders = ';';
+#else
+const std::vector<std::string> kShell = {"sh", "-c"};
+constexpr const char* kProgramSuffix = "";
+constexpr char kBetweenFolders = ':';
+#endif
+
+int runShell(const std::string& line) {
+    std::vector<std::string> command = kShell;
+    command.push_back(line);
+    return runCommand(command);
+}
+
+fs::path writeProgram(const TempFolder& folder, const std::string& name) {
+    fs::path file = folder.write(name + kProgramSuffix, "#!/bin/sh\n");
+    fs::permissions(file, fs::perms::owner_exec, fs::perm_options::add);
+    return file;
+}
+
 TEST(RunCommand, ReturnsTheChildsCode) {
-    EXPECT_EQ(runCommand({"sh", "-c", "exit 0"}), 0);
-    EXPECT_EQ(runCommand({"sh", "-c", "exit 7"}), 7);
-    EXPECT_EQ(runCommand({"sh", "-c", "kill -9 $$"}), 128 + 9);
+    EXPECT_EQ(runShell("exit 0"), 0);
+    EXPECT_EQ(runShell("exit 7"), 7);
+#ifndef _WIN32
+    EXPECT_EQ(runShell("kill -9 $$"), 128 + 9);
+#endif
     EXPECT_EQ(runCommand({}), -1);
     EXPECT_EQ(runCommand({"no-such-program-of-ours"}), -1);
     EXPECT_EQ(runCommand({"/"}), -1) << "a folder cannot be started";
@@ -45,42 +69,44 @@ TEST(RunCommand, KeepsOurOutputBeforeTheChilds) {
     testing::internal::CaptureStdout();
     std::printf("first\n");
     std::cout << "second\n";
-    EXPECT_EQ(runCommand({"echo", "third"}), 0);
+    EXPECT_EQ(runShell("echo third"), 0);
     std::cout << "fourth\n" << std::flush;
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "first\nsecond\nthird\nfourth\n");
+    std::string said = testing::internal::GetCapturedStdout();
+    std::erase(said, '\r');
+    EXPECT_EQ(said, "first\nsecond\nthird\nfourth\n");
 }
 
 TEST(SearchProgram, TakesTheFirstExecutableFileOnThePath) {
     const TempFolder folder;
     fs::create_directories(folder.path() / "folders" / "tool");
     folder.write("plain/tool", "not executable");
-    for (const char* name : {"first/tool", "second/tool", "second/other"}) {
-        fs::permissions(folder.write(name, "#!/bin/sh\n"), fs::perms::owner_exec,
-                        fs::perm_options::add);
+    const fs::path tool = writeProgram(folder, "first/tool");
+    writeProgram(folder, "second/tool");
+    const fs::path other = writeProgram(folder, "second/other");
+    std::string value;
+    for (const char* name : {"missing", "folders", "plain", "first", "second"}) {
+        value += (folder.path() / name).string() + kBetweenFolders;
     }
-    const std::string top = folder.path().string();
-    const Environment path("PATH", top + "/missing:" + top + "/folders:" + top + "/plain:" + top +
-                                       "/first:" + top + "/second");
-    EXPECT_EQ(searchProgram("tool"), folder.path() / "first" / "tool");
-    EXPECT_EQ(searchProgram("other"), folder.path() / "second" / "other");
+    const Environment path("PATH", value.substr(0, value.size() - 1));
+    EXPECT_EQ(searchProgram("tool"), tool);
+    EXPECT_EQ(searchProgram("other"), other);
     EXPECT_EQ(searchProgram("absent"), fs::path());
     EXPECT_EQ(searchProgram(""), fs::path());
 }
 
 TEST(SearchProgram, AnswersForAnyLaterWorkingFolder) {
     const TempFolder folder;
-    fs::permissions(folder.write("bin/tool", "#!/bin/sh\n"), fs::perms::owner_exec,
-                    fs::perm_options::add);
+    const fs::path tool = writeProgram(folder, "bin/tool");
     const fs::path before = fs::current_path();
     fs::current_path(folder.path());
     const Environment path("PATH", "bin");
     const fs::path found = searchProgram("tool");
     fs::current_path(before);
-    EXPECT_EQ(found, folder.path() / "bin" / "tool");
+    EXPECT_EQ(found, tool);
 }
 
 TEST(BuilderFolder, IsThatOfTheRunningProgram) {
-    EXPECT_TRUE(fs::exists(builderFolder() / "toolchain_tests"));
+    EXPECT_TRUE(fs::exists(builderFolder() / (std::string("platform_tests") + kProgramSuffix)));
 }
 
 TEST(QuoteCommandLine, KeepsBackslashesAndQuotesApart) {

@@ -41,9 +41,12 @@ TEST(DataPaths, SafeMeansBelowTheFolderOnEverySystem) {
         EXPECT_FALSE(isSafeRelativePath(unsafe)) << unsafe;
     }
     EXPECT_FALSE(isSafeRelativePath(std::string("a\0b", 3)));
-    for (const char* safe : {"a", "a/b.txt", "..a/b..", "3:a"}) {
+    for (const char* safe : {"a", "a/b.txt", "..a/b.."}) {
         EXPECT_TRUE(isSafeRelativePath(safe)) << safe;
     }
+#ifndef _WIN32
+    EXPECT_TRUE(isSafeRelativePath("3:a")) << "no drive";
+#endif
 }
 
 TEST(DataPaths, InsideIsDecidedByElementsOfTheCanonicalPath) {

@@ -179,6 +179,9 @@ TEST(ScriptPaths, FoldsCaseAndFindsUniqueNames) {
     EXPECT_EQ(out, path("Scripts/Deep/File.C"));  // beside the current script
     EXPECT_TRUE(paths.safeScriptPath(path("Scripts/main.c"), "dAtA\\DATA/scripts/other.C", out));
     EXPECT_EQ(out, path("Scripts/Other.c"));
+    const auto other = folder.write("Scripts/\u65E5.c", "");
+    EXPECT_TRUE(paths.safeScriptPath(path("Scripts/main.c"), "scripts/\u65E5.C", out));
+    EXPECT_EQ(out, other);
     EXPECT_TRUE(paths.safeScriptPath(path("Scripts/main.c"), "none.c", out));
     EXPECT_EQ(out, path("none.c"));
     for (const char* raw : {"", "data/", "/etc/passwd", "data//x", "a/../../x", "..\\x"}) {

@@ -1,7 +1,10 @@
 #include "Startup.hpp"
 
 #include <gtest/gtest.h>
+
+#ifndef _WIN32
 #include <sys/wait.h>
+#endif
 
 #include <algorithm>
 #include <cstdlib>
@@ -125,14 +128,33 @@ struct PortRun : testing::Test {
         folder.write("config/graphics.ini", "[video]\nfps_limit=0\n");
     }
 
+    // A path below the folder as an argument of the shell.
+    [[nodiscard]] std::string quoted(const std::string& below = {}) const {
+        return '"' + root + (below.empty() ? "" : "/") + below + '"';
+    }
+
     // The exit code of `program` with these arguments.
     int start(const std::string& arguments, const std::string& program = PORT_PROGRAM) {
-        const std::string command =
-            "'" + program + "' " + arguments + " >'" + root + "/output' 2>'" + root + "/errors'";
+        const std::string command = '"' + program + "\" " + arguments + " >" + quoted("output") +
+                                    " 2>" + quoted("errors");
+#ifdef _WIN32
+        // Its shell takes the outermost quotes away.
+        const int code = std::system(("\"" + command + "\"").c_str());
+#else
         const int status = std::system(command.c_str());
+        const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+#endif
         output = folder.read("output");
         errors = folder.read("errors");
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return code;
+    }
+
+    // A copy of the program in `folder`.
+    static std::string copiedInto(const std::filesystem::path& folder) {
+        auto copy = folder / "OpenBOR-Port";
+        copy += std::filesystem::path(PORT_PROGRAM).extension();
+        std::filesystem::copy_file(PORT_PROGRAM, copy);
+        return copy.string();
     }
 
     std::string log() { return folder.read("runtime-startup.log"); }
@@ -141,8 +163,8 @@ struct PortRun : testing::Test {
 TEST_F(PortRun, DiagnoseChecksAndStops) {
     makePort();
     folder.write("runtime-startup.log", "an earlier start\n");
-    EXPECT_EQ(start("--diagnose '" + root + "'"), 0);
-    const std::filesystem::path program = PORT_PROGRAM;
+    EXPECT_EQ(start("--diagnose " + quoted()), 0);
+    const std::filesystem::path program = std::filesystem::absolute(PORT_PROGRAM);
     EXPECT_EQ(log(), "an earlier start\nSTART exe=" + PathEncoding::utf8(program.parent_path()) +
                          " root=" + root +
                          "\nPREFLIGHT assets=ok characters=5 stages=5\nDIAGNOSE OK\n");
@@ -154,18 +176,16 @@ TEST_F(PortRun, TellsOfItselfWithoutATrace) {
     makePort();
     folder.write("config/port.ini", "[port]\r\nbuilder=1.2.3\r\n");
     std::filesystem::remove(folder.path() / "runtime-startup.log");
-    EXPECT_EQ(start("--version '" + root + "'"), 0);
+    EXPECT_EQ(start("--version " + quoted()), 0);
     EXPECT_EQ(output, "OpenBOR-Port, made by Tindrel Builder 1.2.3\n5 characters, 5 stages\n");
-    EXPECT_EQ(start("--help '" + root + "'"), 0);
+    EXPECT_EQ(start("--help " + quoted()), 0);
     EXPECT_EQ(output, helpText());
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "runtime-startup.log"));
 }
 
 TEST_F(PortRun, APortWithoutAssetsFallsBackOnTheProgramsFolderAndFails) {
     const TempFolder alone;
-    const auto copy = alone.path() / "OpenBOR-Port";
-    std::filesystem::copy_file(PORT_PROGRAM, copy);
-    EXPECT_EQ(start("--diagnose '" + root + "'", copy.string()), 1);
+    EXPECT_EQ(start("--diagnose " + quoted(), copiedInto(alone.path())), 1);
     const std::string where = PathEncoding::utf8(alone.path());
     const std::string message =
         "Pasta assets/openbor-data nao encontrada. Mantenha o EXE junto das pastas assets e "
@@ -178,7 +198,7 @@ TEST_F(PortRun, APortWithoutAssetsFallsBackOnTheProgramsFolderAndFails) {
 
 TEST_F(PortRun, AGameThatEndsEarlyEndsWithOne) {
     makePort();
-    EXPECT_EQ(start("'" + root + "' --smoke-frames=1000"), 1) << "900 passes without a window";
+    EXPECT_EQ(start(quoted() + " --smoke-frames=1000"), 1) << "900 passes without a window";
     EXPECT_TRUE(
         errors.ends_with("SMOKE GAME FAIL gameplay_frames=900 expected=1000\n"
                          "O runtime encerrou de forma anormal (codigo 73).\n"))
@@ -191,9 +211,7 @@ TEST_F(PortRun, AGameThatEndsEarlyEndsWithOne) {
 TEST_F(PortRun, AHeadlessGamePlaysItselfAndKeepsItsSettings) {
     makePort();
     std::filesystem::create_directories(folder.path() / "portable/bin");
-    const auto copy = folder.path() / "portable/bin/OpenBOR-Port";
-    std::filesystem::copy_file(PORT_PROGRAM, copy);
-    EXPECT_EQ(start("", copy.string()), 0) << errors;
+    EXPECT_EQ(start("", copiedInto(folder.path() / "portable/bin")), 0) << errors;
     EXPECT_TRUE(log().ends_with("INITIALIZED OK\nEXIT code=0\n")) << log();
     EXPECT_TRUE(folder.read("config/graphics.ini").starts_with("[video]\nrenderer=d3d11\n"));
 }
@@ -201,8 +219,8 @@ TEST_F(PortRun, AHeadlessGamePlaysItselfAndKeepsItsSettings) {
 TEST_F(PortRun, TwoRunsOnTheSameInputsShowTheSame) {
     makePort();
     const auto hash = [&](const std::string& captures) {
-        EXPECT_EQ(start("'" + root + "' --smoke-frames=60 --capture-every=20 --capture='" + root +
-                        "/" + captures + "'"),
+        EXPECT_EQ(start(quoted() + " --smoke-frames=60 --capture-every=20 --capture=" +
+                        quoted(captures)),
                   0)
             << errors;
         const std::size_t at = output.find("SMOKE GAME HASH ");

@@ -183,13 +183,13 @@ TEST_F(PortPackageTest, LaunchersStartTheGameBesideThem) {
     const test::Environment path("PATH", systemPath_);
     int code = 0;
     const std::string shown = runCommandOutput(
-        {"sh", "-c", "\"$1\" < /dev/null", "sh", (stage_ / "INICIAR-JOGO.sh")}, code);
+        {"sh", "-c", "\"$1\" < /dev/null", "sh", (stage_ / "INICIAR-JOGO.sh").string()}, code);
     EXPECT_EQ(code, 3) << "the fake game's code";
     EXPECT_EQ(shown, "\nO jogo encerrou com erro 3.\nthe crash\n");
     EXPECT_EQ(folder_.read("game-Portable-Linux64/started"), "ran \n");
 
     const std::string diagnosis = runCommandOutput(
-        {"sh", "-c", "\"$1\" < /dev/null", "sh", (stage_ / "DIAGNOSTICO.sh")}, code);
+        {"sh", "-c", "\"$1\" < /dev/null", "sh", (stage_ / "DIAGNOSTICO.sh").string()}, code);
     EXPECT_EQ(diagnosis, "\nthe crash\n");
     EXPECT_EQ(folder_.read("game-Portable-Linux64/started"), "ran --diagnose\n");
 }
