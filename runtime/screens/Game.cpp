@@ -38,9 +38,13 @@ HeldInput Game::heldInput() const {
     return held;
 }
 
-void Game::show(bool over) {
+void Game::compose(bool over) {
     drawing.sort();
     paint(drawing, renderer, config, over);
+}
+
+void Game::show(bool over) {
+    compose(over);
     renderer.endFrame();
     audio.update();
 }

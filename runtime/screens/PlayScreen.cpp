@@ -37,7 +37,7 @@ void pollAudioHotkeys(Game& game) {
 
 // Frames take effect between the scenery, which stays as the logic left it, and the actors, who are
 // drawn where their frames have put them.
-void drawStage(Game& game) {
+void drawStage(Game& game, bool underMenu) {
     Tick tick = game.tick();
     shakeScreen(game.world);
     game.drawing.clear();
@@ -49,7 +49,11 @@ void drawStage(Game& game) {
     scene.addActors();
     scene.addScriptDrawing(game.scriptPictures);
     addHud(game.world, game.config, game.hud, sprites, game.drawing);
-    game.show();
+    if (underMenu && !game.config.asWritten) {
+        game.compose();
+    } else {
+        game.show();
+    }
     game.capture.pass(game.renderer.canvas());
     flushChildSpawns(tick);
 }

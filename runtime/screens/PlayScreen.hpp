@@ -12,7 +12,8 @@ inline constexpr const char* kUpdatedScript = "scripts/updated.c";
 // at once.
 bool playPass(Game& game);
 
-// The picture of the tick, in which frames take effect, brought to the window.
-void drawStage(Game& game);
+// The picture of the tick, in which frames take effect, brought to the window. Under a menu it is
+// shown together with that, lest the menu flickers; to the letter each is shown by itself.
+void drawStage(Game& game, bool underMenu = false);
 
 }  // namespace port

@@ -197,8 +197,11 @@ void beginGame(Game& game, bool keepLooks) {
     startPlayers(tick, keepLooks);
     grantExtraLives(world, game.extraLives);
     game.trace("game: start the music");
+    // To the letter, only a name that has its extension sounds in the first stage.
     const char* music = world.stage.row->music;
-    playStageMusic(game, runtimeCasePath(game.dataRoot / normalizeDataPath(music)));
+    playStageMusic(game, game.config.asWritten
+                             ? runtimeCasePath(game.dataRoot / normalizeDataPath(music))
+                             : resolveAudioAsset(game.dataRoot, music));
     game.frontend.state = FrontendState::Playing;
     if (!keepLooks) saveProgress(game);
     game.trace("game: run the spawn scripts");

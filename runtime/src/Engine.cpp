@@ -204,7 +204,7 @@ void Engine::runFrontendPass() {
     if (frontend.state == FrontendState::Playing || frontend.state == FrontendState::Quit) return;
     bringUp();
     const bool overStage = liesOverStage(frontend);
-    if (overStage) drawStage(game_);
+    if (overStage) drawStage(game_, true);
     game_.drawing.clear();
     addMenuBackground(game_.drawing, frontend);
     screen_->draw(game_.drawing);
