@@ -37,6 +37,14 @@ Word plainOperator(Word assignment) {
     }
 }
 
+// What the step at the end of a loop's round becomes, where the next round begins with `head`.
+Op backOf(const Instr& step, const Instr& head) {
+    if (head.a != step.a) return Op::StepBack;
+    return head.op == Op::Less    ? Op::CountBack
+           : head.op == Op::LessK ? Op::CountBackK
+                                  : Op::StepBack;
+}
+
 // Whether a key is equal to one of them at most, however it is rounded.
 bool apart(std::vector<double> numbers) {
     std::ranges::sort(numbers);
@@ -115,7 +123,7 @@ std::int32_t Compiler::beginLoop() {
 }
 
 void Compiler::loopBack(std::int32_t counter, std::int32_t top) {
-    if (last() != nullptr && last()->op == Op::SumK) last()->op = Op::StepBack;
+    if (last() != nullptr && last()->op == Op::SumK) last()->op = backOf(*last(), instr(top));
     emitWide(Op::LoopBack, static_cast<std::uint16_t>(counter), static_cast<std::size_t>(top));
 }
 
