@@ -25,7 +25,7 @@ set(port_platform_units
 set(port_script_uses core)
 set(port_script_units
   ScriptBuiltins ScriptCalls ScriptCheck ScriptCode ScriptCompiler ScriptExec ScriptExpressions
-  ScriptLexer ScriptLibrary ScriptLimits ScriptMacros ScriptMemory ScriptMends ScriptOperators
+  ScriptLexer ScriptLibrary ScriptLimits ScriptLocals ScriptMacros ScriptMemory ScriptMends ScriptOperators
   ScriptPaths ScriptPreprocessor ScriptProgram Scripts ScriptStatements ScriptText ScriptValue ScriptVM UnansweredNames)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
