@@ -5,6 +5,7 @@
 #include "CoopPlayers.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
+#include "GlobalScripts.hpp"
 #include "Joins.hpp"
 #include "Log.hpp"
 #include "Player1.hpp"
@@ -81,9 +82,7 @@ bool playPass(Game& game) {
     world.scripted.drawing.clearQueues();
     ++world.tick;
     pollAudioHotkeys(game);
-    if (game.hasUpdateScript) {
-        game.scripts.runHook(kUpdateScript, world.stageScriptCtx, "global-update");
-    }
+    game.scripts.runGlobal(kUpdateScript, world.stageScriptCtx, "global-update");
     updatePlayer(tick);
     if (updateInProgressJoins(tick)) {
         game.config.activePlayers = 1 + static_cast<int>(world.coop.size());
@@ -101,9 +100,7 @@ bool playPass(Game& game) {
     processStageInstructions(tick);
     updateCamera(tick);
     updateCombatLock(tick);
-    if (game.hasUpdatedScript) {
-        game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
-    }
+    game.scripts.runGlobal(kUpdatedScript, world.stageScriptCtx, "global-updated");
     regenerateGuard(world);
     takeImmediateBranch(game);
     drawStage(game);
