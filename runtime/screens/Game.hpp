@@ -90,7 +90,6 @@ struct Game {
     AudioSystem audio;
     SoundEffects effects;
     Scripts scripts;
-    bool hasUpdateScript = false, hasUpdatedScript = false;
     SpriteCache sprites;
     ScriptPictures scriptPictures;
     Scenery scenery;

@@ -5,6 +5,7 @@
 #include "CoopPlayers.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
+#include "GlobalScripts.hpp"
 #include "Joins.hpp"
 #include "Log.hpp"
 #include "Player1.hpp"
@@ -85,9 +86,7 @@ bool playPass(Game& game) {
     world.scripted.drawing.clearQueues();
     ++world.tick;
     pollAudioHotkeys(game);
-    if (game.hasUpdateScript) {
-        game.scripts.runHook(kUpdateScript, world.stageScriptCtx, "global-update");
-    }
+    game.scripts.runGlobal(kUpdateScript, world.stageScriptCtx, "global-update");
     updatePlayer(tick);
     if (updateInProgressJoins(tick)) {
         game.config.activePlayers = 1 + static_cast<int>(world.coop.size());
@@ -105,9 +104,7 @@ bool playPass(Game& game) {
     processStageInstructions(tick);
     updateCamera(tick);
     updateCombatLock(tick);
-    if (game.hasUpdatedScript) {
-        game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
-    }
+    game.scripts.runGlobal(kUpdatedScript, world.stageScriptCtx, "global-updated");
     regenerateGuard(world);
     takeImmediateBranch(game);
     drawStage(game);

@@ -4,10 +4,6 @@
 
 namespace port {
 
-// Global scripts of a game, below its data root; each may be absent.
-inline constexpr const char* kUpdateScript = "scripts/update.c";
-inline constexpr const char* kUpdatedScript = "scripts/updated.c";
-
 // One tick of play and its picture. True when the stage was left for another: the next tick follows
 // at once.
 bool playPass(Game& game);

@@ -170,7 +170,7 @@ bool loadStage(Game& game, std::size_t index, bool keepHealth) {
     game.trace("stage: level script");
     world.stageScriptCtx = {};
     game.scripts.runHook(row.levelScript, world.stageScriptCtx, "levelscript");
-    prepareScripts(game.scripts, world);
+    prepareScripts(game.scripts, world, game.config.maxPlayers);
     game.trace("stage: music");
     playStageMusic(game, resolveAudioAsset(game.dataRoot, row.music));
     applyReachedJoinGates(world, width);
