@@ -154,7 +154,7 @@ class Checkup {
         const CommandLines lines = linesOf(unit);
         if (!path.empty() && script.error.empty()) {
             ++result_.scripts;
-            for (const fs::path& file : script.files) result_.files.insert(relative(file));
+            noteFiles(script);
             judgeWhole(script, unit, lines);
         }
         note(script.mended);
@@ -179,11 +179,18 @@ class Checkup {
         for (const ModelDef* const model : unit.models) checkCommands(*model, known);
     }
 
+    // Scripts share most of their files.
+    void noteFiles(const port::script::CheckedScript& script) {
+        for (const fs::path* const file : script.files) {
+            if (readFiles_.insert(file->native()).second) result_.files.insert(relative(*file));
+        }
+    }
+
     // What is wrong with a script rather than with a place in it. A bracket left open shows at the
     // place that breaks off for it, if there is one.
     void judgeWhole(const port::script::CheckedScript& script, const Unit& unit,
                     const CommandLines& lines) {
-        const std::string file = relative(script.files.front());
+        const std::string file = relative(*script.files.front());
         const bool showsElsewhere =
             std::any_of(script.functions.begin(), script.functions.end(),
                         [](const auto* function) { return !function->breaks.empty(); });
@@ -376,6 +383,7 @@ class Checkup {
     std::map<std::string, Unit> units_;  // by script path as written
     std::unordered_map<std::string, std::vector<const AnimationCommandAudit*>> commandLines_;
     std::map<Place, BrokenScript> broken_;
+    std::unordered_set<fs::path::string_type> readFiles_;
     std::map<fs::path::string_type, std::set<MendedLine>> mended_;
     ScriptCheckup result_;
 };

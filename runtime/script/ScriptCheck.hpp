@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -40,9 +41,9 @@ struct CheckedFunction {
 };
 
 struct CheckedScript {
-    std::string error;                         // the script as a whole cannot be had
-    bool closed = true;                        // no comment, text or bracket is left open
-    std::vector<std::filesystem::path> files;  // all that were read for it
+    std::string error;                                // the script as a whole cannot be had
+    bool closed = true;                               // no comment, text or bracket is left open
+    std::vector<const std::filesystem::path*> files;  // all that were read for it
     std::vector<const CheckedFunction*> functions;
     std::vector<MendedPlace> mended;  // directives
 
@@ -57,6 +58,12 @@ struct TextArgument {
     std::size_t count = 0;
     const std::filesystem::path& file;
     std::size_t line = 0;  // from 1
+};
+
+// Where each line of a text stood.
+struct LineOrigins {
+    std::vector<const std::filesystem::path*> files;
+    std::vector<LineOrigin> lines;
 };
 
 class ScriptCheck {
@@ -91,12 +98,13 @@ class ScriptCheck {
         std::size_t script = 0;  // the last one that it was found in
     };
 
-    std::string expand(std::string_view text, PreprocessorState& state);
+    using Segments = std::span<const ExpandedText::Segment>;
+
+    ExpandedText expand(ScriptSource& source, PreprocessorState& state);
     std::unique_ptr<Program> program(std::string text, Names& names, Program* base);
-    std::size_t takePieces(std::string_view text);
-    const Piece& piece(const LineOrigins::Line* begin, const LineOrigins::Line* end,
-                       std::string_view text);
-    Piece read(std::string_view text, const LineOrigins& origins);
+    std::size_t takePieces(const ExpandedText& text);
+    const Piece& piece(const std::filesystem::path& file, Segments segments);
+    Piece read(std::string text, const LineOrigins& origins);
     void tellTexts(const Tokens& tokens, const LineOrigins& origins);
     CheckedFunction check(Function& function, const LineOrigins& origins);
     void add(const CheckedFunction& function, std::size_t& definer);
@@ -105,10 +113,10 @@ class ScriptCheck {
     ScriptSources sources_;
     std::function<void(const TextArgument&)> told_;
     std::size_t work_ = 0;
-    TextMap<TextMap<Piece>> pieces_;  // by text, and by file and lines
-    std::size_t kept_ = 0;            // bytes of them, about
-    TextMap<std::size_t> definers_;   // by function, the last script that defines it
-    std::size_t scripts_ = 0;         // so many were begun
+    TextMap<Piece> pieces_;          // by file, lines and what macros made of them
+    std::size_t kept_ = 0;           // bytes of them, about
+    TextMap<std::size_t> definers_;  // by function, the last script that defines it
+    std::size_t scripts_ = 0;        // so many were begun
     std::string place_;
     // Of the last file(). Names last as long as a program.
     std::filesystem::path path_;
