@@ -181,8 +181,8 @@ class Checkup {
 
     // Scripts share most of their files.
     void noteFiles(const port::script::CheckedScript& script) {
-        for (const fs::path* const file : script.files) {
-            if (readFiles_.insert(file->native()).second) result_.files.insert(relative(*file));
+        for (const port::script::ScriptSource* const file : script.files) {
+            if (readFiles_.insert(file).second) result_.files.insert(relative(file->path));
         }
     }
 
@@ -190,7 +190,7 @@ class Checkup {
     // place that breaks off for it, if there is one.
     void judgeWhole(const port::script::CheckedScript& script, const Unit& unit,
                     const CommandLines& lines) {
-        const std::string file = relative(*script.files.front());
+        const std::string file = relative(script.files.front()->path);
         const bool showsElsewhere =
             std::any_of(script.functions.begin(), script.functions.end(),
                         [](const auto* function) { return !function->breaks.empty(); });
@@ -383,7 +383,7 @@ class Checkup {
     std::map<std::string, Unit> units_;  // by script path as written
     std::unordered_map<std::string, std::vector<const AnimationCommandAudit*>> commandLines_;
     std::map<Place, BrokenScript> broken_;
-    std::unordered_set<fs::path::string_type> readFiles_;
+    std::unordered_set<const port::script::ScriptSource*> readFiles_;
     std::map<fs::path::string_type, std::set<MendedLine>> mended_;
     ScriptCheckup result_;
 };

@@ -6,7 +6,6 @@
 #include <set>
 #include <utility>
 
-#include "PathEncoding.hpp"
 #include "ScriptLibrary.hpp"
 #include "ScriptPaths.hpp"
 
@@ -138,27 +137,29 @@ std::size_t ScriptCheck::takePieces(const ExpandedText& text) {
 
 // The piece of those segments of one file, whose functions come to the script if it was not in
 // there before.
-const ScriptCheck::Piece& ScriptCheck::piece(const fs::path& file, Segments segments) {
-    place_ = PathEncoding::utf8(file) + '\0';
-    std::size_t bytes = 0;
+const ScriptCheck::Piece& ScriptCheck::piece(const ScriptSource& source, Segments segments) {
+    place_.clear();
+    std::size_t bytes = source.name.size();
     for (const ExpandedText::Segment& segment : segments) {
         bytes += segment.text.size();
         place_ += std::to_string(segment.origin.line) + ':' + std::to_string(segment.lines) + ' ';
         if (segment.made) place_ += segment.text;
     }
     work_ += (place_.size() + bytes) / kKnownPerByte;
-    const auto [slot, added] = pieces_.try_emplace(place_);
+    const auto [slot, added] = pieces_[&source].try_emplace(place_);
     Piece& found = slot->second;
     if (added) {
-        LineOrigins origins{{&file}, {}};
+        LineOrigins origins{{&source.path}, {}};
         std::string text = join(segments, origins);
         for (LineOrigin& line : origins.lines) line.file = 0;
         found = read(std::move(text), origins);
         kept_ += place_.size() + sizeof(Piece);
-        for (const auto& [function, definer] : found.functions) kept_ += weight(function);
+        for (const CheckedFunction& function : found.functions) kept_ += weight(function);
     }
     if (found.whole && std::exchange(found.script, scripts_) != scripts_) {
-        for (const auto& [function, definer] : found.functions) add(function, *definer);
+        for (std::size_t i = 0; i < found.names.size(); ++i) {
+            if (defines(found.names[i])) checked_.functions.push_back(&found.functions[i]);
+        }
     }
     return found;
 }
@@ -171,7 +172,8 @@ ScriptCheck::Piece ScriptCheck::read(std::string text, const LineOrigins& origin
     // A command must not find its own function here.
     if (!standsAlone(tokens) || own->find(kFrameFunction) != nullptr) return piece;
     for (Function& function : own->functions) {
-        piece.functions.push_back({check(function, origins), &definers_[function.name]});
+        piece.functions.push_back(check(function, origins));
+        piece.names.push_back(nameOf(function));
         const std::vector<std::size_t>& errors = function.errorTokens;
         const bool ranOut = std::ranges::find(errors, tokens.list.size() - 1) != errors.end();
         if (ranOut) return {};
@@ -183,9 +185,15 @@ ScriptCheck::Piece ScriptCheck::read(std::string text, const LineOrigins& origin
     return piece;
 }
 
-// The first definition of a name holds.
-void ScriptCheck::add(const CheckedFunction& function, std::size_t& definer) {
-    if (std::exchange(definer, scripts_) != scripts_) checked_.functions.push_back(&function);
+std::size_t ScriptCheck::nameOf(const Function& function) {
+    const auto [slot, added] = names_.try_emplace(function.name, definers_.size());
+    if (added) definers_.push_back(0);
+    return slot->second;
+}
+
+// Whether the script in hand gets that name now: the first definition holds.
+bool ScriptCheck::defines(std::size_t name) {
+    return std::exchange(definers_[name], scripts_) != scripts_;
 }
 
 // Goes by the brackets alone, so that what breaks off is heard of too.
@@ -278,7 +286,7 @@ CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origin
 
 const CheckedScript& ScriptCheck::file(std::string_view raw) {
     program_.reset();
-    names_ = std::make_unique<Names>();
+    programNames_ = std::make_unique<Names>();
     state_ = {};
     origins_ = {};
     checked_ = {};
@@ -287,6 +295,7 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     ++scripts_;
     if (kept_ > kMaxPieces) {
         pieces_.clear();
+        names_.clear();
         definers_.clear();
         kept_ = 0;
     }
@@ -312,12 +321,12 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     const ExpandedText expanded = expand(source, state_);
     state_.mended = nullptr;
     checked_.files = expanded.files;
-    origins_.files = expanded.files;
+    for (const ScriptSource* const read : expanded.files) origins_.files.push_back(&read->path);
     for (const auto& [mend, line] : mended) {
         checked_.mended.push_back(placeOf(mend, line, origins_));
     }
     const Segments behind = Segments(expanded.segments).subspan(takePieces(expanded));
-    program_ = program(join(behind, origins_), *names_, nullptr);
+    program_ = program(join(behind, origins_), *programNames_, nullptr);
     const Tokens& rest = program_->tokens;
     braces_ += balance(rest, Word::LeftBrace, Word::RightBrace);
     parens_ += balance(rest, Word::LeftParen, Word::RightParen);
@@ -325,8 +334,8 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     if (told_) tellTexts(rest, origins_);
     for (Function& function : program_->functions) {
         kept_ += function.name.size();
-        std::size_t& definer = definers_[function.name];
-        if (definer != scripts_) add(functions_.emplace_back(check(function, origins_)), definer);
+        if (!defines(nameOf(function))) continue;
+        checked_.functions.push_back(&functions_.emplace_back(check(function, origins_)));
     }
     return checked_;
 }
@@ -357,16 +366,17 @@ CheckedFunction ScriptCheck::command(std::string_view command) {
     MendedLines mended;
     state.mended = &mended;
     ScriptSource source(path_, frameText(command));
-    ExpandedText expanded = expand(source, state);
+    const ExpandedText expanded = expand(source, state);
     state.mended = nullptr;
     state.produced = produced;
     state.full = full;
     static const fs::path kNone;
-    expanded.files.front() = &kNone;
     const std::size_t firstFile = origins.files.size();
-    origins.files.insert(origins.files.end(), expanded.files.begin(), expanded.files.end());
+    for (const ScriptSource* const read : expanded.files) {
+        origins.files.push_back(read == &source ? &kNone : &read->path);
+    }
     text += join(expanded.segments, origins, firstFile);
-    const std::unique_ptr<Program> frame = program(std::move(text), *names_, base);
+    const std::unique_ptr<Program> frame = program(std::move(text), *programNames_, base);
     Function* const function = frame->find(kFrameFunction);
     CheckedFunction out;
     if (function != nullptr) out = check(*function, origins);

@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -41,9 +42,9 @@ struct CheckedFunction {
 };
 
 struct CheckedScript {
-    std::string error;                                // the script as a whole cannot be had
-    bool closed = true;                               // no comment, text or bracket is left open
-    std::vector<const std::filesystem::path*> files;  // all that were read for it
+    std::string error;                       // the script as a whole cannot be had
+    bool closed = true;                      // no comment, text or bracket is left open
+    std::vector<const ScriptSource*> files;  // all that were read for it
     std::vector<const CheckedFunction*> functions;
     std::vector<MendedPlace> mended;  // directives
 
@@ -90,12 +91,9 @@ class ScriptCheck {
         bool whole = false;         // else all else is unknown: what follows belongs to it
         std::ptrdiff_t braces = 0;  // opened and not closed
         std::ptrdiff_t parens = 0;
-        struct Definition {
-            CheckedFunction function;
-            std::size_t* definer = nullptr;  // see definers_
-        };
-        std::vector<Definition> functions;
-        std::size_t script = 0;  // the last one that it was found in
+        std::vector<CheckedFunction> functions;
+        std::vector<std::size_t> names;  // theirs, see nameOf()
+        std::size_t script = 0;          // the last one that it was found in
     };
 
     using Segments = std::span<const ExpandedText::Segment>;
@@ -103,26 +101,29 @@ class ScriptCheck {
     ExpandedText expand(ScriptSource& source, PreprocessorState& state);
     std::unique_ptr<Program> program(std::string text, Names& names, Program* base);
     std::size_t takePieces(const ExpandedText& text);
-    const Piece& piece(const std::filesystem::path& file, Segments segments);
+    const Piece& piece(const ScriptSource& source, Segments segments);
     Piece read(std::string text, const LineOrigins& origins);
     void tellTexts(const Tokens& tokens, const LineOrigins& origins);
     CheckedFunction check(Function& function, const LineOrigins& origins);
-    void add(const CheckedFunction& function, std::size_t& definer);
+    std::size_t nameOf(const Function& function);
+    bool defines(std::size_t name);
     [[nodiscard]] std::size_t lineOf(const Tokens& tokens, std::size_t token);
 
     ScriptSources sources_;
     std::function<void(const TextArgument&)> told_;
     std::size_t work_ = 0;
-    TextMap<Piece> pieces_;          // by file, lines and what macros made of them
-    std::size_t kept_ = 0;           // bytes of them, about
-    TextMap<std::size_t> definers_;  // by function, the last script that defines it
-    std::size_t scripts_ = 0;        // so many were begun
+    // By file, and by its lines and what macros made of them.
+    std::unordered_map<const ScriptSource*, TextMap<Piece>> pieces_;
+    std::size_t kept_ = 0;               // bytes of them, about
+    TextMap<std::size_t> names_;         // of functions, numbered from 0
+    std::vector<std::size_t> definers_;  // by name, the last script that defines it
+    std::size_t scripts_ = 0;            // so many were begun
     std::string place_;
     // Of the last file(). Names last as long as a program.
     std::filesystem::path path_;
     PreprocessorState state_;
     LineOrigins origins_;  // of the text behind the pieces
-    std::unique_ptr<Names> names_;
+    std::unique_ptr<Names> programNames_;
     std::unique_ptr<Program> program_;  // the same
     std::deque<CheckedFunction> functions_;
     std::ptrdiff_t braces_ = 0;

@@ -45,7 +45,7 @@ class Preprocessor {
     void file(ScriptSource& source, std::vector<char>& active, int depth) {
         const LineOrigin includer = origin_;
         origin_ = {static_cast<std::uint32_t>(out_.files.size()), 1};
-        out_.files.push_back(&source.path);
+        out_.files.push_back(&source);
         if (depth > kMaxIncludeDepth) {
             report("preprocessor-depth");
             for (const SourceBlock& block : source.blocks) append(block.text, block.lines);

@@ -50,7 +50,7 @@ struct ExpandedText {
         std::uint32_t lines = 0;  // a line break each
         bool made = false;        // no source has them so
     };
-    std::vector<const std::filesystem::path*> files;  // in the order of reading; one may come again
+    std::vector<const ScriptSource*> files;  // in the order of reading; one may come again
     std::vector<Segment> segments;
     // Of the segments that are made.
     std::unique_ptr<std::pmr::monotonic_buffer_resource> memory =

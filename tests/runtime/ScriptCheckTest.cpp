@@ -37,7 +37,7 @@ TEST(ScriptCheck, NamesThePlaceInTheFileThatHoldsIt) {
     ScriptCheck check(folder.path());
     const CheckedScript& script = check.file("data/MAIN.c");
     EXPECT_EQ(script.error, "");
-    EXPECT_TRUE(script.files.size() >= 3 && script.files.back()->filename() == "lib.h");
+    EXPECT_TRUE(script.files.size() >= 3 && script.files.back()->path.filename() == "lib.h");
     EXPECT_EQ(shown(script.functions),
               (std::vector<std::string>{"bad lib.h:7 {: expected ) near '{'",
                                         "good lib.h:9 }: expected ) near '}'",
