@@ -89,8 +89,14 @@ class Checkup {
               if (keys_.answers(text.function, text.text, text.index, text.count)) return;
               keys_.note(text.function, text.text, relative(text.file), text.line);
           }) {
+        const SourceFile* file = nullptr;
+        std::vector<const AnimationCommandAudit*>* lines = nullptr;  // of that file
         for (const AnimationCommandAudit& audit : commands) {
-            commandLines_[PathEncoding::utf8(audit.file->relative)].push_back(&audit);
+            if (audit.file != file) {
+                file = audit.file;
+                lines = &commandLines_[PathEncoding::utf8(file->relative)];
+            }
+            lines->push_back(&audit);
         }
     }
 

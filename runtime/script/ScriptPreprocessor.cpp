@@ -48,7 +48,10 @@ class Preprocessor {
         out_.files.push_back(&source);
         if (depth > kMaxIncludeDepth) {
             report("preprocessor-depth");
-            for (const SourceBlock& block : source.blocks) append(block.text, block.lines);
+            for (const SourceBlock& block : source.blocks) {
+                origin_.line = block.line;
+                append(block.text, block.lines);
+            }
         } else {
             expand({source, active, depth});
         }
