@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "PathEncoding.hpp"
 #include "ScriptLimits.hpp"
 #include "TempFolder.hpp"
 
