@@ -26,7 +26,8 @@ set(port_script_uses core)
 set(port_script_units
   ScriptBuiltins ScriptCalls ScriptCheck ScriptCode ScriptCompiler ScriptExec ScriptExpressions
   ScriptLexer ScriptLibrary ScriptLimits ScriptLocals ScriptMacros ScriptMemory ScriptMends ScriptOperators
-  ScriptPaths ScriptPreprocessor ScriptProgram Scripts ScriptStatements ScriptText ScriptValue ScriptVM UnansweredNames)
+  ScriptPaths ScriptPreprocessor ScriptProgram ScriptSources Scripts ScriptStatements ScriptText ScriptValue
+  ScriptVM UnansweredNames)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units

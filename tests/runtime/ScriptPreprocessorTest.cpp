@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "PathEncoding.hpp"
 #include "ScriptLimits.hpp"
 #include "TempFolder.hpp"
 
@@ -14,7 +13,7 @@ struct PreprocessorTest : testing::Test {
     std::string expand(std::string_view source, PreprocessorState state = {}) {
         ScriptSources sources(folder.path(), true);
         const auto file = folder.path() / "scripts" / "main.c";
-        state.imported.insert(PathEncoding::utf8(file));
+        state.imported.insert(&sources.source(file));
         const std::string text = preprocessScript(sources, file, source, state);
         reports.clear();
         for (const std::string& report : state.unsupported) {
