@@ -54,8 +54,8 @@ TEST_F(EngineStage, AStageIsAsLongAsItsPicturesAndWhatWaitsInIt) {
 
 // Also of those who come behind it: who has joined or may do so, and the game's own.
 TEST_F(EngineStage, AStageHasItsScriptsCompiled) {
-    folder.write("assets/data/scripts/join2.c", "void main() {}");
-    folder.write("assets/data/scripts/other.c", "void main() {}");
+    folder.write("assets/openbor-data/scripts/join2.c", "void main() {}");
+    folder.write("assets/openbor-data/scripts/other.c", "void main() {}");
     const auto prepared = [&](const char* path) { return game.scripts.prepareHook(path) == 0; };
     world.player1.model = findCharacter("Mate");
     for (const bool joined : {false, true}) {
