@@ -54,10 +54,11 @@ TEST_F(EngineStage, AStageIsAsLongAsItsPicturesAndWhatWaitsInIt) {
 
 // Also of those who come behind it: who has joined or may do so, and the game's own.
 TEST_F(EngineStage, AStageHasItsScriptsCompiled) {
-    folder.write("assets/data/scripts/join2.c", "void main() {}");
-    folder.write("assets/data/scripts/other.c", "void main() {}");
+    folder.write("assets/openbor-data/scripts/join2.c", "void main() {}");
+    folder.write("assets/openbor-data/scripts/other.c", "void main() {}");
     const auto prepared = [&](const char* path) { return game.scripts.prepareHook(path) == 0; };
     world.player1.model = findCharacter("Mate");
+    world.slots[2].selectIndex = world.slots[3].selectIndex = 1;  // Mate as well
     for (const bool joined : {false, true}) {
         game.scripts.open(game.root, game.dataRoot, &game.host);
         world.slots[1].joined = joined;
