@@ -274,6 +274,8 @@ endfunction()
 function(port_platform_sources target folder)
   if(WIN32)
     set(system Windows)
+    # Not every compiler keeps the system's macros from taking the place of std::min and std::max.
+    target_compile_definitions(${target} PUBLIC NOMINMAX)
   else()
     set(system Posix)
   endif()

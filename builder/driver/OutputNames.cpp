@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "platform/FileStatus.hpp"
+#include "platform/LinkStatus.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
@@ -39,8 +40,7 @@ fs::path SelectionName::beside(const char* suffix) const {
 SelectionName nameSelection(const fs::path& selection) {
     fs::path path = selection;
     if (path.filename().empty()) path = path.parent_path();
-    std::error_code unknown;
-    const bool file = isFile(path) && !fs::is_symlink(path, unknown);
+    const bool file = isFile(path) && !isLink(path);
     return {path.parent_path(), file ? path.stem() : path.filename()};
 }
 

@@ -1,6 +1,7 @@
 #include "generator/PortFiles.hpp"
 
 #include "platform/FileReplace.hpp"
+#include "platform/LinkStatus.hpp"
 #include "platform/OutputFile.hpp"
 
 namespace tindrel {
@@ -11,7 +12,7 @@ void removeEntry(const fs::path& path) {
     std::error_code error;
     if (fs::remove(path, error)) return;
     // Windows keeps a file that is marked read-only, as the copies from a game's CD are.
-    if (!error || fs::is_symlink(path, error)) return;
+    if (!error || isLink(path)) return;
     fs::permissions(path, fs::perms::owner_write, fs::perm_options::add, error);
     fs::remove(path, error);
 }
@@ -39,7 +40,7 @@ std::error_code replaceWithCopy(const fs::path& source, const fs::path& target) 
     copyNewFile(source, target, error);
     std::error_code ignored;
     if (error) {
-        const fs::file_status before = fs::symlink_status(target, ignored);
+        const fs::file_status before = linkStatus(target, ignored);
         if (!fs::exists(before)) return error;
         if (!fs::is_symlink(before) &&
             (isUnchangedCopy(source, target) || fs::equivalent(source, target, ignored))) {
@@ -57,7 +58,7 @@ std::error_code replaceWithCopy(const fs::path& source, const fs::path& target) 
 
 std::error_code makeFolder(const fs::path& target) {
     std::error_code error;
-    const fs::file_status before = fs::symlink_status(target, error);
+    const fs::file_status before = linkStatus(target, error);
     if (fs::is_directory(before)) return {};
     if (fs::exists(before)) removeEntry(target);
     fs::create_directory(target, error);

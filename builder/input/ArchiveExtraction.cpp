@@ -8,6 +8,7 @@
 
 #include "platform/FileStatus.hpp"
 #include "platform/Interrupt.hpp"
+#include "platform/LinkStatus.hpp"
 #include "platform/RemoveTree.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/TreeWalk.hpp"
@@ -88,7 +89,7 @@ void makeReadable(const TreeEntry& entry) {
     const fs::perms wanted =
         entry.directory ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_write;
     std::error_code error;
-    const fs::perms now = fs::symlink_status(entry.path(), error).permissions();
+    const fs::perms now = linkStatus(entry.path(), error).permissions();
     if (!error && (now & wanted) != wanted) {
         fs::permissions(entry.path(), wanted, fs::perm_options::add, error);
     }

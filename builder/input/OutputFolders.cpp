@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "platform/LinkStatus.hpp"
+
 namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
@@ -34,7 +36,7 @@ FolderProblem OutputFolders::makeOne(NativeView below) {
     ++looks_;
     const fs::path folder = output_ / below;
     error_.clear();
-    const fs::file_type type = fs::symlink_status(folder, error_).type();
+    const fs::file_type type = linkStatus(folder, error_).type();
     if (type == fs::file_type::symlink) return FolderProblem::kLink;
     if (type == fs::file_type::not_found) {
         // A short name makes many folders, each a block of the disk, so they are counted too.

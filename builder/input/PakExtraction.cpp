@@ -11,6 +11,7 @@
 #include "PathEncoding.hpp"
 #include "input/OutputFolders.hpp"
 #include "platform/Interrupt.hpp"
+#include "platform/LinkStatus.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/Tokens.hpp"
 
@@ -181,7 +182,7 @@ class PakReader {
 
     void write(const Record& record, const fs::path& path) {
         std::error_code ignored;
-        const fs::file_type there = fs::symlink_status(path, ignored).type();
+        const fs::file_type there = linkStatus(path, ignored).type();
         require(there != fs::file_type::symlink, kTraversal, record.name);
         std::ofstream out;
         // Opening a pipe that lies there would wait for ever.

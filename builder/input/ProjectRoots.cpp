@@ -8,6 +8,7 @@
 
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/LinkStatus.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/Tokens.hpp"
 #include "reader/TreeWalk.hpp"
@@ -42,7 +43,7 @@ std::string foldedName(const fs::path& path) {
 // A real directory, no link; false for what cannot be asked.
 bool isReadableDirectory(const fs::path& path) {
     std::error_code error;
-    return fs::symlink_status(path, error).type() == fs::file_type::directory;
+    return linkStatus(path, error).type() == fs::file_type::directory;
 }
 
 // Empty where there is none.

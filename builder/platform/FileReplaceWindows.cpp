@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "platform/FileReplace.hpp"
+#include "platform/LinkStatus.hpp"
 #include "platform/RemoveTree.hpp"
 
 namespace tindrel {
@@ -29,22 +30,11 @@ void copyNewFile(const fs::path& from, const fs::path& to, std::error_code& erro
     if (CopyFileW(from.c_str(), to.c_str(), TRUE) == 0) error = lastError();
 }
 
-// Nor does every one know a junction, and then removes what it points at.
+// The standard's remove_all() would follow a junction and stop at a read-only file.
 void removeAll(const fs::path& path, std::error_code& error) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    const bool isLink =
-        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    error.clear();
-    if (!isLink) {
-        fs::remove_all(path, error);
-        if (!error) return;
-        // One reason is a file that is marked read-only.
-        removeTree(path);
-        if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) error.clear();
-    } else if (((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? RemoveDirectoryW(path.c_str())
-                                                             : DeleteFileW(path.c_str())) == 0) {
-        error = lastError();
-    }
+    if (!isLink(path)) removeTree(path);
+    // What a link is itself, or the reason why something is left.
+    fs::remove(path, error);
 }
 
 }  // namespace tindrel

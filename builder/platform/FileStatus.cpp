@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <string>
 
+#include "platform/LinkStatus.hpp"
+
 namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
@@ -13,8 +15,7 @@ fs::file_type typeOf(const fs::path& path, const char* operation, bool followLin
         return fs::file_type::not_found;
     }
     std::error_code error;
-    const fs::file_status status =
-        followLinks ? fs::status(path, error) : fs::symlink_status(path, error);
+    const fs::file_status status = followLinks ? fs::status(path, error) : linkStatus(path, error);
     if (status.type() == fs::file_type::not_found || (error && isAbsence(error))) {
         return fs::file_type::not_found;
     }

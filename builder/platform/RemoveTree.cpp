@@ -4,13 +4,15 @@
 #include <exception>
 #include <string>
 
+#include "platform/LinkStatus.hpp"
+
 namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
 
 bool isRealDirectory(const fs::path& path) {
     std::error_code error;
-    return fs::symlink_status(path, error).type() == fs::file_type::directory;
+    return linkStatus(path, error).type() == fs::file_type::directory;
 }
 
 void makeWritable(const fs::path& path) {

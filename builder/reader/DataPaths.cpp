@@ -6,6 +6,7 @@
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/HostSystem.hpp"
+#include "platform/LinkStatus.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -92,7 +93,7 @@ fs::file_type PathResolver::plainType(const fs::path& path) const {
     const auto known = knownTypes_.find(path.native());
     if (known != knownTypes_.end()) return known->second;
     std::error_code error;
-    const fs::file_type type = fs::symlink_status(path, error).type();
+    const fs::file_type type = linkStatus(path, error).type();
     const bool isPlain = type == fs::file_type::regular || type == fs::file_type::directory;
     return isPlain ? type : fs::file_type::none;
 }
@@ -147,8 +148,11 @@ PathResolver::Place PathResolver::step(const Place& folder, std::string_view ele
         place.path = first->second;
         type = plainType(place.path);
     }
-    // Only a link can lead out of the folder that holds it.
-    if (type == fs::file_type::none) place.inside = isInsideRoot(root_, place.path);
+    // Only a link can lead out of the folder that holds it. On Windows nobody tells where to.
+    if (type == fs::file_type::none) {
+        const bool untold = kHostSystem == System::kWindows && isLink(place.path);
+        place.inside = !untold && isInsideRoot(root_, place.path);
+    }
     return place;
 }
 

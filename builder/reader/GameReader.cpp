@@ -5,6 +5,7 @@
 
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/LinkStatus.hpp"
 #include "reader/LevelSets.hpp"
 #include "reader/ModelReader.hpp"
 
@@ -23,8 +24,7 @@ bool GameReader::isFile(const fs::path& path) const {
 
 bool GameReader::isUnlinkedFile(const fs::path& path) const {
     if (resolver_.plainType(path) == fs::file_type::regular) return true;
-    std::error_code ignored;
-    return !fs::is_symlink(path, ignored) && tindrel::isFile(path);
+    return !tindrel::isLink(path) && tindrel::isFile(path);
 }
 
 const fs::path& GameReader::canonicalFolder(const fs::path& folder) const {
@@ -46,11 +46,9 @@ const fs::path& GameReader::canonicalParent(const fs::path& path) const {
 }
 
 std::string GameReader::relativeToProject(const fs::path& path) const {
-    std::error_code error;
-    const bool isLink =
-        resolver_.plainType(path) == fs::file_type::none && fs::is_symlink(path, error);
+    const bool linked = resolver_.plainType(path) == fs::file_type::none && tindrel::isLink(path);
     const fs::path canonical =
-        isLink ? weaklyCanonical(path) : canonicalParent(path) / path.filename();
+        linked ? weaklyCanonical(path) : canonicalParent(path) / path.filename();
     const fs::path relative = canonical.lexically_relative(canonicalFolder(projectRoot_));
     return PathEncoding::utf8(relative.empty() ? path : relative);
 }

@@ -10,6 +10,7 @@
 
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/LinkStatus.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/ModelKeywords.hpp"
 #include "reader/Tokens.hpp"
@@ -152,6 +153,7 @@ std::vector<ModelDef> findModels(GameReader& game) {
     check("recursive_directory_iterator", game.dataDir(), error);
     while (walk != fs::recursive_directory_iterator()) {
         const fs::path path = walk->path();
+        if (tindrel::isLink(path)) walk.disable_recursion_pending();
         if (isTextFile(*walk)) {
             ModelDef model = readModelFile(game, path);
             if (!model.animations.empty() && !model.name.empty()) {

@@ -9,6 +9,7 @@
 
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/LinkStatus.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -18,7 +19,7 @@ namespace {
 // The types come along with the listing; only a link costs a question of its own.
 void setType(TreeEntry& entry, fs::file_type listed) {
     if (listed == fs::file_type::none) {
-        listed = fs::symlink_status(entry.path(), entry.error).type();
+        listed = linkStatus(entry.path(), entry.error).type();
     }
     entry.symlink = listed == fs::file_type::symlink;
     if (entry.symlink) {

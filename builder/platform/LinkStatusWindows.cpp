@@ -1,0 +1,29 @@
+#include <windows.h>
+
+#include "platform/LinkStatus.hpp"
+
+namespace tindrel {
+namespace fs = std::filesystem;
+
+// Of the reparse points only these lead elsewhere; folders that a cloud keeps, for one, are
+// folders.
+bool isLink(const fs::path& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        return false;
+    }
+    WIN32_FIND_DATAW found;
+    const HANDLE search = FindFirstFileW(path.c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return false;
+    FindClose(search);
+    return found.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
+           found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT;
+}
+
+fs::file_status linkStatus(const fs::path& path, std::error_code& error) {
+    if (!isLink(path)) return fs::symlink_status(path, error);
+    error.clear();
+    return fs::file_status(fs::file_type::symlink);
+}
+
+}  // namespace tindrel
