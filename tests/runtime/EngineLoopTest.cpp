@@ -80,6 +80,7 @@ TEST_F(EngineLoopInWindow, AMenuIsShownWithTheStageBelowIt) {
         game.config.asWritten = asWritten;
         framesShown = 0;
         passesUntilClosed = 4;
+        ASSERT_TRUE(game.renderer.initialize(game.config)) << "a window that closed opens again";
         run();
         EXPECT_EQ(framesShown, asWritten ? 8 : 4);
     }
