@@ -216,7 +216,7 @@ function(port_sound_backends target folder)
   if(WIN32)
     set(decoder MediaFoundation)
     set(output XAudio2)
-    target_link_libraries(${target} PRIVATE mfplat mfreadwrite mfuuid
+    target_link_libraries(${target} PRIVATE mfuuid
       $<IF:$<BOOL:${MINGW}>,xaudio2_8,xaudio2> ole32)
   else()
     find_path(SNDFILE_INCLUDE_DIR sndfile.h)

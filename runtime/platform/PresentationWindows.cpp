@@ -52,7 +52,6 @@ LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM wide, LPARAM la
             switch (wide & 0xFFF0U) {
                 case SC_KEYMENU:     // Alt and F10 would stop the game for a menu that is not there
                 case SC_SCREENSAVE:  // who plays on a pad touches neither mouse nor keyboard
-                case SC_MONITORPOWER:
                     return 0;
                 default:
                     break;
@@ -143,8 +142,9 @@ WindowsPresentation::WindowsPresentation() {
 
 // Style, size and, in full screen, place.
 void WindowsPresentation::arrange() {
-    SetWindowLongPtrW(window_.get(), GWL_STYLE,
-                      static_cast<LONG_PTR>(settings_.style() | WS_VISIBLE));
+    // Being visible is a part of the style, too; only showing a window makes it so for the desktop.
+    const LONG_PTR shown = GetWindowLongPtrW(window_.get(), GWL_STYLE) & LONG_PTR{WS_VISIBLE};
+    SetWindowLongPtrW(window_.get(), GWL_STYLE, static_cast<LONG_PTR>(settings_.style()) | shown);
     const UINT place = settings_.fullscreen ? 0U : static_cast<UINT>(SWP_NOMOVE);
     SetWindowPos(window_.get(), HWND_TOP, 0, 0, settings_.size.width, settings_.size.height,
                  place | SWP_FRAMECHANGED | SWP_SHOWWINDOW);
@@ -154,6 +154,8 @@ bool WindowsPresentation::open(const RuntimeConfig& config) {
     settings_ = WindowSettings(config);
     arrange();
     SetForegroundWindow(window_.get());
+    // Nor does such a player's machine switch the screen off or fall asleep.
+    SetThreadExecutionState(ES_CONTINUOUS | ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED);
     if (config.gpuAcceleration && config.renderer == "d3d11") {
         direct3d_ = makeD3d11Screen(window_.get(), {config.logicalWidth, config.logicalHeight});
     }
