@@ -121,8 +121,11 @@ function(port_resources target folder name file version)
   set_source_files_properties(${copy} PROPERTIES OBJECT_DEPENDS
     "${folder}/platform/windows.ico;${folder}/platform/windows.manifest")
   target_sources(${target} PRIVATE ${copy})
+  # As much stack as other systems give: compilers disagree, and all give less.
   if(MSVC)
-    target_link_options(${target} PRIVATE /MANIFEST:NO)  # there is one already
+    target_link_options(${target} PRIVATE /STACK:8388608 /MANIFEST:NO)  # there is one already
+  else()
+    target_link_options(${target} PRIVATE LINKER:--stack,8388608)
   endif()
 endfunction()
 

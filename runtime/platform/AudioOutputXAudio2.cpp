@@ -97,6 +97,7 @@ class XAudio2Output {
 
 std::string XAudio2Output::open() {
     watch_.forget();
+    // One worker is enough; by some headers it would be one for each processor.
     if (FAILED(XAudio2Create(&engine_, 0, Processor1))) return "XAudio2Create failed";
     IXAudio2MasteringVoice* mastering = nullptr;
     if (!hasSoundDevice() || FAILED(engine_->RegisterForCallbacks(&watch_)) ||
