@@ -50,7 +50,8 @@ struct Fight {
     port::RuntimeConfig config;
     port::Scripts scripts;
     port::Events events;
-    port::Tick tick{world, port::PlayerDrive::Nobody, input, config, scripts, events};
+    port::PlayerDrive drive = port::PlayerDrive::Nobody;
+    port::Tick tick{world, drive, input, config, scripts, events};
     int wanted;
 
     Fight(int count, Layout layout) : wanted(layout == kStrangers ? 1 << 12 : 1 << 3) {

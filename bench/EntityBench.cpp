@@ -126,7 +126,8 @@ struct Crowd {
     port::RuntimeConfig config;
     port::Scripts scripts;
     port::Events events;
-    port::Tick tick{world, port::PlayerDrive::Devices, input, config, scripts, events};
+    port::PlayerDrive drive = port::PlayerDrive::Devices;
+    port::Tick tick{world, drive, input, config, scripts, events};
 
     Crowd(Row row, std::size_t shelves) {
         stage.zMax = kDepth;

@@ -58,12 +58,7 @@ struct Game {
     port::ScriptPictures pictures;
     port::Renderer renderer;
     std::filesystem::path root;
-    port::Host host{{.world = world,
-                     .drive = drive,
-                     .input = input,
-                     .config = config,
-                     .scripts = scripts,
-                     .events = events,
+    port::Host host{{.tick = {world, drive, input, config, scripts, events},
                      .audio = audio,
                      .effects = effects,
                      .sprites = sprites,

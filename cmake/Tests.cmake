@@ -27,6 +27,9 @@ function(tindrel_test name)
   if(NOT arg_ENVIRONMENT)
     # No test opens a window on the desktop of whoever runs it.
     set(arg_ENVIRONMENT SDL_VIDEODRIVER=none)
+    if(CMAKE_CROSSCOMPILING)
+      set(arg_ENVIRONMENT DISPLAY=)
+    endif()
   endif()
   if(CMAKE_CROSSCOMPILING)
     tindrel_left_out(${name})
@@ -50,7 +53,7 @@ function(tindrel_test name)
   if(CMAKE_CROSSCOMPILING)
     # All at once: starting the emulator takes longer than most cases.
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1 --gtest_filter=-${left_out_cases})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT "${arg_ENVIRONMENT}")
   else()
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120
       PROPERTIES TIMEOUT 300 ENVIRONMENT ${arg_ENVIRONMENT})

@@ -13,7 +13,8 @@ function Remove-Folder([string]$Path) {
 function Find-Compiler([string]$Name) {
     $Found = Get-Command $Name -CommandType Application -ErrorAction SilentlyContinue | Select-Object -First 1
     if (-not $Found) { throw "$Name nao foi encontrado no PATH." }
-    return $Found.Source
+    # CMake reads a backslash as the start of an escape.
+    return $Found.Source.Replace('\', '/')
 }
 
 $Gxx = Find-Compiler 'x86_64-w64-mingw32-g++'

@@ -25,8 +25,9 @@ set(port_platform_units
 set(port_script_uses core)
 set(port_script_units
   ScriptBuiltins ScriptCalls ScriptCheck ScriptCode ScriptCompiler ScriptExec ScriptExpressions
-  ScriptLexer ScriptLibrary ScriptLimits ScriptMacros ScriptMemory ScriptMends ScriptOperators
-  ScriptPaths ScriptPreprocessor ScriptProgram Scripts ScriptStatements ScriptText ScriptValue ScriptVM UnansweredNames)
+  ScriptLexer ScriptLibrary ScriptLimits ScriptLocals ScriptMacros ScriptMemory ScriptMends ScriptOperators
+  ScriptPaths ScriptPreprocessor ScriptProgram ScriptSources Scripts ScriptStatements ScriptText ScriptValue
+  ScriptVM UnansweredNames)
 # loading, colouring and drawing pictures
 set(port_picture_uses core generated pixels platform)
 set(port_picture_units
@@ -52,7 +53,7 @@ set(port_rules_units
 set(port_play_uses core generated rules script world)
 set(port_play_units
   Bindings Blocking ChildFollowing Combat CombatStages CoopPlayers Crowd Damage Entities
-  EntityAttack EntityEnd EntityFall EntityMind EntityStrikes FallingActors Flash Frames Grabs Joins
+  EntityAttack EntityEnd EntityFall EntityMind EntityStrikes FallingActors Flash Frames GlobalScripts Grabs Joins
   Player1 Player1Moves PlayerInput PlayerMotion Players PlayerStrikes ProjectileHits Projectiles
   Roster Spawning StageCamera StageFlow StageQueue StageSpawns Strikes Terrain Tick Weapons)
 # what scripts may call

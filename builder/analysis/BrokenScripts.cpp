@@ -123,8 +123,14 @@ class Checkup {
               if (keys_.answers(text.function, text.text, text.index, text.count)) return;
               keys_.note(text.function, text.text, relative(text.file), text.line);
           }) {
+        const SourceFile* file = nullptr;
+        std::vector<const AnimationCommandAudit*>* lines = nullptr;  // of that file
         for (const AnimationCommandAudit& audit : commands) {
-            commandLines_[PathEncoding::utf8(audit.file->relative)].push_back(&audit);
+            if (audit.file != file) {
+                file = audit.file;
+                lines = &commandLines_[PathEncoding::utf8(file->relative)];
+            }
+            lines->push_back(&audit);
         }
     }
 
@@ -188,7 +194,7 @@ class Checkup {
         const CommandLines lines = linesOf(unit);
         if (!path.empty() && script.error.empty()) {
             ++result_.scripts;
-            for (const fs::path& file : script.files) result_.files.insert(relative(file));
+            noteFiles(script);
             judgeWhole(script, unit, lines);
         }
         note(script.mended);
@@ -213,11 +219,18 @@ class Checkup {
         for (const ModelDef* const model : unit.models) checkCommands(*model, known);
     }
 
+    // Scripts share most of their files.
+    void noteFiles(const port::script::CheckedScript& script) {
+        for (const port::script::ScriptSource* const file : script.files) {
+            if (readFiles_.insert(file).second) result_.files.insert(relative(file->path));
+        }
+    }
+
     // What is wrong with a script rather than with a place in it. A bracket left open shows at the
     // place that breaks off for it, if there is one.
     void judgeWhole(const port::script::CheckedScript& script, const Unit& unit,
                     const CommandLines& lines) {
-        const std::string file = relative(script.files.front());
+        const std::string file = relative(script.files.front()->path);
         const bool showsElsewhere =
             std::any_of(script.functions.begin(), script.functions.end(),
                         [](const auto* function) { return !function->breaks.empty(); });
@@ -397,6 +410,7 @@ class Checkup {
     std::map<std::string, Unit> units_;  // by script path as written
     std::unordered_map<std::string, std::vector<const AnimationCommandAudit*>> commandLines_;
     std::map<Place, BrokenScript> broken_;
+    std::unordered_set<const port::script::ScriptSource*> readFiles_;
     std::map<fs::path::string_type, std::set<MendedLine>> mended_;
     ScriptCheckup result_;
 };

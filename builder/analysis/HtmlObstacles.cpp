@@ -29,7 +29,6 @@ HtmlObstacles::HtmlObstacles(HtmlPage& page, const ProjectAnalysis& analysis)
         const auto [busy, isNewFile] = busyIndex.try_emplace(issue.file, busyFiles_.size());
         if (isNewFile) busyFiles_.push_back({issue.file, 0, {}});
         ++busyFiles_[busy->second].count;
-        openLines_[PathEncoding::utf8(issue.file->relative)] = busyFiles_[busy->second].count;
 
         // Scripts and "@cmd" lines have sections of their own.
         if (issue.command == "script-file" || issue.command == "inline-script-api" ||
@@ -40,6 +39,9 @@ HtmlObstacles::HtmlObstacles(HtmlPage& page, const ProjectAnalysis& analysis)
             index.try_emplace({issue.command, issue.status}, obstacles_.size());
         if (isNew) obstacles_.push_back({issue.command, issue.status, 0, false, {}, {}});
         addTo(obstacles_[entry->second], issue);
+    }
+    for (const FileUse& busy : busyFiles_) {
+        openLines_[PathEncoding::utf8(busy.file->relative)] = busy.count;
     }
     // What does nothing comes before what does something, and both before what is never
     // loaded.

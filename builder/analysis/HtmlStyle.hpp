@@ -120,6 +120,7 @@ summary::-webkit-details-marker { display: none; }
 .body { padding: .25rem 1rem 1.1rem 2.7rem; font-size: .94rem; }
 .body > p { max-width: 46rem; }
 .body > p + p { margin-top: .5rem; }
+.body > .places + p { margin-top: .75rem; }
 .forms { margin: .5rem 0 0 1.2rem; list-style: disc; color: var(--soft); }
 .summary { margin-bottom: .9rem; }
 .hint { color: var(--tone-ink); }

@@ -1,5 +1,7 @@
 #include "analysis/MissingFiles.hpp"
 
+#include <algorithm>
+#include <functional>
 #include <map>
 #include <set>
 #include <unordered_map>
@@ -33,27 +35,29 @@ class Names {
         if (text.empty() || equalsFolded(text, "none")) return;
         const auto [entry, isNew] = states_.try_emplace(text, kPresent);
         if (isNew && isMissing(text)) entry->second = placeOf(text, namedBy);
-        if (entry->second < kMaxMissingNames) ++group_.names[entry->second].mentions;
+        if (entry->second != kPresent) ++group_.names[entry->second].mentions;
     }
 
-    [[nodiscard]] MissingGroup take() { return std::move(group_); }
+    // The most frequent first; only these are kept.
+    [[nodiscard]] MissingGroup take() {
+        group_.total = group_.names.size();
+        std::ranges::stable_sort(group_.names, std::ranges::greater(), &MissingName::mentions);
+        group_.names.resize(std::min(group_.names.size(), kMaxMissingNames));
+        return std::move(group_);
+    }
 
   private:
     static constexpr std::size_t kPresent = static_cast<std::size_t>(-1);
-    static constexpr std::size_t kNotShown = static_cast<std::size_t>(-2);
 
     std::size_t placeOf(std::string_view text, std::string_view namedBy) {
-        const auto [place, isNew] = missing_.try_emplace(foldedPath(text), kNotShown);
-        if (isNew && ++group_.total <= kMaxMissingNames) {
-            place->second = group_.names.size();
-            group_.names.push_back({std::string(text), std::string(namedBy), 0, 0});
-        }
+        const auto [place, isNew] = missing_.try_emplace(foldedPath(text), group_.names.size());
+        if (isNew) group_.names.push_back({std::string(text), std::string(namedBy), 0, 0});
         return place->second;
     }
 
     MissingGroup group_;
     std::unordered_map<std::string_view, std::size_t> states_;  // by spelling, as below
-    std::unordered_map<std::string, std::size_t> missing_;      // index among the shown ones
+    std::unordered_map<std::string, std::size_t> missing_;      // index among all
 };
 
 std::string_view baseName(std::string_view text) {

@@ -23,7 +23,7 @@ struct MissingName {
 struct MissingGroup {
     std::string_view title;          // "Pictures"
     std::uint64_t total = 0;         // distinct names
-    std::vector<MissingName> names;  // the first kMaxMissingNames of them
+    std::vector<MissingName> names;  // the most frequent first, kMaxMissingNames at most
 };
 inline constexpr std::size_t kMaxMissingNames = 200;
 

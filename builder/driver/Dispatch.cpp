@@ -224,11 +224,15 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
         console.err << "Erro: uso: tindrel-builder watch <game> <port> [--run]\n";
         return kUsage;
     }
+    const auto playtest = options.find("--playtest");
     if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
-        const auto playtest = options.find("--playtest");
-        const fs::path report =
-            playtest == options.end() ? fs::path() : argumentPath(playtest->second);
+        std::optional<fs::path> report;
+        if (playtest != options.end()) report = argumentPath(playtest->second);
         return testPort(input, report, asWritten, console);
+    }
+    if (playtest != options.end()) {
+        console.err << "Erro: --playtest pede a pasta de um port: " << displayPath(input) << '\n';
+        return kUsage;
     }
     PreparedInput prepared;
     try {

@@ -72,16 +72,16 @@ bool takePlaytest(const fs::path& file, const fs::path& reports, const Console& 
 
 }  // namespace
 
-int testPort(const fs::path& port, const fs::path& playtest, bool asWritten,
+int testPort(const fs::path& port, const std::optional<fs::path>& playtest, bool asWritten,
              const Console& console) {
     const fs::path reports = port / "reports";
-    if (!playtest.empty() && !takePlaytest(playtest, reports, console)) return kNoInput;
+    if (playtest && !takePlaytest(*playtest, reports, console)) return kNoInput;
     const ProjectScan scan = scanProject(port);
     printScanSummary(console.out, scan);
     GameReader game(scan.dataDir, scan.root, scan.entries, asWritten);
     const ProjectAnalysis analysis = analyzeProject(scan, game);
     printCompatibilitySummary(console.out, analysis);
-    if (!playtest.empty()) {
+    if (playtest) {
         writeHtmlReport(scan, analysis, game, reports, PageLinks::kPortAssets,
                         PathEncoding::utf8(nameSelection(scan.root).name));
         console.out << "Wrote " << displayPath(reports / "index.html") << '\n';

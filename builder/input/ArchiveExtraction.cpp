@@ -105,7 +105,7 @@ std::string makeSafe(const fs::path& folder, const ExtractionLimits& limits, Int
     walkTree(
         folder,
         [&](const TreeEntry& entry) {
-            hold.letIn();
+            if (InterruptHold::isAwaited()) return WalkStep::Stop;
             if (entry.symlink || (!entry.directory && !entry.regularFile)) {
                 std::error_code error;
                 fs::remove(entry.path(), error);
@@ -123,6 +123,7 @@ std::string makeSafe(const fs::path& folder, const ExtractionLimits& limits, Int
         [&](const fs::path& unlisted, std::error_code) {
             problem = "falha lendo pasta extraida: " + displayPath(unlisted);
         });
+    hold.letIn();
     return problem;
 }
 

@@ -88,7 +88,7 @@ class PakReader {
         record.at = indexOffset_;
         try {
             for (; readRecord(record); record.at += record.length, ++record.index) {
-                hold_.letIn();
+                letIn();
                 if (record.name.empty()) continue;
                 admit(record);
                 write(record, target(output, record.name, folders));
@@ -174,6 +174,12 @@ class PakReader {
         return (output / relative).lexically_normal();
     }
 
+    // The file itself may lie in the session, out of an archive.
+    void letIn() {
+        if (InterruptHold::isAwaited()) file_.close();
+        hold_.letIn();
+    }
+
     void write(const Record& record, const fs::path& path) {
         std::error_code ignored;
         const fs::file_type there = linkStatus(path, ignored).type();
@@ -184,7 +190,8 @@ class PakReader {
         require(out.is_open(), "falha criando arquivo extraido: ", displayPath(path));
         std::uint64_t at = record.offset;
         for (std::uint64_t left = record.size; left > 0;) {
-            hold_.letIn();
+            if (InterruptHold::isAwaited()) out.close();
+            letIn();
             const std::uint64_t piece = std::min<std::uint64_t>(left, kBufferBytes);
             require(read(at, piece), "dados PAK truncados em: ", record.name);
             out.write(buffer_.data(), static_cast<std::streamsize>(piece));

@@ -38,8 +38,12 @@ InterruptHold::InterruptHold() : lock_(watch().mutex) {
     letIn();
 }
 
+bool InterruptHold::isAwaited() {
+    return watch().interrupted;
+}
+
 void InterruptHold::letIn() {
-    if (!watch().interrupted) return;
+    if (!isAwaited()) return;
     lock_.unlock();
     while (true) std::this_thread::sleep_for(std::chrono::hours(1));
 }

@@ -17,7 +17,10 @@ class InterruptHold {
     InterruptHold& operator=(const InterruptHold&) = delete;
     ~InterruptHold() = default;
 
-    // To be called often in long work. Does not return when an interrupt waits.
+    // Whether an interrupt waits.
+    [[nodiscard]] static bool isAwaited();
+    // To be called often in long work. Does not return when an interrupt waits. No file or listing
+    // of what goes with the program is open then: not every system removes what is in use.
     void letIn();
 
     // The folder goes with the program from now on, or no longer. The first call starts the watch.

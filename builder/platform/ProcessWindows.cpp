@@ -1,9 +1,7 @@
 #include <windows.h>
 
-#include <cstdio>
-#include <iostream>
+#include <string>
 
-#include "platform/CommandLine.hpp"
 #include "platform/Process.hpp"
 #include "platform/WideText.hpp"
 
@@ -14,28 +12,6 @@ namespace {
 constexpr DWORD kPathCharacters = 32768;
 
 }  // namespace
-
-int runCommand(const std::vector<std::string>& command) {
-    if (command.empty()) return -1;
-    // What we have written so far stands before what the child writes.
-    std::cout.flush();
-    std::fflush(stdout);
-
-    std::wstring line = widen(quoteCommandLine(command));
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                       &process) == 0) {
-        return -1;
-    }
-    CloseHandle(process.hThread);
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD code = 1;
-    if (GetExitCodeProcess(process.hProcess, &code) == 0) code = 1;
-    CloseHandle(process.hProcess);
-    return static_cast<int>(code);
-}
 
 fs::path searchProgram(std::string_view name) {
     std::wstring buffer(kPathCharacters, L'\0');

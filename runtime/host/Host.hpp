@@ -18,8 +18,6 @@ class Host final : public ScriptHost {
                           ScriptValue& result) override;
 
   private:
-    Tick tick();
-
     HostServices services_;
 };
 

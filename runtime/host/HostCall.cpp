@@ -100,7 +100,7 @@ void HostCall::tag(std::string_view text, std::string_view more) {
 }
 
 void HostCall::charge(std::size_t steps) {
-    ScriptVM& machine = services.scripts.machine();
+    ScriptVM& machine = tick.scripts.machine();
     machine.setSteps(machine.stepsLeft() - static_cast<std::int64_t>(steps));
 }
 

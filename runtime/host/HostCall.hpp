@@ -23,12 +23,7 @@ namespace port {
 
 // What calls reach of a game.
 struct HostServices {
-    World& world;
-    const PlayerDrive& drive;
-    const TickInput& input;
-    const RuntimeConfig& config;
-    Scripts& scripts;
-    Events& events;
+    Tick tick;
     AudioSystem& audio;
     SoundEffects& effects;
     SpriteCache& sprites;

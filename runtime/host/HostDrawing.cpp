@@ -39,7 +39,7 @@ ScriptValue enqueue(HostCall& call, ScriptDrawCommand command) {
 
 // The run ends behind the call: what a long list still holds need not be drawn.
 bool isOutOfSteps(const HostCall& call) {
-    return call.services.scripts.machine().stepsLeft() < 0;
+    return call.tick.scripts.machine().stepsLeft() < 0;
 }
 
 // Copies of the queue's commands within these depths, moved by an offset.

@@ -2,15 +2,12 @@
 
 #include <algorithm>
 
+#include "GlobalScripts.hpp"
 #include "Log.hpp"
 #include "Players.hpp"
 
 namespace port {
 namespace {
-
-constexpr const char* kJoinScripts[kMostPlayers] = {"", "scripts/join2.c", "scripts/join3.c",
-                                                    "scripts/join4.c"};
-constexpr const char* kJoinAllScript = "scripts/joinall.c";
 
 bool mayJoin(const World& world, const RuntimeConfig& config, int slot) {
     if (world.stage.noJoin || slot <= 0 || slot >= std::min(kMostPlayers, config.maxPlayers)) {
@@ -35,12 +32,8 @@ bool joinPlayerSlot(Tick& tick, int slot) {
     world.slots[place].joined = true;
     furnishPlayer(tick, player);
     tick.scripts.runHook(player.model->onSpawnScript, player.scriptCtx, "coop-onspawn");
-    if (tick.scripts.has(kJoinScripts[place])) {
-        tick.scripts.runHook(kJoinScripts[place], player.scriptCtx, "player-join");
-    }
-    if (tick.scripts.has(kJoinAllScript)) {
-        tick.scripts.runHook(kJoinAllScript, player.scriptCtx, "player-joinall");
-    }
+    tick.scripts.runGlobal(kJoinScripts[place], player.scriptCtx, "player-join");
+    tick.scripts.runGlobal(kJoinAllScript, player.scriptCtx, "player-joinall");
     logLine("Player ", slot + 1, " joined in progress model=", player.model->name);
     return true;
 }

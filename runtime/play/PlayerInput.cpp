@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "GlobalScripts.hpp"
 #include "Movement.hpp"
 
 namespace port {
@@ -13,10 +14,6 @@ constexpr int kDeadZone = 7849;
 constexpr float kFullStick = 32767;
 constexpr float kHeldBeyond = 0.25F;  // a stick counts as a held direction
 constexpr int kTriggerHeldBeyond = 80;
-
-constexpr const char* kKeyScripts[kMostPlayers] = {"scripts/key1.c", "scripts/key2.c",
-                                                   "scripts/key3.c", "scripts/key4.c"};
-constexpr const char* kKeyAllScript = "scripts/keyall.c";
 
 // The names under which a kind of player's hooks are reported.
 struct InputEvents {
@@ -230,12 +227,8 @@ void runInputHooks(Tick& tick, PlayerActor& player, std::size_t slot, const Inpu
     const PlayerSlot& input = tick.world.slots[slot];
     if ((input.newKeys | input.releasedKeys) != 0) {
         tick.scripts.runHook(model.keyScript, context, events.key);
-        if (tick.scripts.has(kKeyScripts[slot])) {
-            tick.scripts.runHook(kKeyScripts[slot], context, "global-key-player");
-        }
-        if (tick.scripts.has(kKeyAllScript)) {
-            tick.scripts.runHook(kKeyAllScript, context, "global-key-all");
-        }
+        tick.scripts.runGlobal(kKeyScripts[slot], context, "global-key-player");
+        tick.scripts.runGlobal(kKeyAllScript, context, "global-key-all");
     }
     tick.scripts.runHook(model.thinkScript, context, events.think);
     tick.scripts.runHook(model.updateScript, context, events.update);

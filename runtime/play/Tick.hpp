@@ -36,7 +36,7 @@ enum class PlayerDrive { Devices, Nobody, SelfCheck };
 
 struct Tick {
     World& world;
-    PlayerDrive drive;
+    const PlayerDrive& drive;
     const TickInput& input;
     const RuntimeConfig& config;
     Scripts& scripts;

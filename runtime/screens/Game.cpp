@@ -11,12 +11,7 @@ Game::Game(platform::Devices given)
     : devices(std::move(given)),
       renderer(devices.presentation, devices.fonts),
       audio(devices.audio),
-      host({.world = world,
-            .drive = drive,
-            .input = input,
-            .config = config,
-            .scripts = scripts,
-            .events = events,
+      host({.tick = tick(),
             .audio = audio,
             .effects = effects,
             .sprites = sprites,
@@ -38,9 +33,13 @@ HeldInput Game::heldInput() const {
     return held;
 }
 
-void Game::show(bool over) {
+void Game::compose(bool over) {
     drawing.sort();
     paint(drawing, renderer, config, over);
+}
+
+void Game::show(bool over) {
+    compose(over);
     renderer.endFrame();
     audio.update();
 }

@@ -90,7 +90,6 @@ struct Game {
     AudioSystem audio;
     SoundEffects effects;
     Scripts scripts;
-    bool hasUpdateScript = false, hasUpdatedScript = false;
     SpriteCache sprites;
     ScriptPictures scriptPictures;
     Scenery scenery;
@@ -130,7 +129,9 @@ struct Game {
     std::function<std::optional<SavedGame>()> findSave;
     bool keepsSettings = true;  // what is changed in menus is written down
 
-    // Paints the list, on a fresh canvas or over what it shows, and brings it to the window.
+    // Paints the list, on a fresh canvas or over what it shows.
+    void compose(bool over = false);
+    // The same, and brings the canvas to the window.
     void show(bool over = false);
     // Plays what the steps have left word of.
     void playSounds();

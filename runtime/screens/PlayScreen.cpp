@@ -5,6 +5,7 @@
 #include "CoopPlayers.hpp"
 #include "Entities.hpp"
 #include "Frames.hpp"
+#include "GlobalScripts.hpp"
 #include "Joins.hpp"
 #include "Log.hpp"
 #include "Player1.hpp"
@@ -37,7 +38,7 @@ void pollAudioHotkeys(Game& game) {
 
 // Frames take effect between the scenery, which stays as the logic left it, and the actors, who are
 // drawn where their frames have put them.
-void drawStage(Game& game) {
+void drawStage(Game& game, bool underMenu) {
     Tick tick = game.tick();
     shakeScreen(game.world);
     game.drawing.clear();
@@ -49,7 +50,11 @@ void drawStage(Game& game) {
     scene.addActors();
     scene.addScriptDrawing(game.scriptPictures);
     addHud(game.world, game.config, game.hud, sprites, game.drawing);
-    game.show();
+    if (underMenu && !game.config.asWritten) {
+        game.compose();
+    } else {
+        game.show();
+    }
     game.capture.pass(game.renderer.canvas());
     flushChildSpawns(tick);
 }
@@ -81,9 +86,7 @@ bool playPass(Game& game) {
     world.scripted.drawing.clearQueues();
     ++world.tick;
     pollAudioHotkeys(game);
-    if (game.hasUpdateScript) {
-        game.scripts.runHook(kUpdateScript, world.stageScriptCtx, "global-update");
-    }
+    game.scripts.runGlobal(kUpdateScript, world.stageScriptCtx, "global-update");
     updatePlayer(tick);
     if (updateInProgressJoins(tick)) {
         game.config.activePlayers = 1 + static_cast<int>(world.coop.size());
@@ -101,9 +104,7 @@ bool playPass(Game& game) {
     processStageInstructions(tick);
     updateCamera(tick);
     updateCombatLock(tick);
-    if (game.hasUpdatedScript) {
-        game.scripts.runHook(kUpdatedScript, world.stageScriptCtx, "global-updated");
-    }
+    game.scripts.runGlobal(kUpdatedScript, world.stageScriptCtx, "global-updated");
     regenerateGuard(world);
     takeImmediateBranch(game);
     drawStage(game);

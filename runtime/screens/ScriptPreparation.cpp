@@ -1,5 +1,6 @@
 #include "ScriptPreparation.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -7,6 +8,8 @@
 #include <vector>
 
 #include "AnimationLookup.hpp"
+#include "GlobalScripts.hpp"
+#include "Players.hpp"
 #include "ScriptLimits.hpp"
 
 namespace port {
@@ -23,16 +26,32 @@ class Preparation {
         if (model != nullptr && known_.insert(model).second) models_.push_back(model);
     }
 
+    // Whom the slots of players behind the first have chosen, of those who have joined or have not.
+    void addChosen(const World& world, int places, bool joined) {
+        const auto models = selectableModels();
+        if (models.empty()) return;
+        const int last = static_cast<int>(models.size()) - 1;
+        for (int slot = 1; slot < std::min(kMostPlayers, places); ++slot) {
+            const PlayerSlot& place = world.slots[static_cast<std::size_t>(slot)];
+            const int chosen = std::clamp(place.selectIndex, 0, last);
+            if (place.joined == joined) add(models[static_cast<std::size_t>(chosen)]);
+        }
+    }
+
     void hook(const char* path) {
         if (left_ > 0) pay(scripts_.prepareHook(path));
     }
 
-    // The models that were added, and those that they bring along.
+    void global(const char* path) {
+        if (scripts_.has(path)) hook(path);
+    }
+
+    // The models that were added since the last time, and those that they bring along.
     void run() {
-        for (std::size_t i = 0; i < models_.size() && left_ > 0; ++i) {
-            hooks(*models_[i]);
-            frames(*models_[i]);
-            addCompany(*models_[i]);
+        for (; done_ < models_.size() && left_ > 0; ++done_) {
+            hooks(*models_[done_]);
+            frames(*models_[done_]);
+            addCompany(*models_[done_]);
         }
     }
 
@@ -91,16 +110,21 @@ class Preparation {
 
     Scripts& scripts_;
     std::vector<const generated::Character*> models_;  // in the order of their coming
+    std::size_t done_ = 0;                             // of those
     std::unordered_set<const generated::Character*> known_;
     std::int64_t left_ = script::kPreparingSteps;
 };
 
 }  // namespace
 
-void prepareScripts(Scripts& scripts, const World& world) {
+void prepareScripts(Scripts& scripts, const World& world, int places) {
     Preparation preparation(scripts);
+    for (const char* path : kKeyScripts) preparation.global(path);
+    preparation.global(kKeyAllScript);
     preparation.add(world.player1.model);
     for (const RuntimeCoopPlayer& player : world.coop) preparation.add(player.model);
+    // The others of a new game come when its stage has been loaded.
+    preparation.addChosen(world, places, true);
     for (const generated::Character* model : world.stage.spawnModels) preparation.add(model);
     const generated::Stage& stage = *world.stage.row;
     for (std::size_t i = 0; i < stage.spawnCount; ++i) {
@@ -110,6 +134,13 @@ void prepareScripts(Scripts& scripts, const World& world) {
     for (std::size_t i = 0; i < stage.spawnCount; ++i) {
         preparation.hook(stage.spawns[i].spawnScript);
     }
+    for (const char* path : kJoinScripts) preparation.global(path);
+    preparation.global(kJoinAllScript);
+    preparation.addChosen(world, places, false);
+    preparation.run();
+    // These run in the first pass, which the loading holds up in any case.
+    preparation.global(kUpdateScript);
+    preparation.global(kUpdatedScript);
 }
 
 }  // namespace port

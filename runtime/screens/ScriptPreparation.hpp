@@ -8,8 +8,9 @@
 
 namespace port {
 
-// For the players and whom the world's stage spawns, with their weapons and children, as far as
+// Those about keys, of the players and of whom the world's stage spawns, with their weapons and
+// children, of those who may join one of so many places, and of each pass, as far as
 // script::kPreparingSteps go. Nothing that the game tells or hashes changes.
-void prepareScripts(Scripts& scripts, const World& world);
+void prepareScripts(Scripts& scripts, const World& world, int places);
 
 }  // namespace port

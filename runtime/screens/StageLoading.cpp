@@ -170,7 +170,7 @@ bool loadStage(Game& game, std::size_t index, bool keepHealth) {
     game.trace("stage: level script");
     world.stageScriptCtx = {};
     game.scripts.runHook(row.levelScript, world.stageScriptCtx, "levelscript");
-    prepareScripts(game.scripts, world);
+    prepareScripts(game.scripts, world, game.config.maxPlayers);
     game.trace("stage: music");
     playStageMusic(game, resolveAudioAsset(game.dataRoot, row.music));
     applyReachedJoinGates(world, width);
@@ -197,8 +197,11 @@ void beginGame(Game& game, bool keepLooks) {
     startPlayers(tick, keepLooks);
     grantExtraLives(world, game.extraLives);
     game.trace("game: start the music");
+    // To the letter, only a name that has its extension sounds in the first stage.
     const char* music = world.stage.row->music;
-    playStageMusic(game, runtimeCasePath(game.dataRoot / normalizeDataPath(music)));
+    playStageMusic(game, game.config.asWritten
+                             ? runtimeCasePath(game.dataRoot / normalizeDataPath(music))
+                             : resolveAudioAsset(game.dataRoot, music));
     game.frontend.state = FrontendState::Playing;
     if (!keepLooks) saveProgress(game);
     game.trace("game: run the spawn scripts");

@@ -6,7 +6,6 @@
 #include <set>
 #include <utility>
 
-#include "PathEncoding.hpp"
 #include "ScriptLibrary.hpp"
 #include "ScriptPaths.hpp"
 
@@ -74,8 +73,26 @@ std::size_t weight(const CheckedFunction& function) {
     return bytes;
 }
 
-MendedPlace placeOf(ScriptMend mend, LineOrigins::Line line, const LineOrigins& origins) {
-    return {mend, origins.files[line.file], line.line};
+MendedPlace placeOf(ScriptMend mend, LineOrigin line, const LineOrigins& origins) {
+    return {mend, *origins.files[line.file], line.line};
+}
+
+bool isBlankLines(std::string_view text) {
+    return text.find_first_not_of('\n') == text.npos;
+}
+
+// The text of the segments, whose lines `origins` gets. Their files are those from `firstFile` on.
+std::string join(std::span<const ExpandedText::Segment> segments, LineOrigins& origins,
+                 std::size_t firstFile = 0) {
+    std::string text;
+    for (const ExpandedText::Segment& segment : segments) {
+        text += segment.text;
+        for (std::uint32_t i = 0; i < segment.lines; ++i) {
+            origins.lines.push_back({static_cast<std::uint32_t>(firstFile) + segment.origin.file,
+                                     segment.origin.line + i});
+        }
+    }
+    return text;
 }
 
 }  // namespace
@@ -86,10 +103,10 @@ const CheckedFunction* CheckedScript::find(std::string_view lowerName) const {
     return found == functions.end() ? nullptr : *found;
 }
 
-std::string ScriptCheck::expand(std::string_view text, PreprocessorState& state) {
+ExpandedText ScriptCheck::expand(ScriptSource& source, PreprocessorState& state) {
     const std::size_t consumed = state.consumed;
     const std::size_t known = state.macros.size() + state.funcMacros.size() + state.imported.size();
-    std::string expanded = preprocessScript(sources_, path_, text, state);
+    ExpandedText expanded = preprocess(sources_, source, state);
     work_ += state.consumed - consumed + known * kBytesPerName;
     return expanded;
 }
@@ -100,68 +117,63 @@ std::unique_ptr<Program> ScriptCheck::program(std::string text, Names& names, Pr
     return std::make_unique<Program>(lex(std::move(text)), names, base);
 }
 
-// Takes the pieces that `text` begins with; gives the number of bytes. origins_ keeps the lines of
-// the rest.
-std::size_t ScriptCheck::takePieces(std::string_view text) {
-    std::size_t taken = 0;
-    const std::vector<LineOrigins::Line>& lines = origins_.lines;
-    std::size_t from = 0;
-    for (std::size_t line = 0, at = 0; line < lines.size(); from = line, taken = at) {
-        for (; line < lines.size() && lines[line].file == lines[from].file; ++line) {
-            at = text.find('\n', at) + 1;
+// Takes the pieces that `text` begins with; gives the number of segments.
+std::size_t ScriptCheck::takePieces(const ExpandedText& text) {
+    const Segments segments = text.segments;
+    for (std::size_t from = 0, end = 0; from < segments.size(); from = end) {
+        const std::uint32_t file = segments[from].origin.file;
+        std::size_t begin = segments.size();  // of what is not blank
+        for (end = from; end < segments.size() && segments[end].origin.file == file; ++end) {
+            if (begin > end && !isBlankLines(segments[end].text)) begin = end;
         }
-        const std::string_view own = text.substr(taken, at - taken);
-        if (own.find_first_not_of('\n') == own.npos) continue;
-        const Piece& found = piece(&lines[from], lines.data() + line, own);
-        if (!found.whole) break;
+        if (begin > end) continue;
+        const Piece& found = piece(*text.files[file], segments.subspan(begin, end - begin));
+        if (!found.whole) return from;
         braces_ += found.braces;
         parens_ += found.parens;
     }
-    origins_.lines.erase(origins_.lines.begin(),
-                         origins_.lines.begin() + static_cast<std::ptrdiff_t>(from));
-    return taken;
+    return segments.size();
 }
 
-// The piece of those lines, whose functions come to the script if it was not in there before.
-const ScriptCheck::Piece& ScriptCheck::piece(const LineOrigins::Line* begin,
-                                             const LineOrigins::Line* end, std::string_view text) {
-    const fs::path& file = origins_.files[begin->file];
-    place_ = PathEncoding::utf8(file) + '\0';
-    // Of the lines' numbers the first one behind each gap.
-    for (const LineOrigins::Line* line = begin; line != end; ++line) {
-        if (line != begin && line->line == line[-1].line + 1) continue;
-        place_ += std::to_string(line - begin) + ':' + std::to_string(line->line) + ' ';
+// The piece of those segments of one file, whose functions come to the script if it was not in
+// there before.
+const ScriptCheck::Piece& ScriptCheck::piece(const ScriptSource& source, Segments segments) {
+    place_.clear();
+    std::size_t bytes = source.name.size();
+    for (const ExpandedText::Segment& segment : segments) {
+        bytes += segment.text.size();
+        place_ += std::to_string(segment.origin.line) + ':' + std::to_string(segment.lines) + ' ';
+        if (segment.made) place_ += segment.text;
     }
-    work_ += (place_.size() + text.size()) / kKnownPerByte;
-    auto places = pieces_.find(text);
-    if (places == pieces_.end()) {
-        places = pieces_.try_emplace(std::string(text)).first;
-        kept_ += text.size();
-    }
-    const auto [slot, added] = places->second.try_emplace(place_);
-    if (added) {
-        LineOrigins origins{{file}, {begin, end}, {}};
-        for (LineOrigins::Line& line : origins.lines) line.file = 0;
-        slot->second = read(text, origins);
-        kept_ += place_.size() + sizeof(Piece);
-        for (const auto& [function, definer] : slot->second.functions) kept_ += weight(function);
-    }
+    work_ += (place_.size() + bytes) / kKnownPerByte;
+    const auto [slot, added] = pieces_[&source].try_emplace(place_);
     Piece& found = slot->second;
+    if (added) {
+        LineOrigins origins{{&source.path}, {}};
+        std::string text = join(segments, origins);
+        for (LineOrigin& line : origins.lines) line.file = 0;
+        found = read(std::move(text), origins);
+        kept_ += place_.size() + sizeof(Piece);
+        for (const CheckedFunction& function : found.functions) kept_ += weight(function);
+    }
     if (found.whole && std::exchange(found.script, scripts_) != scripts_) {
-        for (const auto& [function, definer] : found.functions) add(function, *definer);
+        for (std::size_t i = 0; i < found.names.size(); ++i) {
+            if (defines(found.names[i])) checked_.functions.push_back(&found.functions[i]);
+        }
     }
     return found;
 }
 
-ScriptCheck::Piece ScriptCheck::read(std::string_view text, const LineOrigins& origins) {
+ScriptCheck::Piece ScriptCheck::read(std::string text, const LineOrigins& origins) {
     Piece piece;
     Names names;
-    const std::unique_ptr<Program> own = program(std::string(text), names, nullptr);
+    const std::unique_ptr<Program> own = program(std::move(text), names, nullptr);
     const Tokens& tokens = own->tokens;
     // A command must not find its own function here.
     if (!standsAlone(tokens) || own->find(kFrameFunction) != nullptr) return piece;
     for (Function& function : own->functions) {
-        piece.functions.push_back({check(function, origins), &definers_[function.name]});
+        piece.functions.push_back(check(function, origins));
+        piece.names.push_back(nameOf(function));
         const std::vector<std::size_t>& errors = function.errorTokens;
         const bool ranOut = std::ranges::find(errors, tokens.list.size() - 1) != errors.end();
         if (ranOut) return {};
@@ -173,9 +185,15 @@ ScriptCheck::Piece ScriptCheck::read(std::string_view text, const LineOrigins& o
     return piece;
 }
 
-// The first definition of a name holds.
-void ScriptCheck::add(const CheckedFunction& function, std::size_t& definer) {
-    if (std::exchange(definer, scripts_) != scripts_) checked_.functions.push_back(&function);
+std::size_t ScriptCheck::nameOf(const Function& function) {
+    const auto [slot, added] = names_.try_emplace(function.name, definers_.size());
+    if (added) definers_.push_back(0);
+    return slot->second;
+}
+
+// Whether the script in hand gets that name now: the first definition holds.
+bool ScriptCheck::defines(std::size_t name) {
+    return std::exchange(definers_[name], scripts_) != scripts_;
 }
 
 // Goes by the brackets alone, so that what breaks off is heard of too.
@@ -186,10 +204,10 @@ void ScriptCheck::tellTexts(const Tokens& tokens, const LineOrigins& origins) {
         if (call.texts.empty()) return;
         const std::size_t line = lineOf(tokens, call.token);
         if (line >= origins.lines.size()) return;
-        const LineOrigins::Line origin = origins.lines[line];
+        const LineOrigin origin = origins.lines[line];
         for (const OpenCall::Text& text : call.texts) {
-            told_({call.function, text.text, text.index, call.arguments, origins.files[origin.file],
-                   origin.line});
+            told_({call.function, text.text, text.index, call.arguments,
+                   *origins.files[origin.file], origin.line});
         }
     };
     for (std::size_t i = 0; i + 1 < list.size(); ++i) {
@@ -253,8 +271,8 @@ CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origin
         found.token = tokens.list[token].s;
         const std::size_t line = lineOf(tokens, token);
         if (line >= origins.lines.size()) continue;
-        const LineOrigins::Line origin = origins.lines[line];
-        found.file = origins.files[origin.file];
+        const LineOrigin origin = origins.lines[line];
+        found.file = *origins.files[origin.file];
         found.line = origin.line;
     }
     for (const auto& [token, mend] : function.mended) {
@@ -268,7 +286,7 @@ CheckedFunction ScriptCheck::check(Function& function, const LineOrigins& origin
 
 const CheckedScript& ScriptCheck::file(std::string_view raw) {
     program_.reset();
-    names_ = std::make_unique<Names>();
+    programNames_ = std::make_unique<Names>();
     state_ = {};
     origins_ = {};
     checked_ = {};
@@ -277,12 +295,13 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     ++scripts_;
     if (kept_ > kMaxPieces) {
         pieces_.clear();
+        names_.clear();
         definers_.clear();
         kept_ = 0;
     }
     path_ = sources_.paths.root() / kFrameFile;
     if (raw.empty()) {
-        state_.imported.insert(PathEncoding::utf8(path_));
+        state_.imported.insert(&sources_.source(path_));
         return checked_;
     }
     fs::path relative;
@@ -291,21 +310,23 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
         return checked_;
     }
     path_ = sources_.paths.locate(raw, relative);
-    state_.imported.insert(PathEncoding::utf8(path_));
-    const std::string* const text = sources_.text(path_);
-    if (text == nullptr) {
+    ScriptSource& source = sources_.source(path_);
+    state_.imported.insert(&source);
+    if (!source.readable) {
         checked_.error = "script not found";
         return checked_;
     }
-    state_.origins = &origins_;
-    std::string expanded = expand(*text, state_);
-    state_.origins = nullptr;
-    checked_.files = origins_.files;
-    for (const auto& [mend, line] : origins_.mended) {
+    MendedLines mended;
+    state_.mended = &mended;
+    const ExpandedText expanded = expand(source, state_);
+    state_.mended = nullptr;
+    checked_.files = expanded.files;
+    for (const ScriptSource* const read : expanded.files) origins_.files.push_back(&read->path);
+    for (const auto& [mend, line] : mended) {
         checked_.mended.push_back(placeOf(mend, line, origins_));
     }
-    expanded.erase(0, takePieces(expanded));
-    program_ = program(std::move(expanded), *names_, nullptr);
+    const Segments behind = Segments(expanded.segments).subspan(takePieces(expanded));
+    program_ = program(join(behind, origins_), *programNames_, nullptr);
     const Tokens& rest = program_->tokens;
     braces_ += balance(rest, Word::LeftBrace, Word::RightBrace);
     parens_ += balance(rest, Word::LeftParen, Word::RightParen);
@@ -313,8 +334,8 @@ const CheckedScript& ScriptCheck::file(std::string_view raw) {
     if (told_) tellTexts(rest, origins_);
     for (Function& function : program_->functions) {
         kept_ += function.name.size();
-        std::size_t& definer = definers_[function.name];
-        if (definer != scripts_) add(functions_.emplace_back(check(function, origins_)), definer);
+        if (!defines(nameOf(function))) continue;
+        checked_.functions.push_back(&functions_.emplace_back(check(function, origins_)));
     }
     return checked_;
 }
@@ -342,18 +363,25 @@ CheckedFunction ScriptCheck::command(std::string_view command) {
         origins = origins_;
         base = nullptr;
     }
-    const std::size_t ownFile = origins.files.size();
-    state.origins = &origins;
-    text += expand(frameText(command), state);
-    state.origins = nullptr;
+    MendedLines mended;
+    state.mended = &mended;
+    ScriptSource source(path_, frameText(command));
+    const ExpandedText expanded = expand(source, state);
+    state.mended = nullptr;
     state.produced = produced;
     state.full = full;
-    origins.files[ownFile].clear();
-    const std::unique_ptr<Program> frame = program(std::move(text), *names_, base);
+    static const fs::path kNone;
+    const std::size_t firstFile = origins.files.size();
+    for (const ScriptSource* const read : expanded.files) {
+        origins.files.push_back(read == &source ? &kNone : &read->path);
+    }
+    text += join(expanded.segments, origins, firstFile);
+    const std::unique_ptr<Program> frame = program(std::move(text), *programNames_, base);
     Function* const function = frame->find(kFrameFunction);
     CheckedFunction out;
     if (function != nullptr) out = check(*function, origins);
-    for (const auto& [mend, line] : origins.mended) {
+    for (auto [mend, line] : mended) {
+        line.file += static_cast<std::uint32_t>(firstFile);
         out.mended.push_back(placeOf(mend, line, origins));
     }
     const auto inCommand = [](auto& found) {

@@ -7,8 +7,10 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -40,9 +42,9 @@ struct CheckedFunction {
 };
 
 struct CheckedScript {
-    std::string error;                         // the script as a whole cannot be had
-    bool closed = true;                        // no comment, text or bracket is left open
-    std::vector<std::filesystem::path> files;  // all that were read for it
+    std::string error;                       // the script as a whole cannot be had
+    bool closed = true;                      // no comment, text or bracket is left open
+    std::vector<const ScriptSource*> files;  // all that were read for it
     std::vector<const CheckedFunction*> functions;
     std::vector<MendedPlace> mended;  // directives
 
@@ -57,6 +59,12 @@ struct TextArgument {
     std::size_t count = 0;
     const std::filesystem::path& file;
     std::size_t line = 0;  // from 1
+};
+
+// Where each line of a text stood.
+struct LineOrigins {
+    std::vector<const std::filesystem::path*> files;
+    std::vector<LineOrigin> lines;
 };
 
 class ScriptCheck {
@@ -83,38 +91,39 @@ class ScriptCheck {
         bool whole = false;         // else all else is unknown: what follows belongs to it
         std::ptrdiff_t braces = 0;  // opened and not closed
         std::ptrdiff_t parens = 0;
-        struct Definition {
-            CheckedFunction function;
-            std::size_t* definer = nullptr;  // see definers_
-        };
-        std::vector<Definition> functions;
-        std::size_t script = 0;  // the last one that it was found in
+        std::vector<CheckedFunction> functions;
+        std::vector<std::size_t> names;  // theirs, see nameOf()
+        std::size_t script = 0;          // the last one that it was found in
     };
 
-    std::string expand(std::string_view text, PreprocessorState& state);
+    using Segments = std::span<const ExpandedText::Segment>;
+
+    ExpandedText expand(ScriptSource& source, PreprocessorState& state);
     std::unique_ptr<Program> program(std::string text, Names& names, Program* base);
-    std::size_t takePieces(std::string_view text);
-    const Piece& piece(const LineOrigins::Line* begin, const LineOrigins::Line* end,
-                       std::string_view text);
-    Piece read(std::string_view text, const LineOrigins& origins);
+    std::size_t takePieces(const ExpandedText& text);
+    const Piece& piece(const ScriptSource& source, Segments segments);
+    Piece read(std::string text, const LineOrigins& origins);
     void tellTexts(const Tokens& tokens, const LineOrigins& origins);
     CheckedFunction check(Function& function, const LineOrigins& origins);
-    void add(const CheckedFunction& function, std::size_t& definer);
+    std::size_t nameOf(const Function& function);
+    bool defines(std::size_t name);
     [[nodiscard]] std::size_t lineOf(const Tokens& tokens, std::size_t token);
 
     ScriptSources sources_;
     std::function<void(const TextArgument&)> told_;
     std::size_t work_ = 0;
-    TextMap<TextMap<Piece>> pieces_;  // by text, and by file and lines
-    std::size_t kept_ = 0;            // bytes of them, about
-    TextMap<std::size_t> definers_;   // by function, the last script that defines it
-    std::size_t scripts_ = 0;         // so many were begun
+    // By file, and by its lines and what macros made of them.
+    std::unordered_map<const ScriptSource*, TextMap<Piece>> pieces_;
+    std::size_t kept_ = 0;               // bytes of them, about
+    TextMap<std::size_t> names_;         // of functions, numbered from 0
+    std::vector<std::size_t> definers_;  // by name, the last script that defines it
+    std::size_t scripts_ = 0;            // so many were begun
     std::string place_;
     // Of the last file(). Names last as long as a program.
     std::filesystem::path path_;
     PreprocessorState state_;
     LineOrigins origins_;  // of the text behind the pieces
-    std::unique_ptr<Names> names_;
+    std::unique_ptr<Names> programNames_;
     std::unique_ptr<Program> program_;  // the same
     std::deque<CheckedFunction> functions_;
     std::ptrdiff_t braces_ = 0;

@@ -64,9 +64,11 @@ enum class Op : std::uint8_t {
     Jump,
     JumpIfFalse,  // R[a]
     JumpIfTrue,
-    LoopBegin,     // counter a = 0
-    LoopBack,      // one round more, unless counter a is at its limit
-    StepBack,      // SumK and the LoopBack behind it
+    LoopBegin,  // counter a = 0
+    LoopBack,   // one round more, unless counter a is at its limit
+    StepBack,   // SumK and the LoopBack behind it
+    CountBack,  // those, and the Less of R[a] that the round begins with
+    CountBackK,
     SwitchBegin,   // counter a = no match
     CaseTest,      // counter c = the number of this label, if R[a] is R[b] and it has no match
     SwitchJump,    // by switches[wide] and counter a

@@ -57,24 +57,16 @@ void Compiler::run() {
         fn_.registers = std::max<std::size_t>(1, top_);
         for (std::size_t i = 0; i < top_; ++i) {
             if (fn_.params[i].empty()) continue;
-            locals_[program_.names.id(fn_.params[i])] = {static_cast<std::uint16_t>(i), true};
+            locals_.bind(program_.names.id(fn_.params[i]), static_cast<std::uint16_t>(i));
         }
-        for (const std::int32_t name : maybeNames_) {
-            fn_.maybes.push_back({declareLocal(name), name});
+        for (const std::int32_t name : locals_.maybes()) {
+            fn_.maybes.push_back({declare(name), name});
         }
         block();
     } catch (const SyntaxError& error) {
         breakOff(start, error.what());
     }
     fn_.code.push_back({Op::ReturnEmpty});
-}
-
-std::vector<std::int32_t> Compiler::maybes() const {
-    std::vector<std::int32_t> names;
-    for (const std::int32_t name : doubted_) {
-        if (locals_.contains(name)) names.push_back(name);
-    }
-    return names;
 }
 
 Compiler::Nested::Nested(Compiler& owner) : compiler(owner) {
@@ -198,35 +190,22 @@ const double* Compiler::numberOf(const Operand& operand) const {
 
 // --- Variables
 
-const Compiler::Local* Compiler::sureLocal(std::int32_t name) const {
-    const auto local = locals_.find(name);
-    return local == locals_.end() || !local->second.sure ? nullptr : &local->second;
-}
-
 // Its register is the next one: between statements no temporary is in use.
-std::uint16_t Compiler::declareLocal(std::int32_t name) {
-    const auto [local, added] = locals_.try_emplace(name);
-    if (added) {
-        if (locals() >= kMaxVariables) throw SyntaxError(kTooManyVariables);
-        local->second.place = temporary();
-        ++declared_;
-    }
-    return local->second.place;
-}
-
-void Compiler::unsure(std::size_t trail) {
-    for (; trail_.size() > trail; trail_.pop_back()) locals_[trail_.back()].sure = false;
+std::uint16_t Compiler::declare(std::int32_t name) {
+    if (const auto* const known = locals_.find(name)) return *known;
+    if (locals() >= kMaxVariables) throw SyntaxError(kTooManyVariables);
+    const std::uint16_t place = temporary();
+    locals_.declare(name, place);
+    return place;
 }
 
 std::int32_t Compiler::maybe(std::int32_t name) {
-    doubted_.insert(name);
-    const auto known = std::lower_bound(maybeNames_.begin(), maybeNames_.end(), name);
-    if (known == maybeNames_.end() || *known != name) return -1;
-    return static_cast<std::int32_t>(known - maybeNames_.begin());
+    locals_.doubt(name);
+    return locals_.maybe(name);
 }
 
 Compiler::Operand Compiler::load(std::int32_t name) {
-    if (const Local* const local = sureLocal(name)) return {Operand::Kind::Local, local->place};
+    if (const auto* const local = locals_.sure(name)) return {Operand::Kind::Local, *local};
     const std::int32_t known = maybe(name);
     const std::uint16_t place = temporary();
     if (known >= 0) {
@@ -238,14 +217,14 @@ Compiler::Operand Compiler::load(std::int32_t name) {
 }
 
 void Compiler::store(std::int32_t name, Operand value, bool declared) {
-    const Local* const local = sureLocal(name);
+    const std::uint16_t* const local = locals_.sure(name);
     if (declared) {
         drop(value);
         // Where the value is in the next free register, that one is the name's from now on.
-        moveTo(declareLocal(name), value);
+        moveTo(declare(name), value);
         ensure(name);
     } else if (local != nullptr) {
-        moveTo(local->place, value);
+        moveTo(*local, value);
         drop(value);
     } else {
         const std::uint16_t from = inRegister(value);
@@ -261,20 +240,16 @@ void Compiler::store(std::int32_t name, Operand value, bool declared) {
 
 // The name is declared from here on.
 void Compiler::ensure(std::int32_t name) {
-    Local& local = locals_[name];
-    if (local.sure) return;
-    local.sure = true;
-    trail_.push_back(name);
-    const auto known = std::lower_bound(maybeNames_.begin(), maybeNames_.end(), name);
-    if (known == maybeNames_.end() || *known != name) return;
-    emitWide(Op::Declare, 0, static_cast<std::size_t>(known - maybeNames_.begin()));
+    if (!locals_.ensure(name)) return;
+    const std::int32_t known = locals_.maybe(name);
+    if (known >= 0) emitWide(Op::Declare, 0, static_cast<std::size_t>(known));
 }
 
 // `op` is the assignment without its '='.
 void Compiler::update(std::int32_t name, Word op, Operand right, bool declared) {
-    const Local* const local = sureLocal(name);
+    const std::uint16_t* const local = locals_.sure(name);
     if (local != nullptr) {
-        const std::uint16_t place = local->place;
+        const std::uint16_t place = *local;
         drop(right);
         emitBinary(op, true, place, place, right);
     } else if (declared) {

@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -18,6 +17,7 @@
 
 #include "ScriptCode.hpp"
 #include "ScriptLimits.hpp"
+#include "ScriptLocals.hpp"
 
 namespace port::script {
 
@@ -33,7 +33,7 @@ class Compiler {
         bool stepsLocals = false;          // see stepsLocals()
     };
     Compiler(Function& function, ScriptHost* host, bool asWritten, Known known)
-        : maybeNames_(std::move(known.maybes)),
+        : locals_(std::move(known.maybes)),
           copiesOperands_(known.stepsLocals),
           asWritten_(asWritten),
           fn_(function),
@@ -46,7 +46,7 @@ class Compiler {
     [[nodiscard]] std::size_t work() const { return scanned_ + fn_.code.size(); }
     // Declared names that are used where they need not be declared yet: without these the code is
     // wrong.
-    [[nodiscard]] std::vector<std::int32_t> maybes() const;
+    [[nodiscard]] std::vector<std::int32_t> maybes() const { return locals_.doubted(); }
     // Whether an expression steps a declared name: where it does, a register that another operand
     // waits in is not safe from it.
     [[nodiscard]] bool stepsLocals() const { return stepsLocals_; }
@@ -57,11 +57,6 @@ class Compiler {
         enum class Kind : std::uint8_t { Temporary, Local, Constant };
         Kind kind = Kind::Temporary;
         std::uint16_t index = 0;  // register or constant
-    };
-    // A declared name.
-    struct Local {
-        std::uint16_t place = 0;
-        bool sure = false;  // whatever way has led here, it is declared
     };
     // A loop or switch whose body is being compiled, with the jumps out of it.
     struct Scope {
@@ -145,11 +140,11 @@ class Compiler {
     void skip(Part part) {
         const std::size_t size = fn_.code.size();
         const std::size_t sites = fn_.sites.size();
-        const std::size_t known = trail_.size();
+        const std::size_t known = locals_.mark();
         part();
         fn_.code.resize(size);
         fn_.sites.resize(sites);
-        unsure(known);
+        locals_.unsure(known);
         label();
     }
 
@@ -168,13 +163,12 @@ class Compiler {
     Operand number(double value) { return {Operand::Kind::Constant, constant(value)}; }
     [[nodiscard]] const double* numberOf(const Operand& operand) const;
 
-    [[nodiscard]] const Local* sureLocal(std::int32_t name) const;
-    std::uint16_t declareLocal(std::int32_t name);
-    // What was made sure since the trail was that long need not be where ways meet again.
-    void unsure(std::size_t trail);
+    // The register of a name that is declared here.
+    std::uint16_t declare(std::int32_t name);
     void ensure(std::int32_t name);
-    // The registers of declared names, of those in use.
-    [[nodiscard]] std::size_t locals() const { return fn_.bound + declared_; }
+    // The registers of parameters and declared names, the first ones.
+    [[nodiscard]] std::size_t locals() const { return fn_.bound + locals_.declared(); }
+    // For the use of a name that is not sure: its place among the maybes, -1 if it has none.
     [[nodiscard]] std::int32_t maybe(std::int32_t name);
     Operand load(std::int32_t name);
     void store(std::int32_t name, Operand value, bool declared);
@@ -226,7 +220,7 @@ class Compiler {
     Operand stepped(std::int32_t name);
     Operand call(std::string_view name);
 
-    std::vector<std::int32_t> maybeNames_;  // sorted
+    ScriptLocals locals_;
     bool copiesOperands_ = false;
     bool asWritten_ = false;
     Function& fn_;
@@ -245,11 +239,7 @@ class Compiler {
     // Where the loops around this place begin to need their body.
     std::vector<std::int32_t> entries_;
     std::vector<Scope> scopes_;
-    std::size_t top_ = 0;       // the next free register
-    std::size_t declared_ = 0;  // names that have one, besides the parameters
-    std::unordered_map<std::int32_t, Local> locals_;
-    std::vector<std::int32_t> trail_;  // names in the order in which they were made sure
-    std::set<std::int32_t> doubted_;   // used where they may be undeclared
+    std::size_t top_ = 0;                                       // the next free register
     std::unordered_map<std::uint64_t, std::uint16_t> numbers_;  // by their bits
     std::unordered_map<std::string_view, std::uint16_t> texts_;
 };

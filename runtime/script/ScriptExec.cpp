@@ -67,11 +67,32 @@ void Exec::run() {
         const double* const b = numberOf(right);
         v.passIf(a != nullptr && b != nullptr ? comparison(*a, *b) : compares(i.word, left, right));
     };
-    // At its limit a loop just goes on behind it.
+    // Whether there is one round more: at its limit a loop just goes on behind it.
     const auto loopBack = [&](const Instr& i) {
-        if (++v.counters[i.a] >= kMaxRounds) return;
+        if (++v.counters[i.a] >= kMaxRounds) return false;
         charge(static_cast<std::size_t>(v.ip - (v.code + i.wide())));
         v.jump(i.wide());
+        return true;
+    };
+    // What it was stepped to, if that is a number and there is one round more.
+    const auto stepBack = [&](const Instr& i) -> const double* {
+        ScriptValue& stepped = v.registers[i.a];
+        const ScriptValue& step = v.constants[i.c];
+        auto* const number = std::get_if<double>(&stepped);
+        if (number != nullptr && numberOf(step) != nullptr) {
+            *number += *numberOf(step);
+        } else {
+            binary(i, stepped, stepped, step);
+        }
+        return loopBack(*v.ip++) ? number : nullptr;
+    };
+    // Leaves the test that comes next to its own instruction where it is not of numbers.
+    const auto countBack = [&](const Instr& i, const ScriptValue* ends) {
+        const double* const number = stepBack(i);
+        const double* const end = number != nullptr ? numberOf(ends[v.ip->b]) : nullptr;
+        if (end == nullptr) return;
+        ++v.ip;
+        v.passIf(*number < *end);
     };
     for (;;) {
         const Instr& i = *v.ip++;
@@ -205,12 +226,17 @@ void Exec::run() {
             case Op::LoopBegin:
                 v.counters[i.a] = 0;
                 break;
-            case Op::StepBack:
-                operate(i, v.constants[i.c], kAdd);
-                loopBack(*v.ip++);
-                break;
             case Op::LoopBack:
                 loopBack(i);
+                break;
+            case Op::StepBack:
+                stepBack(i);
+                break;
+            case Op::CountBack:
+                countBack(i, v.registers);
+                break;
+            case Op::CountBackK:
+                countBack(i, v.constants);
                 break;
             case Op::SwitchBegin:
                 v.counters[i.a] = kNoMatch;

@@ -235,7 +235,7 @@ bool Compiler::atStep() const {
 Compiler::Operand Compiler::stepped(std::int32_t name) {
     const Word op = at(Word::Increment) ? Word::Add : Word::Sub;
     ++pos_;
-    stepsLocals_ = stepsLocals_ || sureLocal(name) != nullptr;
+    stepsLocals_ = stepsLocals_ || locals_.sure(name) != nullptr;
     const Operand before = inTemporary(load(name));
     update(name, op, number(1.0), false);
     return before;

@@ -113,8 +113,8 @@ Script& ScriptLibrary::load(const fs::path& path) {
     std::unique_ptr<Script>& known = scripts_[PathEncoding::utf8(path)];
     if (known) return *known;
     known = std::make_unique<Script>();
-    const std::string* text = sources_.text(path);
-    if (text == nullptr) {
+    ScriptSource& source = sources_.source(path);
+    if (!source.readable) {
         known->error = "script not found: " + PathEncoding::utf8(path);
         return *known;
     }
@@ -123,8 +123,8 @@ Script& ScriptLibrary::load(const fs::path& path) {
         return *known;
     }
     PreprocessorState state;
-    state.imported.insert(PathEncoding::utf8(path));
-    std::string expanded = preprocessScript(sources_, path, *text, state);
+    state.imported.insert(&source);
+    std::string expanded = preprocess(sources_, source, state).joined();
     pay(state, {});
     known->complaints = listed(std::move(state.unsupported));
     known->program = program(lexed(std::move(expanded)));
@@ -153,10 +153,11 @@ Helper& ScriptLibrary::helper(const fs::path& path) {
     if (!added) return helper;
     Script& script = load(path);
     helper.script = &script;
-    helper.state.imported.insert(PathEncoding::utf8(path));
+    ScriptSource& source = sources_.source(path);
+    helper.state.imported.insert(&source);
     if (!script.program) return helper;
     // Once more for the macros and conditions that it leaves behind.
-    (void)preprocessScript(sources_, path, *sources_.text(path), helper.state);
+    (void)preprocess(sources_, source, helper.state);
     pay(helper.state, {});
     const std::vector<Tok>& tokens = script.program->tokens.list;
     for (std::size_t i = 0; i + 1 < script.program->settled; ++i) {
@@ -226,7 +227,7 @@ Command& ScriptLibrary::command(std::string_view rawHelper, std::string_view tex
     if (rawHelper.empty()) {
         const fs::path path = sources_.paths.root() / kFrameFile;
         Helper none;
-        none.state.imported.insert(PathEncoding::utf8(path));
+        none.state.imported.insert(&sources_.source(path));
         build(command, none, path, text);
         return command;
     }

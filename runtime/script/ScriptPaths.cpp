@@ -23,8 +23,8 @@ bool climbs(const fs::path& path) {
 // On every system, so that a game means the same files everywhere.
 bool hasDrive(const fs::path& path) {
     const fs::path::string_type& text = path.native();
-    return text.size() > 1 && text[1] == ':' && text[0] < 0x80 &&
-           isLetter(static_cast<char>(text[0]));
+    return text.size() > 1 && text[1] == ':' &&
+           ((text[0] >= 'a' && text[0] <= 'z') || (text[0] >= 'A' && text[0] <= 'Z'));
 }
 
 bool onDisk(const fs::path& path) {

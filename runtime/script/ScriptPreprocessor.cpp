@@ -1,12 +1,10 @@
 #include "ScriptPreprocessor.hpp"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
-#include <system_error>
+#include <map>
+#include <tuple>
 #include <utility>
 
-#include "PathEncoding.hpp"
 #include "ScriptLexer.hpp"
 #include "ScriptLimits.hpp"
 
@@ -37,32 +35,32 @@ std::string withoutComments(std::string_view text) {
     return out;
 }
 
-// The quoted path that an include begins with if a comment follows it, else all as it stands.
-std::string_view withoutComment(std::string_view include) {
-    if (!include.starts_with('"') && !include.starts_with('<')) return include;
-    const std::size_t end = include.find(include.front() == '<' ? '>' : '"', 1);
-    if (end == include.npos) return include;
-    const std::string_view behind = trimmed(include.substr(end + 1));
-    const bool comment = behind.starts_with("//") || behind.starts_with("/*");
-    return comment ? include.substr(0, end + 1) : include;
-}
+constexpr std::string_view kLineBreak = "\n";
 
 class Preprocessor {
   public:
-    Preprocessor(ScriptSources& sources, PreprocessorState& state, std::string& out)
+    Preprocessor(ScriptSources& sources, PreprocessorState& state, ExpandedText& out)
         : sources_(sources), state_(state), out_(out) {}
 
-    void file(const fs::path& path, std::string_view name, std::string_view source,
-              std::vector<char>& active, int depth) {
-        const LineOrigins::Line includer = enter(path);
-        expand({path, name, active, depth}, source);
+    void file(ScriptSource& source, std::vector<char>& active, int depth) {
+        const LineOrigin includer = origin_;
+        origin_ = {static_cast<std::uint32_t>(out_.files.size()), 1};
+        out_.files.push_back(&source);
+        if (depth > kMaxIncludeDepth) {
+            report("preprocessor-depth");
+            for (const SourceBlock& block : source.blocks) {
+                origin_.line = block.line;
+                append(block.text, block.lines);
+            }
+        } else {
+            expand({source, active, depth});
+        }
         origin_ = includer;
     }
 
   private:
     struct Place {
-        const fs::path& file;
-        std::string_view name;  // the same in UTF-8
+        ScriptSource& source;
         std::vector<char>& active;
         int depth;
     };
@@ -70,70 +68,83 @@ class Preprocessor {
     struct Remembered {
         int seen = 0;
         bool known = false;
-        std::size_t from = 0;  // of the text so far
-        std::size_t size = 0;
-        std::size_t line = 0;  // of the origins so far
-        std::size_t lines = 0;
+        std::size_t from = 0;  // of the segments so far
+        std::size_t segments = 0;
+        std::size_t bytes = 0;
         std::vector<std::string> reports;
     };
 
-    void expand(const Place& place, std::string_view source) {
-        if (place.depth > kMaxIncludeDepth) {
-            report("preprocessor-depth");
-            return append(source);
-        }
-        for (; !source.empty() && !state_.full; ++origin_.line) {
-            const std::size_t end = source.find('\n');
-            const std::string_view line = source.substr(0, end);
-            source.remove_prefix(end == source.npos ? source.size() : end + 1);
-            consume(line.size() + 1);
-            const std::string_view text = trimmed(line);
-            if (text.starts_with('#')) {
-                directive(place, trimmed(text.substr(1)));
-            } else if (place.active.back() != 0) {
-                copy(line);
+    void expand(const Place& place) {
+        for (SourceBlock& block : place.source.blocks) {
+            if (state_.full) return;
+            origin_.line = block.line;
+            if (block.kind == BlockKind::Lines) {
+                lines(block, place.active.back() != 0);
+            } else {
+                consume(block.text.size());
+                directive(place, block);
             }
         }
     }
 
-    // The first line of a file; gives the place that was read before.
-    LineOrigins::Line enter(const fs::path& path) {
-        const LineOrigins::Line before = origin_;
-        if (state_.origins != nullptr) {
-            origin_ = {static_cast<std::uint32_t>(state_.origins->files.size()), 1};
-            state_.origins->files.push_back(path);
+    void lines(const SourceBlock& block, bool active) {
+        const bool named = active && !(state_.macros.empty() && state_.funcMacros.empty());
+        const bool fits = block.text.size() <= kMaxConsumedText - state_.consumed &&
+                          block.text.size() <= kMaxExpandedText - state_.produced;
+        if (fits && !named) {
+            consume(block.text.size());
+            if (active) append(block.text, block.lines);
+            return;
         }
-        return before;
+        for (std::string_view rest = block.text; !rest.empty() && !state_.full; ++origin_.line) {
+            const std::string_view line = rest.substr(0, rest.find('\n') + 1);
+            rest.remove_prefix(line.size());
+            consume(line.size());
+            if (active) copy(line);
+        }
     }
 
-    void directive(const Place& place, std::string_view text) {
-        const std::string name = lower(leadingName(text));
-        const std::string_view rest = trimmed(text.substr(name.size()));
-        const bool active = place.active.back() != 0;
-        if (name == "ifdef" || name == "ifndef") {
-            const std::string_view word = leadingName(rest);
-            const bool defined = state_.macros.contains(word) || state_.funcMacros.contains(word);
-            place.active.push_back(active && defined == (name == "ifdef"));
-        } else if (name == "else") {
-            if (place.active.size() < 2) return;
-            place.active.back() = place.active[place.active.size() - 2] != 0 && !active;
-        } else if (name == "endif") {
-            if (place.active.size() > 1) place.active.pop_back();
-        } else if (active && name == "define") {
-            define(rest);
-        } else if (active && (name == "include" || name == "import")) {
-            bringIn(place, name, rest);
-        } else if (active && name == "undef" && mends(ScriptMend::Undefine)) {
-            undefine(leadingName(rest));
-        } else if (active) {
-            report("preprocessor:" + name);
+    void directive(const Place& place, SourceBlock& block) {
+        std::vector<char>& open = place.active;
+        const bool active = open.back() != 0;
+        switch (block.kind) {
+            case BlockKind::IfDefined:
+            case BlockKind::IfUndefined:
+                open.push_back(active &&
+                               defines(block.rest) == (block.kind == BlockKind::IfDefined));
+                return;
+            case BlockKind::Else:
+                if (open.size() > 1) open.back() = open[open.size() - 2] != 0 && !active;
+                return;
+            case BlockKind::EndIf:
+                if (open.size() > 1) open.pop_back();
+                return;
+            default:
+                if (active) order(place, block);
         }
+    }
+
+    // A directive that is no condition.
+    void order(const Place& place, SourceBlock& block) {
+        if (block.kind == BlockKind::Define) return define(block.rest);
+        if (block.kind == BlockKind::Include || block.kind == BlockKind::Import) {
+            return bringIn(place, block);
+        }
+        if (block.kind == BlockKind::Undefine && mends(ScriptMend::Undefine)) {
+            return undefine(leadingName(block.rest));
+        }
+        report("preprocessor:" + lower(block.name));
+    }
+
+    [[nodiscard]] bool defines(std::string_view text) const {
+        const std::string_view word = leadingName(text);
+        return state_.macros.contains(word) || state_.funcMacros.contains(word);
     }
 
     // Whether a line to which the mend applies is mended; it is noted if so.
     bool mends(ScriptMend mend) {
-        if (!sources_.asWritten && state_.origins != nullptr) {
-            state_.origins->mended.emplace_back(mend, origin_);
+        if (!sources_.asWritten && state_.mended != nullptr) {
+            state_.mended->emplace_back(mend, origin_);
         }
         return !sources_.asWritten;
     }
@@ -191,72 +202,73 @@ class Preprocessor {
         ++state_.version;
     }
 
-    void bringIn(const Place& place, const std::string& name, std::string_view raw) {
-        const std::string_view path = withoutComment(raw);
-        if (path.size() < raw.size() && mends(ScriptMend::IncludeComment)) raw = path;
-        if (raw.size() > 1 && ((raw.front() == '"' && raw.back() == '"') ||
-                               (raw.front() == '<' && raw.back() == '>'))) {
-            raw = raw.substr(1, raw.size() - 2);
-        }
+    void bringIn(const Place& place, SourceBlock& block) {
+        sources_.resolve(place.source, block);
+        if (block.mended) mends(ScriptMend::IncludeComment);
         consume(kIncludeWeight);
-        const ScriptSources::Included& file = sources_.included(place.file, place.name, raw);
-        if (!file.safe) return report("unsafe-" + name + ":" + std::string(raw));
-        if (name == "import") {
-            if (!state_.imported.insert(file.name).second) return;
+        const bool once = block.kind == BlockKind::Import;
+        if (block.source == nullptr) {
+            return report((once ? "unsafe-import:" : "unsafe-include:") + std::string(block.rest));
+        }
+        if (once) {
+            if (!state_.imported.insert(block.source).second) return;
             ++state_.version;
         }
         // A missing file says nothing here: what it would have supplied is reported where it is
         // called.
-        if (file.text != nullptr) includeText(file, place.depth + 1);
+        if (block.source->readable) include(*block.source, place.depth + 1);
     }
 
     // Real include graphs are so dense that walking one without memory takes millions of visits. A
     // file that changed nothing when it was last brought in yields the same again in the same
     // state.
-    void includeText(const ScriptSources::Included& included, int depth) {
-        Remembered& memory = remembered_[included.name + '\n' + std::to_string(depth) + '\n' +
-                                         std::to_string(state_.version)];
+    void include(ScriptSource& source, int depth) {
+        Remembered& memory = remembered_[{&source, depth, state_.version}];
         if (memory.known) {
             repeat(memory);
             for (const std::string& line : memory.reports) report(line);
         } else {
             const std::uint64_t version = state_.version;
-            const std::size_t from = out_.size();
-            const std::size_t line = state_.origins ? state_.origins->lines.size() : 0;
+            const std::size_t from = out_.segments.size();
+            const std::size_t produced = state_.produced;
             const std::size_t reports = state_.unsupported.size();
             std::vector<char> active{1};
-            file(included.path, included.name, *included.text, active, depth);
+            file(source, active, depth);
             // Kept from the second time on: most files come once.
+            const std::size_t bytes = state_.produced - produced;
             if (memory.seen++ > 0 && version == state_.version && !state_.full &&
-                out_.size() - from <= kMaxRemembered) {
+                bytes <= kMaxRemembered) {
                 memory.known = true;
                 memory.from = from;
-                memory.size = out_.size() - from;
-                memory.line = line;
-                memory.lines = state_.origins ? state_.origins->lines.size() - line : 0;
+                memory.segments = out_.segments.size() - from;
+                memory.bytes = bytes;
                 memory.reports.assign(
                     state_.unsupported.begin() + static_cast<std::ptrdiff_t>(reports),
                     state_.unsupported.end());
             }
         }
-        append("\n");
+        append(kLineBreak, 1, true);
     }
 
     void copy(std::string_view line) {
+        if (!namesMacro(line, state_.macros, state_.funcMacros)) return append(line, 1);
+        const std::string_view text = line.substr(0, line.size() - kLineBreak.size());
         const std::size_t limit =
-            std::min(kMaxExpandedText - state_.produced, line.size() + kMaxLineGrowth);
+            std::min(kMaxExpandedText - state_.produced, text.size() + kMaxLineGrowth);
         std::size_t work = 0;
-        std::string expanded;
-        std::string_view text = line;
-        if (namesMacro(line, state_.macros, state_.funcMacros)) {
-            expanded =
-                expandMacros(std::string(line), state_.macros, state_.funcMacros, limit, work);
-            text = expanded;
-        }
-        if (text.size() > limit && !state_.full) stop();
-        append(text);
+        std::string expanded =
+            expandMacros(std::string(text), state_.macros, state_.funcMacros, limit, work);
+        if (expanded.size() > limit && !state_.full) stop();
+        expanded += kLineBreak;
+        if (!state_.full) append(kept(expanded), 1, true);
         consume(work);
-        append("\n");
+    }
+
+    // Lines of their own that follow each other stand beside each other in memory.
+    std::string_view kept(std::string_view text) {
+        auto* const bytes = static_cast<char*>(out_.memory->allocate(text.size(), 1));
+        std::copy(text.begin(), text.end(), bytes);
+        return {bytes, text.size()};
     }
 
     // Whether the text may grow by so many bytes; all of it ends if not.
@@ -270,24 +282,29 @@ class Preprocessor {
         return true;
     }
 
-    // Text of the line that is being read.
-    void append(std::string_view text) {
+    // Lines from the one on that is being read.
+    void append(std::string_view text, std::uint32_t lines, bool made = false) {
         if (!mayGrow(text.size())) return;
-        out_ += text;
-        if (state_.origins == nullptr) return;
-        std::vector<LineOrigins::Line>& lines = state_.origins->lines;
-        lines.insert(lines.end(),
-                     static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')), origin_);
+        if (!out_.segments.empty()) {
+            ExpandedText::Segment& last = out_.segments.back();
+            const bool goesOn = last.text.data() + last.text.size() == text.data() &&
+                                last.made == made && last.origin.file == origin_.file &&
+                                last.origin.line + last.lines == origin_.line;
+            if (goesOn) {
+                last.text = {last.text.data(), last.text.size() + text.size()};
+                last.lines += lines;
+                return;
+            }
+        }
+        out_.segments.push_back({text, origin_, lines, made});
     }
 
     void repeat(const Remembered& memory) {
-        if (!mayGrow(memory.size)) return;
-        out_.append(out_, memory.from, memory.size);
-        if (state_.origins == nullptr) return;
-        std::vector<LineOrigins::Line>& lines = state_.origins->lines;
-        const std::size_t end = lines.size();
-        lines.resize(end + memory.lines);
-        std::copy_n(lines.data() + memory.line, memory.lines, lines.data() + end);
+        if (!mayGrow(memory.bytes)) return;
+        std::vector<ExpandedText::Segment>& segments = out_.segments;
+        const std::size_t end = segments.size();
+        segments.resize(end + memory.segments);
+        std::copy_n(segments.data() + memory.from, memory.segments, segments.data() + end);
     }
 
     void report(std::string complaint) {
@@ -307,51 +324,30 @@ class Preprocessor {
 
     ScriptSources& sources_;
     PreprocessorState& state_;
-    std::string& out_;
-    LineOrigins::Line origin_;  // of what is being read
-    std::unordered_map<std::string, Remembered> remembered_;
+    ExpandedText& out_;
+    LineOrigin origin_;  // of what is being read
+    // By file, depth and version of the state.
+    std::map<std::tuple<const ScriptSource*, int, std::uint64_t>, Remembered> remembered_;
 };
 
 }  // namespace
 
-const std::string* ScriptSources::text(const fs::path& path) {
-    const auto [slot, added] = sourceCache_.try_emplace(PathEncoding::utf8(path));
-    Source& source = slot->second;
-    if (added) {
-        std::error_code ignored;
-        std::ifstream in;
-        const bool fits =
-            fs::is_regular_file(path, ignored) && fs::file_size(path, ignored) <= kMaxSourceFile;
-        if (fits) in.open(path, std::ios::binary);
-        source.readable = in.is_open();
-        if (in) source.text.assign(std::istreambuf_iterator<char>(in), {});
-    }
-    return source.readable ? &source.text : nullptr;
+std::string ExpandedText::joined() const {
+    std::string text;
+    for (const Segment& segment : segments) text += segment.text;
+    return text;
 }
 
-const ScriptSources::Included& ScriptSources::included(const fs::path& by, std::string_view byName,
-                                                       std::string_view raw) {
-    key_.assign(byName).append(1, '\0').append(raw);
-    const auto [slot, added] = included_.try_emplace(key_);
-    Included& found = slot->second;
-    if (!added) return found;
-    found.safe = paths.safeScriptPath(by, raw, found.path);
-    if (!found.safe) return found;
-    if (!paths.exists(found.path)) {
-        fs::path unique = paths.scriptUniqueBasename(raw);
-        if (!unique.empty()) found.path = std::move(unique);
-    }
-    found.name = PathEncoding::utf8(found.path);
-    found.text = text(found.path);
-    return found;
+ExpandedText preprocess(ScriptSources& sources, ScriptSource& source, PreprocessorState& state) {
+    ExpandedText out;
+    Preprocessor(sources, state, out).file(source, state.active, 0);
+    return out;
 }
 
 std::string preprocessScript(ScriptSources& sources, const fs::path& file, std::string_view source,
-                             PreprocessorState& state, int depth) {
-    std::string out;
-    Preprocessor(sources, state, out)
-        .file(file, PathEncoding::utf8(file), source, state.active, depth);
-    return out;
+                             PreprocessorState& state) {
+    ScriptSource own(file, std::string(source));
+    return preprocess(sources, own, state).joined();
 }
 
 }  // namespace port::script

@@ -37,6 +37,14 @@ Word plainOperator(Word assignment) {
     }
 }
 
+// What the step at the end of a loop's round becomes, where the next round begins with `head`.
+Op backOf(const Instr& step, const Instr& head) {
+    if (head.a != step.a) return Op::StepBack;
+    return head.op == Op::Less    ? Op::CountBack
+           : head.op == Op::LessK ? Op::CountBackK
+                                  : Op::StepBack;
+}
+
 // Whether a key is equal to one of them at most, however it is rounded.
 bool apart(std::vector<double> numbers) {
     std::ranges::sort(numbers);
@@ -88,12 +96,12 @@ Compiler::Operand Compiler::condition() {
 // A chain of "else if" is one loop here, however long it is.
 void Compiler::ifStatement() {
     std::vector<std::int32_t> ends;
-    const std::size_t known = trail_.size();
+    const std::size_t known = locals_.mark();
     for (;;) {
         ++pos_;
         const std::int32_t otherwise = jumpIfFalse(condition());
         statement();
-        unsure(known);
+        locals_.unsure(known);
         const bool more = accept(Word::Else);
         if (more) ends.push_back(openJump(Op::Jump));
         land(otherwise);
@@ -101,7 +109,7 @@ void Compiler::ifStatement() {
         if (more) statement();
         break;
     }
-    unsure(known);
+    locals_.unsure(known);
     while (!ends.empty()) {
         land(ends.back());
         ends.pop_back();
@@ -115,7 +123,7 @@ std::int32_t Compiler::beginLoop() {
 }
 
 void Compiler::loopBack(std::int32_t counter, std::int32_t top) {
-    if (last() != nullptr && last()->op == Op::SumK) last()->op = Op::StepBack;
+    if (last() != nullptr && last()->op == Op::SumK) last()->op = backOf(*last(), instr(top));
     emitWide(Op::LoopBack, static_cast<std::uint16_t>(counter), static_cast<std::size_t>(top));
 }
 
@@ -149,9 +157,9 @@ void Compiler::whileStatement() {
     emit({Op::LoopBegin, Word::None, static_cast<std::uint16_t>(counter)});
     openScope(true);
     const std::int32_t top = here();
-    const std::size_t known = trail_.size();
+    const std::size_t known = locals_.mark();
     statement();
-    unsure(known);
+    locals_.unsure(known);
     const std::size_t end = pos_;
     std::size_t range = 0;
     const Scope scope = closeScope(range);
@@ -172,9 +180,9 @@ void Compiler::doStatement() {
     entries_.push_back(emit({Op::LoopBegin, Word::None, static_cast<std::uint16_t>(counter)}));
     openScope(true);
     const std::int32_t top = here();
-    const std::size_t known = trail_.size();
+    const std::size_t known = locals_.mark();
     statement();
-    unsure(known);
+    locals_.unsure(known);
     std::size_t range = 0;
     const Scope scope = closeScope(range);
     if (!accept(Word::While)) throw SyntaxError("expected while after do");
@@ -213,15 +221,15 @@ void Compiler::forStatement() {
     }
     pos_ = bodyAt;
     openScope(true);
-    const std::size_t known = trail_.size();
+    const std::size_t known = locals_.mark();
     statement();
-    unsure(known);
+    locals_.unsure(known);
     const std::size_t end = pos_;
     std::size_t range = 0;
     const Scope scope = closeScope(range);
     pos_ = incrementAt;
     simpleClause(Word::RightParen, ")");
-    unsure(known);
+    locals_.unsure(known);
     loopBack(counter, top);
     pos_ = end;
     entries_.pop_back();
@@ -391,7 +399,7 @@ void Compiler::switchBodies(const Labels& labels, SwitchTable& table) {
 void Compiler::switchStatements(std::size_t from, std::size_t end,
                                 std::map<std::size_t, std::int32_t>& places) {
     const Mark start = mark();
-    const std::size_t sure = trail_.size();
+    const std::size_t sure = locals_.mark();
     pos_ = from;
     places[from] = label();
     try {
@@ -404,7 +412,7 @@ void Compiler::switchStatements(std::size_t from, std::size_t end,
                 need(Word::Colon, ":");
             } else {
                 statement();
-                unsure(sure);
+                locals_.unsure(sure);
             }
             const auto [known, added] = places.try_emplace(pos_, label());
             if (!added) {
@@ -415,7 +423,7 @@ void Compiler::switchStatements(std::size_t from, std::size_t end,
     } catch (const SyntaxError& error) {
         // The walk over the whole switch does not come here: only running does.
         if (exhausted_) throw;
-        unsure(sure);
+        locals_.unsure(sure);
         breakOff(start, error.what());
     }
 }

@@ -60,6 +60,11 @@ class Scripts {
     // Like the machine, lets a break or continue out that no loop holds.
     void runHook(const char* path, ScriptContext& context, const char* event);
 
+    // The same where the data root holds the script.
+    void runGlobal(const char* path, ScriptContext& context, const char* event) {
+        if (has(path)) runHook(path, context, event);
+    }
+
     // A frame's command: texts as the tables have them, empty where there is none.
     struct FrameCommand {
         const char* event = "";

@@ -84,12 +84,6 @@ void Engine::readLogicalSize() {
 void Engine::attachScripts() {
     game_.scripts.open(game_.root, game_.dataRoot, &game_.host, game_.config.asWritten);
     game_.world.player1 = freshPlayer<Player1>(0, kPlayer1Handle);
-    const auto exists = [this](const char* script) {
-        std::error_code absent;
-        return std::filesystem::exists(runtimeCasePath(game_.dataRoot / script), absent);
-    };
-    game_.hasUpdateScript = exists(kUpdateScript);
-    game_.hasUpdatedScript = exists(kUpdatedScript);
 }
 
 void Engine::logServices() const {
@@ -204,7 +198,7 @@ void Engine::runFrontendPass() {
     if (frontend.state == FrontendState::Playing || frontend.state == FrontendState::Quit) return;
     bringUp();
     const bool overStage = liesOverStage(frontend);
-    if (overStage) drawStage(game_);
+    if (overStage) drawStage(game_, true);
     game_.drawing.clear();
     addMenuBackground(game_.drawing, frontend);
     screen_->draw(game_.drawing);

@@ -16,9 +16,9 @@ using enum CompatStatus;
 TEST(CompatibilityReports, EmptyGame) {
     const test::TempFolder folder;
     ProjectScan project;
-    project.root = folder.path() / "say \"hé\"";
+    project.root = folder.below("say \"hé\"");
     writeReports(project, {}, folder.path() / "out" / "reports");
-    const std::string source = (folder.path() / "say \"hé\"").string();
+    const std::string source = test::text(project.root);
     EXPECT_EQ(folder.read("out/reports/compatibility-report.txt"),
               "OPENBOR CONVERSION REPORT\n\nGame: say \"hé\"\nSource: " + source +
                   "\nOpenBOR hint: \nLogical resolution: 320x240\nModels: 0\nStages: 0\n"

@@ -115,8 +115,8 @@ TEST_F(HtmlReportTest, MissingFilesWithTheirFirstPlace) {
     write("models.txt", "load Hero data/chars/hero.txt\nknow Lost data/chars/lost.txt\n");
     write("chars/hero.txt",
           "name Hero\ndiesound data/sounds/die.wav\nanim idle\nsound data/sounds/hit\n"
-          "frame data/chars/HERE.gif\nframe data/chars/gone.gif\nframe data\\chars\\gone.gif\n"
-          "frame data/chars/other.png\nframe data/chars/two.png\nframe none\n"
+          "frame data/chars/HERE.gif\nframe data/chars/two.png\nframe data/chars/gone.gif\n"
+          "frame data\\chars\\gone.gif\nframe data/chars/other.png\nframe none\n"
           "dust data/nodust hero\nhitflash Spark\nframe none\nanimationscript first.c\n@cmd f\n"
           "animationscript Data\\Scripts\\LOST.c\n@cmd f\nthinkscript "
           "data/scripts/moved.c\nonspawnscript data/scripts/lost.c\n"

@@ -325,6 +325,9 @@ TEST_F(DispatchTest, TestOfAPortChecksAndCompilesIt) {
     EXPECT_EQ(run({"test", "/port", "--playtest=" + path("/absent.json")}), 2);
     EXPECT_EQ(err_.str(),
               "Erro: relatorio de jogo invalido: " + path("/absent.json") + ": cannot be read\n");
+    EXPECT_EQ(run({"test", "/port", "--playtest="}), 2) << "an unset variable";
+    EXPECT_EQ(run({"test", "/game", "--playtest=" + path("/met.json")}), 1);
+    EXPECT_EQ(err_.str(), "Erro: --playtest pede a pasta de um port: " + path("/game") + '\n');
 
     folder_.write("port/config/openbor-video.ini", "logical_width=480\nlogical_height=240\n");
     fs::remove(path("/port/runtime/src/Engine.cpp"));

@@ -66,15 +66,16 @@ TEST_F(ArchiveExtractionTest, WindowsChain) {
     EXPECT_FALSE(extract(recorded(windowsArchiveTools(), {1, -1})));
     EXPECT_EQ(error_,
               "PowerShell/tar.exe/7-Zip nao conseguiram extrair o arquivo (codigos 1/-1/-1)");
-    const Command powerShell = {"powershell.exe",
-                                "-NoProfile",
-                                "-NonInteractive",
-                                "-ExecutionPolicy",
-                                "Bypass",
-                                "-Command",
-                                "Expand-Archive -LiteralPath '" +
-                                    test::text(folder_.below("it''s \u2019\u2019new\u2019\u2019.zip")) +
-                                    "' -DestinationPath '" + out + "' -Force"};
+    const Command powerShell = {
+        "powershell.exe",
+        "-NoProfile",
+        "-NonInteractive",
+        "-ExecutionPolicy",
+        "Bypass",
+        "-Command",
+        "Expand-Archive -LiteralPath '" +
+            test::text(folder_.below("it''s \u2019\u2019new\u2019\u2019.zip")) +
+            "' -DestinationPath '" + out + "' -Force"};
     const Command tar = {"tar.exe", "-xf", in, "-C", out};
     EXPECT_EQ(commands_, (std::vector<Command>{powerShell, tar}));
 
@@ -85,8 +86,10 @@ TEST_F(ArchiveExtractionTest, WindowsChain) {
     EXPECT_EQ(error_,
               "RAR detectado pelo conteudo, mas tar.exe/7-Zip nao conseguiram extrair (codigos "
               "3/4). Instale 7-Zip ou extraia o RAR e selecione a pasta do jogo.");
-    EXPECT_EQ(commands_,
-              (std::vector<Command>{tar, {test::text(program), "x", "-y", "-o" + out, in}}));
+    EXPECT_EQ(
+        commands_,
+        (std::vector<Command>{
+            tar, {test::text(fs::path(program).make_preferred()), "x", "-y", "-o" + out, in}}));
 
     commands_.clear();
     EXPECT_TRUE(extract(recorded(windowsArchiveTools(), {0})));

@@ -51,7 +51,7 @@ class PakExtractionTest : public ::testing::Test {
 TEST_F(PakExtractionTest, PutsEveryNameBelowData) {
     EXPECT_EQ(extract(pakBytes({
                   {"DaTa/Chars/A.TXT", "a"},
-                  {"chars\\b.txt", "b"},
+                  {"other\\b.txt", "b"},
                   {".//c.txt", "c"},
                   {"data", "file called data"},
 
@@ -66,10 +66,10 @@ TEST_F(PakExtractionTest, PutsEveryNameBelowData) {
               })),
               "");
     EXPECT_EQ(files(),
-              (std::vector<std::string>{"data/Chars/A.TXT=a", "data/c.txt=c", "data/chars/b.txt=b",
-                                        "data/cut.txt=cut", "data/data=file called data",
+              (std::vector<std::string>{"data/Chars/A.TXT=a", "data/c.txt=c", "data/cut.txt=cut",
+                                        "data/data=file called data",
                                         "data/f/empty.txt=", "data/m\xC3\xBAsica.txt=legacy name",
-                                        "data/version.txt=PACK"}));
+                                        "data/other/b.txt=b", "data/version.txt=PACK"}));
 }
 
 TEST_F(PakExtractionTest, CopiesMoreThanOneBuffer) {

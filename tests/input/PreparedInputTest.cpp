@@ -91,7 +91,8 @@ TEST_F(PreparedInputTest, FolderOfPaks) {
         EXPECT_EQ(sessions(), 1);
     }
     EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-              "[WARN] PAK ignorado " + test::text(bad) + ": assinatura PACK nao encontrada\n");
+              "[WARN] PAK ignorado " + test::text(fs::path(bad).make_preferred()) +
+                  ": assinatura PACK nao encontrada\n");
     EXPECT_EQ(sessions(), 0);
     fs::remove_all(folder_.path() / "paks/b");
     fs::remove(folder_.path() / "paks/game.pak");

@@ -53,5 +53,25 @@ TEST(FileReplace, LeavesWhatStandsThereAndNothingOfItsOwn) {
     }
 }
 
+#ifdef _WIN32
+TEST(FileReplace, AFileThatMayOnlyBeReadIsReplacedAndRemoved) {
+    const TempFolder folder;
+    const fs::path from = folder.write("from", "new");
+    const fs::path to = folder.write("tree/to", "old");
+    for (int turn = 0; turn < 2; ++turn) {
+        fs::permissions(to, fs::perms::owner_read);
+        std::error_code error;
+        copyFileOver(from, to, error);
+        EXPECT_FALSE(error) << error.message();
+    }
+    EXPECT_EQ(folder.read("tree/to"), "new");
+    fs::permissions(to, fs::perms::owner_read);
+    std::error_code error;
+    removeAll(folder.path() / "tree", error);
+    EXPECT_FALSE(error) << error.message();
+    EXPECT_FALSE(fs::exists(folder.path() / "tree"));
+}
+#endif
+
 }  // namespace
 }  // namespace tindrel

@@ -17,19 +17,23 @@ using test::Environment;
 using test::TempFolder;
 
 #ifdef _WIN32
-const std::vector<std::string> kShell = {"cmd", "/c"};
+constexpr const char* kScript = "line.cmd";
+constexpr const char* kScriptStart = "@";
 constexpr const char* kProgramSuffix = ".exe";
 constexpr char kBetweenFolders = ';';
 #else
-const std::vector<std::string> kShell = {"sh", "-c"};
+constexpr const char* kScript = "line.sh";
+constexpr const char* kScriptStart = "#!/bin/sh\n";
 constexpr const char* kProgramSuffix = "";
 constexpr char kBetweenFolders = ':';
 #endif
 
+// As a script of the system's shell.
 int runShell(const std::string& line) {
-    std::vector<std::string> command = kShell;
-    command.push_back(line);
-    return runCommand(command);
+    const TempFolder folder;
+    const fs::path script = folder.write(kScript, kScriptStart + line + "\n");
+    fs::permissions(script, fs::perms::owner_all);
+    return runCommand({script.string()});
 }
 
 fs::path writeProgram(const TempFolder& folder, const std::string& name) {

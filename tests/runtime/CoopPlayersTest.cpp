@@ -216,9 +216,9 @@ TEST_F(Joins, APressOnItsPadIsEnough) {
     config.gamepad = false;
     EXPECT_FALSE(pressed(0, kPadStart));
     config.gamepad = true;
-    tick.drive = PlayerDrive::Nobody;
+    drive = PlayerDrive::Nobody;
     EXPECT_FALSE(pressed(0, kPadStart));
-    tick.drive = PlayerDrive::Devices;
+    drive = PlayerDrive::Devices;
     EXPECT_TRUE(pressed(0, kPadStart));
     EXPECT_EQ(world.coop.size(), 1U) << "one at a time";
     EXPECT_TRUE(pressed(0, kPadA));

@@ -72,6 +72,19 @@ TEST_F(EngineLoopInWindow, EscapeAndStartPauseBeforeAnythingOfThePassHappens) {
     }
 }
 
+TEST_F(EngineLoopInWindow, AMenuIsShownWithTheStageBelowIt) {
+    ASSERT_TRUE(initialize());
+    begin(0);
+    game.frontend.state = FrontendState::Paused;
+    for (const bool asWritten : {false, true}) {
+        game.config.asWritten = asWritten;
+        framesShown = 0;
+        passesUntilClosed = 4;
+        run();
+        EXPECT_EQ(framesShown, asWritten ? 8 : 4);
+    }
+}
+
 TEST_F(EngineLoop, ATickRunsItsStepsInOrder) {
     ASSERT_TRUE(initialize());
     standStill();

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "AnimationLookup.hpp"
 #include "Engine.hpp"
 #include "EngineTrial.hpp"
 
@@ -49,6 +50,24 @@ TEST_F(EngineStage, AStageIsAsLongAsItsPicturesAndWhatWaitsInIt) {
     row.events = &gate;
     row.eventCount = 1;
     EXPECT_EQ(stageLength(row, {}, 200), 1200) << "the camera reaches what waits";
+}
+
+// Also of those who come behind it: who has joined or may do so, and the game's own.
+TEST_F(EngineStage, AStageHasItsScriptsCompiled) {
+    folder.write("assets/openbor-data/scripts/join2.c", "void main() {}");
+    folder.write("assets/openbor-data/scripts/other.c", "void main() {}");
+    const auto prepared = [&](const char* path) { return game.scripts.prepareHook(path) == 0; };
+    world.player1.model = findCharacter("Mate");
+    world.slots[2].selectIndex = world.slots[3].selectIndex = 1;  // Mate as well
+    for (const bool joined : {false, true}) {
+        game.scripts.open(game.root, game.dataRoot, &game.host);
+        world.slots[1].joined = joined;
+        EXPECT_TRUE(load(1));
+        EXPECT_TRUE(prepared("data/scripts/spawn.c")) << "Hero's";
+        EXPECT_TRUE(prepared("scripts/join2.c"));
+        EXPECT_TRUE(prepared("scripts/updated.c"));
+        EXPECT_FALSE(prepared("scripts/other.c"));
+    }
 }
 
 TEST_F(EngineStage, AStageHasItsMusicDecodedOnce) {

@@ -14,19 +14,13 @@ namespace port {
 struct HostTrial : EntityTrial {
     std::filesystem::path root = folder.path();
     std::filesystem::path dataRoot = std::filesystem::path(TRIAL_PORT) / "assets" / "openbor-data";
-    PlayerDrive drive = PlayerDrive::Devices;
     AudioSystem audio;
     SoundEffects effects;
     SpriteCache sprites;
     ScriptPictures pictures;
     Renderer renderer;
     bool inPlay = true;
-    Host host{{.world = world,
-               .drive = drive,
-               .input = input,
-               .config = config,
-               .scripts = scripts,
-               .events = events,
+    Host host{{.tick = tick,
                .audio = audio,
                .effects = effects,
                .sprites = sprites,

@@ -196,7 +196,7 @@ TEST_F(PlayerInput, RunsWithoutDevicesPlayThemselves) {
     RuntimeCoopPlayer& coop = addCoop();
     hold({config.keyLeft, config.keyAttack}, kPadA, kPadA);
     feed();
-    tick.drive = PlayerDrive::SelfCheck;
+    drive = PlayerDrive::SelfCheck;
     world.tick = 100;
     PlayerControl control = poll();
     EXPECT_EQ(control.dx, 1);
@@ -212,7 +212,7 @@ TEST_F(PlayerInput, RunsWithoutDevicesPlayThemselves) {
     EXPECT_EQ(control.dz, 0.18F);
     EXPECT_TRUE(control.pickup);
 
-    tick.drive = PlayerDrive::Nobody;
+    drive = PlayerDrive::Nobody;
     control = poll();
     EXPECT_EQ(control.dx, -1);
     EXPECT_EQ(control.dz, 0);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "ScriptLimits.hpp"
 #include "TempFolder.hpp"
 
 namespace port::script {
@@ -37,7 +38,7 @@ TEST(ScriptCheck, NamesThePlaceInTheFileThatHoldsIt) {
     ScriptCheck check(folder.path());
     const CheckedScript& script = check.file("data/MAIN.c");
     EXPECT_EQ(script.error, "");
-    EXPECT_TRUE(script.files.size() >= 3 && script.files.back().filename() == "lib.h");
+    EXPECT_TRUE(script.files.size() >= 3 && script.files.back()->path.filename() == "lib.h");
     EXPECT_EQ(shown(script.functions),
               (std::vector<std::string>{"bad lib.h:7 {: expected ) near '{'",
                                         "good lib.h:9 }: expected ) near '}'",
@@ -63,6 +64,19 @@ TEST(ScriptCheck, ScriptsThatCannotBeHadOrAreLeftOpen) {
     EXPECT_EQ(check.file("").error, "");
     EXPECT_EQ(shown(check.command("f(;")).size(), 1U);
     EXPECT_EQ(shown(check.command("f();")).size(), 0U);
+}
+
+TEST(ScriptCheck, NamesTheLineOfAFileBeyondTheDepthOfIncludes) {
+    const tindrel::test::TempFolder folder;
+    const int last = kMaxIncludeDepth + 1;
+    for (int i = 0; i < last; ++i) {
+        folder.write(std::to_string(i) + ".c", "#include \"" + std::to_string(i + 1) + ".c\"\n");
+    }
+    folder.write(std::to_string(last) + ".c", "#define A\n\nvoid deep(){ deep(; }\n");
+    ScriptCheck check(folder.path());
+    EXPECT_EQ(
+        shown(check.file("0.c").functions),
+        std::vector<std::string>{"deep " + std::to_string(last) + ".c:3 ;: unexpected token ;"});
 }
 
 // What scripts share is read once, unless its meaning lies with what stands around it.

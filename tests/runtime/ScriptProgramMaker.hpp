@@ -116,8 +116,9 @@ class ProgramMaker {
                 return count + " = 2; do { " + count + "--; " + body() + " } while (" + count +
                        " > 0 && " + value(1) + ");";
             case 12:
-                return "for (int " + count + " = 0; say(" + count + ") < 3; " + count + "++) " +
-                       body();
+                return "for (int " + count + " = " + oneOf({"0", "0", "'1'"}) + "; " +
+                       (below(2) ? count : "say(" + count + ")") + oneOf({" < 3; ", " < b; "}) +
+                       count + "++) " + body();
             default: {
                 std::string text = "switch (" + value(1) + ") { ";
                 for (std::size_t cases = below(4); cases > 0; --cases) {

@@ -135,8 +135,8 @@ struct PortRun : testing::Test {
 
     // The exit code of `program` with these arguments.
     int start(const std::string& arguments, const std::string& program = PORT_PROGRAM) {
-        const std::string command = '"' + program + "\" " + arguments + " >" + quoted("output") +
-                                    " 2>" + quoted("errors");
+        const std::string command =
+            '"' + program + "\" " + arguments + " >" + quoted("output") + " 2>" + quoted("errors");
 #ifdef _WIN32
         // Its shell takes the outermost quotes away.
         const int code = std::system(("\"" + command + "\"").c_str());
@@ -157,7 +157,9 @@ struct PortRun : testing::Test {
         return copy.string();
     }
 
-    std::string log() { return folder.read("runtime-startup.log"); }
+    std::string log() {
+        return folder.read("runtime-startup.log");
+    }
 };
 
 TEST_F(PortRun, DiagnoseChecksAndStops) {
@@ -219,9 +221,9 @@ TEST_F(PortRun, AHeadlessGamePlaysItselfAndKeepsItsSettings) {
 TEST_F(PortRun, TwoRunsOnTheSameInputsShowTheSame) {
     makePort();
     const auto hash = [&](const std::string& captures) {
-        EXPECT_EQ(start(quoted() + " --smoke-frames=60 --capture-every=20 --capture=" +
-                        quoted(captures)),
-                  0)
+        EXPECT_EQ(
+            start(quoted() + " --smoke-frames=60 --capture-every=20 --capture=" + quoted(captures)),
+            0)
             << errors;
         const std::size_t at = output.find("SMOKE GAME HASH ");
         EXPECT_NE(at, output.npos) << output;

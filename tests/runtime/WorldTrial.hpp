@@ -22,7 +22,8 @@ struct WorldTrial : testing::Test {
     RuntimeConfig config;
     Scripts scripts;
     Events events;
-    Tick tick{world, PlayerDrive::Devices, input, config, scripts, events};
+    PlayerDrive drive = PlayerDrive::Devices;
+    Tick tick{world, drive, input, config, scripts, events};
     Player1& player = world.player1;
     std::string log, warnings;
 
