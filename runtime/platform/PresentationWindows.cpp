@@ -19,6 +19,7 @@ namespace {
 
 constexpr const wchar_t* kClassName = L"TindrelPort";
 constexpr const wchar_t* kTitle = L"Tindrel Port";
+constexpr DWORD kUnseenFrame = 16;  // milliseconds
 // No larger window can be made.
 constexpr int kLargestWindow = 16384;
 // The number of the program's icon among its resources.
@@ -177,7 +178,11 @@ void WindowsPresentation::present(const SpriteImage& canvas, const RuntimeConfig
     // A player may have drawn the window to another size, which stays until the setting changes.
     const WindowSettings settings(config);
     if (std::exchange(settings_, settings) != settings) arrange();
-    if (IsIconic(window_.get())) return;
+    if (IsIconic(window_.get())) {
+        // No screen waits for a frame then, and a game without a limit of its own would race.
+        if (config.vsync && config.fpsLimit == 0) Sleep(kUnseenFrame);
+        return;
+    }
     if (direct3d_) {
         if (direct3d_->present(canvas, config)) return;
         warnLine("D3D11 runtime failure; switching permanently to Win32 GDI fallback.");
