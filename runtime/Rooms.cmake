@@ -122,8 +122,11 @@ function(port_resources target folder name file version)
   set_source_files_properties(${copy} PROPERTIES OBJECT_DEPENDS
     "${folder}/platform/windows.ico;${folder}/platform/windows.manifest")
   target_sources(${target} PRIVATE ${copy})
+  # As much stack as other systems give: compilers disagree, and all give less.
   if(MSVC)
-    target_link_options(${target} PRIVATE /MANIFEST:NO)  # there is one already
+    target_link_options(${target} PRIVATE /STACK:8388608 /MANIFEST:NO)  # there is one already
+  else()
+    target_link_options(${target} PRIVATE LINKER:--stack,8388608)
   endif()
 endfunction()
 
@@ -217,7 +220,7 @@ function(port_sound_backends target folder)
   if(WIN32)
     set(decoder MediaFoundation)
     set(output XAudio2)
-    target_link_libraries(${target} PRIVATE mfplat mfreadwrite mfuuid
+    target_link_libraries(${target} PRIVATE mfuuid
       $<IF:$<BOOL:${MINGW}>,xaudio2_8,xaudio2> ole32)
   else()
     find_path(SNDFILE_INCLUDE_DIR sndfile.h)

@@ -1,12 +1,10 @@
-#include <windows.h>
-
 #include "platform/LinkStatus.hpp"
+
+#include "platform/LinkEntry.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
 
-// Of the reparse points only these lead elsewhere; folders that a cloud keeps, for one, are
-// folders.
 bool isLink(const fs::path& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
@@ -16,8 +14,7 @@ bool isLink(const fs::path& path) {
     const HANDLE search = FindFirstFileW(path.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) return false;
     FindClose(search);
-    return found.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
-           found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT;
+    return isLinkEntry(found);
 }
 
 fs::file_status linkStatus(const fs::path& path, std::error_code& error) {

@@ -4,6 +4,7 @@
 #include <exception>
 #include <string>
 
+#include "platform/FolderListing.hpp"
 #include "platform/LinkStatus.hpp"
 
 namespace tindrel {
@@ -23,9 +24,8 @@ void makeWritable(const fs::path& path) {
 template <typename Action>
 void forEachEntry(const fs::path& folder, const Action& action) {
     std::error_code error;
-    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-        action(it->path());
-    }
+    listFolder(
+        folder, [&](NativeView name, fs::file_type) { action(folder / name); }, error);
 }
 
 // True when it is gone.

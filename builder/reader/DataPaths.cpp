@@ -5,6 +5,7 @@
 
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/FolderListing.hpp"
 #include "platform/HostSystem.hpp"
 #include "platform/LinkStatus.hpp"
 #include "reader/Tokens.hpp"
@@ -162,9 +163,11 @@ const PathResolver::Listing& PathResolver::list(const fs::path& folder) {
     std::error_code error;
     // A link is not followed into: what it shows may lie outside, or change under the reader.
     if (!isNew || plainType(folder) != fs::file_type::directory) return listing;
-    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-        listing.emplace(toLower(PathEncoding::utf8(it->path().filename())), it->path());
-    }
+    const auto add = [&](NativeView native, fs::file_type) {
+        const fs::path name(native);
+        listing.emplace(toLower(PathEncoding::utf8(name)), folder / name);
+    };
+    listFolder(folder, add, error);
     return listing;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/Process.hpp"
 #include "platform/ProgramArgument.hpp"
 #include "reader/DataPaths.hpp"
+#include "reader/TreeWalk.hpp"
 #include "toolchain/CmakeSearch.hpp"
 
 namespace tindrel {
@@ -66,17 +67,14 @@ bool configure(const Console& console, const fs::path& cmake, const BuildPaths& 
 }
 
 fs::path findBuiltFile(const fs::path& buildFolder) {
-    std::error_code error;
-    fs::recursive_directory_iterator it(buildFolder, fs::directory_options::skip_permission_denied,
-                                        error);
-    for (; !error && it != fs::recursive_directory_iterator(); it.increment(error)) {
-        std::error_code unreadable;
-        if (it->path().filename() == executableNames(kHostSystem).built &&
-            it->is_regular_file(unreadable)) {
-            return it->path();
-        }
-    }
-    return {};
+    fs::path found;
+    walkTree(buildFolder, [&](const TreeEntry& entry) {
+        const bool isBuilt =
+            entry.regularFile && entry.path().filename() == executableNames(kHostSystem).built;
+        if (isBuilt) found = entry.path();
+        return isBuilt ? WalkStep::Stop : WalkStep::Enter;
+    });
+    return found;
 }
 
 int compile(const Console& console, const fs::path& cmake, const BuildPaths& paths) {

@@ -2,11 +2,13 @@
 
 #include <ostream>
 #include <system_error>
+#include <vector>
 
 #include "PathEncoding.hpp"
 #include "platform/ExitCodes.hpp"
 #include "platform/FileReplace.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/FolderListing.hpp"
 #include "platform/OutputFile.hpp"
 #include "platform/ProgramArgument.hpp"
 #include "platform/Progress.hpp"
@@ -103,31 +105,26 @@ class WorkingFolder {
 };
 
 // The archive takes names in UTF-8 only; the port reads any other name as legacy text, too.
-fs::path packagedName(const fs::path& relative) {
-    fs::path result;
-    for (const fs::path& element : relative) {
-        result /= PathEncoding::path(PathEncoding::utf8(element));
-    }
-    return result;
+fs::path packagedName(const fs::path& name) {
+    return PathEncoding::path(PathEncoding::utf8(name));
 }
 
 void copyFolder(const fs::path& from, const fs::path& to, Progress& progress,
                 std::error_code& error) {
     fs::create_directories(to, error);
     if (error) return;
-    fs::recursive_directory_iterator it(from, fs::directory_options::follow_directory_symlink,
-                                        error);
-    for (; !error && it != fs::recursive_directory_iterator(); it.increment(error)) {
-        const fs::path target = to / packagedName(it->path().lexically_relative(from));
-        const bool isFolder = it->is_directory(error);
+    std::vector<fs::path> names;
+    listFolder(
+        from, [&](NativeView name, fs::file_type) { names.emplace_back(name); }, error);
+    for (const fs::path& name : names) {
         if (error) return;
-        if (isFolder) {
-            fs::create_directories(target, error);
-        } else {
-            copyFileOver(it->path(), target, error);
+        const fs::path target = to / packagedName(name);
+        if (fs::is_directory(from / name, error)) {
+            copyFolder(from / name, target, progress, error);
+        } else if (!error) {
+            copyFileOver(from / name, target, error);
             progress.advance();
         }
-        if (error) return;
     }
 }
 

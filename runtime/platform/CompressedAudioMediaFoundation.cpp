@@ -23,13 +23,41 @@ using Microsoft::WRL::ComPtr;
 
 constexpr auto kStream = static_cast<DWORD>(MF_SOURCE_READER_FIRST_AUDIO_STREAM);
 
+// Null where the library or the function is missing.
+template <typename Function>
+Function find(HMODULE library, const char* name) {
+    if (!library) return nullptr;
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+}
+
+// The system's libraries, looked for when music first wants them: editions of Windows without
+// media have none, and would not start a program that was linked with them.
+struct MediaLibraries {
+    HMODULE platform = LoadLibraryExW(L"mfplat.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    HMODULE reader = LoadLibraryExW(L"mfreadwrite.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    decltype(&MFStartup) startUp = find<decltype(&MFStartup)>(platform, "MFStartup");
+    decltype(&MFShutdown) shutDown = find<decltype(&MFShutdown)>(platform, "MFShutdown");
+    decltype(&MFCreateMediaType) createType =
+        find<decltype(&MFCreateMediaType)>(platform, "MFCreateMediaType");
+    decltype(&MFCreateSourceReaderFromURL) openFile =
+        find<decltype(&MFCreateSourceReaderFromURL)>(reader, "MFCreateSourceReaderFromURL");
+
+    [[nodiscard]] bool complete() const { return startUp && shutDown && createType && openFile; }
+};
+
+const MediaLibraries& media() {
+    static const MediaLibraries libraries;
+    return libraries;
+}
+
 class MediaFoundation {
   public:
-    MediaFoundation() : started_(SUCCEEDED(MFStartup(MF_VERSION, MFSTARTUP_LITE))) {}
+    MediaFoundation()
+        : started_(media().complete() && SUCCEEDED(media().startUp(MF_VERSION, MFSTARTUP_LITE))) {}
     MediaFoundation(const MediaFoundation&) = delete;
     MediaFoundation& operator=(const MediaFoundation&) = delete;
     ~MediaFoundation() {
-        if (started_) MFShutdown();
+        if (started_) media().shutDown();
     }
     [[nodiscard]] bool started() const { return started_; }
 
@@ -40,7 +68,7 @@ class MediaFoundation {
 
 bool askForPcm(IMFSourceReader& reader) {
     ComPtr<IMFMediaType> pcm;
-    return SUCCEEDED(MFCreateMediaType(&pcm)) &&
+    return SUCCEEDED(media().createType(&pcm)) &&
            SUCCEEDED(pcm->SetGUID(MF_MT_MAJOR_TYPE, MFMediaType_Audio)) &&
            SUCCEEDED(pcm->SetGUID(MF_MT_SUBTYPE, MFAudioFormat_PCM)) &&
            SUCCEEDED(pcm->SetUINT32(MF_MT_AUDIO_BITS_PER_SAMPLE, 16)) &&
@@ -115,7 +143,7 @@ std::string decode(const std::filesystem::path& path, DecodedAudio& out,
     const MediaFoundation services;
     if (!services.started()) return "MFStartup failed for compressed audio";
     ComPtr<IMFSourceReader> reader;
-    if (FAILED(MFCreateSourceReaderFromURL(path.c_str(), nullptr, &reader))) {
+    if (FAILED(media().openFile(path.c_str(), nullptr, &reader))) {
         return "Media Foundation could not open compressed audio (codec may be unavailable)";
     }
     if (!askForPcm(*reader.Get())) return "Media Foundation could not negotiate PCM output";

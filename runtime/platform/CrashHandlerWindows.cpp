@@ -77,6 +77,9 @@ void installCrashHandler(const std::filesystem::path& crashLog) {
     const std::wstring path = crashLog.wstring();
     const std::size_t length = path.copy(gCrashLogPath.data(), gCrashLogPath.size() - 1);
     gCrashLogPath[length] = L'\0';
+    // What is left of the game's stack when it has overflowed, for the line and the box.
+    ULONG room = 64 * 1024;
+    SetThreadStackGuarantee(&room);
     SetUnhandledExceptionFilter(portUnhandledException);
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
 }

@@ -236,7 +236,12 @@ std::string SdlPresentation::presentByShader(const SpriteImage& canvas,
 
 void SdlPresentation::present(const SpriteImage& canvas, const RuntimeConfig& config) {
     follow(WindowSettings(config));
-    if ((SDL_GetWindowFlags(window_.get()) & SDL_WINDOW_MINIMIZED) != 0) return;
+    if ((SDL_GetWindowFlags(window_.get()) & SDL_WINDOW_MINIMIZED) != 0) {
+        // No screen waits for a frame then, and a game without a limit of its own would race.
+        constexpr Uint32 kUnseenFrame = 16;  // milliseconds
+        if (config.vsync && config.fpsLimit == 0) SDL_Delay(kUnseenFrame);
+        return;
+    }
     if (processor_) {
         const std::string failure = presentByShader(canvas, config);
         if (failure.empty()) return;

@@ -19,6 +19,7 @@ namespace {
 
 constexpr const wchar_t* kClassName = L"TindrelPort";
 constexpr const wchar_t* kTitle = L"Tindrel Port";
+constexpr DWORD kUnseenFrame = 16;  // milliseconds
 // No larger window can be made.
 constexpr int kLargestWindow = 16384;
 // The number of the program's icon among its resources.
@@ -52,7 +53,6 @@ LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM wide, LPARAM la
             switch (wide & 0xFFF0U) {
                 case SC_KEYMENU:     // Alt and F10 would stop the game for a menu that is not there
                 case SC_SCREENSAVE:  // who plays on a pad touches neither mouse nor keyboard
-                case SC_MONITORPOWER:
                     return 0;
                 default:
                     break;
@@ -143,8 +143,9 @@ WindowsPresentation::WindowsPresentation() {
 
 // Style, size and, in full screen, place.
 void WindowsPresentation::arrange() {
-    SetWindowLongPtrW(window_.get(), GWL_STYLE,
-                      static_cast<LONG_PTR>(settings_.style() | WS_VISIBLE));
+    // Being visible is a part of the style, too; only showing a window makes it so for the desktop.
+    const LONG_PTR shown = GetWindowLongPtrW(window_.get(), GWL_STYLE) & LONG_PTR{WS_VISIBLE};
+    SetWindowLongPtrW(window_.get(), GWL_STYLE, static_cast<LONG_PTR>(settings_.style()) | shown);
     const UINT place = settings_.fullscreen ? 0U : static_cast<UINT>(SWP_NOMOVE);
     SetWindowPos(window_.get(), HWND_TOP, 0, 0, settings_.size.width, settings_.size.height,
                  place | SWP_FRAMECHANGED | SWP_SHOWWINDOW);
@@ -154,6 +155,8 @@ bool WindowsPresentation::open(const RuntimeConfig& config) {
     settings_ = WindowSettings(config);
     arrange();
     SetForegroundWindow(window_.get());
+    // Nor does such a player's machine switch the screen off or fall asleep.
+    SetThreadExecutionState(ES_CONTINUOUS | ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED);
     if (config.gpuAcceleration && config.renderer == "d3d11") {
         direct3d_ = makeD3d11Screen(window_.get(), {config.logicalWidth, config.logicalHeight});
     }
@@ -175,7 +178,11 @@ void WindowsPresentation::present(const SpriteImage& canvas, const RuntimeConfig
     // A player may have drawn the window to another size, which stays until the setting changes.
     const WindowSettings settings(config);
     if (std::exchange(settings_, settings) != settings) arrange();
-    if (IsIconic(window_.get())) return;
+    if (IsIconic(window_.get())) {
+        // No screen waits for a frame then, and a game without a limit of its own would race.
+        if (config.vsync && config.fpsLimit == 0) Sleep(kUnseenFrame);
+        return;
+    }
     if (direct3d_) {
         if (direct3d_->present(canvas, config)) return;
         warnLine("D3D11 runtime failure; switching permanently to Win32 GDI fallback.");
