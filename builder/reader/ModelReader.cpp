@@ -10,10 +10,10 @@
 
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/LinkStatus.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/ModelKeywords.hpp"
 #include "reader/Tokens.hpp"
-#include "reader/TreeWalk.hpp"
 
 namespace tindrel {
 namespace fs = std::filesystem;
@@ -137,23 +137,33 @@ void check(const char* operation, const fs::path& path, const std::error_code& e
     if (error) throw fs::filesystem_error(operation, path, error);
 }
 
+bool isTextFile(const fs::directory_entry& entry) {
+    if (toLower(PathEncoding::utf8(entry.path().extension())) != ".txt") return false;
+    std::error_code error;
+    const bool regular = entry.is_regular_file(error);
+    if (!isAbsence(error)) check("status", entry.path(), error);
+    return regular;
+}
+
 // For projects without a usable registry: every text file that describes an entity is one.
 std::vector<ModelDef> findModels(GameReader& game) {
     std::vector<ModelDef> models;
-    const auto take = [&](const TreeEntry& entry) {
-        if (entry.extension() != ".txt") return WalkStep::Enter;
-        check("status", entry.path(), entry.error);
-        if (!entry.regularFile) return WalkStep::Enter;
-        ModelDef model = readModelFile(game, entry.path());
-        if (!model.animations.empty() && !model.name.empty()) {
-            model.modelName = model.name;
-            models.push_back(std::move(model));
+    std::error_code error;
+    fs::recursive_directory_iterator walk(game.dataDir(), error);
+    check("recursive_directory_iterator", game.dataDir(), error);
+    while (walk != fs::recursive_directory_iterator()) {
+        const fs::path path = walk->path();
+        if (tindrel::isLink(path)) walk.disable_recursion_pending();
+        if (isTextFile(*walk)) {
+            ModelDef model = readModelFile(game, path);
+            if (!model.animations.empty() && !model.name.empty()) {
+                model.modelName = model.name;
+                models.push_back(std::move(model));
+            }
         }
-        return WalkStep::Enter;
-    };
-    walkTree(game.dataDir(), take, [](const fs::path& unlisted, std::error_code error) {
-        check("recursive_directory_iterator", unlisted, error);
-    });
+        walk.increment(error);
+        check("recursive_directory_iterator", path, error);
+    }
     return models;
 }
 
