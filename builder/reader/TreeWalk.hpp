@@ -38,10 +38,10 @@ enum class WalkStep {
     Stop,
 };
 
-// Visits everything below `folder` in the file system's order, what a directory holds right behind
-// it. Links are not followed. Lists every directory once, with one of them open at a time; one that
-// cannot be listed to its end is reported to `unlisted`, if given, right after it was visited, and
-// the walk goes on beside it.
+// Visits everything below `folder` by folded names, what a directory holds right behind it. Links
+// are not followed. Lists every directory once, with one of them open at a time; one that cannot be
+// listed to its end is reported to `unlisted`, if given, right after it was visited, and the walk
+// goes on beside it.
 void walkTree(
     const std::filesystem::path& folder, const std::function<WalkStep(TreeEntry& entry)>& visit,
     const std::function<void(const std::filesystem::path&, std::error_code)>& unlisted = {});
