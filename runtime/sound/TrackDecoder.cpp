@@ -17,10 +17,7 @@ void TrackDecoder::expect(const std::vector<std::filesystem::path>& files) {
         }
         tracks_ = std::move(tracks);
     }
-    changed_.notify_all();
-    if (!worker_.joinable() && !files.empty()) {
-        worker_ = std::jthread([this](const std::stop_token& stop) { work(stop); });
-    }
+    startWorker();
 }
 
 std::shared_ptr<const DecodedAudio> TrackDecoder::decode(const std::filesystem::path& path,
@@ -28,14 +25,21 @@ std::shared_ptr<const DecodedAudio> TrackDecoder::decode(const std::filesystem::
     const std::optional<FileStamp> stamp = fileStamp(path);
     std::optional<Result> result;
     {
-        std::unique_lock lock(mutex_);
+        const std::scoped_lock lock(mutex_);
+        Track* const track = find(path);
+        if (track) track->waits = false;
+        yields_ = track && underWay_ == path;
+    }
+    if (yields_) worker_.join();
+    {
+        const std::scoped_lock lock(mutex_);
+        yields_ = false;
         if (Track* const track = find(path)) {
-            track->waits = false;
-            changed_.wait(lock, [&] { return underWay_ != path; });
             if (track->result && track->result->stamp != stamp) track->result.reset();
             result = track->result;
         }
     }
+    startWorker();
     if (!result) {
         result = decodeTrack(path, {});
         const std::scoped_lock lock(mutex_);
@@ -58,12 +62,20 @@ TrackDecoder::Result TrackDecoder::decodeTrack(const std::filesystem::path& path
     return result;
 }
 
+// A worker that has ended is replaced by the next one.
+void TrackDecoder::startWorker() {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (working_ || nextTrack() == tracks_.end()) return;
+        working_ = true;
+    }
+    worker_ = std::jthread([this](const std::stop_token& stop) { work(stop); });
+}
+
 void TrackDecoder::work(const std::stop_token& stop) {
     std::unique_lock lock(mutex_);
-    const auto nextTrack = [this] { return std::ranges::find(tracks_, true, &Track::waits); };
-    const auto anyWaits = [&] { return nextTrack() != tracks_.end(); };
-    while (changed_.wait(lock, stop, anyWaits) && !stop.stop_requested()) {
-        const auto next = nextTrack();
+    for (auto next = nextTrack(); next != tracks_.end() && !yields_ && !stop.stop_requested();
+         next = nextTrack()) {
         next->waits = false;
         const std::filesystem::path path = next->path;
         underWay_ = path;
@@ -77,8 +89,12 @@ void TrackDecoder::work(const std::stop_token& stop) {
         lock.lock();
         underWay_.reset();
         if (result) keep(path, *std::move(result));
-        changed_.notify_all();
     }
+    working_ = false;
+}
+
+std::vector<TrackDecoder::Track>::iterator TrackDecoder::nextTrack() {
+    return std::ranges::find(tracks_, true, &Track::waits);
 }
 
 TrackDecoder::Track* TrackDecoder::find(const std::filesystem::path& path) {

@@ -2,7 +2,6 @@
 
 // Music decoded before it is needed, so that no frame waits for it.
 
-#include <condition_variable>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -18,7 +17,8 @@
 
 namespace port {
 
-// Belongs to one thread, beside which it has a worker of its own.
+// Belongs to one thread. A worker beside it lives while tracks wait; nobody waits for a signal,
+// which not every system's condition variables bring for sure, but for the worker's end alone.
 class TrackDecoder {
   public:
     // By default some 25 minutes of stereo at 44,100 Hz: what a stage and its scenes play.
@@ -50,18 +50,21 @@ class TrackDecoder {
     };
 
     static Result decodeTrack(const std::filesystem::path& path, const std::stop_token& stop);
+    void startWorker();
     void work(const std::stop_token& stop);
     // The rest holds the mutex.
+    [[nodiscard]] std::vector<Track>::iterator nextTrack();
     [[nodiscard]] Track* find(const std::filesystem::path& path);
     [[nodiscard]] std::size_t keptBytes() const;
     void keep(const std::filesystem::path& path, Result result);
 
     std::size_t capacity_;
     mutable std::mutex mutex_;
-    std::condition_variable_any changed_;
     std::vector<Track> tracks_;                      // as expected
     std::optional<std::filesystem::path> underWay_;  // what the worker is at
-    std::jthread worker_;  // from the first expectation on; ends before the rest goes
+    bool working_ = false;
+    bool yields_ = false;  // the worker ends behind the track that it is at
+    std::jthread worker_;  // ends before the rest goes
 };
 
 }  // namespace port
