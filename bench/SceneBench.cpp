@@ -166,10 +166,10 @@ struct Crowd {
         scene.addActors();
         for (int i = 0; i < 4; ++i) {
             for (const int width : {72, 70, 50}) {
-                list.add(port::SceneKind::Hud, stage.zMax + 10'050, 0,
+                list.add(port::SceneKind::Hud, stage.zMax + 10'050, 0, 0,
                          port::DrawRectangle{40 + i * 110, 10, width, 7, 0x40C020});
             }
-            list.add(port::SceneKind::Hud, stage.zMax + 10'050, 0,
+            list.add(port::SceneKind::Hud, stage.zMax + 10'050, 0, 0,
                      port::DrawImage{icons[static_cast<std::size_t>(i)], 10 + i * 110, 6});
         }
         list.sort();
@@ -207,8 +207,8 @@ struct Blits {
         }
         all.push_back({std::move(image), sprite.x - anchor.x, sprite.y - anchor.y});
     }
-    void operator()(const port::DrawWater&) {}
-    void operator()(const port::DrawRectangle&) {}
+    template <class Rest>
+    void operator()(const Rest&) {}
 };
 
 // Arguments: whether every second actor looks left, whether all cast shadows. Rounds alternate,
