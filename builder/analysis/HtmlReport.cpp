@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <map>
 #include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
