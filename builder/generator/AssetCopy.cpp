@@ -11,13 +11,14 @@ namespace fs = std::filesystem;
 
 void copyAssets(const ProjectScan& project, const fs::path& target) {
     createDirectories(target);
+    // Both with a separator at the end: an entry stands below the one, its copy below the other.
+    const NativePath folder = (target / "").native();
+    const std::size_t prefix = (project.dataDir / "").native().size();
     Progress progress("Copying", project.entries.size());
     for (const TreeEntry& entry : project.entries) {
         progress.advance();
         if (entry.symlink || (!entry.directory && !entry.regularFile)) continue;
-        const fs::path relative = entry.path().lexically_relative(project.dataDir);
-        if (relative.empty()) continue;
-        const fs::path copy = target / relative;
+        const fs::path copy = folder + entry.native.substr(prefix);
         // The scan lists a folder ahead of what it holds, so that a file's folder is there by now.
         const std::error_code error =
             entry.directory ? makeFolder(copy) : replaceWithCopy(entry.path(), copy);

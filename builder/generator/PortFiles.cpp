@@ -38,22 +38,18 @@ void writeTextFile(const fs::path& path, std::string_view text, LineEnds ends) {
 std::error_code replaceWithCopy(const fs::path& source, const fs::path& target) {
     std::error_code error;
     copyNewFile(source, target, error);
+    if (!error) return {};
     std::error_code ignored;
-    if (error) {
-        const fs::file_status before = linkStatus(target, ignored);
-        if (!fs::exists(before)) return error;
-        if (!fs::is_symlink(before) &&
-            (isUnchangedCopy(source, target) || fs::equivalent(source, target, ignored))) {
-            return {};
-        }
-        // Writing into what is there could write through a link, or into the game by a hard link.
-        removeEntry(target);
-        copyNewFile(source, target, error);
-        if (error) return error;
+    const fs::file_status before = linkStatus(target, ignored);
+    if (!fs::exists(before)) return error;
+    if (!fs::is_symlink(before) &&
+        (isUnchangedCopy(source, target) || fs::equivalent(source, target, ignored))) {
+        return {};
     }
-    const fs::file_time_type changed = fs::last_write_time(source, ignored);
-    if (!ignored) fs::last_write_time(target, changed, ignored);
-    return {};
+    // Writing into what is there could write through a link, or into the game by a hard link.
+    removeEntry(target);
+    copyNewFile(source, target, error);
+    return error;
 }
 
 std::error_code makeFolder(const fs::path& target) {

@@ -29,9 +29,9 @@ bool hasControl(std::string_view text) {
 
 void copySources(const ProjectScan& project, const ProjectAnalysis& analysis,
                  const fs::path& folder) {
-    std::set<fs::path> seen;
+    std::set<fs::path::string_type> seen;
     const auto copy = [&](const fs::path& relative) {
-        if (!seen.insert(relative).second) return;
+        if (!seen.insert(relative.native()).second) return;
         const fs::path source = project.root / relative;
         if (!tindrel::exists(source)) return;
         const fs::path target = folder / relative;

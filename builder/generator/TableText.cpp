@@ -1,6 +1,8 @@
 #include "generator/TableText.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace tindrel {
 namespace {
@@ -12,6 +14,13 @@ std::string_view print(Digits& buffer, float value, std::chars_format format, in
     char* const begin = buffer.data();
     const auto end = std::to_chars(begin, begin + buffer.size(), value, format, precision).ptr;
     return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+// Most values of a game are whole numbers, which need no rounding. Minus zero keeps its sign.
+bool isShortWhole(float value) {
+    constexpr float kMostSixDigits = 999'999;
+    return std::abs(value) <= kMostSixDigits && value == std::trunc(value) &&
+           (value != 0 || !std::signbit(value));
 }
 
 char escapeLetter(char c) {
@@ -31,11 +40,18 @@ char escapeLetter(char c) {
 
 void appendEscaped(std::string& out, std::string_view text, const Escapes& escapes) {
     constexpr std::string_view kHex = "0123456789abcdef";
-    for (const char c : text) {
+    const auto isPlain = [&](char c) {
+        return escapes[static_cast<unsigned char>(c)] == Escape::kNone;
+    };
+    while (true) {
+        const auto plainEnd = std::find_if_not(text.begin(), text.end(), isPlain);
+        out.append(text.begin(), plainEnd);
+        if (plainEnd == text.end()) return;
+        const char c = *plainEnd;
         const auto byte = static_cast<unsigned char>(c);
+        text.remove_prefix(static_cast<std::size_t>(plainEnd - text.begin()) + 1);
         switch (escapes[byte]) {
             case Escape::kNone:
-                out += c;
                 break;
             case Escape::kBackslash:
                 out += {'\\', escapeLetter(c)};
@@ -53,6 +69,11 @@ void appendEscaped(std::string& out, std::string_view text, const Escapes& escap
 }
 
 void appendFixedFloat(std::string& out, float value) {
+    if (isShortWhole(value)) {
+        appendInteger(out, static_cast<std::int32_t>(value));
+        out += ".0f";
+        return;
+    }
     Digits buffer;
     std::string_view digits = print(buffer, value, std::chars_format::fixed, 3);
     while (digits.size() > 2 && digits.back() == '0') digits.remove_suffix(1);
@@ -83,6 +104,7 @@ void appendShapeFloat(std::string& out, float value) {
 }
 
 void appendJsonFloat(std::string& out, float value) {
+    if (isShortWhole(value)) return appendInteger(out, static_cast<std::int32_t>(value));
     Digits buffer;
     out += print(buffer, value, std::chars_format::general, 6);
 }

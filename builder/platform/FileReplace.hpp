@@ -11,8 +11,9 @@ namespace tindrel {
 void copyFileOver(const std::filesystem::path& from, const std::filesystem::path& to,
                   std::error_code& error);
 
-// Copies a regular file with its permissions to where nothing stands, as shared blocks where the
-// file system has them. Fails with file_exists otherwise; a failure leaves nothing behind.
+// Copies a regular file with its permissions and its time of change to where nothing stands, as
+// shared blocks where the file system has them. Fails with file_exists otherwise; a failure leaves
+// nothing behind.
 void copyNewFile(const std::filesystem::path& from, const std::filesystem::path& to,
                  std::error_code& error);
 

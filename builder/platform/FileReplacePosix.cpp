@@ -99,6 +99,14 @@ void copyNewFile(const fs::path& from, const fs::path& to, std::error_code& erro
     const bool done = ::fchmod(target.number(), status.st_mode & 0777U) == 0 &&
                       copyBytes(source.number(), target.number(), status.st_size);
     if (!done) error = lastError();
+#ifdef __APPLE__
+    const timespec changed = status.st_mtimespec;
+#else
+    const timespec changed = status.st_mtim;
+#endif
+    // What cannot keep a time, as some shared folders, keeps its bytes all the same.
+    const std::array<timespec, 2> times{timespec{0, UTIME_OMIT}, changed};
+    static_cast<void>(::futimens(target.number(), times.data()));
     if (!target.close() && !error) error = lastError();
     if (error) ::unlink(to.c_str());
 }

@@ -114,7 +114,7 @@ ProjectScan scanProject(const fs::path& root, DataWalk walked) {
     scan.hasLoading = imageExists(screens / "loading") || imageExists(screens / "loading2");
     if (!scan.hasModels) scan.warnings.emplace_back("models.txt nao encontrado.");
     if (!scan.hasLevels) scan.warnings.emplace_back("levels.txt nao encontrado.");
-    if (walked.dataDir != scan.dataDir) walked = walkDataFolder(scan.dataDir);
+    if (walked.dataDir.native() != scan.dataDir.native()) walked = walkDataFolder(scan.dataDir);
     addEntries(scan, std::move(walked));
     return scan;
 }

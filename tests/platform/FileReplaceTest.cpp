@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -14,18 +15,21 @@ namespace {
 namespace fs = std::filesystem;
 using test::TempFolder;
 
-TEST(FileReplace, CopiesBytesAndPermissionsToAFreePlace) {
+TEST(FileReplace, CopiesBytesPermissionsAndTimeToAFreePlace) {
     const TempFolder folder;
     for (const std::size_t size : {std::size_t{0}, std::size_t{1}, std::size_t{300'001}}) {
         std::string content(size, 'x');
         for (std::size_t i = 0; i < size; ++i) content[i] = static_cast<char>(i * 31 / 7);
         const fs::path from = folder.write("from", content);
+        const fs::file_time_type changed = fs::last_write_time(from) - std::chrono::hours(1);
+        fs::last_write_time(from, changed);
         fs::permissions(from, fs::perms::owner_read | fs::perms::group_all);
         std::error_code error;
         copyNewFile(from, folder.path() / "to", error);
         EXPECT_FALSE(error) << error.message();
         EXPECT_EQ(folder.read("to"), content);
         EXPECT_EQ(fs::status(folder.path() / "to").permissions(), fs::status(from).permissions());
+        EXPECT_EQ(fs::last_write_time(folder.path() / "to"), changed);
         fs::permissions(from, fs::perms::owner_all);
         fs::remove(folder.path() / "to");
     }
