@@ -21,4 +21,6 @@ function(tindrel_embed_text source)
     DEPENDS ${script} ${source}.list ${inputs}
     COMMENT "Embedding the files of ${arg_FUNCTION}()"
     VERBATIM)
+  # Each of them names its bytes alike.
+  set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()

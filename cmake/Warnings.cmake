@@ -18,4 +18,8 @@ function(tindrel_library name)
   add_library(${name} STATIC ${arg_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/builder)
   target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE tindrel_warnings)
+  # The platform's sources include what systems define as macros.
+  if(TINDREL_UNITY AND NOT name STREQUAL "tindrel_platform")
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+  endif()
 endfunction()

@@ -22,11 +22,11 @@ std::size_t extensionAt(std::string_view text) {
     return dot == std::string_view::npos || dot <= name ? text.size() : dot;
 }
 
+}  // namespace
+
 std::string foldedPath(std::string_view text) {
     return toLower(normalizeDataPath(text));
 }
-
-}  // namespace
 
 AssetFinder::AssetFinder(const ProjectScan& project, GameReader& game)
     : game_(game), entries_(project.entries) {

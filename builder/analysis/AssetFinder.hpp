@@ -13,6 +13,9 @@
 
 namespace tindrel {
 
+// One name for all spellings of a path.
+[[nodiscard]] std::string foldedPath(std::string_view text);
+
 class AssetFinder {
   public:
     AssetFinder(const ProjectScan& project, GameReader& game);

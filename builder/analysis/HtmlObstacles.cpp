@@ -15,7 +15,7 @@ using enum CompatStatus;
 // Bounds that keep the page light for a game in which everything is wrong.
 constexpr std::size_t kMaxCommands = 300;
 constexpr std::size_t kMaxMessages = 4;
-constexpr std::size_t kMaxFiles = 40;
+constexpr std::size_t kMaxFilesOfObstacle = 40;
 constexpr std::size_t kMaxLines = 24;
 constexpr std::size_t kMaxBusyFiles = 12;
 
@@ -126,7 +126,7 @@ void HtmlObstacles::writeObstacle(const Obstacle& obstacle, std::uint64_t most) 
                  << "</code>?</p>\n";
         }
     }
-    const std::size_t shown = std::min(obstacle.files.size(), kMaxFiles);
+    const std::size_t shown = std::min(obstacle.files.size(), kMaxFilesOfObstacle);
     out_ << "<ul class=\"places\">\n";
     for (std::size_t i = 0; i < shown; ++i) writePlaces(obstacle.files[i]);
     out_ << "</ul>\n";

@@ -33,7 +33,7 @@ namespace {
 using enum CompatStatus;
 
 // Bounds that keep the page light for a game in which everything is wrong.
-constexpr std::size_t kMaxFiles = 40;
+constexpr std::size_t kMaxUnloadedFiles = 40;
 constexpr std::size_t kMaxTableRows = 1500;
 
 std::string lines(std::uint64_t count) {
@@ -254,7 +254,7 @@ class HtmlReport {
         out_ << "<ul class=\"list\">\n";
         std::size_t shown = 0;
         for (const SourceFile& file : analysis_.files) {
-            if (file.loaded || shown == kMaxFiles) continue;
+            if (file.loaded || shown == kMaxUnloadedFiles) continue;
             ++shown;
             out_ << "<li class=\"plain skip\"><span>";
             page_.writeFile(file);

@@ -17,7 +17,7 @@ using enum CompatStatus;
 
 constexpr std::size_t kMaxConsequences = 12;
 constexpr std::size_t kMaxNamesInSentence = 4;
-constexpr std::size_t kMaxBroken = 300;
+constexpr std::size_t kMaxShownFunctions = 300;
 constexpr std::size_t kMaxScriptNames = 200;
 constexpr std::size_t kMaxCalls = 80;
 constexpr std::size_t kMaxVerdicts = 60;
@@ -160,7 +160,7 @@ void HtmlScripts::writeBrokenScripts() {
         "rest of it.");
     out_ << "<p class=\"" << (checkup.broken.empty() ? "good" : "summary") << "\">"
          << escapeHtml(summaryOf(checkup)) << "</p>\n";
-    const std::size_t shown = std::min(checkup.broken.size(), kMaxBroken);
+    const std::size_t shown = std::min(checkup.broken.size(), kMaxShownFunctions);
     std::uint64_t most = 1;
     for (const BrokenScript& broken : checkup.broken) {
         most = std::max(most, broken.hooks + broken.commands);

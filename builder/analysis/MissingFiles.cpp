@@ -19,11 +19,6 @@ namespace {
 
 using Find = const NativePath* (AssetFinder::*)(std::string_view);
 
-// One name for all spellings of a path.
-std::string foldedPath(std::string_view text) {
-    return toLower(normalizeDataPath(text));
-}
-
 // The distinct names of one kind.
 class Names {
   public:

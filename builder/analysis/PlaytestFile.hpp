@@ -30,7 +30,7 @@ struct PlayedStage {
 };
 
 struct PlayedGame {
-    enum Kind { kScriptErrors, kUnsupported, kMissingPictures, kMissingSounds };
+    enum Kind { kScriptErrors, kUnsupportedUses, kMissingPictures, kMissingSounds };
 
     std::uint64_t stagesCleared = 0, stages = 0;
     std::array<PlayedFaults, 4> faults;  // by Kind

@@ -20,15 +20,15 @@ struct Call {
     bool writes = false;
 };
 
+// MENDED keys are unknown where a game is taken to the letter.
+enum class Known { PLAIN, MENDED };
+
 struct Key {
     Table table;
     std::string_view name;
     bool read, written;
-    bool mended;
+    Known known;
 };
-
-constexpr bool PLAIN = false;
-constexpr bool MENDED = true;
 
 constexpr bool isThere(std::string_view function) {
     return function != "nullptr";
@@ -36,15 +36,15 @@ constexpr bool isThere(std::string_view function) {
 
 constexpr Key kKeys[] = {
 #define ACTOR_PROPERTY(key, read, write, whose, reading) \
-    {Table::Actor, key, isThere(#read), isThere(#write), reading},
+    {Table::Actor, key, isThere(#read), isThere(#write), Known::reading},
 #define PLAYER_PROPERTY(key, read, write, reading) \
-    {Table::Player, key, isThere(#read), isThere(#write), reading},
+    {Table::Player, key, isThere(#read), isThere(#write), Known::reading},
 #define VARIANT(key, read, write, reading) \
-    {Table::Variant, key, isThere(#read), isThere(#write), reading},
+    {Table::Variant, key, isThere(#read), isThere(#write), Known::reading},
 #define LEVEL_PROPERTY(key, read, write, reading) \
-    {Table::Level, key, isThere(#read), isThere(#write), reading},
-#define NUMBER(name, value, reading) {Table::Constant, name, true, false, reading},
-#define WORD(name, key, reading) {Table::Constant, name, true, false, reading},
+    {Table::Level, key, isThere(#read), isThere(#write), Known::reading},
+#define NUMBER(name, value, reading) {Table::Constant, name, true, false, Known::reading},
+#define WORD(name, key, reading) {Table::Constant, name, true, false, Known::reading},
 #include "host/HostConstants.def"
 #include "host/HostPlayers.def"
 #include "host/HostProperties.def"
@@ -98,8 +98,8 @@ std::size_t placeOfKey(const Call& call, std::size_t count) {
 
 bool isKey(const Call& call, std::string_view name, bool asWritten) {
     return std::any_of(std::begin(kKeys), std::end(kKeys), [&](const Key& key) {
-        return key.table == call.table && key.name == name && !(key.mended && asWritten) &&
-               (call.writes ? key.written : key.read);
+        return key.table == call.table && key.name == name &&
+               !(key.known == Known::MENDED && asWritten) && (call.writes ? key.written : key.read);
     });
 }
 

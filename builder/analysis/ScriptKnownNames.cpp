@@ -42,7 +42,7 @@ constexpr auto kWordsOfTheLanguage = std::to_array<std::string_view>({
     "null",
 });
 
-enum Screening { SCREENED, UNSCREENED, MENDED };
+enum class Screening { SCREENED, UNSCREENED, MENDED };
 
 struct HostName {
     std::string_view name;
@@ -52,7 +52,7 @@ struct HostName {
 // The game's functions, from the very table by which a port answers them: nothing is promised that
 // a port lacks.
 constexpr auto kHostNames = std::to_array<HostName>({
-#define HOST_FUNCTION(name, needs, function, screening, beforehand) {#name, screening},
+#define HOST_FUNCTION(name, needs, function, screening, beforehand) {#name, Screening::screening},
 #include "host/HostFunctions.def"
 #undef HOST_FUNCTION
 });
@@ -61,7 +61,7 @@ std::unordered_set<std::string_view> allKnownNames() {
     std::unordered_set<std::string_view> names(kWordsOfTheLanguage.begin(),
                                                kWordsOfTheLanguage.end());
     for (const HostName& function : kHostNames) {
-        if (function.screening == SCREENED) names.insert(function.name);
+        if (function.screening == Screening::SCREENED) names.insert(function.name);
     }
     return names;
 }
@@ -69,7 +69,7 @@ std::unordered_set<std::string_view> allKnownNames() {
 std::unordered_set<std::string_view> allMendedNames() {
     std::unordered_set<std::string_view> names{"return"};
     for (const HostName& function : kHostNames) {
-        if (function.screening == MENDED) names.insert(function.name);
+        if (function.screening == Screening::MENDED) names.insert(function.name);
     }
     return names;
 }

@@ -18,10 +18,6 @@ namespace {
 
 using Args = std::span<const std::string_view>;
 
-std::int32_t nonNegative(std::string_view token) {
-    return std::max(parseIntOr(token, 0), 0);
-}
-
 std::int32_t zeroOrOne(std::string_view token) {
     return parseIntOr(token, 0) > 0 ? 1 : 0;
 }
@@ -93,9 +89,10 @@ struct LevelKeyword {
 
 constexpr LevelKeyword kLevelKeywords[] = {
     {"set", 1, false, [](LevelSetParser& p, Args a) { p.startSet(a); }},
-    {"lives", 1, true, [](LevelSetParser& p, Args a) { p.sets.back().lives = nonNegative(a[0]); }},
+    {"lives", 1, true,
+     [](LevelSetParser& p, Args a) { p.sets.back().lives = parseNonNegative(a[0]); }},
     {"credits", 1, true,
-     [](LevelSetParser& p, Args a) { p.sets.back().credits = nonNegative(a[0]); }},
+     [](LevelSetParser& p, Args a) { p.sets.back().credits = parseNonNegative(a[0]); }},
     {"cansave", 1, true,
      [](LevelSetParser& p, Args a) {
          p.sets.back().canSave = std::clamp(parseIntOr(a[0], 0), 0, 2);
@@ -111,7 +108,7 @@ constexpr LevelKeyword kLevelKeywords[] = {
          (p.sets.empty() ? p.noShare : p.sets.back().noShare) = zeroOrOne(a[0]);
      }},
     {"ifcomplete", 1, true,
-     [](LevelSetParser& p, Args a) { p.sets.back().ifComplete = nonNegative(a[0]); }},
+     [](LevelSetParser& p, Args a) { p.sets.back().ifComplete = parseNonNegative(a[0]); }},
     {"z", 2, true, [](LevelSetParser& p, Args a) { p.setDepth(a); }},
     {"scene", 1, true,
      [](LevelSetParser& p, Args a) { p.pendingScenes.push_back(normalizeDataPath(a[0])); }},

@@ -21,10 +21,6 @@ std::int32_t integer(std::string_view token) {
     return parseIntOr(token, 0);
 }
 
-std::int32_t nonNegative(std::string_view token) {
-    return std::max(parseIntOr(token, 0), 0);
-}
-
 std::int32_t clamped(std::string_view token, std::int32_t low, std::int32_t high) {
     return std::clamp(parseIntOr(token, 0), low, high);
 }
@@ -350,7 +346,7 @@ constexpr StageKeyword kStageKeywords[] = {
     {"bossmusic", 1,
      [](StageParser& p, Args a) {
          p.stage.bossMusic = normalizeDataPath(a[0]);
-         if (a.size() > 1) p.stage.bossMusicOffset = nonNegative(a[1]);
+         if (a.size() > 1) p.stage.bossMusicOffset = parseNonNegative(a[1]);
      }},
     {"water", 1,
      [](StageParser& p, Args a) {
@@ -362,8 +358,8 @@ constexpr StageKeyword kStageKeywords[] = {
          p.stage.stageLightX = integer(a[0]);
          p.stage.stageLightY = integer(a[1]);
      }},
-    {"setweap", 1, [](StageParser& p, Args a) { p.stage.setWeapon = nonNegative(a[0]); }},
-    {"settime", 1, [](StageParser& p, Args a) { p.stage.setTime = nonNegative(a[0]); }},
+    {"setweap", 1, [](StageParser& p, Args a) { p.stage.setWeapon = parseNonNegative(a[0]); }},
+    {"settime", 1, [](StageParser& p, Args a) { p.stage.setTime = parseNonNegative(a[0]); }},
     {"cameratype", 1, [](StageParser& p, Args a) { p.stage.cameraType = integer(a[0]); }},
     {"cameraoffset", 2,
      [](StageParser& p, Args a) {

@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t kBytesPerLine = 18;
 constexpr std::size_t kBytesPerToken = 9;
 
-constexpr std::string_view kBlockEnd = "@end_script";
+constexpr std::string_view kBlockEndWord = "@end_script";
 
 std::string_view trim(std::string_view text) {
     while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
@@ -77,8 +77,8 @@ std::size_t blockEndIn(std::string_view line) {
             for (++i; i < line.size() && line[i] != quote; ++i) {
                 if (line[i] == '\\') ++i;
             }
-        } else if (equalsFolded(rest.substr(0, kBlockEnd.size()), kBlockEnd)) {
-            const std::string_view behind = trim(rest.substr(kBlockEnd.size()));
+        } else if (equalsFolded(rest.substr(0, kBlockEndWord.size()), kBlockEndWord)) {
+            const std::string_view behind = trim(rest.substr(kBlockEndWord.size()));
             const bool ends = behind.empty() || behind.starts_with("//") ||
                               behind.starts_with("/*") || behind.starts_with('#');
             return ends ? i : std::string_view::npos;
@@ -131,10 +131,10 @@ class TextLineParser {
 
         std::string_view rest = trimmed;
         std::string_view word = takeWord(rest);
-        if (inBlock_ && !equalsFolded(word, kBlockEnd)) return readBlockLine(raw);
+        if (inBlock_ && !equalsFolded(word, kBlockEndWord)) return readBlockLine(raw);
         if (word.front() != '@') {
             // No directive.
-        } else if (equalsFolded(word, kBlockEnd)) {
+        } else if (equalsFolded(word, kBlockEndWord)) {
             closeBlock();
         } else if (equalsFolded(word, "@script")) {
             inBlock_ = true;
@@ -162,7 +162,7 @@ class TextLineParser {
         if (!trim(text).empty()) block_.append(text).push_back('\n');
         if (!ends) return;
         closeBlock();
-        appendLine(raw.substr(end, kBlockEnd.size()));
+        appendLine(raw.substr(end, kBlockEndWord.size()));
     }
 
     void appendLine(std::string_view command) {

@@ -49,6 +49,10 @@ std::int32_t parseIntOr(std::string_view token, std::int32_t fallback) {
     return static_cast<std::int32_t>(negative ? -magnitude : magnitude);
 }
 
+std::int32_t parseNonNegative(std::string_view token) {
+    return std::max(parseIntOr(token, 0), 0);
+}
+
 std::optional<std::int32_t> parseAutoBase(std::string_view token, bool whole) {
     token = skipSpace(token);
     bool negative = false;

@@ -41,6 +41,9 @@ struct KeywordHash {
 // No digit, or a value outside 32 bits, yields the fallback.
 [[nodiscard]] std::int32_t parseIntOr(std::string_view token, std::int32_t fallback);
 
+// The same, with 0 for no number and for one below 0.
+[[nodiscard]] std::int32_t parseNonNegative(std::string_view token);
+
 // Decimal, 0x hexadecimal or leading-zero octal, trailing text ignored; empty when there is no
 // number or it lies outside 32 bits. With `whole`, trailing text makes it empty too.
 [[nodiscard]] std::optional<std::int32_t> parseAutoBase(std::string_view token, bool whole = false);
