@@ -154,11 +154,15 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
     std::vector<SymbolId> uses;
     std::vector<SymbolId> definitions;
     std::vector<FileId> includes;
+    std::unordered_set<FileId> included;
     forEachInclude(text, [&](std::string_view raw) {
         fs::path found;
         switch (findScript(raw, file, found)) {
             case Lookup::kFound:
-                includes.push_back(fileId(found));
+                // A second time it brings nothing new.
+                if (const FileId next = fileId(found); included.insert(next).second) {
+                    includes.push_back(next);
+                }
                 break;
             case Lookup::kMissing:
                 uses.push_back(intern(missingInclude(raw), Section::kInclude));
