@@ -17,6 +17,7 @@
 #include "platform/FileStatus.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/ModelKeywords.hpp"
+#include "reader/ModelReader.hpp"
 #include "reader/Tokens.hpp"
 #include "reader/VideoReader.hpp"
 
@@ -150,9 +151,7 @@ class ProjectAnalyzer {
         const fs::path& file = game_.resolve("models.txt");
         if (file.empty() || !tindrel::exists(file)) return;
         for (const TextLine& line : game_.lines(file)) {
-            if ((line.key == "load" || line.key == "know") && !line.args.empty()) {
-                modelRegistryTokens_.insert(toLower(line.args[0]));
-            }
+            if (registeredModel(line)) modelRegistryTokens_.insert(toLower(line.args[0]));
         }
     }
 
