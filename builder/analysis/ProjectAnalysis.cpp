@@ -15,6 +15,7 @@
 #include "analysis/OccurrenceRefiner.hpp"
 #include "analysis/ScriptScan.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/Version.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/ModelKeywords.hpp"
 #include "reader/ModelReader.hpp"
@@ -41,13 +42,12 @@ constexpr std::string_view kPanelOrderImpact =
 constexpr std::string_view kUncataloguedImpact =
     "Uncatalogued command. Logged; conversion continues.";
 constexpr std::string_view kScriptFilePrefix =
-    "ScriptVM v0.34.32 covers the extended C-like core, preprocessing, native subscreens and "
+    "ScriptVM v" TINDREL_VERSION
+    " covers the extended C-like core, preprocessing, native subscreens and "
     "legacy direct-draw queue/drawmethod APIs, but this file uses: ";
 constexpr std::string_view kScriptFileSuffix = ". Logged, not silently dropped.";
 constexpr std::string_view kInlineScriptPrefix =
     "Inline body is preserved and executed, but requires: ";
-
-constexpr std::string_view kAudioExtensions[] = {".wav", ".bor", ".ogg", ".mp3", ".flac"};
 
 // Notes to people that games carry among their data.
 constexpr std::string_view kProseNames[] = {"translation.txt", "#translation#.txt"};
@@ -67,15 +67,6 @@ bool isProse(std::string_view name) {
     });
     return name.starts_with('l') && characters >= 7 && characters <= 14 &&
            name.find("ame.txt") != std::string_view::npos;
-}
-
-std::string join(const std::vector<std::string>& names, std::string_view separator) {
-    std::string joined;
-    for (const std::string& name : names) {
-        if (!joined.empty()) joined += separator;
-        joined += name;
-    }
-    return joined;
 }
 
 // One command of the game: its rule is looked up once, its occurrences are counted here.
@@ -102,6 +93,7 @@ class ProjectAnalyzer {
           refiner_(project, game, scripts_) {}
 
     ProjectAnalysis run() {
+        analysis_.audioFiles = project_.audioCount;
         readVideo();
         readModelsAndStages();
         readModelRegistry();
@@ -161,11 +153,8 @@ class ProjectAnalyzer {
             if (!isProse(entry.name())) classifyFile(entry.path());
         } else if (extension == ".cfg") {
             classifyFile(entry.path());
-        } else if (extension == ".c" || extension == ".h") {
+        } else if (isScriptExtension(extension)) {
             analyzeScriptFile(entry.path());
-        } else if (std::find(std::begin(kAudioExtensions), std::end(kAudioExtensions), extension) !=
-                   std::end(kAudioExtensions)) {
-            ++analysis_.audioFiles;
         }
     }
 
@@ -181,7 +170,7 @@ class ProjectAnalyzer {
         game_.collect(path, reading.lines());
         if (unsupported.clean()) return;
         std::string message(kScriptFilePrefix);
-        message += join(unsupported.names, ", ");
+        message += unsupported.joinedNames(", ");
         message += kScriptFileSuffix;
         SourceFile* const source = keepSource(path);
         ++source->byStatus[static_cast<std::size_t>(kPartial)];
@@ -271,7 +260,7 @@ class ProjectAnalyzer {
         if (unsupported.clean()) return;
         ++analysis_.recognized;
         std::string message(kInlineScriptPrefix);
-        message += join(unsupported.names, " ");
+        message += unsupported.joinedNames(" ");
         message += ' ';
         ++file.source->byStatus[static_cast<std::size_t>(kPartial)];
         addScriptIssue({file.source, line.line, std::move(unsupported)}, "inline-script-api",
