@@ -25,6 +25,9 @@ namespace {
 // About ten seconds; the scripts of large games take one of them.
 constexpr std::size_t kMaxWork = std::size_t{1} << 30U;
 
+// What holding a text against a command takes of it.
+constexpr std::size_t kWorkPerText = 2;
+
 // Nobody mends more before asking again.
 constexpr std::size_t kMaxBroken = 2000;
 
@@ -98,7 +101,7 @@ class OwnLines {
         const std::size_t end = std::min(command.find('\n', start), command.size());
         const auto found = byLine_.find(command.substr(start, end - start));
         if (found == byLine_.end()) return result;
-        work_ += found->second.size();
+        work_ += kWorkPerText * found->second.size();
         for (const Origin& origin : found->second) {
             if (origin.offset <= start &&
                 command.substr(start - origin.offset).starts_with(origin.text)) {
