@@ -15,16 +15,6 @@ using tindrel::fuzz::require;
 
 namespace {
 
-void checkSet(const tindrel::LevelSetDef& set) {
-    const std::size_t files = set.files.size();
-    for (const std::size_t length :
-         {set.firstScenes.size(), set.preScenes.size(), set.postScenes.size(), set.chapters.size(),
-          set.branchNames.size(), set.stageZMin.size(), set.stageZMax.size(),
-          set.stageHeight.size(), set.campaignEnd.size()}) {
-        require(length == files, "a set has one element for each stage in every list");
-    }
-}
-
 void checkStage(const tindrel::StageDef& stage) {
     std::set<std::int32_t> spawns;
     std::set<std::int32_t> events;
@@ -50,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const tindrel::TextFile file{
         std::string(end == std::string_view::npos ? text : text.substr(end + 1))};
     const auto sets = tindrel::readLevelSets(list);
-    for (const auto& set : sets) checkSet(set);
-    checkStage(tindrel::parseStage(file, sets.empty() ? tindrel::LevelSetDef{} : sets.front()));
+    const auto set = sets.empty() ? tindrel::LevelSetDef{} : sets.front();
+    checkStage(tindrel::parseStage(file, set, set.depth));
     return 0;
 }

@@ -139,15 +139,6 @@ bool hasVerifiedShape(std::string_view text) {
     return safe;
 }
 
-std::string joinNames(const std::vector<std::string>& names) {
-    std::string out;
-    for (const std::string& name : names) {
-        if (!out.empty()) out += ", ";
-        out += name;
-    }
-    return out;
-}
-
 // A call as scripts write it, to its name and its arguments.
 void splitWholeCall(std::vector<std::string_view>& tokens) {
     const std::string_view call = tokens.front();
@@ -218,7 +209,7 @@ AnimationCommandAuditor::Helper& AnimationCommandAuditor::helperOf(std::string_v
     }
     ScriptReport report = scanner_.scanScriptSource(helper.file);
     if (report.clean()) return helper;
-    helper.fault = std::string(kRequires) + joinNames(report.names);
+    helper.fault = std::string(kRequires) + report.joinedNames(", ");
     helper.report = std::make_shared<const ScriptReport>(std::move(report));
     return helper;
 }

@@ -79,15 +79,8 @@ const NativePath* AssetFinder::script(std::string_view text) {
     const std::string folded = foldedPath(text);
     if (const NativePath* const exact = fileAt(text, folded)) return exact;
     if (!isSafeRelativePath(PathEncoding::path(folded))) return nullptr;
-    if (byBaseName_.empty()) {
-        for (const TreeEntry& entry : entries_) {
-            if (!entry.regularFile) continue;
-            const auto [known, isNew] = byBaseName_.try_emplace(entry.name(), &entry.native);
-            if (!isNew) known->second = nullptr;
-        }
-    }
-    const auto found = byBaseName_.find(std::string_view(folded).substr(folded.rfind('/') + 1));
-    return found == byBaseName_.end() ? nullptr : found->second;
+    if (!baseNames_) baseNames_.emplace(entries_);
+    return baseNames_->only(std::string_view(folded).substr(folded.rfind('/') + 1));
 }
 
 const NativePath* AssetFinder::sound(std::string_view text) {

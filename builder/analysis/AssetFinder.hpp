@@ -3,11 +3,13 @@
 // Which file on disk a name in a game's text means, by the rules that the port's runtime applies to
 // pictures, sounds and scripts.
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "analysis/BaseNames.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
 
@@ -40,8 +42,7 @@ class AssetFinder {
     // where two names differ in case alone.
     std::unordered_map<std::string_view, const NativePath*> files_;
     bool foldersDifferInCase_ = false;
-    // The same by base name, made when a script asks first. Null for a name that several have.
-    std::unordered_map<std::string_view, const NativePath*> byBaseName_;
+    std::optional<BaseNames> baseNames_;  // made when a script asks first
 };
 
 }  // namespace tindrel

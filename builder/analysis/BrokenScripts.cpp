@@ -25,6 +25,9 @@ namespace {
 // About ten seconds; the scripts of large games take one of them.
 constexpr std::size_t kMaxWork = std::size_t{1} << 30U;
 
+// What holding a text against a command takes of it.
+constexpr std::size_t kWorkPerText = 2;
+
 // Nobody mends more before asking again.
 constexpr std::size_t kMaxBroken = 2000;
 
@@ -79,6 +82,9 @@ struct OwnLine {
 // Those lines by the lines of their texts.
 class OwnLines {
   public:
+    // `work` is counted up with each text that is held against a command.
+    explicit OwnLines(std::size_t& work) : work_(work) {}
+
     void add(OwnLine line, std::string text) {
         const std::string_view kept = texts_.emplace_back(std::move(text));
         for (std::size_t at = 0; at < kept.size();) {
@@ -95,6 +101,7 @@ class OwnLines {
         const std::size_t end = std::min(command.find('\n', start), command.size());
         const auto found = byLine_.find(command.substr(start, end - start));
         if (found == byLine_.end()) return result;
+        work_ += kWorkPerText * found->second.size();
         for (const Origin& origin : found->second) {
             if (origin.offset <= start &&
                 command.substr(start - origin.offset).starts_with(origin.text)) {
@@ -110,6 +117,7 @@ class OwnLines {
         std::string_view text;
         std::size_t offset;  // of the line in it
     };
+    std::size_t& work_;
     std::deque<std::string> texts_;
     std::unordered_map<std::string_view, std::vector<Origin>> byLine_;
 };
@@ -158,6 +166,7 @@ class Checkup {
     using Place = std::tuple<std::string, std::uint64_t, std::string, std::string, std::string>;
     using CommandLines = std::map<std::string, std::vector<ScriptCaller>>;
     using NameSet = std::unordered_set<std::string_view>;
+    using CallersByName = std::unordered_map<std::string_view, std::vector<std::string_view>>;
     using Commands = std::unordered_map<std::string, port::script::CheckedFunction>;
 
     void addHook(std::string_view path, std::string_view keyword, std::string_view file) {
@@ -186,7 +195,7 @@ class Checkup {
     }
 
     void checkUnit(const std::string& path, const Unit& unit) {
-        if (check_.work() > kMaxWork) {
+        if (isWorkDone()) {
             ++result_.unchecked;
             return;
         }
@@ -198,10 +207,11 @@ class Checkup {
             judgeWhole(script, unit, lines);
         }
         note(script.mended);
+        const CallersByName callersOf = callersIn(script);
         for (const port::script::CheckedFunction* const function : script.functions) {
             note(function->mended);
             if (function->breaks.empty() || isFull()) continue;
-            const NameSet leading = leadingTo(script, function->name);
+            const NameSet leading = leadingTo(callersOf, function->name);
             for (const port::script::ScriptBreak& found : function->breaks) {
                 BrokenScript& broken = entry(relative(found.file), found.line, function->name,
                                              found.token, found.error);
@@ -247,19 +257,25 @@ class Checkup {
         }
     }
 
-    // The functions from which a run may come to `name`, itself included.
-    static NameSet leadingTo(const port::script::CheckedScript& script, std::string_view name) {
-        std::unordered_map<std::string_view, std::vector<std::string_view>> callers;
+    static CallersByName callersIn(const port::script::CheckedScript& script) {
+        CallersByName callers;
         for (const port::script::CheckedFunction* const function : script.functions) {
             for (const std::string& called : function->calls) {
                 callers[called].push_back(function->name);
             }
         }
+        return callers;
+    }
+
+    // The functions from which a run may come to `name`, itself included.
+    static NameSet leadingTo(const CallersByName& callersOf, std::string_view name) {
         NameSet leading{name};
         for (std::vector<std::string_view> open{name}; !open.empty();) {
             const std::string_view next = open.back();
             open.pop_back();
-            for (const std::string_view caller : callers[next]) {
+            const auto callers = callersOf.find(next);
+            if (callers == callersOf.end()) continue;
+            for (const std::string_view caller : callers->second) {
                 if (leading.insert(caller).second) open.push_back(caller);
             }
         }
@@ -285,12 +301,13 @@ class Checkup {
     // each other's commands, so what is `known` of a text serves all of them.
     void checkCommands(const ModelDef& model, Commands& known) {
         std::optional<OwnLines> ownLines;
+        std::unordered_set<std::string_view> located;  // whose lines are found
         for (const AnimationDef& animation : model.animations) {
             std::unordered_set<std::string_view> counted;
             for (const FrameDef& frame : animation.frames) {
                 if (animation.inlineScript.empty() && frame.animationCommand.empty()) continue;
                 if (!counted.insert(frame.animationCommand).second) continue;
-                if (check_.work() > kMaxWork) {
+                if (isWorkDone()) {
                     ++result_.unchecked;
                     continue;
                 }
@@ -300,7 +317,8 @@ class Checkup {
                 if (isNew) entry->second = check_.command(text);
                 const port::script::CheckedFunction& function = entry->second;
                 if (function.breaks.empty() && function.mended.empty()) continue;
-                if (!ownLines) ownLines = readOwnLines(model);
+                if (!located.insert(entry->first).second) continue;
+                if (!ownLines) ownLines.emplace(readOwnLines(model));
                 for (const port::script::ScriptBreak& found : function.breaks) {
                     if (!found.file.empty() || isFull()) continue;
                     addOwnBreak(model, ownLines->at(text, found.line), found);
@@ -311,7 +329,7 @@ class Checkup {
     }
 
     OwnLines readOwnLines(const ModelDef& model) {
-        OwnLines own;
+        OwnLines own(locatingWork_);
         const fs::path path = game_.projectRoot() / PathEncoding::path(model.sourceFile);
         for (const TextLine& line : game_.lines(path)) {
             if (line.key == "@cmd" && !line.args.empty()) {
@@ -352,6 +370,8 @@ class Checkup {
             }
         }
     }
+
+    [[nodiscard]] bool isWorkDone() const { return check_.work() + locatingWork_ > kMaxWork; }
 
     [[nodiscard]] bool isFull() {
         result_.cutShort = result_.cutShort || broken_.size() >= kMaxBroken;
@@ -407,6 +427,7 @@ class Checkup {
     GameReader& game_;
     ScriptKeys keys_;
     port::script::ScriptCheck check_;
+    std::size_t locatingWork_ = 0;       // of finding lines, counted like check_.work()
     std::map<std::string, Unit> units_;  // by script path as written
     std::unordered_map<std::string, std::vector<const AnimationCommandAudit*>> commandLines_;
     std::map<Place, BrokenScript> broken_;

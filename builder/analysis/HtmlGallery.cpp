@@ -113,22 +113,11 @@ void HtmlGallery::writeCaption(std::string_view name, const std::string& facts,
     out_ << "</figcaption></figure>\n";
 }
 
-void HtmlGallery::openFold(std::string_view title, std::size_t count, bool open) {
-    out_ << "<details class=\"fold\"" << (open ? " open" : "") << "><summary>" << escapeHtml(title)
-         << " <small>" << groupDigits(count) << "</small></summary>\n";
-}
-
-void HtmlGallery::writeRest(std::size_t total, std::string_view what) {
-    if (total <= kMaxPictures) return;
-    out_ << "<p class=\"rest\">and " << groupDigits(total - kMaxPictures) << " more " << what
-         << "</p>\n";
-}
-
 void HtmlGallery::writeCharacters() {
     const std::vector<ModelDef>& models = game_.models();
     if (models.empty()) return;
-    out_ << "<section id=\"characters\">\n<h2>Characters</h2>\n<p class=\"lead\">Every model with "
-            "its idle picture, or the first that it has.</p>\n";
+    page_.openSection("characters", "Characters",
+                      "Every model with its idle picture, or the first that it has.");
     std::map<std::string, std::vector<const ModelDef*>> byType;
     for (const ModelDef& model : models) byType[toLower(model.type)].push_back(&model);
     std::size_t left = kMaxPictures;
@@ -139,7 +128,7 @@ void HtmlGallery::writeCharacters() {
         byType.erase(group);
     }
     for (const auto& [type, group] : byType) writeCharacterGroup(type, group, false, left);
-    writeRest(models.size(), "models");
+    page_.writeRest(models.size(), kMaxPictures, "models");
     out_ << "</section>\n";
 }
 
@@ -147,7 +136,7 @@ void HtmlGallery::writeCharacterGroup(const std::string& type,
                                       const std::vector<const ModelDef*>& models, bool open,
                                       std::size_t& left) {
     if (left == 0) return;
-    openFold(type, models.size(), open);
+    page_.openFold(type, models.size(), open);
     out_ << "<div class=\"gallery\">\n";
     for (const ModelDef* const model : models) {
         if (left == 0) break;
@@ -165,21 +154,21 @@ void HtmlGallery::writeCharacterGroup(const std::string& type,
 void HtmlGallery::writeStages() {
     const std::vector<StageDef>& stages = game_.stages();
     if (stages.empty()) return;
-    out_
-        << "<section id=\"stages\">\n<h2>Stages</h2>\n<p class=\"lead\">In the order of play, with "
-           "their background or first panel.</p>\n";
+    page_.openSection("stages", "Stages",
+                      "In the order of play, with their background or first panel.");
     std::size_t left = kMaxPictures;
     for (auto first = stages.begin(); first != stages.end() && left > 0;) {
         const auto last = std::find_if(first, stages.end(), [&](const StageDef& stage) {
             return stage.setOrder != first->setOrder;
         });
-        openFold(first->setName, static_cast<std::size_t>(last - first), first == stages.begin());
+        page_.openFold(first->setName, static_cast<std::size_t>(last - first),
+                       first == stages.begin());
         out_ << "<div class=\"gallery wide\">\n";
         for (; first != last && left > 0; ++first, --left) writeStage(*first);
         first = last;
         out_ << "</div></details>\n";
     }
-    writeRest(stages.size(), "stages");
+    page_.writeRest(stages.size(), kMaxPictures, "stages");
     out_ << "</section>\n";
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "analysis/AssetFinder.hpp"
+#include "analysis/HtmlPage.hpp"
 #include "analysis/HtmlText.hpp"
 #include "platform/OutputFile.hpp"
 #include "reader/GameReader.hpp"
@@ -19,9 +20,14 @@ class HtmlGallery {
   public:
     // `openLines` counts the issues of each file by its path relative to the project root, in
     // generic form.
-    HtmlGallery(OutputFile& out, GameReader& game, AssetFinder& assets, const DataLinks& links,
+    HtmlGallery(HtmlPage& page, GameReader& game, AssetFinder& assets, const DataLinks& links,
                 const std::unordered_map<std::string, std::uint64_t>& openLines)
-        : out_(out), game_(game), assets_(assets), links_(links), openLines_(openLines) {}
+        : page_(page),
+          out_(page.out()),
+          game_(game),
+          assets_(assets),
+          links_(links),
+          openLines_(openLines) {}
 
     void writeCharacters();
     void writeStages();
@@ -42,9 +48,8 @@ class HtmlGallery {
                       const FrameDef* frame);
     void writeCaption(std::string_view name, const std::string& facts,
                       const std::string& sourceFile);
-    void openFold(std::string_view title, std::size_t count, bool open);
-    void writeRest(std::size_t total, std::string_view what);
 
+    HtmlPage& page_;
     OutputFile& out_;
     GameReader& game_;
     AssetFinder& assets_;

@@ -37,9 +37,9 @@ void HtmlPage::openRow(const StatusLook& look, std::string_view name, bool mono,
          << "</small></span></summary>\n<div class=\"body\">\n";
 }
 
-void HtmlPage::openFold(std::string_view title, std::size_t count) {
-    out_ << "<details class=\"fold\"><summary>" << escapeHtml(title) << " <small>"
-         << groupDigits(count) << "</small></summary>\n";
+void HtmlPage::openFold(std::string_view title, std::size_t count, bool isOpen) {
+    out_ << "<details class=\"fold\"" << (isOpen ? " open" : "") << "><summary>"
+         << escapeHtml(title) << " <small>" << groupDigits(count) << "</small></summary>\n";
 }
 
 void HtmlPage::writeRest(std::uint64_t total, std::size_t shown, std::string_view what) {

@@ -34,7 +34,7 @@ class HtmlPage {
     // sentence with code between backquotes.
     void openRow(const StatusLook& look, std::string_view name, bool mono, std::uint64_t count,
                  std::uint64_t most, std::string_view below);
-    void openFold(std::string_view title, std::size_t count);
+    void openFold(std::string_view title, std::size_t count, bool isOpen = false);
     // What a list of `total` leaves out.
     void writeRest(std::uint64_t total, std::size_t shown, std::string_view what);
 

@@ -91,7 +91,7 @@ class HtmlReport {
         writeMissing();
         scripts.write();
         if (project_.hasData) {
-            HtmlGallery gallery(out_, game_, assets_, links_, obstacles_.openLines());
+            HtmlGallery gallery(page_, game_, assets_, links_, obstacles_.openLines());
             gallery.writeCharacters();
             gallery.writeStages();
         }

@@ -1,6 +1,7 @@
 #include "analysis/HtmlScripts.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -75,73 +76,76 @@ std::string_view meantBy(std::string_view name) {
 
 }  // namespace
 
-void HtmlScripts::writeConsequences() {
-    struct Cost {
-        std::string sentence;
-        std::uint64_t count = 0;
-        const ScriptReport* lacks = nullptr;
-        const AnimationCommandAudit* first = nullptr;
-    };
+struct HtmlScripts::Cost {
+    std::uint64_t commands = 0;                    // that it holds back
+    const AnimationCommandAudit* first = nullptr;  // of them
+    const ScriptReport* lacks = nullptr;           // null for a helper that is not there
+
+    // With code between backquotes.
+    [[nodiscard]] std::string sentence() const {
+        const std::string held = counted(commands, "animation command", "animation commands") + ".";
+        if (lacks == nullptr) {
+            return "One helper that is not there, `" + first->helper + "`, holds back " + held;
+        }
+        const bool one = lacks->names.size() == 1;
+        return (one ? std::string("One ") : groupDigits(lacks->names.size()) + ' ')
+            .append(kindOf(lacks->names, one))
+            .append(", ")
+            .append(listed(lacks->names))
+            .append(one ? ", holds back " : ", hold back ")
+            .append(held);
+    }
+};
+
+// The dearest first.
+std::vector<HtmlScripts::Cost> HtmlScripts::costsOf(const ProjectAnalysis& analysis) {
     std::map<std::string_view, Cost> byCause;
-    for (const AnimationCommandAudit& audit : analysis_.animationAudit) {
+    for (const AnimationCommandAudit& audit : analysis.animationAudit) {
         if (audit.status == kSupported || audit.helper.empty()) continue;
         const std::string_view verdict = verdictOf(audit);
         const bool isAbsent = verdict.starts_with("helper file") || verdict == "unsafe helper path";
         if (audit.helperReport == nullptr && !isAbsent) continue;
         Cost& cost = byCause[isAbsent ? std::string_view(audit.helper) : verdict];
-        if (cost.count++ == 0) {
-            cost.lacks = audit.helperReport.get();
-            cost.first = &audit;
-        }
+        if (cost.commands++ > 0) continue;
+        cost.first = &audit;
+        cost.lacks = audit.helperReport.get();
     }
     std::vector<Cost> costs;
-    for (auto& [cause, cost] : byCause) {
-        const std::string held =
-            counted(cost.count, "animation command", "animation commands") + ".";
-        if (cost.lacks == nullptr) {
-            cost.sentence =
-                "One helper that is not there, `" + cost.first->helper + "`, holds back " + held;
-        } else {
-            const std::vector<std::string>& names = cost.lacks->names;
-            const bool one = names.size() == 1;
-            cost.sentence = (one ? std::string("One ") : groupDigits(names.size()) + ' ')
-                                .append(kindOf(names, one))
-                                .append(", ")
-                                .append(listed(names))
-                                .append(one ? ", holds back " : ", hold back ")
-                                .append(held);
-        }
-        costs.push_back(std::move(cost));
-    }
+    for (const auto& [cause, cost] : byCause) costs.push_back(cost);
+    std::ranges::stable_sort(costs, std::ranges::greater(), &Cost::commands);
+    return costs;
+}
+
+void HtmlScripts::writeConsequences() {
+    const std::vector<Cost> costs = costsOf(analysis_);
     if (costs.empty()) return;
-    std::stable_sort(costs.begin(), costs.end(),
-                     [](const Cost& a, const Cost& b) { return a.count > b.count; });
     page_.openSection("consequences", "What costs most",
                       "Mending one of these frees many lines at once.");
     const std::size_t shown = std::min(costs.size(), kMaxConsequences);
     out_ << "<div class=\"list\">\n";
-    for (std::size_t i = 0; i < shown; ++i) {
-        const Cost& cost = costs[i];
-        page_.openRow(lookOf(kPartial), cost.sentence, false, cost.count, costs.front().count,
-                      cost.count == 1 ? "line" : "lines");
-        if (cost.lacks != nullptr) {
-            if (!cost.lacks->mentioned.empty()) {
-                out_ << "<p class=\"hint\">" << onlyMentioned(*cost.lacks) << "</p>\n";
-            }
-            for (const std::string& name : cost.lacks->names) {
-                const auto uses = uses_.find(name);
-                if (uses == uses_.end()) continue;
-                out_ << "<p><code>" << escapeHtml(name) << "</code></p>\n";
-                writePlaces(uses->second);
-            }
-        }
-        out_ << "<p>The first of the lines: ";
-        page_.writeFile(*cost.first->file);
-        out_ << ':' << cost.first->line << "</p>\n</div></details>\n";
-    }
+    for (std::size_t i = 0; i < shown; ++i) writeCost(costs[i], costs.front().commands);
     out_ << "</div>\n";
     page_.writeRest(costs.size(), shown, "causes");
     out_ << "</section>\n";
+}
+
+void HtmlScripts::writeCost(const Cost& cost, std::uint64_t most) {
+    page_.openRow(lookOf(kPartial), cost.sentence(), false, cost.commands, most,
+                  cost.commands == 1 ? "line" : "lines");
+    if (cost.lacks != nullptr) {
+        if (!cost.lacks->mentioned.empty()) {
+            out_ << "<p class=\"hint\">" << onlyMentioned(*cost.lacks) << "</p>\n";
+        }
+        for (const std::string& name : cost.lacks->names) {
+            const auto uses = uses_.find(name);
+            if (uses == uses_.end()) continue;
+            out_ << "<p><code>" << escapeHtml(name) << "</code></p>\n";
+            writePlaces(uses->second);
+        }
+    }
+    out_ << "<p>The first of the lines: ";
+    page_.writeFile(*cost.first->file);
+    out_ << ':' << cost.first->line << "</p>\n</div></details>\n";
 }
 
 void HtmlScripts::write() {
@@ -302,66 +306,72 @@ void HtmlScripts::writeFindings(const std::string& name) {
     page_.writeRest(total, kMaxScriptUses, "scripts");
 }
 
-void HtmlScripts::writeAnimationCommands() {
-    if (analysis_.animationAudit.empty()) return;
-    page_.openSection("calls", "Animation commands",
-                      "Every <code>@cmd</code> line is judged by itself: whether this very call is "
-                      "known to run, bound to the frame that follows it.");
-    struct Group {
-        CompatStatus status;
-        std::string_view verdict;
-        std::uint64_t count = 0;
-        std::vector<const AnimationCommandAudit*> calls;
-    };
-    std::map<std::pair<CompatStatus, std::string_view>, Group> groups;
-    for (const AnimationCommandAudit& audit : analysis_.animationAudit) {
-        const std::string_view verdict = verdictOf(audit);
-        Group& group =
-            groups.try_emplace({audit.status, verdict}, Group{audit.status, verdict, 0, {}})
+struct HtmlScripts::Verdict {
+    CompatStatus status;
+    std::string_view text;
+    std::uint64_t count = 0;
+    std::vector<const AnimationCommandAudit*> calls;  // the first of them
+};
+
+// What does not run first, then by how many lines it is about.
+std::vector<HtmlScripts::Verdict> HtmlScripts::verdictsOf(const ProjectAnalysis& analysis) {
+    std::map<std::pair<CompatStatus, std::string_view>, Verdict> groups;
+    for (const AnimationCommandAudit& audit : analysis.animationAudit) {
+        const std::string_view text = verdictOf(audit);
+        Verdict& group =
+            groups.try_emplace({audit.status, text}, Verdict{audit.status, text, 0, {}})
                 .first->second;
         ++group.count;
         if (group.calls.size() < kMaxCalls) group.calls.push_back(&audit);
     }
-    std::vector<const Group*> ordered;
-    for (const auto& [key, group] : groups) ordered.push_back(&group);
-    std::stable_sort(ordered.begin(), ordered.end(), [](const Group* a, const Group* b) {
-        const bool aRuns = a->status == kSupported;
-        const bool bRuns = b->status == kSupported;
-        return aRuns != bRuns ? bRuns : a->count > b->count;
+    std::vector<Verdict> verdicts;
+    for (auto& [key, group] : groups) verdicts.push_back(std::move(group));
+    std::ranges::stable_sort(verdicts, [](const Verdict& a, const Verdict& b) {
+        const bool aRuns = a.status == kSupported;
+        const bool bRuns = b.status == kSupported;
+        return aRuns != bRuns ? bRuns : a.count > b.count;
     });
-    std::uint64_t most = 1;
-    for (const Group* const group : ordered) most = std::max(most, group->count);
-    const std::size_t shown = std::min(ordered.size(), kMaxVerdicts);
+    return verdicts;
+}
+
+void HtmlScripts::writeAnimationCommands() {
+    const std::vector<Verdict> verdicts = verdictsOf(analysis_);
+    if (verdicts.empty()) return;
+    page_.openSection("calls", "Animation commands",
+                      "Every <code>@cmd</code> line is judged by itself: whether this very call is "
+                      "known to run, bound to the frame that follows it.");
+    const std::uint64_t most = std::ranges::max(verdicts, {}, &Verdict::count).count;
+    const std::size_t shown = std::min(verdicts.size(), kMaxVerdicts);
     out_ << "<div class=\"list\">\n";
-    for (std::size_t i = 0; i < shown; ++i) {
-        const Group& group = *ordered[i];
-        page_.openRow(lookOf(group.status), group.verdict, false, group.count, most,
-                      group.count == 1 ? "line" : "lines");
-        if (group.calls.front()->helperReport != nullptr) {
-            const ScriptReport& lacks = *group.calls.front()->helperReport;
-            if (!lacks.mentioned.empty()) {
-                out_ << "<p class=\"hint\">" << onlyMentioned(lacks) << "</p>\n";
-            }
-        }
-        out_ << "<ul class=\"calls\">\n";
-        for (const AnimationCommandAudit* const audit : group.calls) {
-            out_ << "<li><span class=\"at\">";
-            page_.writeFile(*audit->file);
-            out_ << ':' << audit->line << "</span><code>" << escapeHtml(audit->command)
-                 << "</code>";
-            if (!audit->helper.empty()) {
-                out_ << "<span class=\"at\">with <code>" << escapeHtml(audit->helper)
-                     << "</code></span>";
-            }
-            out_ << "</li>\n";
-        }
-        out_ << "</ul>\n";
-        page_.writeRest(group.count, group.calls.size(), "lines");
-        out_ << "</div></details>\n";
-    }
+    for (std::size_t i = 0; i < shown; ++i) writeVerdict(verdicts[i], most);
     out_ << "</div>\n";
-    page_.writeRest(ordered.size(), shown, "verdicts");
+    page_.writeRest(verdicts.size(), shown, "verdicts");
     out_ << "</section>\n";
+}
+
+void HtmlScripts::writeVerdict(const Verdict& verdict, std::uint64_t most) {
+    page_.openRow(lookOf(verdict.status), verdict.text, false, verdict.count, most,
+                  verdict.count == 1 ? "line" : "lines");
+    if (verdict.calls.front()->helperReport != nullptr) {
+        const ScriptReport& lacks = *verdict.calls.front()->helperReport;
+        if (!lacks.mentioned.empty()) {
+            out_ << "<p class=\"hint\">" << onlyMentioned(lacks) << "</p>\n";
+        }
+    }
+    out_ << "<ul class=\"calls\">\n";
+    for (const AnimationCommandAudit* const audit : verdict.calls) {
+        out_ << "<li><span class=\"at\">";
+        page_.writeFile(*audit->file);
+        out_ << ':' << audit->line << "</span><code>" << escapeHtml(audit->command) << "</code>";
+        if (!audit->helper.empty()) {
+            out_ << "<span class=\"at\">with <code>" << escapeHtml(audit->helper)
+                 << "</code></span>";
+        }
+        out_ << "</li>\n";
+    }
+    out_ << "</ul>\n";
+    page_.writeRest(verdict.count, verdict.calls.size(), "lines");
+    out_ << "</div></details>\n";
 }
 
 }  // namespace tindrel

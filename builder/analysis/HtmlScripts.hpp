@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "analysis/HtmlPage.hpp"
 #include "analysis/ProjectAnalysis.hpp"
@@ -31,6 +32,15 @@ class HtmlScripts {
     void write();
 
   private:
+    // What one missing helper, or one fault of helpers, costs.
+    struct Cost;
+    // Animation commands of one verdict.
+    struct Verdict;
+
+    [[nodiscard]] static std::vector<Cost> costsOf(const ProjectAnalysis& analysis);
+    [[nodiscard]] static std::vector<Verdict> verdictsOf(const ProjectAnalysis& analysis);
+
+    void writeCost(const Cost& cost, std::uint64_t most);
     void writeBrokenScripts();
     void writeBrokenScript(const BrokenScript& broken, std::uint64_t most);
     void writeNames();
@@ -38,6 +48,7 @@ class HtmlScripts {
                    std::uint64_t most);
     void writeKeys();
     void writeAnimationCommands();
+    void writeVerdict(const Verdict& verdict, std::uint64_t most);
     void writeFindings(const std::string& name);
     void writePlaces(const ScriptUses& uses);
 

@@ -11,8 +11,7 @@ constexpr std::string_view kNamedFiles[] = {"models.txt", "levels.txt",  "menu.t
                                             "video.txt",  "lifebar.txt", "script.txt"};
 
 bool isScript(const fs::path& file) {
-    const std::string extension = toLower(PathEncoding::utf8(file.extension()));
-    return extension == ".c" || extension == ".h";
+    return isScriptExtension(toLower(PathEncoding::utf8(file.extension())));
 }
 
 }  // namespace

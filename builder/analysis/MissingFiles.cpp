@@ -11,6 +11,7 @@
 #include "PathEncoding.hpp"
 #include "platform/FileStatus.hpp"
 #include "reader/LevelSets.hpp"
+#include "reader/ModelReader.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -119,9 +120,10 @@ class MissingFileSearch {
         if (registry == nullptr) return;
         const std::string source = game_.relativeToProject(*assets_.file("models.txt"));
         for (const TextLine& line : *registry) {
-            if ((line.key != "load" && line.key != "know") || line.args.empty()) continue;
+            const auto entry = registeredModel(line);
+            if (!entry) continue;
             modelNames_.insert(toLower(line.args[0]));
-            look(modelFiles_, &AssetFinder::file, line.args[line.args.size() > 1 ? 1 : 0], source);
+            look(modelFiles_, &AssetFinder::file, entry->path, source);
         }
     }
 
@@ -131,13 +133,17 @@ class MissingFileSearch {
         const std::string source = game_.relativeToProject(*assets_.file("levels.txt"));
         // Names are remembered by view, so the sets live as long as the search.
         levelSets_ = readLevelSets(*levels);
-        const auto lookAll = [&](Names& names, const std::vector<std::string>& files) {
-            for (const std::string& file : files) look(names, &AssetFinder::file, file, source);
+        const auto lookFor = [&](Names& names, std::string_view file) {
+            look(names, &AssetFinder::file, file, source);
         };
         for (const LevelSetDef& set : levelSets_) {
-            lookAll(stageFiles_, set.files);
-            for (const std::vector<std::string>& files : set.preScenes) lookAll(scenes_, files);
-            for (const std::vector<std::string>& files : set.postScenes) lookAll(scenes_, files);
+            for (const StageEntry& stage : set.stages) {
+                lookFor(stageFiles_, stage.file);
+                for (const std::string& scene : stage.preScenes) lookFor(scenes_, scene);
+            }
+            for (const StageEntry& stage : set.stages) {
+                for (const std::string& scene : stage.postScenes) lookFor(scenes_, scene);
+            }
         }
     }
 

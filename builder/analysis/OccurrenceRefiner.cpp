@@ -52,6 +52,8 @@ void GameFacts::enter(const fs::path& file) {
     if (file.native() == file_.native()) return;
     file_ = file;
     relative_.reset();
+    animations_.reset();
+    spawnedWeapons_.reset();
     inlineText_ = {};
 }
 
@@ -72,18 +74,35 @@ const ModelDef* GameFacts::model() {
     return found == modelFiles_.end() ? nullptr : found->second;
 }
 
+bool GameFacts::hasAnimation(std::string_view name) {
+    if (!animations_) {
+        animations_.emplace();
+        if (const ModelDef* const described = model()) {
+            for (const AnimationDef& animation : described->animations) {
+                animations_->insert(toLower(animation.name));
+            }
+        }
+    }
+    return animations_->contains(std::string(name));
+}
+
 bool GameFacts::isStage() {
     readModelNames();
     return stageFiles_.contains(*relative_);
 }
 
 bool GameFacts::spawnsWeapon(std::string_view name) {
-    readModelNames();
-    const auto found = stageFiles_.find(*relative_);
-    return found != stageFiles_.end() &&
-           std::ranges::any_of(found->second->spawns, [&](const SpawnDef& spawn) {
-               return spawn.spawnType == kSpawnWeapon && spawn.model == name;
-           });
+    if (!spawnedWeapons_) {
+        readModelNames();
+        spawnedWeapons_.emplace();
+        const auto stage = stageFiles_.find(*relative_);
+        if (stage != stageFiles_.end()) {
+            for (const SpawnDef& spawn : stage->second->spawns) {
+                if (spawn.spawnType == kSpawnWeapon) spawnedWeapons_->insert(spawn.model);
+            }
+        }
+    }
+    return spawnedWeapons_->contains(name);
 }
 
 bool GameFacts::knowsModel(std::string_view name) {

@@ -30,6 +30,8 @@ class GameFacts {
 
     // The model that the file describes; null when no registry entry names the file.
     [[nodiscard]] const ModelDef* model();
+    // That model has an animation of the name, which is in lower case.
+    [[nodiscard]] bool hasAnimation(std::string_view name);
     [[nodiscard]] bool isStage();
     // The stage file has a spawn of its own for that weapon; inside of another it would do nothing.
     [[nodiscard]] bool spawnsWeapon(std::string_view name);
@@ -50,11 +52,15 @@ class GameFacts {
 
   private:
     void readModelNames();
+
     GameReader& game_;
     ScriptScanner& scanner_;
     AssetFinder assets_;
     std::filesystem::path file_;
     std::optional<std::string> relative_;
+    // Of the file, once a line asks for them: many lines may.
+    std::optional<std::unordered_set<std::string>> animations_;
+    std::optional<std::unordered_set<std::string_view>> spawnedWeapons_;
     bool modelsRead_ = false;
     std::unordered_map<std::string, const ModelDef*> modelFiles_;
     std::unordered_set<std::string> modelNames_;

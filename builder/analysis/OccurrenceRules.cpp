@@ -176,12 +176,6 @@ bool knownModels(const TextLine& line, GameFacts& facts) {
            });
 }
 
-bool hasAnimation(const ModelDef* model, std::string_view name) {
-    return model != nullptr &&
-           std::any_of(model->animations.begin(), model->animations.end(),
-                       [&](const AnimationDef& a) { return equalsFolded(a.name, name); });
-}
-
 // Stages
 
 // A layer line that asks for no wave: numbers, a blend mode that exists, and nothing behind it but
@@ -320,7 +314,7 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "fmap -1 explicitly disables freeze-map palette substitution and requires no runtime remap."},
     {"nodieblink", oneIntegerIn<0, 0>,
      "nodieblink 0 selects the native default death lifecycle."},
-    {"nodieblink", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && integer(l.args[0]) == 2 && hasAnimation(f.model(), "death"); },
+    {"nodieblink", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && integer(l.args[0]) == 2 && f.hasAnimation("death"); },
      "nodieblink 2 removes after the final death frame without blinking."},
     {"nodieblink", oneIntegerIn<2, 2>,
      "nodieblink 2 keeps the death/fall animation visible through its last frame and removes without blinking."},

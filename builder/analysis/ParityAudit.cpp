@@ -3,6 +3,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "platform/Version.hpp"
+
 namespace tindrel {
 namespace {
 
@@ -172,7 +174,8 @@ constexpr std::string_view kPriorities[] = {
 
 void printParityAudit(std::ostream& out) {
     if (!out) return;
-    out << "Tindrel Builder 0.34.32 - Parity Audit\n\n"
+    out << "Tindrel Builder " TINDREL_VERSION
+           " - Parity Audit\n\n"
            "Status: GREEN = native behavior implemented; YELLOW = known but partial; RED = major "
            "compatibility layer still required.\n\n";
     std::string_view category;

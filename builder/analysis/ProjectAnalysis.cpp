@@ -15,8 +15,10 @@
 #include "analysis/OccurrenceRefiner.hpp"
 #include "analysis/ScriptScan.hpp"
 #include "platform/FileStatus.hpp"
+#include "platform/Version.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/ModelKeywords.hpp"
+#include "reader/ModelReader.hpp"
 #include "reader/Tokens.hpp"
 #include "reader/VideoReader.hpp"
 
@@ -40,13 +42,12 @@ constexpr std::string_view kPanelOrderImpact =
 constexpr std::string_view kUncataloguedImpact =
     "Uncatalogued command. Logged; conversion continues.";
 constexpr std::string_view kScriptFilePrefix =
-    "ScriptVM v0.34.32 covers the extended C-like core, preprocessing, native subscreens and "
+    "ScriptVM v" TINDREL_VERSION
+    " covers the extended C-like core, preprocessing, native subscreens and "
     "legacy direct-draw queue/drawmethod APIs, but this file uses: ";
 constexpr std::string_view kScriptFileSuffix = ". Logged, not silently dropped.";
 constexpr std::string_view kInlineScriptPrefix =
     "Inline body is preserved and executed, but requires: ";
-
-constexpr std::string_view kAudioExtensions[] = {".wav", ".bor", ".ogg", ".mp3", ".flac"};
 
 // Notes to people that games carry among their data.
 constexpr std::string_view kProseNames[] = {"translation.txt", "#translation#.txt"};
@@ -66,15 +67,6 @@ bool isProse(std::string_view name) {
     });
     return name.starts_with('l') && characters >= 7 && characters <= 14 &&
            name.find("ame.txt") != std::string_view::npos;
-}
-
-std::string join(const std::vector<std::string>& names, std::string_view separator) {
-    std::string joined;
-    for (const std::string& name : names) {
-        if (!joined.empty()) joined += separator;
-        joined += name;
-    }
-    return joined;
 }
 
 // One command of the game: its rule is looked up once, its occurrences are counted here.
@@ -101,6 +93,7 @@ class ProjectAnalyzer {
           refiner_(project, game, scripts_) {}
 
     ProjectAnalysis run() {
+        analysis_.audioFiles = project_.audioCount;
         readVideo();
         readModelsAndStages();
         readModelRegistry();
@@ -150,9 +143,7 @@ class ProjectAnalyzer {
         const fs::path& file = game_.resolve("models.txt");
         if (file.empty() || !tindrel::exists(file)) return;
         for (const TextLine& line : game_.lines(file)) {
-            if ((line.key == "load" || line.key == "know") && !line.args.empty()) {
-                modelRegistryTokens_.insert(toLower(line.args[0]));
-            }
+            if (registeredModel(line)) modelRegistryTokens_.insert(toLower(line.args[0]));
         }
     }
 
@@ -162,11 +153,8 @@ class ProjectAnalyzer {
             if (!isProse(entry.name())) classifyFile(entry.path());
         } else if (extension == ".cfg") {
             classifyFile(entry.path());
-        } else if (extension == ".c" || extension == ".h") {
+        } else if (isScriptExtension(extension)) {
             analyzeScriptFile(entry.path());
-        } else if (std::find(std::begin(kAudioExtensions), std::end(kAudioExtensions), extension) !=
-                   std::end(kAudioExtensions)) {
-            ++analysis_.audioFiles;
         }
     }
 
@@ -182,7 +170,7 @@ class ProjectAnalyzer {
         game_.collect(path, reading.lines());
         if (unsupported.clean()) return;
         std::string message(kScriptFilePrefix);
-        message += join(unsupported.names, ", ");
+        message += unsupported.joinedNames(", ");
         message += kScriptFileSuffix;
         SourceFile* const source = keepSource(path);
         ++source->byStatus[static_cast<std::size_t>(kPartial)];
@@ -272,7 +260,7 @@ class ProjectAnalyzer {
         if (unsupported.clean()) return;
         ++analysis_.recognized;
         std::string message(kInlineScriptPrefix);
-        message += join(unsupported.names, " ");
+        message += unsupported.joinedNames(" ");
         message += ' ';
         ++file.source->byStatus[static_cast<std::size_t>(kPartial)];
         addScriptIssue({file.source, line.line, std::move(unsupported)}, "inline-script-api",

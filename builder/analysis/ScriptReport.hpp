@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tindrel {
@@ -14,6 +15,14 @@ struct ScriptReport {
     std::vector<std::uint64_t> mendedLines;
 
     [[nodiscard]] bool clean() const { return names.empty(); }
+    [[nodiscard]] std::string joinedNames(std::string_view separator) const {
+        std::string joined;
+        for (const std::string& name : names) {
+            if (!joined.empty()) joined += separator;
+            joined += name;
+        }
+        return joined;
+    }
 };
 
 }  // namespace tindrel

@@ -82,18 +82,6 @@ std::string_view bindentityTag(std::string_view rest) {
 ScriptScanner::ScriptScanner(GameReader& game, const ProjectScan& project, std::uint64_t walkSteps)
     : game_(game), project_(project), walkSteps_(walkSteps) {}
 
-const NativePath* ScriptScanner::findByBaseName(const std::string& name) {
-    if (byBaseName_.empty()) {
-        for (const TreeEntry& entry : project_.entries) {
-            if (!entry.regularFile) continue;
-            const auto [known, isNew] = byBaseName_.try_emplace(entry.name(), &entry.native);
-            if (!isNew) known->second = nullptr;
-        }
-    }
-    const auto found = byBaseName_.find(name);
-    return found == byBaseName_.end() ? nullptr : found->second;
-}
-
 ScriptScanner::Lookup ScriptScanner::findScript(std::string_view raw, const fs::path& current,
                                                 fs::path& found) {
     std::string text(raw);
@@ -111,7 +99,9 @@ ScriptScanner::Lookup ScriptScanner::findScript(std::string_view raw, const fs::
         found = game_.resolve(PathEncoding::utf8(beside));
         if (!found.empty() && game_.isFile(found)) return Lookup::kFound;
     }
-    const NativePath* const file = findByBaseName(toLower(PathEncoding::utf8(relative.filename())));
+    if (!baseNames_) baseNames_.emplace(project_.entries);
+    const NativePath* const file =
+        baseNames_->only(toLower(PathEncoding::utf8(relative.filename())));
     if (file == nullptr) return Lookup::kMissing;
     found = *file;
     return Lookup::kFound;
@@ -154,11 +144,15 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
     std::vector<SymbolId> uses;
     std::vector<SymbolId> definitions;
     std::vector<FileId> includes;
+    std::unordered_set<FileId> included;
     forEachInclude(text, [&](std::string_view raw) {
         fs::path found;
         switch (findScript(raw, file, found)) {
             case Lookup::kFound:
-                includes.push_back(fileId(found));
+                // A second time it brings nothing new.
+                if (const FileId next = fileId(found); included.insert(next).second) {
+                    includes.push_back(next);
+                }
                 break;
             case Lookup::kMissing:
                 uses.push_back(intern(missingInclude(raw), Section::kInclude));
@@ -246,7 +240,7 @@ void ScriptScanner::prepareProject() {
     if (prepared_) return;
     prepared_ = true;
     for (const TreeEntry& entry : project_.entries) {
-        if (entry.regularFile && (entry.extension() == ".c" || entry.extension() == ".h")) {
+        if (entry.regularFile && isScriptExtension(entry.extension())) {
             static_cast<void>(fileId(entry.path()));
         }
     }

@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "analysis/BaseNames.hpp"
 #include "analysis/IncludeGraph.hpp"
 #include "analysis/ScriptReport.hpp"
 #include "reader/GameReader.hpp"
@@ -70,7 +71,6 @@ class ScriptScanner {
         std::size_t parameters;
     };
 
-    [[nodiscard]] const NativePath* findByBaseName(const std::string& name);
     [[nodiscard]] SymbolId intern(std::string_view text, Section section);
     [[nodiscard]] SymbolId internCodeCall(std::string_view name);
     [[nodiscard]] FileId fileId(const std::filesystem::path& file);
@@ -109,8 +109,7 @@ class ScriptScanner {
     std::uint64_t walkSteps_;
     std::uint64_t walkShare_ = 0;
 
-    // The game's files, made when a script is not at its path. Null for a name that several have.
-    std::unordered_map<std::string_view, const NativePath*> byBaseName_;
+    std::optional<BaseNames> baseNames_;  // made when a script is not at its path
 };
 
 }  // namespace tindrel

@@ -34,7 +34,10 @@ class UseSearch {
             const auto at = static_cast<std::size_t>(match.data() - text.data());
             if (code.empty()) code = codeOf(text);
             if (!isBlock) {
-                if (at < counted) counted = 0, lineHere = line;
+                if (at < counted) {
+                    counted = 0;
+                    lineHere = line;
+                }
                 lineHere += static_cast<std::uint64_t>(
                     std::count(text.begin() + static_cast<std::ptrdiff_t>(counted),
                                text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
@@ -85,9 +88,7 @@ std::map<std::string, ScriptUses, std::less<>> findScriptUses(const ProjectScan&
         return PathEncoding::utf8(path.lexically_relative(project.root));
     };
     for (const TreeEntry& entry : project.entries) {
-        if (!entry.regularFile || (entry.extension() != ".c" && entry.extension() != ".h")) {
-            continue;
-        }
+        if (!entry.regularFile || !isScriptExtension(entry.extension())) continue;
         search.scan(readFileBytes(entry.path()), sourceOf(entry.path()), 1, false);
     }
     const SourceFile* last = nullptr;
@@ -95,8 +96,7 @@ std::map<std::string, ScriptUses, std::less<>> findScriptUses(const ProjectScan&
         if (finding.file == last) continue;
         last = finding.file;
         const std::filesystem::path path = project.root / finding.file->relative;
-        const std::string extension = toLower(PathEncoding::utf8(path.extension()));
-        if (extension == ".c" || extension == ".h") continue;
+        if (isScriptExtension(toLower(PathEncoding::utf8(path.extension())))) continue;
         for (const TextLine& line : game.lines(path)) {
             if (!line.text().empty()) search.scan(line.text(), sourceOf(path), line.line, true);
         }

@@ -3,7 +3,7 @@
 #include <ostream>
 #include <string>
 
-#include "driver/Version.hpp"
+#include "platform/Version.hpp"
 
 namespace tindrel {
 namespace {

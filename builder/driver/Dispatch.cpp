@@ -17,7 +17,6 @@
 #include "driver/OutputNames.hpp"
 #include "driver/PortTest.hpp"
 #include "driver/ReportFolder.hpp"
-#include "driver/Version.hpp"
 #include "driver/Watch.hpp"
 #include "generator/PortTree.hpp"
 #include "generator/RepairPackage.hpp"
@@ -25,6 +24,7 @@
 #include "platform/ExitCodes.hpp"
 #include "platform/FileStatus.hpp"
 #include "platform/ProgramArgument.hpp"
+#include "platform/Version.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
@@ -54,109 +54,6 @@ int printUsage(std::ostream& out) {
     return kUsage;
 }
 
-// An analysed game, as the commands get it.
-struct Run {
-    const Console& console;
-    const fs::path& input;
-    const std::optional<fs::path>& folder;  // the third argument
-    const PreparedInput& prepared;
-    const ProjectScan& scan;
-    GameReader& game;
-    const ProjectAnalysis& analysis;
-};
-
-int runAnalyze(const Run& run) {
-    std::ostream& out = run.console.out;
-    printCompatibilitySummary(out, run.analysis);
-    const fs::path folder =
-        run.folder ? *run.folder : defaultReportsFolder(run.input, run.prepared);
-    writeReportFolder(run.input, run.scan, run.analysis, run.game, folder, pageLinks(run.prepared));
-    out << "Wrote " << displayPath(folder / "analysis.json") << '\n'
-        << "Wrote " << displayPath(folder / "compatibility-report.txt") << '\n';
-    return kSuccess;
-}
-
-int runAudit(const Run& run) {
-    printCompatibilitySummary(run.console.out, run.analysis);
-    run.console.out << '\n';
-    printParityAudit(run.console.out);
-    return kSuccess;
-}
-
-int convert(const Run& run, const fs::path& output) {
-    if (isInsideDataFolder(run.scan.dataDir, output)) {
-        run.console.err << "Erro: a pasta de saida nao pode ficar dentro de data/.\n";
-        return kRefused;
-    }
-    generatePort(run.scan, run.analysis, run.game, output);
-    writeReportFolder(run.input, run.scan, run.analysis, run.game, output / "reports",
-                      PageLinks::kPortAssets);
-    printCompatibilitySummary(run.console.out, run.analysis);
-    const bool isPartial = run.analysis.partial > 0 || run.analysis.unknown > 0;
-    run.console.out << "CONVERT SUCCESS: port project generated at "
-                    << displayPath(tindrel::absolute(output)) << '\n'
-                    << "GAME COMPATIBILITY: " << (isPartial ? "PARTIAL" : "PASS") << '\n';
-    return kSuccess;
-}
-
-int runConvert(const Run& run) {
-    return convert(run, run.folder ? *run.folder : defaultPortFolder(run.input, run.prepared));
-}
-
-int runBuild(const Run& run) {
-    const int code = convert(run, *run.folder);
-    return code == kSuccess ? buildPort(*run.folder, run.console) : code;
-}
-
-int runRepair(const Run& run) {
-    writeRepairPackage(run.scan, run.analysis, *run.folder);
-    printCompatibilitySummary(run.console.out, run.analysis);
-    run.console.out << "AI Repair package generated at: "
-                    << displayPath(tindrel::absolute(*run.folder / "AI-Repair")) << '\n';
-    return kSuccess;
-}
-
-int runTest(const Run& run) {
-    printCompatibilitySummary(run.console.out, run.analysis);
-    return run.analysis.models > 0 || run.analysis.stages > 0 ? kSuccess : kNothingFound;
-}
-
-struct GameCommand {
-    std::string_view name;
-    bool needsFolder;
-    int (*run)(const Run&);
-};
-
-constexpr GameCommand kGameCommands[] = {
-    {"analyze", false, runAnalyze}, {"audit", false, runAudit},  {"build", true, runBuild},
-    {"convert", false, runConvert}, {"repair", true, runRepair}, {"test", false, runTest},
-};
-
-int runGameCommand(std::string_view command, const fs::path& input,
-                   const std::optional<fs::path>& folder, PreparedInput& prepared, bool asWritten,
-                   const Console& console) {
-    console.out << "Input source: " << prepared.sourceKind << " | original=" << displayPath(input)
-                << " | gameRoot=" << displayPath(prepared.gameRoot) << '\n';
-    if (prepared.candidates.size() >= 2) {
-        console.out << "[INFO] " << prepared.candidates.size()
-                    << " candidatos detectados; usando o de maior compatibilidade estrutural.\n";
-    }
-    const ProjectScan scan = scanProject(prepared.gameRoot, std::move(prepared.gameData));
-    printScanSummary(console.out, scan);
-    if (!scan.hasData) return kNoData;
-    if (command == "scan") return kSuccess;
-
-    GameReader game(scan.dataDir, scan.root, scan.entries, asWritten);
-    const ProjectAnalysis analysis = analyzeProject(scan, game);
-    const auto* const row =
-        std::find_if(std::begin(kGameCommands), std::end(kGameCommands),
-                     [&](const GameCommand& known) { return known.name == command; });
-    if (row == std::end(kGameCommands) || (row->needsFolder && !folder)) {
-        return printUsage(console.out);
-    }
-    return row->run({console, input, folder, prepared, scan, game, analysis});
-}
-
 // Names of options that were given, and their values.
 using Options = std::map<std::string_view, std::string>;
 
@@ -183,10 +80,165 @@ bool goTogether(std::string_view command, const Options& options) {
     });
 }
 
+// A command line, taken apart.
+struct Request {
+    std::string command;
+    fs::path input;
+    std::optional<fs::path> folder;  // the third argument
+    Options options;
+
+    [[nodiscard]] bool has(std::string_view option) const { return options.contains(option); }
+    [[nodiscard]] bool asWritten() const { return has("--as-written"); }
+};
+
+// An analysed game, as the commands get it.
+struct Run {
+    const Console& console;
+    const Request& request;
+    const PreparedInput& prepared;
+    const ProjectScan& scan;
+    GameReader& game;
+    const ProjectAnalysis& analysis;
+};
+
+int runAnalyze(const Run& run) {
+    std::ostream& out = run.console.out;
+    printCompatibilitySummary(out, run.analysis);
+    const fs::path folder = run.request.folder
+                                ? *run.request.folder
+                                : defaultReportsFolder(run.request.input, run.prepared);
+    writeReportFolder(run.request.input, run.scan, run.analysis, run.game, folder,
+                      pageLinks(run.prepared));
+    out << "Wrote " << displayPath(folder / "analysis.json") << '\n'
+        << "Wrote " << displayPath(folder / "compatibility-report.txt") << '\n';
+    return kSuccess;
+}
+
+int runAudit(const Run& run) {
+    printCompatibilitySummary(run.console.out, run.analysis);
+    run.console.out << '\n';
+    printParityAudit(run.console.out);
+    return kSuccess;
+}
+
+int convert(const Run& run, const fs::path& output) {
+    if (isInsideDataFolder(run.scan.dataDir, output)) {
+        run.console.err << "Erro: a pasta de saida nao pode ficar dentro de data/.\n";
+        return kRefused;
+    }
+    generatePort(run.scan, run.analysis, run.game, output);
+    writeReportFolder(run.request.input, run.scan, run.analysis, run.game, output / "reports",
+                      PageLinks::kPortAssets);
+    printCompatibilitySummary(run.console.out, run.analysis);
+    const bool isPartial = run.analysis.partial > 0 || run.analysis.unknown > 0;
+    run.console.out << "CONVERT SUCCESS: port project generated at "
+                    << displayPath(tindrel::absolute(output)) << '\n'
+                    << "GAME COMPATIBILITY: " << (isPartial ? "PARTIAL" : "PASS") << '\n';
+    return kSuccess;
+}
+
+int runConvert(const Run& run) {
+    return convert(run, run.request.folder ? *run.request.folder
+                                           : defaultPortFolder(run.request.input, run.prepared));
+}
+
+int runBuild(const Run& run) {
+    const int code = convert(run, *run.request.folder);
+    return code == kSuccess ? buildPort(*run.request.folder, run.console) : code;
+}
+
+int runRepair(const Run& run) {
+    writeRepairPackage(run.scan, run.analysis, *run.request.folder);
+    printCompatibilitySummary(run.console.out, run.analysis);
+    run.console.out << "AI Repair package generated at: "
+                    << displayPath(tindrel::absolute(*run.request.folder / "AI-Repair")) << '\n';
+    return kSuccess;
+}
+
+int runTest(const Run& run) {
+    printCompatibilitySummary(run.console.out, run.analysis);
+    return run.analysis.models > 0 || run.analysis.stages > 0 ? kSuccess : kNothingFound;
+}
+
+struct GameCommand {
+    std::string_view name;
+    bool needsFolder;
+    int (*run)(const Run&);
+};
+
+constexpr GameCommand kGameCommands[] = {
+    {"analyze", false, runAnalyze}, {"audit", false, runAudit},  {"build", true, runBuild},
+    {"convert", false, runConvert}, {"repair", true, runRepair}, {"test", false, runTest},
+};
+
+int runGameCommand(const Request& request, PreparedInput& prepared, const Console& console) {
+    console.out << "Input source: " << prepared.sourceKind
+                << " | original=" << displayPath(request.input)
+                << " | gameRoot=" << displayPath(prepared.gameRoot) << '\n';
+    if (prepared.candidates.size() >= 2) {
+        console.out << "[INFO] " << prepared.candidates.size()
+                    << " candidatos detectados; usando o de maior compatibilidade estrutural.\n";
+    }
+    const ProjectScan scan = scanProject(prepared.gameRoot, std::move(prepared.gameData));
+    printScanSummary(console.out, scan);
+    if (!scan.hasData) return kNoData;
+    if (request.command == "scan") return kSuccess;
+
+    GameReader game(scan.dataDir, scan.root, scan.entries, request.asWritten());
+    const ProjectAnalysis analysis = analyzeProject(scan, game);
+    const auto* const row =
+        std::find_if(std::begin(kGameCommands), std::end(kGameCommands),
+                     [&](const GameCommand& known) { return known.name == request.command; });
+    if (row == std::end(kGameCommands) || (row->needsFolder && !request.folder)) {
+        return printUsage(console.out);
+    }
+    return row->run({console, request, prepared, scan, game, analysis});
+}
+
+int runWatch(const Request& request, const Console& console) {
+    if (!request.folder) {
+        console.err << "Erro: uso: tindrel-builder watch <game> <port> [--run]\n";
+        return kUsage;
+    }
+    return watchGame({request.input, *request.folder, request.has("--run"), request.asWritten()},
+                     console);
+}
+
+int runPortTest(const Request& request, const Console& console) {
+    std::optional<fs::path> report;
+    if (request.has("--playtest")) report = argumentPath(request.options.at("--playtest"));
+    return testPort(request.input, report, request.asWritten(), console);
+}
+
+// The input exists.
+int run(const Request& request, const Console& console) {
+    const fs::path& input = request.input;
+    if (request.command == "package") {
+        return packagePort(input, console,
+                           request.has("--windows") ? System::kWindows : kHostSystem);
+    }
+    if (request.command == "watch") return runWatch(request, console);
+    if (request.command == "test" && isDirectory(input / "assets" / "openbor-data")) {
+        return runPortTest(request, console);
+    }
+    if (request.has("--playtest")) {
+        console.err << "Erro: --playtest pede a pasta de um port: " << displayPath(input) << '\n';
+        return kUsage;
+    }
+    PreparedInput prepared;
+    try {
+        prepared = prepareInput(input);
+    } catch (const std::exception& error) {
+        console.err << "Erro preparando entrada: " << error.what() << '\n';
+        return kNoInput;
+    }
+    return runGameCommand(request, prepared, console);
+}
+
 int dispatch(std::vector<std::string> arguments, const Console& console) {
     // A game of that name is given as "./--help".
     std::ranges::replace(arguments, std::string("-h"), std::string("--help"));
-    const Options options = takeOptions(arguments);
+    Options options = takeOptions(arguments);
     if (options.contains("--help")) {
         printHelp(console.out);
         return kSuccess;
@@ -198,50 +250,18 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
     if (arguments.size() < 3 || !goTogether(arguments[1], options)) {
         return printUsage(console.out);
     }
-    const std::string& command = arguments[1];
-    const bool asWritten = options.contains("--as-written");
-    const fs::path input = argumentPath(arguments[2]);
-    std::optional<fs::path> folder;
-    if (arguments.size() > 3) folder = argumentPath(arguments[3]);
+    Request request{arguments[1], argumentPath(arguments[2]), {}, std::move(options)};
+    if (arguments.size() > 3) request.folder = argumentPath(arguments[3]);
     // An unset variable of a calling script: as a path it would mean the working directory.
-    if (folder && folder->empty()) {
+    if (request.folder && request.folder->empty()) {
         console.err << "Erro: a pasta de saida esta vazia.\n";
         return kRefused;
     }
-
-    if (!tindrel::exists(input)) {
-        console.err << "Erro: entrada nao encontrada: " << displayPath(input) << '\n';
+    if (!tindrel::exists(request.input)) {
+        console.err << "Erro: entrada nao encontrada: " << displayPath(request.input) << '\n';
         return kNoInput;
     }
-    if (command == "package") {
-        return packagePort(input, console,
-                           options.contains("--windows") ? System::kWindows : kHostSystem);
-    }
-    if (command == "watch" && folder) {
-        return watchGame({input, *folder, options.contains("--run"), asWritten}, console);
-    }
-    if (command == "watch") {
-        console.err << "Erro: uso: tindrel-builder watch <game> <port> [--run]\n";
-        return kUsage;
-    }
-    const auto playtest = options.find("--playtest");
-    if (command == "test" && isDirectory(input / "assets" / "openbor-data")) {
-        std::optional<fs::path> report;
-        if (playtest != options.end()) report = argumentPath(playtest->second);
-        return testPort(input, report, asWritten, console);
-    }
-    if (playtest != options.end()) {
-        console.err << "Erro: --playtest pede a pasta de um port: " << displayPath(input) << '\n';
-        return kUsage;
-    }
-    PreparedInput prepared;
-    try {
-        prepared = prepareInput(input);
-    } catch (const std::exception& error) {
-        console.err << "Erro preparando entrada: " << error.what() << '\n';
-        return kNoInput;
-    }
-    return runGameCommand(command, input, folder, prepared, asWritten, console);
+    return run(request, console);
 }
 
 }  // namespace

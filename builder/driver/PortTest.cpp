@@ -1,7 +1,5 @@
 #include "driver/PortTest.hpp"
 
-#include <fstream>
-#include <iterator>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -18,6 +16,7 @@
 #include "reader/DataPaths.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
+#include "reader/TextLines.hpp"
 #include "toolchain/PortBuild.hpp"
 #include "toolchain/PortPackage.hpp"
 
@@ -35,14 +34,9 @@ constexpr std::string_view kRequired[] = {
     kVideoConfig,
 };
 
-std::string readAll(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 void checkVideoConfig(const fs::path& port, const ProjectAnalysis& analysis, int& failures,
                       const Console& console) {
-    const std::string text = readAll(port / kVideoConfig);
+    const std::string text = readFileBytes(port / kVideoConfig);
     const auto states = [&](std::string_view name, std::int32_t value) {
         return text.find(std::string(name) + '=' + std::to_string(value)) != std::string::npos;
     };

@@ -112,8 +112,7 @@ void writeScriptReport(const ProjectScan& project, const fs::path& report) {
     OutputFile out(report);
     out << text::kScriptVmReport;
     for (const TreeEntry& entry : project.entries) {
-        if (!entry.regularFile || (entry.extension() != ".c" && entry.extension() != ".h"))
-            continue;
+        if (!entry.regularFile || !isScriptExtension(entry.extension())) continue;
         out << "VM_CANDIDATE\t" << projectPath(project, entry) << '\n';
     }
     out.close();

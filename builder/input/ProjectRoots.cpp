@@ -96,8 +96,7 @@ class RootSearch {
         walkTree(
             folder, [&](TreeEntry& entry) { return visit(entry); },
             [&](const fs::path&, std::error_code error) {
-                if (walk_ == nullptr) return;
-                (walk_->entries.empty() ? walk_->error : walk_->entries.back().error) = error;
+                if (walk_ != nullptr) walk_->noteUnlisted(error);
             });
     }
 

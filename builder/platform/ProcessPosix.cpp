@@ -30,6 +30,17 @@ class SpawnActions {
     posix_spawn_file_actions_t actions_{};
 };
 
+std::vector<char*> utf8Environment() {
+    static char locale[] = "LC_ALL=C.UTF-8";
+    std::vector<char*> variables;
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        if (!std::string_view(*variable).starts_with("LC_ALL=")) variables.push_back(*variable);
+    }
+    variables.push_back(locale);
+    variables.push_back(nullptr);
+    return variables;
+}
+
 bool isExecutableFile(const fs::path& path) {
     std::error_code error;
     return fs::is_regular_file(path, error) && ::access(path.c_str(), X_OK) == 0;
@@ -37,7 +48,7 @@ bool isExecutableFile(const fs::path& path) {
 
 }  // namespace
 
-pid_t startProcess(const std::vector<std::string>& command, int standardOutput, bool session) {
+pid_t startProcess(const std::vector<std::string>& command, const StartOptions& options) {
     if (command.empty()) return -1;
     // What we have written so far stands before what the child writes.
     std::cout.flush();
@@ -53,15 +64,21 @@ pid_t startProcess(const std::vector<std::string>& command, int standardOutput, 
     arguments.push_back(nullptr);
 
     SpawnActions actions;
-    if (standardOutput >= 0) {
-        posix_spawn_file_actions_adddup2(actions.get(), standardOutput, STDOUT_FILENO);
+    if (options.standardOutput >= 0) {
+        posix_spawn_file_actions_adddup2(actions.get(), options.standardOutput, STDOUT_FILENO);
     }
+    if (options.emptyInput) {
+        posix_spawn_file_actions_addopen(actions.get(), STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    }
+    std::vector<char*> variables;
+    if (options.utf8Locale) variables = utf8Environment();
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
-    if (session) posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    if (options.ownSession) posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     pid_t process = -1;
-    const int error = ::posix_spawnp(&process, arguments[0], actions.get(), &attributes,
-                                     arguments.data(), environ);
+    const int error =
+        ::posix_spawnp(&process, arguments[0], actions.get(), &attributes, arguments.data(),
+                       options.utf8Locale ? variables.data() : environ);
     posix_spawnattr_destroy(&attributes);
     return error == 0 ? process : -1;
 }
@@ -79,7 +96,7 @@ std::string runCommandOutput(const std::vector<std::string>& command, int& code)
     int ends[2];
     if (::pipe(ends) != 0) return {};
     for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
-    const pid_t process = startProcess(command, ends[1]);
+    const pid_t process = startProcess(command, {.standardOutput = ends[1]});
     ::close(ends[1]);
     std::string output;
     if (process >= 0) {

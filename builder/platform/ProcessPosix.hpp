@@ -9,11 +9,16 @@
 
 namespace tindrel {
 
-// Starts `command` with our environment and folder, its standard output on the descriptor where
-// one is given. -1 when it could not start. `session` makes it the leader of a session, and so of
-// a process group, of its own.
-[[nodiscard]] pid_t startProcess(const std::vector<std::string>& command, int standardOutput = -1,
-                                 bool session = false);
+struct StartOptions {
+    int standardOutput = -1;  // a descriptor; -1 for our own output
+    bool ownSession = false;  // with a process group of its own, and without our terminal
+    bool emptyInput = false;
+    bool utf8Locale = false;  // instead of ours, so that every file name can be spelled
+};
+
+// Starts `command` in our folder, and with our environment. -1 when it could not start.
+[[nodiscard]] pid_t startProcess(const std::vector<std::string>& command,
+                                 const StartOptions& options = {});
 
 // The exit code; 128 + the signal's number for a killed child; 1 when the system does not tell.
 [[nodiscard]] int waitForProcess(pid_t process);

@@ -1,16 +1,10 @@
-#include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
-#include <iostream>
 #include <mutex>
-#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -41,42 +35,6 @@ Tool& tool() {
     return only;
 }
 
-// Our environment, but with a locale in which the tools can spell every file name.
-std::vector<char*> toolEnvironment() {
-    static char locale[] = "LC_ALL=C.UTF-8";
-    std::vector<char*> variables;
-    for (char** variable = environ; *variable != nullptr; ++variable) {
-        if (std::string_view(*variable).substr(0, 7) != "LC_ALL=") variables.push_back(*variable);
-    }
-    variables.push_back(locale);
-    variables.push_back(nullptr);
-    return variables;
-}
-
-// In a session of its own the tool finds no terminal to ask for a password, and its input is empty.
-pid_t startAlone(const std::vector<std::string>& command) {
-    std::vector<char*> arguments;
-    arguments.reserve(command.size() + 1);
-    for (const std::string& argument : command) {
-        arguments.push_back(const_cast<char*>(argument.c_str()));
-    }
-    arguments.push_back(nullptr);
-    std::vector<char*> variables = toolEnvironment();
-
-    posix_spawn_file_actions_t actions;
-    posix_spawnattr_t attributes;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
-    pid_t process = -1;
-    const int error = ::posix_spawnp(&process, arguments[0], &actions, &attributes,
-                                     arguments.data(), variables.data());
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    return error == 0 ? process : -1;
-}
-
 // The process stays a zombie: its id still belongs to it when the group is killed. `options` may
 // be WNOHANG.
 bool hasEnded(pid_t process, int options) {
@@ -87,11 +45,10 @@ bool hasEnded(pid_t process, int options) {
 }
 
 // -1 when it could not start, or must not as the program is about to end.
-template <typename Start>
-pid_t startGroup(int signal, Start start) {
+pid_t startGroup(int signal, const std::vector<std::string>& command, const StartOptions& options) {
     const std::lock_guard lock(tool().mutex);
     if (tool().stopped) return -1;
-    const pid_t process = start();
+    const pid_t process = startProcess(command, options);
     if (process < 0) return -1;
     tool().group = process;
     tool().signal = signal;
@@ -101,14 +58,9 @@ pid_t startGroup(int signal, Start start) {
 }  // namespace
 
 int runTool(const std::vector<std::string>& command, const std::function<bool()>& mayGoOn) {
-    if (command.empty()) return -1;
-    // What we have written so far stands before what the tool writes.
-    std::cout.flush();
-    std::fflush(stdout);
-    // An inherited "ignore" would reap the tool before its code could be taken.
-    ::signal(SIGCHLD, SIG_DFL);
-
-    const pid_t process = startGroup(SIGKILL, [&] { return startAlone(command); });
+    // Without a terminal and without input it finds nobody to ask for a password.
+    const StartOptions options{.ownSession = true, .emptyInput = true, .utf8Locale = true};
+    const pid_t process = startGroup(SIGKILL, command, options);
     if (process < 0) return -1;
     std::chrono::milliseconds pause{1};
     while (!hasEnded(process, WNOHANG)) {
@@ -127,7 +79,7 @@ int runTool(const std::vector<std::string>& command, const std::function<bool()>
 // that it leaves no half-written file that looks finished.
 int runCommand(const std::vector<std::string>& command) {
     startInterruptWatch();
-    const pid_t process = startGroup(SIGTERM, [&] { return startProcess(command, -1, true); });
+    const pid_t process = startGroup(SIGTERM, command, {.ownSession = true});
     if (process < 0) return -1;
     while (!hasEnded(process, 0)) {
     }

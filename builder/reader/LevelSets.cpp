@@ -10,6 +10,7 @@
 
 #include "platform/FileStatus.hpp"
 #include "reader/DataPaths.hpp"
+#include "reader/RepeatedReads.hpp"
 #include "reader/StageReader.hpp"
 #include "reader/Tokens.hpp"
 
@@ -32,8 +33,8 @@ struct LevelSetParser {
 
     // Scenes behind a stage belong to it; only those ahead of a set's first stage wait for one.
     void flushScenes() {
-        if (sets.empty() || sets.back().files.empty()) return;
-        std::vector<std::string>& scenes = sets.back().postScenes.back();
+        if (sets.empty() || sets.back().stages.empty()) return;
+        std::vector<std::string>& scenes = sets.back().stages.back().postScenes;
         scenes.insert(scenes.end(), std::make_move_iterator(pendingScenes.begin()),
                       std::make_move_iterator(pendingScenes.end()));
         pendingScenes.clear();
@@ -53,30 +54,25 @@ struct LevelSetParser {
     }
 
     void setDepth(Args args) {
-        LevelSetDef& set = sets.back();
-        set.zMin = parseIntOr(args[0], 0);
-        set.zMax = parseIntOr(args[1], 0);
-        if (args.size() > 2) set.backgroundHeight = parseIntOr(args[2], 0);
+        DepthLimits& depth = sets.back().depth;
+        depth.zMin = parseIntOr(args[0], 0);
+        depth.zMax = parseIntOr(args[1], 0);
+        if (args.size() > 2) depth.backgroundHeight = parseIntOr(args[2], 0);
     }
 
     void addStage(Args args) {
         flushScenes();
-        LevelSetDef& set = sets.back();
-        set.files.push_back(normalizeDataPath(args[0]));
-        set.firstScenes.push_back(pendingScenes.empty() ? std::string{} : pendingScenes.front());
-        set.preScenes.push_back(std::exchange(pendingScenes, {}));
-        set.postScenes.emplace_back();
-        set.chapters.push_back(chapter);
-        set.branchNames.push_back(std::exchange(pendingBranch, {}));
-        set.stageZMin.push_back(set.zMin);
-        set.stageZMax.push_back(set.zMax);
-        set.stageHeight.push_back(set.backgroundHeight);
-        set.campaignEnd.push_back(false);
+        StageEntry& stage = sets.back().stages.emplace_back();
+        stage.file = normalizeDataPath(args[0]);
+        stage.preScenes = std::exchange(pendingScenes, {});
+        stage.chapter = chapter;
+        stage.branchName = std::exchange(pendingBranch, {});
+        stage.depth = sets.back().depth;
     }
 
     void endCampaign() {
         flushScenes();
-        if (!sets.back().files.empty()) sets.back().campaignEnd.back() = true;
+        if (!sets.back().stages.empty()) sets.back().stages.back().campaignEnd = true;
     }
 };
 
@@ -130,9 +126,7 @@ struct SceneParser {
         bool loop = false;
     };
 
-    std::vector<CutsceneAnimationDef>& animations;
-    std::string& music;
-    bool& musicLoop;
+    SceneList list;
     // What the next animation starts with. Not dropped at the end of a scene file: the player
     // hears the music go on into the next scene.
     std::optional<Music> pendingMusic = std::nullopt;
@@ -144,9 +138,9 @@ struct SceneParser {
 
     // The list's music is the first that sounds; the later ones sound from their animation on.
     void offerListMusic() {
-        if (!music.empty() || !pendingMusic) return;
-        music = pendingMusic->path;
-        musicLoop = pendingMusic->loop;
+        if (!list.music.empty() || !pendingMusic) return;
+        list.music = pendingMusic->path;
+        list.musicLoop = pendingMusic->loop;
     }
 
     void addAnimation(Args args, std::int32_t sceneIndex) {
@@ -168,7 +162,7 @@ struct SceneParser {
             pendingMusic.reset();
         }
         animation.silenceBefore = std::exchange(pendingSilence, false);
-        animations.push_back(std::move(animation));
+        list.animations.push_back(std::move(animation));
     }
 
     void parse(const TextFile& file, std::int32_t sceneIndex) {
@@ -181,6 +175,42 @@ struct SceneParser {
         }
     }
 };
+
+SceneList readScenes(GameReader& game, const std::vector<std::string>& sceneFiles,
+                     RepeatedReads& reads) {
+    SceneParser parser;
+    for (std::size_t i = 0; i < sceneFiles.size(); ++i) {
+        const std::filesystem::path file = game.resolve(sceneFiles[i]);
+        if (file.empty() || !tindrel::exists(file)) continue;
+        const TextFile& lines = game.lines(file);
+        if (reads.admit(file, lines)) parser.parse(lines, static_cast<std::int32_t>(i));
+    }
+    parser.offerListMusic();
+    return std::move(parser.list);
+}
+
+StageDef readStage(GameReader& game, const std::filesystem::path& file, const LevelSetDef& set,
+                   StageEntry entry, RepeatedReads& reads) {
+    Reading reading = game.newReading();
+    StageDef stage = parseStage(game.lines(file), set, entry.depth, reading);
+    game.collect(file, reading.lines());
+    stage.sourceFile = game.relativeToProject(file);
+    stage.branchName = std::move(entry.branchName);
+    stage.chapter = entry.chapter;
+    stage.campaignEnd = entry.campaignEnd;
+    if (!entry.preScenes.empty()) stage.preSceneFile = entry.preScenes.front();
+    stage.preScenes = std::move(entry.preScenes);
+    stage.postScenes = std::move(entry.postScenes);
+    SceneList pre = readScenes(game, stage.preScenes, reads);
+    stage.sceneAnimations = std::move(pre.animations);
+    stage.sceneMusic = std::move(pre.music);
+    stage.sceneMusicLoop = pre.musicLoop;
+    SceneList post = readScenes(game, stage.postScenes, reads);
+    stage.postSceneAnimations = std::move(post.animations);
+    stage.postSceneMusic = std::move(post.music);
+    stage.postSceneMusicLoop = post.musicLoop;
+    return stage;
+}
 
 }  // namespace
 
@@ -202,45 +232,22 @@ std::vector<StageDef> readStages(GameReader& game) {
     std::vector<StageDef> stages;
     const std::filesystem::path levels = game.resolve("levels.txt");
     if (levels.empty() || !tindrel::exists(levels)) return stages;
-    for (const LevelSetDef& set : readLevelSets(game.lines(levels))) {
-        LevelSetDef entry = set;
-        for (std::size_t i = 0; i < set.files.size(); ++i) {
-            const std::filesystem::path file = game.resolve(set.files[i]);
+    RepeatedReads reads;
+    for (LevelSetDef& set : readLevelSets(game.lines(levels))) {
+        for (StageEntry& entry : set.stages) {
+            const std::filesystem::path file = game.resolve(entry.file);
             if (file.empty() || !tindrel::exists(file)) continue;
-            entry.zMin = set.stageZMin[i];
-            entry.zMax = set.stageZMax[i];
-            entry.backgroundHeight = set.stageHeight[i];
-            Reading reading = game.newReading();
-            StageDef stage = parseStage(game.lines(file), entry, reading);
-            game.collect(file, reading.lines());
-            stage.sourceFile = game.relativeToProject(file);
-            stage.order = static_cast<std::int32_t>(stages.size());
-            stage.branchName = set.branchNames[i];
-            stage.chapter = set.chapters[i];
-            stage.campaignEnd = set.campaignEnd[i];
-            stage.preSceneFile = set.firstScenes[i];
-            stage.preScenes = set.preScenes[i];
-            stage.postScenes = set.postScenes[i];
-            readScenes(game, stage.preScenes, stage.sceneAnimations, stage.sceneMusic,
-                       stage.sceneMusicLoop);
-            readScenes(game, stage.postScenes, stage.postSceneAnimations, stage.postSceneMusic,
-                       stage.postSceneMusicLoop);
-            stages.push_back(std::move(stage));
+            if (!reads.admit(file, game.lines(file))) continue;
+            stages.push_back(readStage(game, file, set, std::move(entry), reads));
+            stages.back().order = static_cast<std::int32_t>(stages.size() - 1);
         }
     }
     return stages;
 }
 
-void readScenes(GameReader& game, const std::vector<std::string>& sceneFiles,
-                std::vector<CutsceneAnimationDef>& animations, std::string& music,
-                bool& musicLoop) {
-    SceneParser parser{animations, music, musicLoop};
-    for (std::size_t i = 0; i < sceneFiles.size(); ++i) {
-        const std::filesystem::path file = game.resolve(sceneFiles[i]);
-        if (file.empty() || !tindrel::exists(file)) continue;
-        parser.parse(game.lines(file), static_cast<std::int32_t>(i));
-    }
-    parser.offerListMusic();
+SceneList readScenes(GameReader& game, const std::vector<std::string>& sceneFiles) {
+    RepeatedReads reads;
+    return readScenes(game, sceneFiles, reads);
 }
 
 }  // namespace tindrel

@@ -16,8 +16,14 @@ namespace tindrel {
 // file-system error other than absence.
 [[nodiscard]] std::vector<StageDef> readStages(GameReader& game);
 
-// The pictures and music of a list of scene files, which are data paths; a missing one is skipped.
-void readScenes(GameReader& game, const std::vector<std::string>& sceneFiles,
-                std::vector<CutsceneAnimationDef>& animations, std::string& music, bool& musicLoop);
+// What a list of scene files shows, and the music that sounds first.
+struct SceneList {
+    std::vector<CutsceneAnimationDef> animations;
+    std::string music;
+    bool musicLoop = false;
+};
+
+// `sceneFiles` are data paths; a missing file is passed over.
+[[nodiscard]] SceneList readScenes(GameReader& game, const std::vector<std::string>& sceneFiles);
 
 }  // namespace tindrel

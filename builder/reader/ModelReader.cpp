@@ -13,6 +13,7 @@
 #include "platform/LinkStatus.hpp"
 #include "reader/DataPaths.hpp"
 #include "reader/ModelKeywords.hpp"
+#include "reader/RepeatedReads.hpp"
 #include "reader/Tokens.hpp"
 
 namespace tindrel {
@@ -110,24 +111,26 @@ std::vector<ModelDef> readRegisteredModels(GameReader& game, const TextFile& reg
     std::vector<ModelDef> models;
     const ModelDef globals = readGlobalFlags(registry);
     std::set<std::string> seen;
+    RepeatedReads reads;
     for (const TextLine& line : registry) {
-        if ((line.key != "load" && line.key != "know") || line.args.empty()) continue;
-        const bool named = line.args.size() > 1;
-        const std::string_view path = line.args[named ? 1 : 0];
+        const auto entry = registeredModel(line);
+        if (!entry) continue;
+        const auto& [name, path] = *entry;
         const fs::path& resolved = game.resolve(path);
         if (resolved.empty() || !game.isUnlinkedFile(resolved)) continue;
+        if (!reads.admit(resolved, game.lines(resolved))) continue;
 
         ModelDef model = readModelFile(game, resolved);
         if (model.animations.empty()) continue;
         model.modelName =
-            named ? std::string(line.args[0]) : stemOf(PathEncoding::path(normalizeDataPath(path)));
+            name.empty() ? stemOf(PathEncoding::path(normalizeDataPath(path))) : std::string(name);
         if (model.modelName.empty()) model.modelName = model.name;
         if (model.name.empty()) model.name = model.modelName;
         const std::string key =
             toLower(model.modelName) + '\n' + PathEncoding::utf8(resolved.lexically_normal());
         if (!seen.insert(key).second) continue;
 
-        for (const auto& [name, flag] : kGlobalFlags) model.*flag = globals.*flag;
+        for (const GlobalFlag& row : kGlobalFlags) model.*row.flag = globals.*row.flag;
         models.push_back(std::move(model));
     }
     return models;
@@ -196,6 +199,12 @@ ModelDef readModelFile(GameReader& game, const fs::path& path) {
     game.collect(path, reading.lines());
     model.sourceFile = game.relativeToProject(path);
     return model;
+}
+
+std::optional<RegisteredModel> registeredModel(const TextLine& line) {
+    if ((line.key != "load" && line.key != "know") || line.args.empty()) return std::nullopt;
+    if (line.args.size() == 1) return RegisteredModel{{}, line.args[0]};
+    return RegisteredModel{line.args[0], line.args[1]};
 }
 
 bool isModelKeyword(std::string_view key) {

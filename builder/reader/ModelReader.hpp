@@ -3,6 +3,7 @@
 // models.txt and the entity files that it names.
 
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -10,6 +11,14 @@
 #include "reader/ModelDef.hpp"
 
 namespace tindrel {
+
+// What a "load" or "know" line of models.txt registers.
+struct RegisteredModel {
+    std::string_view name;  // empty where the path alone is given
+    std::string_view path;  // as written
+};
+// Nothing for any other line. What is given points into the line's file.
+[[nodiscard]] std::optional<RegisteredModel> registeredModel(const TextLine& line);
 
 // The models in registry order; those of every text file with an animation where there is no
 // usable registry. Throws ("exists", "status", "weakly_canonical",

@@ -77,10 +77,7 @@ DataWalk walkDataFolder(const fs::path& dataDir) {
             walk.entries.push_back(std::move(entry));
             return WalkStep::Enter;
         },
-        // A directory is listed right after its visit.
-        [&](const fs::path&, std::error_code error) {
-            (walk.entries.empty() ? walk.error : walk.entries.back().error) = error;
-        });
+        [&](const fs::path&, std::error_code error) { walk.noteUnlisted(error); });
     return walk;
 }
 

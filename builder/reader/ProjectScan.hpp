@@ -17,6 +17,11 @@ struct DataWalk {
     std::filesystem::path dataDir;  // empty when there was no walk
     std::vector<TreeEntry> entries;
     std::error_code error;  // of listing the data folder itself
+
+    // A directory is listed right after its visit, so the last entry is the one that failed.
+    void noteUnlisted(std::error_code failure) {
+        (entries.empty() ? error : entries.back().error) = failure;
+    }
 };
 
 [[nodiscard]] DataWalk walkDataFolder(const std::filesystem::path& dataDir);
@@ -36,6 +41,11 @@ struct ProjectScan {
 // Throws a filesystem_error named after the operation for an error other than absence. `walked` is
 // what the caller has seen below the data folder already, if anything; it spares another walk.
 [[nodiscard]] ProjectScan scanProject(const std::filesystem::path& root, DataWalk walked = {});
+
+// ".c" or ".h", in lower case.
+[[nodiscard]] constexpr bool isScriptExtension(std::string_view extension) {
+    return extension == ".c" || extension == ".h";
+}
 
 // An image `stem` with the extension .gif, .png or .bmp.
 [[nodiscard]] bool imageExists(const std::filesystem::path& stem);

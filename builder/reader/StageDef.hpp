@@ -26,20 +26,29 @@ enum InstructionKind : std::int32_t { kInstructionSpawn = 0, kInstructionEvent =
 // clang-format on
 #include "reader/Stages.def"
 
-// One "set" of levels.txt. The vectors after backgroundHeight run in parallel, one element for
-// each "file" line.
+// How deep a stage is, as the "z" line ahead of it says.
+struct DepthLimits {
+    std::int32_t zMin = 160, zMax = 232, backgroundHeight = 160;
+};
+
+// One "file" line of levels.txt. All paths are data paths.
+struct StageEntry {
+    std::string file;
+    std::vector<std::string> preScenes, postScenes;  // shown ahead of the stage, and behind it
+    std::int32_t chapter = 0;
+    std::string branchName;
+    DepthLimits depth;
+    bool campaignEnd = false;
+};
+
+// One "set" of levels.txt.
 struct LevelSetDef {
     std::string name;
     std::int32_t order = 0;
     std::int32_t lives = 0, credits = 0, canSave = 0, skipSelect = 0, completeBg = 0, noShare = 0;
     std::int32_t ifComplete = 0;
-    std::int32_t zMin = 160, zMax = 232, backgroundHeight = 160;
-    std::vector<std::string> files, firstScenes;
-    std::vector<std::vector<std::string>> preScenes, postScenes;
-    std::vector<std::int32_t> chapters;
-    std::vector<std::string> branchNames;
-    std::vector<std::int32_t> stageZMin, stageZMax, stageHeight;
-    std::vector<bool> campaignEnd;
+    DepthLimits depth;  // for the next stage
+    std::vector<StageEntry> stages;
 };
 
 }  // namespace tindrel

@@ -416,21 +416,22 @@ void StageParser::readLine(const TextLine& text) {
 
 }  // namespace
 
-StageDef parseStage(const TextFile& file, const LevelSetDef& entry, Reading& reading) {
+StageDef parseStage(const TextFile& file, const LevelSetDef& set, const DepthLimits& depth,
+                    Reading& reading) {
     StageParser parser(reading);
     StageDef& stage = parser.stage;
-    stage.setName = entry.name;
-    stage.setOrder = entry.order;
-    stage.lives = entry.lives;
-    stage.credits = entry.credits;
-    stage.canSave = entry.canSave;
-    stage.skipSelect = entry.skipSelect;
-    stage.completeBg = entry.completeBg;
-    stage.noShare = entry.noShare;
-    stage.ifComplete = entry.ifComplete;
-    stage.zMin = entry.zMin;
-    stage.zMax = entry.zMax;
-    stage.backgroundHeight = entry.backgroundHeight;
+    stage.setName = set.name;
+    stage.setOrder = set.order;
+    stage.lives = set.lives;
+    stage.credits = set.credits;
+    stage.canSave = set.canSave;
+    stage.skipSelect = set.skipSelect;
+    stage.completeBg = set.completeBg;
+    stage.noShare = set.noShare;
+    stage.ifComplete = set.ifComplete;
+    stage.zMin = depth.zMin;
+    stage.zMax = depth.zMax;
+    stage.backgroundHeight = depth.backgroundHeight;
     for (const TextLine& line : file) parser.readLine(line);
     parser.closePending();
     parser.closeSpawn();

@@ -7,13 +7,14 @@
 
 namespace tindrel {
 
-// `entry` is the level set of the stage, with the depth limits that hold at its "file" line.
-// Sets the fields that come from the file and from the entry; `sourceFile` stays empty.
+// Sets the fields that come from the file and from its level set; `sourceFile` stays empty.
 // `reading` notes what is mended; without one the file's lines say how they are read.
-[[nodiscard]] StageDef parseStage(const TextFile& file, const LevelSetDef& entry, Reading& reading);
-[[nodiscard]] inline StageDef parseStage(const TextFile& file, const LevelSetDef& entry) {
+[[nodiscard]] StageDef parseStage(const TextFile& file, const LevelSetDef& set,
+                                  const DepthLimits& depth, Reading& reading);
+[[nodiscard]] inline StageDef parseStage(const TextFile& file, const LevelSetDef& set = {},
+                                         const DepthLimits& depth = {}) {
     Reading reading(file.reading().asWritten());
-    return parseStage(file, entry, reading);
+    return parseStage(file, set, depth, reading);
 }
 
 }  // namespace tindrel

@@ -116,8 +116,7 @@ ModelDef modelWith(const std::string& line) {
 
 StageDef stageWith(const std::string& line) {
     return parseStage(TextFile("background a.gif\npanel a.gif\nspawn m\n" + line +
-                               "\ncoords 1 2\nat 5\nspawn n\nat 9\n"),
-                      LevelSetDef{});
+                               "\ncoords 1 2\nat 5\nspawn n\nat 9\n"));
 }
 
 // The fields that some line of the command sets.

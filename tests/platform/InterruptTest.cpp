@@ -30,7 +30,7 @@ class InterruptTest : public ::testing::Test {
         const pid_t child =
             startProcess({"sh", "-c", before + "TMPDIR=\"$1\" exec " SESSION_CHILD " \"$2\" \"$3\"",
                           "sh", temp_.path().string(), way, pak_.string()},
-                         ends[1]);
+                         {.standardOutput = ends[1]});
         ::close(ends[1]);
         EXPECT_GT(child, 0);
         std::string said;

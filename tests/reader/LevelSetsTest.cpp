@@ -6,12 +6,24 @@
 #include <vector>
 
 #include "TempFolder.hpp"
+#include "reader/RepeatedReads.hpp"
 
 namespace tindrel {
 namespace {
 
 using Strings = std::vector<std::string>;
-using Numbers = std::vector<std::int32_t>;
+
+// "file branch chapter n depth zMin zMax backgroundHeight"
+Strings show(const std::vector<StageEntry>& stages) {
+    Strings out;
+    for (const StageEntry& stage : stages) {
+        const auto& [zMin, zMax, height] = stage.depth;
+        out.push_back(stage.file + ' ' + stage.branchName + " chapter " +
+                      std::to_string(stage.chapter) + " depth " + std::to_string(zMin) + ' ' +
+                      std::to_string(zMax) + ' ' + std::to_string(height));
+    }
+    return out;
+}
 
 TEST(LevelSets, SetsTakeTheirLimitsAndTheFileWideDefaults) {
     const auto sets =
@@ -41,7 +53,7 @@ TEST(LevelSets, SetsTakeTheirLimitsAndTheFileWideDefaults) {
     EXPECT_EQ(sets[0].ifComplete, 2);
     EXPECT_EQ(sets[0].noShare, 0);
     EXPECT_EQ(sets[0].completeBg, 1);
-    EXPECT_TRUE(sets[0].files.empty());
+    EXPECT_TRUE(sets[0].stages.empty());
     EXPECT_EQ(sets[1].order, 1);
     EXPECT_EQ(sets[1].lives, 0);
     EXPECT_EQ(sets[1].skipSelect, 0);
@@ -70,16 +82,11 @@ TEST(LevelSets, StagesKeepWhatHeldAtTheirLine) {
                                "end\n"
                                "file s4.txt\n"));
     ASSERT_EQ(sets.size(), 2U);
-    EXPECT_EQ(sets[0].files, (Strings{"Levels/s1.txt", "s2.txt", "s3.txt"}));
-    EXPECT_EQ(sets[0].branchNames, (Strings{"start", "kept", ""}));
-    EXPECT_EQ(sets[0].chapters, (Numbers{0, 2, 2}));
-    EXPECT_EQ(sets[0].stageZMin, (Numbers{160, 100, 0}));
-    EXPECT_EQ(sets[0].stageZMax, (Numbers{232, 200, 210}));
-    EXPECT_EQ(sets[0].stageHeight, (Numbers{160, 160, 99}));
-    EXPECT_EQ(sets[1].chapters, Numbers{0});
-    EXPECT_EQ(sets[1].stageZMin, Numbers{160});
-    EXPECT_EQ(sets[1].branchNames, Strings{""});
-    EXPECT_EQ(sets[1].campaignEnd, std::vector<bool>{false});
+    EXPECT_EQ(show(sets[0].stages), (Strings{"Levels/s1.txt start chapter 0 depth 160 232 160",
+                                             "s2.txt kept chapter 2 depth 100 200 160",
+                                             "s3.txt  chapter 2 depth 0 210 99"}));
+    EXPECT_EQ(show(sets[1].stages), Strings{"s4.txt  chapter 0 depth 160 232 160"});
+    EXPECT_FALSE(sets[1].stages[0].campaignEnd);
 }
 
 TEST(LevelSets, ScenesBelongToTheStageAheadOfThem) {
@@ -101,13 +108,18 @@ TEST(LevelSets, ScenesBelongToTheStageAheadOfThem) {
                                "file s3\n"
                                "scene d\n"));
     ASSERT_EQ(sets.size(), 3U);
-    EXPECT_EQ(sets[0].preScenes, (std::vector<Strings>{{"a1", "a2"}, {}}));
-    EXPECT_EQ(sets[0].firstScenes, (Strings{"a1", ""}));
-    EXPECT_EQ(sets[0].postScenes, (std::vector<Strings>{{"b"}, {"c1", "c2"}}));
-    EXPECT_EQ(sets[0].campaignEnd, (std::vector<bool>{false, true}));
-    EXPECT_EQ(sets[2].preScenes, (std::vector<Strings>{{}}));
-    // The end of the file closes the last stage as a set line does.
-    EXPECT_EQ(sets[2].postScenes, (std::vector<Strings>{{"d"}}));
+    ASSERT_EQ(sets[0].stages.size(), 2U);
+    const StageEntry& s1 = sets[0].stages[0];
+    EXPECT_EQ(s1.preScenes, (Strings{"a1", "a2"}));
+    EXPECT_EQ(s1.postScenes, Strings{"b"});
+    EXPECT_FALSE(s1.campaignEnd);
+    const StageEntry& s2 = sets[0].stages[1];
+    EXPECT_EQ(s2.preScenes, Strings{});
+    EXPECT_EQ(s2.postScenes, (Strings{"c1", "c2"}));
+    EXPECT_TRUE(s2.campaignEnd);
+    ASSERT_EQ(sets[2].stages.size(), 1U);
+    EXPECT_EQ(sets[2].stages[0].preScenes, Strings{}) << "a set begins without scenes";
+    EXPECT_EQ(sets[2].stages[0].postScenes, Strings{"d"}) << "the end of the file ends the set";
 }
 
 TEST(LevelSets, StagesCombineLevelsFilesAndScenes) {
@@ -180,10 +192,7 @@ TEST(LevelSets, ScenesPlayTheirMusicFromTheNextPictureOn) {
                  "music never.ogg\n");
     folder.write("3.txt", "animation d.gif\n");
     GameReader game(folder.path(), folder.path());
-    std::vector<CutsceneAnimationDef> animations;
-    std::string music;
-    bool loop = false;
-    readScenes(game, {"1.txt", "absent.txt", "3.txt"}, animations, music, loop);
+    const auto& [animations, music, loop] = readScenes(game, {"1.txt", "absent.txt", "3.txt"});
 
     struct Expected {
         std::string path, musicBefore;
@@ -213,10 +222,33 @@ TEST(LevelSets, ScenesPlayTheirMusicFromTheNextPictureOn) {
     EXPECT_TRUE(loop);
 
     folder.write("4.txt", "music only.ogg 1\n");
-    music.clear();
-    readScenes(game, {"4.txt"}, animations, music, loop);
-    EXPECT_EQ(music, "only.ogg");
-    EXPECT_TRUE(loop);
+    const SceneList silent = readScenes(game, {"4.txt"});
+    EXPECT_EQ(silent.music, "only.ogg");
+    EXPECT_TRUE(silent.musicLoop);
+}
+
+// Each mention becomes records of its own.
+TEST(LevelSets, MentionsOfOneFileDoNotMultiplyWithoutLimit) {
+    const test::TempFolder folder;
+    constexpr std::size_t kMentions = kMaxRepeatedLines / kLinesPerRead + 1000;
+    std::string levels = "set A\n";
+    std::string models;
+    for (std::size_t i = 0; i < kMentions; ++i) {
+        levels += i % 2 == 0 ? "file s.txt\n" : "scene c.txt\n";
+        models += "load m" + std::to_string(i) + " m.txt\n";
+    }
+    folder.write("levels.txt", levels);
+    folder.write("models.txt", models);
+    folder.write("s.txt", "spawn m1\n");
+    folder.write("c.txt", "animation a.gif\n");
+    folder.write("m.txt", "anim idle\n");
+    GameReader game(folder.path(), folder.path());
+    std::size_t pictures = 0;
+    for (const StageDef& stage : game.stages()) pictures += stage.postSceneAnimations.size();
+    EXPECT_GT(game.stages().size(), kMentions / 3) << "a game's sets share stages";
+    EXPECT_LT(game.stages().size() + pictures, kMentions);
+    EXPECT_GT(game.models().size(), kMentions / 3);
+    EXPECT_LT(game.models().size(), kMentions);
 }
 
 }  // namespace

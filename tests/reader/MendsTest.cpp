@@ -55,9 +55,8 @@ Shown read(const std::string& text, bool asWritten) {
     if (text.find("anim ") != std::string::npos) {
         shown.text = showModel(parseModel(file, "m", reading));
     } else {
-        LevelSetDef entry;
-        entry.zMin = 100;
-        shown.text = showStage(parseStage(file, entry, reading));
+        const DepthLimits depth{.zMin = 100};
+        shown.text = showStage(parseStage(file, {}, depth, reading));
     }
     for (const auto& lines : {file.reading().lines(), reading.lines()}) {
         for (const MendedLine& line : lines) shown.lines.emplace(line.mend, line.line);

@@ -12,7 +12,7 @@ using Strings = std::vector<std::string>;
 using Shape = std::array<float, 9>;
 
 StageDef parse(std::string text) {
-    return parseStage(TextFile(std::move(text), true), LevelSetDef{});
+    return parseStage(TextFile(std::move(text), true));
 }
 
 // "kind value/group @at", the time only where the event has one.
@@ -37,21 +37,18 @@ Strings showInstructions(const StageDef& stage) {
     return out;
 }
 
-TEST(StageReader, TakesItsLimitsFromTheLevelEntry) {
-    LevelSetDef entry;
-    entry.name = "Easy";
-    entry.order = 2;
-    entry.lives = 3;
-    entry.credits = 4;
-    entry.canSave = 1;
-    entry.skipSelect = 1;
-    entry.completeBg = 1;
-    entry.noShare = 1;
-    entry.ifComplete = 5;
-    entry.zMin = 100;
-    entry.zMax = 200;
-    entry.backgroundHeight = 90;
-    const StageDef stage = parseStage(TextFile(""), entry);
+TEST(StageReader, TakesItsLimitsFromTheLevelSet) {
+    LevelSetDef set;
+    set.name = "Easy";
+    set.order = 2;
+    set.lives = 3;
+    set.credits = 4;
+    set.canSave = 1;
+    set.skipSelect = 1;
+    set.completeBg = 1;
+    set.noShare = 1;
+    set.ifComplete = 5;
+    const StageDef stage = parseStage(TextFile(""), set, {100, 200, 90});
     EXPECT_EQ(stage.setName, "Easy");
     EXPECT_EQ(stage.setOrder, 2);
     EXPECT_EQ(stage.lives, 3);
