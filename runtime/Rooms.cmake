@@ -6,8 +6,8 @@
 
 # text, paths, files, settings
 set(port_core_units
-  AssetPaths ConfinedPath ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
-  TickInput)
+  AssetPaths ConfinedPath ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig ScriptHandles
+  StartupLog TextFields TickInput)
 # the tables that the builder writes
 set(port_generated_units
   GeneratedCharacters GeneratedStages)
