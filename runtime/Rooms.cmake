@@ -47,7 +47,7 @@ set(port_rules_uses core generated world)
 set(port_rules_units
   AnimationEnergy AnimationLookup AttackChains BindingOrder Boxes CameraRules Chip Commands Counter
   Defence EntityRules Factions Ground Knockdown KnownAnimations ModelFacts Movement Pixels
-  Platforms PlayerSpawn RosterScan Shadows StageReach StageRules TableDerived WeaponItems
+  Platforms PlayerSpawn RosterScan Shadows StageReach StageRules TableDerived TargetSearch WeaponItems
   Wayfinding)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
