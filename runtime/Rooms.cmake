@@ -69,9 +69,9 @@ set(port_view_units
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated host picture platform play rules script sound view world)
 set(port_screens_units
-  Autoplay Bot Campaigns CharacterSelect ControlsScreen FrontendScreens Game MainMenus MenuInput
+  Autoplay Bot Campaigns CharacterSelect ControlsScreen FrontendScreens Game GameStart MainMenus MenuInput
   MenuScreens MenuText OptionsScreens Pilot PlayScreen Playtest PlaytestReport Progress Recording
-  Replay SavedGame ScriptPreparation Settings StageLoading StageShows TimedShow)
+  Replay SavedGame ScriptPreparation Settings SmokeRun StageLoading StageShows TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses
   core generated host picture platform play rules screens script sound view world)
