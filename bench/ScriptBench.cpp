@@ -45,28 +45,14 @@ struct Adder : port::ScriptHost {
 };
 
 // The host of a game: player 1 alone in the world.
-struct Game {
+struct Game : port::HostServices {
     port::World world;
     port::PlayerDrive drive = port::PlayerDrive::Nobody;
     port::TickInput input;
     port::RuntimeConfig config;
     port::Scripts scripts;
     port::Events events;
-    port::AudioSystem audio;
-    port::SoundEffects effects;
-    port::SpriteCache sprites;
-    port::ScriptPictures pictures;
-    port::Renderer renderer;
-    std::filesystem::path root;
-    port::Host host{{.tick = {world, drive, input, config, scripts, events},
-                     .audio = audio,
-                     .effects = effects,
-                     .sprites = sprites,
-                     .pictures = pictures,
-                     .renderer = renderer,
-                     .root = root,
-                     .dataRoot = root,
-                     .isPlaying = [] { return true; }}};
+    port::Host host{*this, {world, drive, input, config, scripts, events}};
 
     Game() { world.player1.handle = port::kPlayer1Handle; }
 };

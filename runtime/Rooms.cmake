@@ -6,8 +6,8 @@
 
 # text, paths, files, settings
 set(port_core_units
-  AssetPaths ConfinedPath ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig StartupLog TextFields
-  TickInput)
+  AssetPaths ConfinedPath ExitCodes Fields FileBytes Keys Log PathEncoding RuntimeConfig ScriptHandles
+  StartupLog TextFields TickInput)
 # the tables that the builder writes
 set(port_generated_units
   GeneratedCharacters GeneratedStages)
@@ -47,7 +47,7 @@ set(port_rules_uses core generated world)
 set(port_rules_units
   AnimationEnergy AnimationLookup AttackChains BindingOrder Boxes CameraRules Chip Commands Counter
   Defence EntityRules Factions Ground Knockdown KnownAnimations ModelFacts Movement Pixels
-  Platforms PlayerSpawn RosterScan Shadows StageReach StageRules TableDerived WeaponItems
+  Platforms PlayerSpawn RosterScan Shadows StageReach StageRules TableDerived TargetSearch WeaponItems
   Wayfinding)
 # the steps of a tick
 set(port_play_uses core generated rules script world)
@@ -69,9 +69,9 @@ set(port_view_units
 # what a run goes through: menus, loading, the pass of play
 set(port_screens_uses core generated host picture platform play rules script sound view world)
 set(port_screens_units
-  Autoplay Bot Campaigns CharacterSelect ControlsScreen FrontendScreens Game MainMenus MenuInput
+  Autoplay Bot Campaigns CharacterSelect ControlsScreen FrontendScreens Game GameStart MainMenus MenuInput
   MenuScreens MenuText OptionsScreens Pilot PlayScreen Playtest PlaytestReport Progress Recording
-  Replay SavedGame ScriptPreparation Settings StageLoading StageShows TimedShow)
+  Replay SavedGame ScriptPreparation Settings SmokeRun StageLoading StageShows TimedShow)
 # the loop over the screens, and the program around it
 set(port_engine_uses
   core generated host picture platform play rules screens script sound view world)

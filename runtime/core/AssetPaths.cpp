@@ -22,13 +22,6 @@ constexpr const char* kSounds[] = {".ogg", ".oga", ".wav", ".bor", ".mp3", ".fla
 // No system opens a longer path; a hostile one would only cost time.
 constexpr std::size_t kMaxPathBytes = 32767;
 
-// Joined to a folder on Windows, an element "C:" would replace it.
-bool hasDriveLetter(const fs::path& element) {
-    const fs::path::string_type& name = element.native();
-    return name.size() >= 2 && name[1] == ':' &&
-           ((name[0] >= 'a' && name[0] <= 'z') || (name[0] >= 'A' && name[0] <= 'Z'));
-}
-
 bool staysBelow(const fs::path& path) {
     return !path.has_root_path() && std::none_of(path.begin(), path.end(), [](const fs::path& e) {
         return e == ".." || hasDriveLetter(e);
@@ -97,15 +90,19 @@ fs::path onlyPictureOf(const fs::path& path) {
 
 }  // namespace
 
+bool hasDriveLetter(const fs::path& element) {
+    const fs::path::string_type& name = element.native();
+    return name.size() >= 2 && name[1] == ':' &&
+           ((name[0] >= 'a' && name[0] <= 'z') || (name[0] >= 'A' && name[0] <= 'Z'));
+}
+
 fs::path normalizeDataPath(std::string_view raw) {
     if (raw.size() > kMaxPathBytes || raw.find('\0') != raw.npos) return {};
     std::string slashed(raw);
     std::replace(slashed.begin(), slashed.end(), '\\', '/');
     std::string_view rest = slashed;
     while (rest.starts_with("./")) rest.remove_prefix(2);
-    if (equalsFolded(rest.substr(0, kDataPrefix.size()), kDataPrefix)) {
-        rest.remove_prefix(kDataPrefix.size());
-    }
+    if (startsWithFolded(rest, kDataPrefix)) rest.remove_prefix(kDataPrefix.size());
     fs::path normal = PathEncoding::path(rest).lexically_normal();
     return staysBelow(normal) ? normal : fs::path();
 }

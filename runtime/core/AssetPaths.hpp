@@ -9,6 +9,10 @@
 
 namespace port {
 
+// Whether an element of a path begins with a drive letter, on every system: joined to a folder on
+// Windows it would replace that.
+[[nodiscard]] bool hasDriveLetter(const std::filesystem::path& element);
+
 // The path below the data root, without "./" and "data/" in front; empty for one that is empty,
 // absolute, rooted (a drive letter included, on every system) or climbs out by "..".
 [[nodiscard]] std::filesystem::path normalizeDataPath(std::string_view raw);

@@ -47,6 +47,10 @@ inline std::string_view takeWord(std::string_view& text) {
     return true;
 }
 
+[[nodiscard]] constexpr bool startsWithFolded(std::string_view text, std::string_view start) {
+    return equalsFolded(text.substr(0, start.size()), start);
+}
+
 // Whether `text` holds `part`; an empty part is held by every text.
 [[nodiscard]] constexpr bool containsFolded(std::string_view text, std::string_view part) {
     for (std::size_t at = 0; at + part.size() <= text.size(); ++at) {

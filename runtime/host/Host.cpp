@@ -6,7 +6,7 @@ namespace port {
 
 const HostFunction* Host::findHostFunction(std::string_view loweredName) const {
     const HostFunction* const function = port::findHostFunction(loweredName);
-    const bool unknown = function != nullptr && function->mended && services_.tick.config.asWritten;
+    const bool unknown = function != nullptr && function->mended && tick_.config.asWritten;
     return unknown ? nullptr : function;
 }
 
@@ -15,7 +15,7 @@ ScriptValue Host::resolveCall(HostTarget& target, std::span<const ScriptValue> c
     if (!function.resolve || constants.size() < function.needs) return {};
     ScriptContext nobody;
     UnansweredNames unsaid;
-    HostCall call{services_.tick, services_, nobody, function.name, constants, unsaid};
+    HostCall call{tick_, services_, nobody, function.name, constants, unsaid};
     ScriptValue always = function.resolve(call);
     target.row = call.row;
     return always;
@@ -26,7 +26,7 @@ bool Host::callHostFunction(const HostTarget& target, std::span<const ScriptValu
                             ScriptValue& result) {
     const HostFunction& function = *target.function;
     if (args.size() < function.needs) return false;
-    HostCall call{services_.tick, services_, context, function.name, args, unsupported, target.row};
+    HostCall call{tick_, services_, context, function.name, args, unsupported, target.row};
     result = function.run(call);
     return true;
 }

@@ -8,8 +8,8 @@ namespace port {
 
 class Host final : public ScriptHost {
   public:
-    // What the services refer to must last as long as the host.
-    explicit Host(HostServices services) : services_(std::move(services)) {}
+    // The services, and what the tick refers to, must last as long as the host.
+    Host(HostServices& services, const Tick& tick) : services_(services), tick_(tick) {}
 
     [[nodiscard]] const HostFunction* findHostFunction(std::string_view loweredName) const override;
     ScriptValue resolveCall(HostTarget& target, std::span<const ScriptValue> constants) override;
@@ -18,7 +18,8 @@ class Host final : public ScriptHost {
                           ScriptValue& result) override;
 
   private:
-    HostServices services_;
+    HostServices& services_;
+    Tick tick_;
 };
 
 }  // namespace port

@@ -88,12 +88,8 @@ void startCounters(RuntimeCoopPlayer& player) {
 }
 
 void startCounters(RuntimeEntity& entity) {
-    constexpr int kLeastCooldown = 2;
     entity.lastFrame = kNoFrame;
-    entity.attackTicks = animationDuration(entity.animation.animation());
-    entity.attackCooldown = std::max(kLeastCooldown, entity.attackTicks / 3);
-    entity.attackHasHit = entity.projectileFired = false;
-    entity.attackHits = 0;
+    startAttackCounters(entity);
 }
 
 }  // namespace

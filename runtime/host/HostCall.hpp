@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "AudioSystem.hpp"
+#include "Devices.hpp"
 #include "Renderer.hpp"
 #include "ScriptLimits.hpp"
 #include "ScriptPictures.hpp"
@@ -21,19 +22,20 @@
 
 namespace port {
 
-// What calls reach of a game.
+// What calls reach of a game beside the tick.
 struct HostServices {
-    Tick tick;
-    AudioSystem& audio;
-    SoundEffects& effects;
-    SpriteCache& sprites;
-    ScriptPictures& pictures;
-    const Renderer& renderer;
-    const std::filesystem::path& root;  // of the port
-    const std::filesystem::path& dataRoot;
-    std::function<bool()> isPlaying;  // whether the stage is up, not a menu or its loading
+    std::filesystem::path root;  // of the port
+    std::filesystem::path dataRoot;
+    Renderer renderer;
+    AudioSystem audio;
+    SoundEffects effects;
+    SpriteCache sprites;
+    ScriptPictures scriptPictures;
+    std::function<bool()> isPlaying = [] { return true; };  // the stage, not a menu or its loading
+    std::size_t printRoom = script::kMaxPrintedBytes;       // left for what scripts print
 
-    std::size_t printRoom = script::kMaxPrintedBytes;  // left for what scripts print
+    explicit HostServices(const platform::Devices& devices = {})
+        : renderer(devices.presentation, devices.fonts), audio(devices.audio) {}
 };
 
 // An argument that is missing reads as an empty value, or as the fallback where there is one.

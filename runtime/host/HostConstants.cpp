@@ -41,7 +41,7 @@ constexpr auto kConstants = sortedTable(std::to_array<ConstantRow>({
 
 // What is left of the text behind a prefix in any case; null for another text.
 std::optional<std::string_view> behind(std::string_view prefix, std::string_view text) {
-    if (!equalsFolded(text.substr(0, prefix.size()), prefix)) return std::nullopt;
+    if (!startsWithFolded(text, prefix)) return std::nullopt;
     return text.substr(prefix.size());
 }
 

@@ -190,13 +190,13 @@ void chargeCommand(HostCall& call, const SpriteImage& target, const ScriptDrawCo
         case ScriptDrawKind::Dot:
             return;
         case ScriptDrawKind::Sprite:
-            if (const SpritePtr sprite = call.services.pictures.sprite(command.sprite)) {
+            if (const SpritePtr sprite = call.services.scriptPictures.sprite(command.sprite)) {
                 chargeImage(call, target, *sprite, command.draw, command.x, command.y,
                             methodBlend(command.draw));
             }
             return;
         case ScriptDrawKind::Screen:
-            if (const auto screen = call.services.pictures.screen(command.screen)) {
+            if (const auto screen = call.services.scriptPictures.screen(command.screen)) {
                 chargeImage(call, target, screen->image, command.draw, command.x, command.y,
                             command.blend);
                 for (const ScriptScreenText& line : screen->text) {
@@ -278,7 +278,7 @@ ScriptValue drawSpriteQueue(HostCall& call) {
         }
         return true;
     }
-    const auto screen = call.services.pictures.screen(call.handle(0));
+    const auto screen = call.services.scriptPictures.screen(call.handle(0));
     if (!screen) return false;
     std::vector<ScriptDrawCommand> chosen = chosenCommands(call);
     std::ranges::sort(chosen, {}, [](const ScriptDrawCommand& command) {

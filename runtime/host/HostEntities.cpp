@@ -3,10 +3,10 @@
 #include <cmath>
 #include <utility>
 
-#include "Factions.hpp"
 #include "HostFunctions.hpp"
 #include "ModelFacts.hpp"
 #include "RosterScan.hpp"
+#include "TargetSearch.hpp"
 
 namespace port::host {
 namespace {
@@ -14,29 +14,6 @@ namespace {
 bool isThere(const Actor& actor) {
     return actor.alive && (isPlayer(actor) || static_cast<const RuntimeEntity&>(actor).visible);
 }
-
-// Keeps the nearest of those whom the seeker fights and sees, the first of equals.
-class NearestFoe {
-  public:
-    explicit NearestFoe(const Actor& seeker) : seeker_(seeker) {}
-
-    void consider(const Actor& other, bool hostile) {
-        if (&other == &seeker_ || !isThere(other)) return;
-        if (!modelIsHostileTo(seeker_.model, other.model, hostile)) return;
-        if (!modelCanPerceive(seeker_.model, other.model)) return;
-        const float distance =
-            std::abs(other.worldX - seeker_.worldX) + std::abs(other.z - seeker_.z);
-        if (best_ != kNobody && !(distance < distance_)) return;
-        best_ = other.handle;
-        distance_ = distance;
-    }
-    [[nodiscard]] ActorHandle best() const { return best_; }
-
-  private:
-    const Actor& seeker_;
-    ActorHandle best_ = kNobody;
-    float distance_ = 0;
-};
 
 // What a player fights unless its model says otherwise.
 bool isFoeOfPlayers(const RuntimeEntity& entity) {
@@ -58,17 +35,20 @@ ScriptValue findTarget(HostCall& call) {
     const Actor* seeker = call.actor(0);
     if (!seeker) return kNobody;
     const bool ofPlayer = isPlayer(*seeker);
-    NearestFoe search(*seeker);
+    TargetSearch search(*seeker);
+    const auto consider = [&](const Actor& other, bool hostile) {
+        if (&other != seeker && isThere(other)) search.consider(other, hostile);
+    };
     if (!ofPlayer) {
-        search.consider(world.player1, true);
-        for (const RuntimeCoopPlayer& player : world.coop) search.consider(player, true);
+        consider(world.player1, true);
+        for (const RuntimeCoopPlayer& player : world.coop) consider(player, true);
     }
     visitRoster(world, world.roster.present, [&](const RuntimeEntity& entity) {
-        if (entity.model) search.consider(entity, ofPlayer && isFoeOfPlayers(entity));
+        if (entity.model) consider(entity, ofPlayer && isFoeOfPlayers(entity));
         return false;
     });
     call.chargeScan(world.roster.present.size());
-    return search.best();
+    return search.best() ? search.best()->handle : kNobody;
 }
 
 ScriptValue isInRange(HostCall& call) {

@@ -3,6 +3,7 @@
 #include "HostFunctions.hpp"
 #include "KeyTable.hpp"
 #include "ModelFacts.hpp"
+#include "ScriptHandles.hpp"
 
 namespace port::host {
 namespace {

@@ -16,7 +16,7 @@ namespace port::host {
 namespace {
 
 std::shared_ptr<ScriptScreen> screen(const HostCall& call, std::size_t index) {
-    return call.services.pictures.screen(call.handle(index));
+    return call.services.scriptPictures.screen(call.handle(index));
 }
 
 int blendArgument(const HostCall& call, std::size_t index) {
@@ -50,12 +50,12 @@ void drawOnScreen(HostCall& call, ScriptScreen& target, const ScriptDrawCommand&
         case ScriptDrawKind::Dot:
             return scriptSurfacePixel(target.image, x, y, command.color, blend % kBlendModes);
         case ScriptDrawKind::Sprite:
-            if (const SpritePtr sprite = call.services.pictures.sprite(command.sprite)) {
+            if (const SpritePtr sprite = call.services.scriptPictures.sprite(command.sprite)) {
                 drawImageOn(target, *sprite, command, methodBlend(command.draw));
             }
             return;
         case ScriptDrawKind::Screen:
-            if (const auto source = call.services.pictures.screen(command.screen)) {
+            if (const auto source = call.services.scriptPictures.screen(command.screen)) {
                 if (source.get() == &target) {
                     call.charge(source->image.bgra.size() / script::kTextPerStep);
                 }
@@ -77,18 +77,18 @@ ScriptValue loadSprite(HostCall& call) {
         call.services.renderer, call.services.dataRoot, call.text(0), nullptr, 0);
     if (!sprite) return kNobody;
     call.charge(sprite->bgra.size() / kPixelBytes);
-    const std::uintptr_t handle = call.services.pictures.addSprite(sprite);
+    const std::uintptr_t handle = call.services.scriptPictures.addSprite(sprite);
     if (handle == 0) call.tag("loadsprite-limit");
     return handle;
 }
 
 ScriptValue freePicture(HostCall& call) {
-    return call.services.pictures.free(call.handle(0));
+    return call.services.scriptPictures.free(call.handle(0));
 }
 
 // Empty for another key.
 ScriptValue getPictureProperty(HostCall& call) {
-    const SpritePtr sprite = call.services.pictures.sprite(call.handle(0));
+    const SpritePtr sprite = call.services.scriptPictures.sprite(call.handle(0));
     const auto drawn = screen(call, 0);
     const SpriteImage* image = drawn ? &drawn->image : sprite.get();
     const FoldedKey key(call.text(1));
@@ -110,7 +110,7 @@ ScriptValue allocateScreen(HostCall& call) {
         return kNobody;
     }
     call.charge(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    const std::uintptr_t handle = call.services.pictures.addScreen(width, height);
+    const std::uintptr_t handle = call.services.scriptPictures.addScreen(width, height);
     if (handle == 0) call.tag("allocscreen-limit");
     return handle;
 }
@@ -125,7 +125,7 @@ ScriptValue clearScreen(HostCall& call) {
 }
 
 ScriptValue drawSpriteToScreen(HostCall& call) {
-    const SpritePtr sprite = call.services.pictures.sprite(call.handle(0));
+    const SpritePtr sprite = call.services.scriptPictures.sprite(call.handle(0));
     const auto target = call.count() >= 4 ? screen(call, 1) : nullptr;
     if (!sprite || !target) return false;
     const generated::DrawMethod& draw = call.world().scripted.drawing.commonDrawMethod;

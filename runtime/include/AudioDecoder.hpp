@@ -15,7 +15,7 @@ namespace port {
 struct DecodedAudio {
     int sampleRate = 22050;         // frames per second
     int channels = 1;               // 1 or 2
-    std::vector<std::int16_t> pcm;  // interleaved
+    std::vector<std::int16_t> pcm;  // interleaved; one frame at least
     std::uint32_t loopStartFrames = 0;
     std::uint32_t loopLengthFrames = 0;
     bool hasLoop = false;  // the file states a loop

@@ -1,6 +1,6 @@
 #pragma once
 
-// The whole game of a port: brings its parts up and runs the loop over the screens.
+// The loop over the screens of a port, and who plays in it.
 
 #include <filesystem>
 #include <memory>
@@ -40,26 +40,15 @@ class Engine {
 
     // Plays by itself for 60 to 3600 frames. 0, or 72 when a game could not start, 73 when it ended
     // early, 74 when gameplay did not go on.
-    int runSmokeGame(int frames = 600);
+    int runSmokeGame(int frames = SmokeRun::kUsualFrames);
 
     // To look at and to set up; the loop is not running.
     [[nodiscard]] Game& game() { return game_; }
 
   private:
-    // Start, in order.
-    void readLifeBarSize();
-    void readLogicalSize();
-    void attachScripts();
-    void logServices() const;
-    void choosePlayerModel();
-    void enterFirstState();
-
-    // The loop.
     [[nodiscard]] TickInput deviceInput();
     bool runPass();
     void runFrontendPass();
-    [[nodiscard]] bool smokeRunIsOver() const;
-    [[nodiscard]] bool smokeRunIsStuck() const;
     void logHeadlessProgress() const;
     void pace() const;
     int endRun(int passes);

@@ -10,13 +10,14 @@
 #include <string_view>
 
 #include "FrameCapture.hpp"
+#include "SmokeRun.hpp"
 
 namespace port {
 
 struct RunSwitches {
-    bool diagnose = false;               // stop after the checks
-    bool smoke = false;                  // play by itself for smokeFrames frames
-    int smokeFrames = 600;               // 60 to 3600
+    bool diagnose = false;  // stop after the checks
+    bool smoke = false;     // play by itself for smokeFrames frames
+    int smokeFrames = SmokeRun::kUsualFrames;
     std::optional<std::string> capture;  // the folder for pictures of the gameplay
     int captureEvery = FrameCapture::kDefaultEvery;
     std::optional<std::string> record;          // the file to record the run into
@@ -63,10 +64,11 @@ struct SwitchInfo {
 [[nodiscard]] std::string_view preflightFailure(bool hasData, std::size_t characters,
                                                 std::size_t stages);
 
-// Tells the player by log, box and error stream; returns 1, the exit code of every failure.
+// Tells the player by log, box and error stream; returns 1.
 int failStartup(const std::filesystem::path& logPath, std::string_view message);
 
-// The whole program: 0 after a good run, else 1. Moves the working directory to the port's root.
+// The whole program: 0 after a good run, 1 where it failed, and after a recording or a bot that
+// came to nothing its ExitCode. Moves the working directory to the port's root.
 int runPort(int argc, const char* const* argv);
 
 }  // namespace port

@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "ScriptHandles.hpp"
 #include "SpriteCache.hpp"
 #include "SpriteImage.hpp"
 
@@ -74,7 +75,7 @@ class ScriptPictures {
     std::map<std::uintptr_t, std::shared_ptr<ScriptScreen>> screens_;
     // How many handles share a picture, whose pixels count once.
     std::unordered_map<const SpriteImage*, std::size_t> uses_;
-    std::uintptr_t nextSprite_ = 0x10000000, nextScreen_ = 0x18000000;
+    std::uintptr_t nextSprite_ = kFirstSpriteHandle, nextScreen_ = kFirstScreenHandle;
     std::size_t limit_;
     std::size_t bytes_ = 0;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <string_view>
 
 #include "AnimationLookup.hpp"
 #include "Boxes.hpp"
@@ -100,14 +99,15 @@ bool luckHolds(World& world, const RuntimeEntity& entity) {
 }
 
 bool holdsBlock(const PlayerActor& player) {
-    if (hasState(player, BS_ACTIVE)) return true;
-    const generated::Animation* running = player.animation.animation();
-    constexpr std::string_view kBlock = "block";
-    return running &&
-           equalsFolded(std::string_view(running->name).substr(0, kBlock.size()), kBlock);
+    return hasState(player, BS_ACTIVE) || playsBlock(player);
 }
 
 }  // namespace
+
+bool playsBlock(const Actor& actor) {
+    const generated::Animation* running = actor.animation.animation();
+    return running && startsWithFolded(running->name, "block");
+}
 
 bool tryBlockEntity(Tick& tick, RuntimeEntity& entity, const generated::Frame& frame,
                     ActorHandle attacker) {

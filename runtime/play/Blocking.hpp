@@ -17,6 +17,9 @@ enum BlockState {
     BS_IGNORE_BLOCKPAIN = 64
 };
 
+// Whether the animation that the actor plays is one of its blocks.
+[[nodiscard]] bool playsBlock(const Actor& actor);
+
 // True when the frame's attack was blocked; the blocker then has paid for it, perhaps with its
 // life, and its hook has run.
 [[nodiscard]] bool tryBlockEntity(Tick& tick, RuntimeEntity& entity, const generated::Frame& frame,

@@ -91,11 +91,6 @@ void loseWeaponWhenHit(Tick& tick, Actor& victim, bool knockdown) {
     }
 }
 
-void takeHealth(Actor& victim, int damage) {
-    victim.health =
-        static_cast<int>(std::max<std::int64_t>(0, std::int64_t{victim.health} - damage));
-}
-
 // Where the hit puts its victim, at once: it gives no speed.
 float driven(const Actor& victim, const Hit& hit, const RuntimeConfig& config) {
     const float own = std::abs(hit.dropVx);
@@ -199,6 +194,11 @@ void killPlayer(Tick& tick, PlayerActor& victim, const Hit& hit, const char* eve
 }
 
 }  // namespace
+
+void takeHealth(Actor& victim, int damage) {
+    victim.health =
+        static_cast<int>(std::max<std::int64_t>(0, std::int64_t{victim.health} - damage));
+}
 
 void damageEnemy(Tick& tick, RuntimeEntity& victim, const Hit& hit) {
     if (!victim.model || !victim.alive || victim.invincibleTicks > 0) return;

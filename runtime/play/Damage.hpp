@@ -19,6 +19,9 @@ struct Hit {
     int forceDirection = 0;
 };
 
+// Never below 0.
+void takeHealth(Actor& victim, int damage);
+
 void damageEnemy(Tick& tick, RuntimeEntity& victim, const Hit& hit);
 void damagePlayer(Tick& tick, const Hit& hit);
 void damageCoopPlayer(Tick& tick, RuntimeCoopPlayer& victim, const Hit& hit);

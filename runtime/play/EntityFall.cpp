@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "AnimationLookup.hpp"
+#include "Damage.hpp"
 #include "Defence.hpp"
 #include "Entities.hpp"
 #include "EntityEnd.hpp"
@@ -34,8 +35,7 @@ void bounce(RuntimeEntity& entity, float ground) {
 
 void takeLandingDamage(Tick& tick, RuntimeEntity& entity) {
     if (entity.landingDamage <= 0 || !entity.alive) return;
-    const int damage = effectiveDamage(entity.model, entity.landingDamage, entity.landingType);
-    entity.health = damage < entity.health ? entity.health - damage : 0;
+    takeHealth(entity, effectiveDamage(entity.model, entity.landingDamage, entity.landingType));
     if (entity.health == 0) endLife(tick, entity, "entity-ondeath");
 }
 

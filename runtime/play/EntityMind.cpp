@@ -6,44 +6,16 @@
 #include "Entities.hpp"
 #include "EntityAttack.hpp"
 #include "EntityRules.hpp"
-#include "Factions.hpp"
 #include "KnownAnimations.hpp"
 #include "ModelFacts.hpp"
 #include "Movement.hpp"
 #include "Roster.hpp"
+#include "TargetSearch.hpp"
 
 namespace port {
 namespace {
 
 constexpr int kThingTypes = kTypeItem | kTypeProjectile | kTypeNone;
-
-// Keeps the first one found, or a strictly nearer one. Distance is asked first: it is what rules
-// most of a crowd out.
-class TargetSearch {
-  public:
-    explicit TargetSearch(const RuntimeEntity& seeker) : seeker_(seeker) {}
-
-    [[nodiscard]] bool isNearer(const Actor& candidate) const {
-        return !best_ || distanceTo(candidate) < distance_;
-    }
-    void consider(const Actor& candidate, bool hostile) {
-        if (!isNearer(candidate)) return;
-        if (!modelIsHostileTo(seeker_.model, candidate.model, hostile)) return;
-        if (!modelCanPerceive(seeker_.model, candidate.model)) return;
-        best_ = &candidate;
-        distance_ = distanceTo(candidate);
-    }
-    [[nodiscard]] const Actor* best() const { return best_; }
-
-  private:
-    [[nodiscard]] float distanceTo(const Actor& other) const {
-        return std::abs(other.worldX - seeker_.worldX) + std::abs(other.z - seeker_.z);
-    }
-
-    const RuntimeEntity& seeker_;
-    const Actor* best_ = nullptr;
-    float distance_ = 0;
-};
 
 bool isFighter(const RuntimeEntity& entity) {
     return entity.alive && entity.visible && entity.model &&

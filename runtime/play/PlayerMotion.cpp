@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <string>
 
 #include "AnimationEnergy.hpp"
 #include "AnimationLookup.hpp"
 #include "AttackChains.hpp"
 #include "Blocking.hpp"
+#include "Damage.hpp"
 #include "Defence.hpp"
 #include "Factions.hpp"
 #include "Frames.hpp"
@@ -16,7 +16,6 @@
 #include "Movement.hpp"
 #include "Roster.hpp"
 #include "Terrain.hpp"
-#include "TextFields.hpp"
 
 namespace port {
 namespace {
@@ -103,9 +102,7 @@ void comeDown(Actor& actor, float ground) {
 
 bool surviveLanding(Tick& tick, PlayerActor& player, const PlayerEvents& events) {
     if (player.landingDamage <= 0) return true;
-    const std::int64_t damage =
-        effectiveDamage(player.model, player.landingDamage, player.landingType);
-    player.health = static_cast<int>(std::max<std::int64_t>(0, player.health - damage));
+    takeHealth(player, effectiveDamage(player.model, player.landingDamage, player.landingType));
     if (player.health > 0) return true;
     player.alive = false;
     tick.scripts.runHook(player.model->onDeathScript, player.scriptCtx, events.death);
@@ -143,12 +140,16 @@ void runMoveHooks(Tick& tick, PlayerActor& player, float oldX, float oldZ,
     }
 }
 
+void startAttackCounters(Actor& actor) {
+    actor.attackTicks = animationDuration(actor.animation.animation());
+    actor.attackCooldown = std::max(kLeastCooldown, actor.attackTicks / kAttackTicksPerCooldown);
+    actor.projectileFired = actor.attackHasHit = false;
+    actor.attackHits = 0;
+}
+
 void beginAttack(PlayerActor& player) {
     player.lastFrame = kNoFrame;
-    player.attackTicks = animationDuration(player.animation.animation());
-    player.attackCooldown = std::max(kLeastCooldown, player.attackTicks / kAttackTicksPerCooldown);
-    player.projectileFired = player.attackHasHit = false;
-    player.attackHits = 0;
+    startAttackCounters(player);
     // An entity that no attack has met yet remembers 0.
     if (++player.attackId == 0) player.attackId = 1;
 }
@@ -227,11 +228,7 @@ bool holdBlock(World& world, PlayerActor& player, bool ready) {
     }
     if (!(state & active)) return false;
     player.blockState = static_cast<int>(state & ~active);
-    const auto* running = player.animation.animation();
-    constexpr std::string_view kBlock = "block";
-    if (running && equalsFolded(std::string_view(running->name).substr(0, kBlock.size()), kBlock)) {
-        startAnimation(player, actionAnimation(player, {"idle"}));
-    }
+    if (playsBlock(player)) startAnimation(player, actionAnimation(player, {"idle"}));
     return false;
 }
 

@@ -55,7 +55,9 @@ void sufferHole(Actor& actor);
 void runMoveHooks(Tick& tick, PlayerActor& player, float oldX, float oldZ,
                   const PlayerEvents& events);
 
-// The counters of an attack that begins with the animation that has begun.
+// The counters of an attack whose animation has begun: how long it runs, and that it has not hit.
+void startAttackCounters(Actor& actor);
+// A player's attack besides counts as a new one for whom it meets.
 void beginAttack(PlayerActor& player);
 // The hook of the model whose attack it is. `attack`: its number or name.
 void runAttackHook(Tick& tick, PlayerActor& player, const generated::Character& model,

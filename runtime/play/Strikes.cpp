@@ -6,11 +6,10 @@
 #include "Blocking.hpp"
 #include "Entities.hpp"
 #include "Flash.hpp"
+#include "PlayerMotion.hpp"
 
 namespace port {
 namespace {
-
-constexpr int kShortestCooldown = 2;
 
 // A counter is only hurt, not thrown.
 Hit counteredHit(const Strike& strike) {
@@ -43,19 +42,10 @@ void hurt(Tick& tick, RuntimeCoopPlayer& target, const Hit& hit) {
     damageCoopPlayer(tick, target, hit);
 }
 
-void restartAttack(Actor& attacker, const generated::Animation* animation) {
-    attacker.attackTicks = animationDuration(animation);
-    attacker.attackCooldown = std::max(kShortestCooldown, attacker.attackTicks / 3);
-    attacker.attackHasHit = attacker.projectileFired = false;
-    attacker.attackHits = 0;
-}
-
 void restartPlayerAttack(PlayerActor& attacker, const generated::Animation* animation) {
     attacker.animation.setAnimation(animation);
-    attacker.lastFrame = kNoFrame;
-    restartAttack(attacker, animation);
+    beginAttack(attacker);
     attacker.comboWindow = 0;
-    ++attacker.attackId;
 }
 
 template <class Standing>
@@ -164,7 +154,7 @@ const generated::Animation* followUp(const Actor& attacker, const Strike& strike
 
 void startFollowUp(RuntimeEntity& attacker, const generated::Animation* animation) {
     setEntityAnimation(attacker, animation);
-    restartAttack(attacker, animation);
+    startAttackCounters(attacker);
 }
 
 void startFollowUp(Player1& attacker, const generated::Animation* animation) {

@@ -66,7 +66,7 @@ int highestAttackIndex(const generated::Character* model) {
     for (const generated::Animation& animation :
          std::span(model->animations, model->animationCount)) {
         const std::string_view name = animation.name;
-        if (!equalsFolded(name.substr(0, kAttack.size()), kAttack)) continue;
+        if (!startsWithFolded(name, kAttack)) continue;
         const std::string_view digits = name.substr(kAttack.size());
         if (digits.find_first_not_of("0123456789") != digits.npos) continue;
         highest = std::max(highest, leadingInt(digits).value_or(0));

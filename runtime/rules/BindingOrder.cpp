@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::int64_t kBetweenActors = 100;
 constexpr std::int64_t kFirstEntity = 500;
-// A chain of bindings is as long as there are actors; one that leads back to itself ends here.
+// Of a row of bindings so many links count, so that a circle comes to an end.
 constexpr int kLongestChain = 64;
 
 int clamped(std::int64_t sort) {

@@ -15,7 +15,7 @@ namespace {
 // "normal" and the number; plain types below 2 are all "normal1".
 bool isNumbered(std::string_view word, int attackType) {
     constexpr std::string_view kNormal = "normal";
-    if (!equalsFolded(word.substr(0, kNormal.size()), kNormal)) return false;
+    if (!startsWithFolded(word, kNormal)) return false;
     char digits[16];
     const char* end = std::to_chars(digits, digits + sizeof digits, std::max(1, attackType)).ptr;
     return word.substr(kNormal.size()) == std::string_view(digits, end);

@@ -26,9 +26,7 @@ struct KnownOfModel {
 
 bool isAttack(std::string_view name) {
     for (const std::string_view kind : {"attack", "shoot", "throw"}) {
-        if (name.size() <= kind.size() || !equalsFolded(name.substr(0, kind.size()), kind)) {
-            continue;
-        }
+        if (name.size() <= kind.size() || !startsWithFolded(name, kind)) continue;
         return std::ranges::all_of(name.substr(kind.size()),
                                    [](char c) { return c >= '0' && c <= '9'; });
     }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Platforms.hpp"
+#include "ScriptDrawing.hpp"
 
 namespace port {
 namespace {
@@ -26,20 +27,6 @@ constexpr int kDarkShadowColor = 1;
 constexpr int kDarkFill = 0x101010;
 constexpr int kPlainFill = 0x202020;
 constexpr int kLastBlend = 6;
-
-constexpr generated::DrawMethod kPlain = {.enabled = true,
-                                          .scaleX = 1.0F,
-                                          .scaleY = 1.0F,
-                                          .flipX = false,
-                                          .flipY = false,
-                                          .shiftX = 0.0F,
-                                          .alphaMode = 0,
-                                          .remap = 0,
-                                          .fillColor = 0,
-                                          .tintMode = 0,
-                                          .tintColor = 0,
-                                          .rotate = 0,
-                                          .flipRotate = false};
 
 bool projects(const generated::Character* model) {
     return model && model->gfxShadow == 1;
@@ -70,7 +57,8 @@ float projectedShadowRow(const World& world, const Actor& actor) {
 
 generated::DrawMethod projectedShadowMethod(const generated::DrawMethod& own,
                                             const generated::Stage* stage) {
-    generated::DrawMethod shadow = own.enabled ? own : kPlain;
+    generated::DrawMethod shadow = own.enabled ? own : kPlainDrawMethod;
+    shadow.enabled = true;
     const auto lightX = static_cast<float>(stage ? stage->stageLightX : 0);
     const auto lightY = static_cast<float>(stage ? stage->stageLightY : kDefaultLightY);
     const float flatten = std::clamp(std::abs(lightY) / kUnitLightY, kFlattest, 1.0F);

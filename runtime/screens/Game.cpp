@@ -8,18 +8,9 @@
 namespace port {
 
 Game::Game(platform::Devices given)
-    : devices(std::move(given)),
-      renderer(devices.presentation, devices.fonts),
-      audio(devices.audio),
-      host({.tick = tick(),
-            .audio = audio,
-            .effects = effects,
-            .sprites = sprites,
-            .pictures = scriptPictures,
-            .renderer = renderer,
-            .root = root,
-            .dataRoot = dataRoot,
-            .isPlaying = [this] { return frontend.state == FrontendState::Playing; }}) {}
+    : HostServices(given), devices(std::move(given)), host(*this, tick()) {
+    isPlaying = [this] { return frontend.state == FrontendState::Playing; };
+}
 
 HeldInput Game::heldInput() const {
     HeldInput held;

@@ -1,9 +1,8 @@
 #pragma once
 
-// What the screens of a running game share: devices and settings, pictures, sounds and scripts, the
+// What the screens of a running game share: devices and settings, what scripts reach as well, the
 // world, and how this run goes.
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <set>
@@ -13,21 +12,17 @@
 #include <utility>
 #include <vector>
 
-#include "AudioSystem.hpp"
 #include "Devices.hpp"
 #include "DrawList.hpp"
 #include "FrameCapture.hpp"
 #include "Host.hpp"
 #include "Hud.hpp"
 #include "Recording.hpp"
-#include "Renderer.hpp"
 #include "RuntimeConfig.hpp"
 #include "SavedGame.hpp"
 #include "Scenery.hpp"
-#include "ScriptPictures.hpp"
 #include "Scripts.hpp"
-#include "SoundEffects.hpp"
-#include "SpriteCache.hpp"
+#include "SmokeRun.hpp"
 #include "Tick.hpp"
 #include "TickInput.hpp"
 #include "World.hpp"
@@ -71,27 +66,15 @@ struct Frontend {
     SpritePtr titleBackground, selectBackground;  // null where there is none
 };
 
-// A run that checks itself, until its frames are played.
-struct SmokeRun {
-    bool active = false;
-    int frameLimit = 0, framesRun = 0, totalFrames = 0;
-};
-
-struct Game {
+struct Game : HostServices {
     explicit Game(platform::Devices given);
     // Scripts hold addresses of what stands here.
     Game(const Game&) = delete;
     Game& operator=(const Game&) = delete;
 
     platform::Devices devices;
-    std::filesystem::path root, dataRoot;
     RuntimeConfig config;
-    Renderer renderer;
-    AudioSystem audio;
-    SoundEffects effects;
     Scripts scripts;
-    SpriteCache sprites;
-    ScriptPictures scriptPictures;
     Scenery scenery;
     DrawList drawing;
     FrameCapture capture;

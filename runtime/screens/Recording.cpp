@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string_view>
 
+#include "Log.hpp"
 #include "TextFields.hpp"
 
 namespace port {
@@ -266,6 +267,7 @@ void Recorder::played(const RunState& run) {
 void Recorder::end(std::uint64_t hash) {
     if (passes_ == 0) return;
     out_ << passes_ << " end " << hashDigits(hash) << '\n' << std::flush;
+    if (!out_) warnLine("RECORD FAIL: the recording could not be written to its end");
 }
 
 }  // namespace port

@@ -102,6 +102,7 @@ class Recorder {
     void pass(const TickInput& input);
     // After a pass of play.
     void played(const RunState& run);
+    // Says on the error stream where the file lacks something, as on a full disk.
     void end(std::uint64_t hash);
 
   private:

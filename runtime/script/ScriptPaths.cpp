@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "AssetPaths.hpp"
 #include "PathEncoding.hpp"
 
 namespace port::script {
@@ -18,13 +19,6 @@ constexpr std::string_view kDataPrefix = "data/";
 
 bool climbs(const fs::path& path) {
     return std::any_of(path.begin(), path.end(), [](const fs::path& part) { return part == ".."; });
-}
-
-// On every system, so that a game means the same files everywhere.
-bool hasDrive(const fs::path& path) {
-    const fs::path::string_type& text = path.native();
-    return text.size() > 1 && text[1] == ':' &&
-           ((text[0] >= 'a' && text[0] <= 'z') || (text[0] >= 'A' && text[0] <= 'Z'));
 }
 
 bool onDisk(const fs::path& path) {
@@ -49,12 +43,10 @@ bool relativeScriptPath(std::string_view raw, fs::path& out) {
     std::string text(raw);
     std::replace(text.begin(), text.end(), '\\', '/');
     std::string_view rest = text;
-    while (equalsFolded(rest.substr(0, kDataPrefix.size()), kDataPrefix)) {
-        rest.remove_prefix(kDataPrefix.size());
-    }
+    while (startsWithFolded(rest, kDataPrefix)) rest.remove_prefix(kDataPrefix.size());
     out = PathEncoding::path(rest).lexically_normal();
     return !out.is_absolute() && !out.has_root_name() && !out.has_root_directory() &&
-           !hasDrive(out) && !climbs(out);
+           !hasDriveLetter(out) && !climbs(out);
 }
 
 bool ScriptPaths::safeScriptPath(const fs::path& current, std::string_view raw, fs::path& out) {

@@ -339,8 +339,9 @@ bool decodeWavSource(const Source& file, DecodedAudio& out, std::string& error) 
         out.loopStartFrames = wav.loopStart;
         out.loopLengthFrames = wav.loopEnd - wav.loopStart + 1;
     }
-    if (out.pcm.empty()) return fail(error, "WAV contains no PCM samples");
-    return true;
+    // Whoever plays it counts in whole frames.
+    const bool hasFrame = out.pcm.size() >= wav.channels;
+    return hasFrame || fail(error, "WAV contains no PCM samples");
 }
 
 }  // namespace

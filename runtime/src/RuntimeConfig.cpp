@@ -242,7 +242,8 @@ RuntimeConfig loadRuntimeConfig(const std::filesystem::path& iniPath) {
 }
 
 void writeRuntimeSection(std::ostream& out, const RuntimeConfig& config, std::string_view section) {
-    out.imbue(std::locale::classic());
+    // Imbuing flushes, and a stream that cannot be flushed throws at all that follows.
+    if (out.getloc() != std::locale::classic()) out.imbue(std::locale::classic());
     out << std::boolalpha << '[' << section << "]\n";
     for (const RuntimeSetting& row : kSettings) {
         if (row.section != section) continue;

@@ -13,6 +13,7 @@
 #include "Autoplay.hpp"
 #include "CrashHandler.hpp"
 #include "Engine.hpp"
+#include "ExitCodes.hpp"
 #include "FileBytes.hpp"
 #include "GeneratedCharacters.hpp"
 #include "GeneratedStages.hpp"
@@ -24,8 +25,6 @@
 
 namespace port {
 namespace {
-
-constexpr int kDefaultSmokeFrames = 600;
 
 int numberOr(std::string_view text, int fallback) {
     return leadingInt(text).value_or(fallback);
@@ -55,35 +54,34 @@ GivenFiles filesOf(const RunSwitches& switches) {
     return files;
 }
 
-// Checks, engine and game; the exit code of the process.
-int startPort(const std::filesystem::path& root, const std::filesystem::path& logPath,
-              const RunSwitches& switches, GivenFiles files) {
-    const bool hasData = isDirectory(root / "assets" / "openbor-data");
-    appendStartupLog(logPath, std::string("PREFLIGHT assets=") + (hasData ? "ok" : "missing") +
-                                  " characters=" + std::to_string(generated::kCharacterCount) +
-                                  " stages=" + std::to_string(generated::kStageCount));
-    const std::string_view failure =
-        preflightFailure(hasData, generated::kCharacterCount, generated::kStageCount);
-    if (!failure.empty()) return failStartup(logPath, failure);
-    if (switches.diagnose) {
-        appendStartupLog(logPath, "DIAGNOSE OK");
-        return 0;
-    }
-
-    Engine engine(platform::systemDevices());
-    engine.setCapture(std::move(files.capture));
+// Who plays in place of the devices: null for nobody, and with an error for a recording that cannot
+// be read.
+std::unique_ptr<Pilot> pilotOf(const RunSwitches& switches, const GivenFiles& files,
+                               std::string& error) {
     if (!files.replay.empty()) {
         Recording recording;
-        std::string error;
         std::ifstream in(files.replay);
-        if (!readRecording(in, recording, error)) {
-            return failStartup(logPath, PathEncoding::utf8(files.replay) + ": " + error);
+        if (readRecording(in, recording, error)) {
+            return std::make_unique<Replay>(std::move(recording));
         }
-        engine.setPilot(std::make_unique<Replay>(std::move(recording)));
-    } else if (switches.autoplay) {
-        engine.setPilot(std::make_unique<Autoplay>(
-            AutoplaySwitches{switches.autoplayStages, switches.autoplayLives, files.report}));
+        error = PathEncoding::utf8(files.replay) + ": " + error;
+        return nullptr;
     }
+    if (!switches.autoplay) return nullptr;
+    return std::make_unique<Autoplay>(
+        AutoplaySwitches{switches.autoplayStages, switches.autoplayLives, files.report});
+}
+
+// The game itself, once its files were found good; the exit code of the process.
+int playPort(const std::filesystem::path& root, const std::filesystem::path& logPath,
+             const RunSwitches& switches, const GivenFiles& files) {
+    Engine engine(platform::systemDevices());
+    engine.setCapture(files.capture);
+    std::string error;
+    std::unique_ptr<Pilot> pilot = pilotOf(switches, files, error);
+    if (!error.empty()) return failStartup(logPath, error);
+    const bool piloted = pilot != nullptr;
+    if (piloted) engine.setPilot(std::move(pilot));
     // Behind the reading, which may be of the same file.
     if (!files.record.empty() && !engine.record(files.record)) {
         return failStartup(logPath, "Cannot write " + PathEncoding::utf8(files.record));
@@ -95,18 +93,30 @@ int startPort(const std::filesystem::path& root, const std::filesystem::path& lo
     appendStartupLog(logPath,
                      engine.game().config.asWritten ? "READING as written" : "READING mended");
     appendStartupLog(logPath, "INITIALIZED OK");
-    const bool piloted = !files.replay.empty() || switches.autoplay;
     const bool smoke = switches.smoke && !piloted;
     const int code = smoke ? engine.runSmokeGame(switches.smokeFrames) : engine.run();
-    if (smoke && code == 0) {
+    if (smoke && code == kRanWell) {
         appendStartupLog(logPath, "SMOKE GAME OK frames=" + std::to_string(switches.smokeFrames));
     }
     appendStartupLog(logPath, "EXIT code=" + std::to_string(code));
-    if (code == 0) return 0;
-    // Whoever starts these reads the code.
-    if (piloted) return code;
+    // Whoever starts a pilot reads its code.
+    if (code == kRanWell || piloted) return code;
     return failStartup(
         logPath, "O runtime encerrou de forma anormal (codigo " + std::to_string(code) + ").");
+}
+
+int startPort(const std::filesystem::path& root, const std::filesystem::path& logPath,
+              const RunSwitches& switches, const GivenFiles& files) {
+    const bool hasData = isDirectory(root / "assets" / "openbor-data");
+    appendStartupLog(logPath, std::string("PREFLIGHT assets=") + (hasData ? "ok" : "missing") +
+                                  " characters=" + std::to_string(generated::kCharacterCount) +
+                                  " stages=" + std::to_string(generated::kStageCount));
+    const std::string_view failure =
+        preflightFailure(hasData, generated::kCharacterCount, generated::kStageCount);
+    if (!failure.empty()) return failStartup(logPath, failure);
+    if (!switches.diagnose) return playPort(root, logPath, switches, files);
+    appendStartupLog(logPath, "DIAGNOSE OK");
+    return kRanWell;
 }
 
 }  // namespace
@@ -124,7 +134,7 @@ std::span<const SwitchInfo> switchTable() {
         {"--smoke-frames", kNeeded, "<n>", "the same for n frames, 60 to 3600",
          [](RunSwitches& run, Text value) {
              run.smoke = true;
-             run.smokeFrames = numberOr(value, kDefaultSmokeFrames);
+             run.smokeFrames = numberOr(value, SmokeRun::kUsualFrames);
          }},
         {"--capture", kNeeded, "<folder>", "write every 30th frame of play as PNG",
          [](RunSwitches& run, Text value) { run.capture = value; }},
@@ -174,7 +184,7 @@ RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase
             }
         }
     }
-    switches.smokeFrames = std::clamp(switches.smokeFrames, 60, 3600);
+    switches.smokeFrames = SmokeRun::frames(switches.smokeFrames);
     return switches;
 }
 
@@ -265,7 +275,7 @@ int failStartup(const std::filesystem::path& logPath, std::string_view message) 
                                 "\n" + PathEncoding::utf8(crashLog));
     }
     std::cerr << message << std::endl;
-    return 1;
+    return kStartFailed;
 }
 
 int runPort(int argc, const char* const* argv) {

@@ -18,6 +18,7 @@
 #include "Fields.hpp"
 #include "GeneratedCharacters.hpp"
 #include "GeneratedStages.hpp"
+#include "ScriptHandles.hpp"
 #include "ScriptVM.hpp"
 
 namespace port {
@@ -33,8 +34,7 @@ constexpr ActorHandle kPlayer1Handle = 1;
 constexpr ActorHandle kFirstCoopHandle = 2;
 constexpr ActorHandle kLastPlayerHandle = 4;
 constexpr ActorHandle kFirstEntityHandle = 5;
-// From here on handles name what scripts load and open.
-constexpr ActorHandle kEndOfEntityHandles = 0x10000000;
+constexpr ActorHandle kEndOfEntityHandles = kFirstSpriteHandle;
 
 // `lastFrame` of an actor whose current frame has not taken effect yet.
 constexpr std::size_t kNoFrame = static_cast<std::size_t>(-1);

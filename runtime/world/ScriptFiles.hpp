@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Fields.hpp"
+#include "ScriptHandles.hpp"
 
 namespace port {
 
@@ -28,7 +29,7 @@ struct ScriptFiles {
     static constexpr std::size_t kMostSaved = std::size_t{256} << 20U;
 
     std::vector<ScriptFileStream> streams;  // in the order of their handles
-    std::uintptr_t nextHandle = 0x1C000000;
+    std::uintptr_t nextHandle = kFirstStreamHandle;
     std::size_t bytes = 0;  // of all buffers
     std::size_t saved = 0;  // bytes written to disk
 

@@ -2,7 +2,6 @@
 
 // What the scripts of a game keep in the world beside their variables.
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,12 +10,6 @@
 #include "ScriptFiles.hpp"
 
 namespace port {
-
-// Handles that name no actor, a range for each kind. Scripts get them as they get actors.
-constexpr std::uintptr_t kFirstSpriteHandle = 0x10000000;
-constexpr std::uintptr_t kFirstScreenHandle = 0x18000000;
-constexpr std::uintptr_t kFirstStreamHandle = 0x1C000000;
-constexpr std::uintptr_t kFirstModelHandle = 0x20000000;  // by the row in the table
 
 // What the next entity that a script spawns is to be.
 struct ScriptSpawnEntry {

@@ -15,7 +15,8 @@ function(tindrel_game_tables game source)
     VERBATIM)
   # As in a port: tables are data alone.
   set_source_files_properties(${tables} PROPERTIES COMPILE_OPTIONS "-O0;-g0")
-  add_library(${game}_tables STATIC ${tables})
+  # Objects: a linker passes an archive over that nothing in front of it asks for.
+  add_library(${game}_tables OBJECT ${tables})
   set(${game}_port_folder ${folder} PARENT_SCOPE)
 endfunction()
 

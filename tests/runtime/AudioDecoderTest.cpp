@@ -180,6 +180,9 @@ TEST_F(AudioDecoderTest, WavThatCannotBePlayedSaysWhy) {
               "WAV channel count >2 is not supported by preview runtime");
     EXPECT_EQ(decodeWave(format(1, 1, 16) + chunk("data", "x") + chunk("LIST", "")),
               "WAV contains no PCM samples");
+    EXPECT_EQ(decodeWave(format(1, 2, 16) + chunk("data", "xx") + chunk("LIST", "")),
+              "WAV contains no PCM samples")
+        << "half a frame would loop without an end";
 }
 
 TEST_F(AudioDecoderTest, MoreThanOneGibibyteIsRefusedUnread) {

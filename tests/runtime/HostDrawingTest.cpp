@@ -25,11 +25,11 @@ struct HostDrawing : HostTrial {
         return handle(call("allocscreen", width, height));
     }
     test::Argb pixel(std::uintptr_t screen, int x, int y) {
-        return test::pixelOf(pictures.screen(screen)->image, x, y);
+        return test::pixelOf(scriptPictures.screen(screen)->image, x, y);
     }
     // A picture of one blue pixel, as a script has it.
     std::uintptr_t sprite() {
-        return pictures.addSprite(
+        return scriptPictures.addSprite(
             std::make_shared<const SpriteImage>(test::plain(1, 1, 0xFF0000FF)));
     }
 };
@@ -124,14 +124,14 @@ TEST_F(HostDrawing, ScreensAreDrawnIntoAtOnce) {
     EXPECT_EQ(call("drawspriteq", b, 0.0, -10.0, 10.0, 1.0, 0.0), ScriptValue(true));
     EXPECT_EQ(pixel(b, 1, 0), 0xFF111111U);
     EXPECT_EQ(pixel(b, 2, 1), 0xFFFF0000U);
-    ASSERT_EQ(pictures.screen(b)->text.size(), 2U);
-    EXPECT_EQ(pictures.screen(b)->text[0].x, 2);
+    ASSERT_EQ(scriptPictures.screen(b)->text.size(), 2U);
+    EXPECT_EQ(scriptPictures.screen(b)->text[0].x, 2);
     EXPECT_EQ(call("drawspriteq", a, 0.0, 4.0, 4.0), ScriptValue(true));
     EXPECT_EQ(call("drawspriteq", large), ScriptValue(false)) << "it is free";
     EXPECT_EQ(call("clearscreen", a, 1.0), ScriptValue(false));
     EXPECT_EQ(call("clearscreen", a), ScriptValue(true));
     EXPECT_EQ(pixel(a, 0, 1), 0U);
-    EXPECT_TRUE(pictures.screen(a)->text.empty());
+    EXPECT_TRUE(scriptPictures.screen(a)->text.empty());
 }
 
 TEST_F(HostDrawing, AQueueTakesSoMuchAndNoMore) {

@@ -11,28 +11,16 @@
 
 namespace port {
 
-struct HostTrial : EntityTrial {
-    std::filesystem::path root = folder.path();
-    std::filesystem::path dataRoot = std::filesystem::path(TRIAL_PORT) / "assets" / "openbor-data";
-    AudioSystem audio;
-    SoundEffects effects;
-    SpriteCache sprites;
-    ScriptPictures pictures;
-    Renderer renderer;
+struct HostTrial : EntityTrial, HostServices {
     bool inPlay = true;
-    Host host{{.tick = tick,
-               .audio = audio,
-               .effects = effects,
-               .sprites = sprites,
-               .pictures = pictures,
-               .renderer = renderer,
-               .root = root,
-               .dataRoot = dataRoot,
-               .isPlaying = [this] { return inPlay; }}};
+    Host host{*this, tick};
     ScriptContext context;
     std::vector<std::string> tags;  // of the last call
 
     HostTrial() {
+        root = folder.path();
+        dataRoot = std::filesystem::path(TRIAL_PORT) / "assets" / "openbor-data";
+        isPlaying = [this] { return inPlay; };
         effects.open(dataRoot);
         scripts.machine().setHost(&host);
     }

@@ -169,6 +169,19 @@ TEST_F(Recorded, ARunThatPartsFromItsRecordingSaysWhere) {
     EXPECT_TRUE(warnings.find("has no player None") != warnings.npos) << warnings;
 }
 
+TEST(Recording, ThatDoesNotFitOnTheDiskSaysSo) {
+    const std::filesystem::path full = "/dev/full";
+    if (!std::filesystem::exists(full)) GTEST_SKIP() << "no device that is always full";
+    Recorder recorder;
+    ASSERT_TRUE(recorder.open(full));
+    recorder.begin({}, {});
+    recorder.pass({});
+    testing::internal::CaptureStderr();
+    recorder.end(1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "RECORD FAIL: the recording could not be written to its end\n");
+}
+
 TEST(Recording, WhatIsNoRecordingIsRefusedByItsLine) {
     const std::string head = "[recording]\nversion=1\n[begin]\nstage=0\nplayers=0 -1 -1 -1\n";
     EXPECT_EQ(refusal(head + "[passes]\n3 input k 41 n 41 p 1 1000 -5 5 9 1000\n9 end ff\n"),
