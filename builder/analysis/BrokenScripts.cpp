@@ -165,12 +165,15 @@ class Checkup {
     };
     using Place = std::tuple<std::string, std::uint64_t, std::string, std::string, std::string>;
     using CommandLines = std::map<std::string, std::vector<ScriptCaller>>;
+    // The lines of a file by their keyword and the script that they name.
+    using HookLines = std::map<std::pair<std::string, std::string>, std::vector<std::uint64_t>>;
     using NameSet = std::unordered_set<std::string_view>;
     using CallersByName = std::unordered_map<std::string_view, std::vector<std::string_view>>;
     using Commands = std::unordered_map<std::string, port::script::CheckedFunction>;
 
     void addHook(std::string_view path, std::string_view keyword, std::string_view file) {
-        if (!path.empty()) units_[std::string(path)].hooks.push_back({keyword, std::string(file)});
+        if (path.empty()) return;
+        units_[std::string(path)].hooks.push_back({keyword, std::string(file), 0, folded(path)});
     }
 
     void collectHooks() {
@@ -181,7 +184,9 @@ class Checkup {
                 addHook(model.*script.path, script.keyword, model.sourceFile);
             }
         }
+        std::set<std::string_view> stageFiles;
         for (const StageDef& stage : game_.stages()) {
+            if (!stageFiles.insert(stage.sourceFile).second) continue;  // played once more
             addHook(stage.levelScript, "levelscript", stage.sourceFile);
             for (const SpawnDef& spawn : stage.spawns) {
                 addHook(spawn.spawnScript, "spawnscript", stage.sourceFile);
@@ -401,24 +406,44 @@ class Checkup {
         if (broken.callers.size() < kMaxCallers) broken.callers.push_back(caller);
     }
 
-    // Finds the lines of hooks, in the few files that have any to show.
+    // Finds the lines of hooks, in the few files that have any to show. Where several lines of a
+    // file name one script, its callers stand in their order.
     void locateCallers() {
-        std::map<std::string_view, std::vector<ScriptCaller*>> byFile;
+        std::map<std::string_view, std::vector<BrokenScript*>> byFile;
         for (BrokenScript& broken : result_.broken) {
-            for (ScriptCaller& caller : broken.callers) {
-                if (caller.line == 0) byFile[caller.file].push_back(&caller);
-            }
-        }
-        for (const auto& [file, callers] : byFile) {
-            const fs::path path = game_.projectRoot() / PathEncoding::path(file);
-            for (const TextLine& line : game_.lines(path)) {
-                for (ScriptCaller* const caller : callers) {
-                    if (caller->line == 0 && caller->keyword == line.key) caller->line = line.line;
+            std::set<std::string_view> files;
+            for (const ScriptCaller& caller : broken.callers) {
+                if (!caller.script.empty() && files.insert(caller.file).second) {
+                    byFile[caller.file].push_back(&broken);
                 }
             }
+        }
+        for (const auto& [file, scripts] : byFile) {
+            const fs::path path = game_.projectRoot() / PathEncoding::path(file);
+            HookLines lines;
+            for (const TextLine& line : game_.lines(path)) {
+                if (!line.args.empty()) {
+                    lines[{std::string(line.key), folded(line.args[0])}].push_back(line.line);
+                }
+            }
+            for (BrokenScript* const broken : scripts) locateIn(file, lines, *broken);
             game_.release(path);
         }
     }
+
+    static void locateIn(std::string_view file, const HookLines& lines, BrokenScript& broken) {
+        std::map<const std::vector<std::uint64_t>*, std::size_t> taken;
+        for (ScriptCaller& caller : broken.callers) {
+            if (caller.file != file || caller.script.empty()) continue;
+            const auto found = lines.find({std::string(caller.keyword), caller.script});
+            if (found == lines.end()) continue;
+            // Models may share a file, and with it its lines.
+            std::size_t& next = taken[&found->second];
+            caller.line = found->second[next++ % found->second.size()];
+        }
+    }
+
+    static std::string folded(std::string_view path) { return toLower(normalizeDataPath(path)); }
 
     [[nodiscard]] std::string relative(const fs::path& file) const {
         return PathEncoding::utf8(file.lexically_relative(game_.projectRoot()));

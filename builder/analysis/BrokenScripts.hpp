@@ -21,6 +21,7 @@ struct ScriptCaller {
     std::string_view keyword;  // "thinkscript", "@cmd"; for a script run by its name that name
     std::string file;          // relative to the project root, generic form
     std::uint64_t line = 0;    // 0 where it is not known
+    std::string script{};      // that a hook's line names, lower case; empty for others
 };
 
 // A place at which a run of a script ends with an error.

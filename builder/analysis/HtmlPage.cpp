@@ -8,11 +8,11 @@ namespace {
 
 // By CompatStatus.
 constexpr std::array<StatusLook, 5> kLooks = {{
-    {"ok", "Runs", "run as written"},
-    {"part", "Partly", "run in part"},
-    {"bad", "Not run", "do not run"},
-    {"skip", "Not needed", "not needed"},
-    {"odd", "Not known", "are not known"},
+    {"ok", "Runs", "run as written", "runs as written"},
+    {"part", "Partly", "run in part", "runs in part"},
+    {"bad", "Not run", "do not run", "does not run"},
+    {"skip", "Not needed", "not needed", "not needed"},
+    {"odd", "Not known", "are not known", "is not known"},
 }};
 
 }  // namespace

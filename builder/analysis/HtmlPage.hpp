@@ -17,7 +17,10 @@ namespace tindrel {
 struct StatusLook {
     std::string_view tone;  // class of the style sheet
     std::string_view label;
-    std::string_view meaning;
+    std::string_view many, one;  // of lines: "run as written", "runs as written"
+    [[nodiscard]] std::string_view said(std::uint64_t count) const {
+        return count == 1 ? one : many;
+    }
 };
 [[nodiscard]] const StatusLook& lookOf(CompatStatus status);
 

@@ -153,8 +153,9 @@ class HtmlReport {
         std::vector<std::string> faults;
         for (const CompatStatus status : {kUnsupported, kUnknown, kPartial}) {
             if (of(counts, status) == 0) continue;
-            faults.push_back(
-                groupDigits(of(counts, status)).append(" ").append(lookOf(status).meaning));
+            faults.push_back(groupDigits(of(counts, status))
+                                 .append(" ")
+                                 .append(lookOf(status).said(of(counts, status))));
         }
         std::string text;
         for (std::size_t i = 0; i < faults.size(); ++i) {
@@ -222,7 +223,7 @@ class HtmlReport {
         out_ << "<ul class=\"tiles\">\n";
         for (const auto& [status, count] : counts) {
             out_ << "<li class=\"" << lookOf(status).tone << "\"><b>" << groupDigits(count)
-                 << "</b><span>" << lookOf(status).meaning << "</span><small>"
+                 << "</b><span>" << lookOf(status).said(count) << "</span><small>"
                  << compatStatusName(status);
             if (judged_ > 0 && (status == kSupported || status == kPartial)) {
                 out_ << " · " << count * 100 / judged_ << '%';

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "analysis/HtmlText.hpp"
+
 namespace tindrel {
 namespace {
 
@@ -73,9 +75,11 @@ class InputStep {
         least_ = std::max(least_, key.least);
         if (key.most > 0) most_ = most_ == 0 ? key.most : std::min(most_, key.most);
     }
-    [[nodiscard]] bool isEmpty() const { return isEmpty_; }
-    [[nodiscard]] bool canMatch() const {
-        return happens_ && (!isTimed_ || most_ == 0 || least_ <= most_);
+    // Why it never happens; empty where it can.
+    [[nodiscard]] std::string_view fault() const {
+        if (isEmpty_) return {};
+        if (!happens_) return "one of its steps holds keys and presses none";
+        return isTimed_ && most_ > 0 && least_ > most_ ? "no key can be held for these times" : "";
     }
 
   private:
@@ -85,15 +89,10 @@ class InputStep {
 
 }  // namespace
 
-bool isInputSequence(Args args) {
+std::string faultOfInputSequence(Args args) {
     InputStep step;
     bool joins = false;
     bool hasKey = false;
-    const auto takeStep = [&] {
-        const bool good = step.isEmpty() || step.canMatch();
-        step = {};
-        return good;
-    };
     for (std::string_view rest : args) {
         while (!rest.empty()) {
             const std::size_t comma = std::min(rest.find(','), rest.size());
@@ -101,17 +100,20 @@ bool isInputSequence(Args args) {
             rest.remove_prefix(std::min(comma + 1, rest.size()));
             if (text.empty()) continue;
             const std::optional<InputToken> token = readInputToken(text);
-            if (!token) return false;
+            if (!token) return quoteCode(text) + " is no key";
             if (token->kind == InputToken::Kind::kPause) continue;
             const bool ends = token->kind == InputToken::Kind::kStepEnd;
             const bool isKey = token->kind == InputToken::Kind::kKey;
-            if ((ends || (isKey && !joins)) && !takeStep()) return false;
+            if (ends || (isKey && !joins)) {
+                if (!step.fault().empty()) return std::string(step.fault());
+                step = {};
+            }
             joins = token->kind == InputToken::Kind::kJoin;
             if (isKey) step.add(*token);
             hasKey = hasKey || isKey;
         }
     }
-    return hasKey && takeStep();
+    return hasKey ? std::string(step.fault()) : "it names no key";
 }
 
 }  // namespace tindrel

@@ -2,12 +2,14 @@
 
 // Key sequences as "com" and "cancel" write them.
 
+#include <string>
+
 #include "analysis/LineArguments.hpp"
 
 namespace tindrel {
 
-// Whether a port's matcher takes the sequence: every token is known, at least one names a key, and
-// every step can happen.
-[[nodiscard]] bool isInputSequence(Args args);
+// Why a port's matcher never sees the sequence, as a sentence with code between backquotes: a token
+// that it does not know, no key, or a step that cannot happen. Empty where it can match.
+[[nodiscard]] std::string faultOfInputSequence(Args args);
 
 }  // namespace tindrel

@@ -157,14 +157,28 @@ bool landingDamage(const TextLine& line, GameFacts&) {
 
 // Input
 
-bool commandSequence(const TextLine& line, GameFacts&) {
-    return line.args.size() >= 2 && isInputSequence(line.args.first(line.args.size() - 1));
+// Ahead of the name of what the keys bring about.
+bool hasCommand(Args args) {
+    return args.size() >= 2;
+}
+std::string noCommand(const TextLine& line, GameFacts&) {
+    return hasCommand(line.args) ? faultOfInputSequence(line.args.first(line.args.size() - 1)) : "";
+}
+bool commandSequence(const TextLine& line, GameFacts& facts) {
+    return hasCommand(line.args) && noCommand(line, facts).empty();
 }
 
-bool cancelWindow(const TextLine& line, GameFacts&) {
+bool hasCancelWindow(Args args) {
+    return args.size() >= 5 && std::all_of(args.begin(), args.begin() + 3, [](std::string_view a) {
+               return isIntegerIn(a, 0, kAny);
+           });
+}
+std::string noCancel(const TextLine& line, GameFacts&) {
     const Args args = line.args;
-    return args.size() >= 5 && isIntegerIn(args[0], 0, kAny) && isIntegerIn(args[1], 0, kAny) &&
-           isIntegerIn(args[2], 0, kAny) && isInputSequence(args.subspan(3, args.size() - 4));
+    return hasCancelWindow(args) ? faultOfInputSequence(args.subspan(3, args.size() - 4)) : "";
+}
+bool cancelWindow(const TextLine& line, GameFacts& facts) {
+    return hasCancelWindow(line.args) && noCancel(line, facts).empty();
 }
 
 // Models
@@ -267,9 +281,9 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
      "Indexed source/target palette tables drive the native color-map remap.", noPalette},
 
     // Scripts
-    {"@script", [](const TextLine& l, GameFacts& f) { return !l.text().empty() && f.inlineScript(l.text()).clean(); },
+    {"@script", [](const TextLine& l, GameFacts& f) { return !l.text().empty() && !f.isStage() && f.inlineScript(l.text()).clean(); },
      "Inline script body uses only the verified ScriptVM surface and executes in source order on animation frame entry.",
-     [](const TextLine& l, GameFacts& f) { return unknownNames(f.inlineScript(l.text())); }},
+     [](const TextLine& l, GameFacts& f) { return f.isStage() ? "in a stage it does nothing" : unknownNames(f.inlineScript(l.text())); }},
     {"animationscript", [](const TextLine& l, GameFacts& f) { return l.args.size() == 1 && f.script(l.args[0]) != nullptr && f.script(l.args[0])->clean(); },
      "Animation helper script resolves inside data/, uses the verified ScriptVM surface, and frame @cmd calls execute against it.", noScript},
 
@@ -385,9 +399,9 @@ constexpr auto kRules = std::to_array<OccurrenceRule>({
 
     // Input
     {"com cmd", commandSequence,
-     "Custom command sequence uses native-supported direction/action/chord tokens and is matched by runtime input history."},
+     "Custom command sequence uses native-supported direction/action/chord tokens and is matched by runtime input history.", noCommand},
     {"cancel", cancelWindow,
-     "Animation cancel window/hit threshold and supported command sequence are executed by the native cancel matcher."},
+     "Animation cancel window/hit threshold and supported command sequence are executed by the native cancel matcher.", noCancel},
 
     // Stages
     {"rock", oneIntegerIn<0, 3>,

@@ -73,6 +73,27 @@ TEST(BrokenScripts, TellPlaceTokenAndWhoComesThere) {
     EXPECT_FALSE(analysis.scriptCheck.files.contains("data/unused.c"));
 }
 
+TEST(BrokenScripts, NameTheLineOfEachCallerAmongOthersOfItsKeyword) {
+    const test::TempFolder folder;
+    folder.write("data/models.txt", "load A a.txt\n");
+    folder.write("data/a.txt", "thinkscript good.c\nthinkscript data/Bad.c\nanim idle\nframe a\n");
+    folder.write("data/levels.txt", "set A\nfile s.txt\nset B\nfile s.txt\n");
+    folder.write("data/s.txt",
+                 "spawn A\nspawnscript good.c\nat 0\nspawn A\nspawnscript bad.c\nat 0\n"
+                 "spawn A\nspawnscript bad.c\nat 0\n");
+    folder.write("data/good.c", "void main(){}\n");
+    folder.write("data/bad.c", "void main(){ ( }\n");
+    const ProjectScan project = scanProject(folder.path());
+    GameReader game(project.dataDir, project.root);
+    std::vector<std::string> callers;
+    for (const BrokenScript& broken : checkScripts(game, {}).broken) {
+        for (const ScriptCaller& caller : broken.callers) {
+            callers.push_back(caller.file + ':' + std::to_string(caller.line));
+        }
+    }
+    EXPECT_EQ(callers, (std::vector<std::string>{"data/s.txt:5", "data/s.txt:8", "data/a.txt:2"}));
+}
+
 TEST(ScriptKeys, AreListedThatAPortDoesNotAnswer) {
     const test::TempFolder folder;
     folder.write("data/models.txt", "load A a.txt\n");

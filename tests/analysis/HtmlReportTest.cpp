@@ -324,8 +324,8 @@ TEST_F(HtmlReportTest, FilesThatTheGameNeverLoadsStandApart) {
     write("s/c.c", "void main(){ odd(); }\n");
     const std::string html = page();
     EXPECT_NE(html.find("<title>Tea &amp; Co - compatibility</title>"), std::string::npos);
-    EXPECT_NE(html.find("1 are not known and 5 run in part. Apart from these, 2 files with 6 lines "
-                        "are never loaded: 3 are not known and 1 run in part."),
+    EXPECT_NE(html.find("1 is not known and 5 run in part. Apart from these, 2 files with 6 lines "
+                        "are never loaded: 3 are not known and 1 runs in part."),
               std::string::npos)
         << html.substr(html.find("class=\"verdict\""), 500);
     const std::string commands = section(html, "commands");
