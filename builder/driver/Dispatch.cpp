@@ -54,6 +54,13 @@ int printUsage(std::ostream& out) {
     return kUsage;
 }
 
+// The usage says how a command line looks; this says what is wrong with the one in hand.
+int refuse(const Console& console, std::string_view fault, std::string_view word) {
+    printUsage(console.out);
+    console.err << "Erro: " << fault << ": " << word << " (tindrel-builder --help)\n";
+    return kUsage;
+}
+
 // Names of options that were given, and their values.
 using Options = std::map<std::string_view, std::string>;
 
@@ -189,8 +196,11 @@ int runGameCommand(const Request& request, PreparedInput& prepared, const Consol
     const auto* const row =
         std::find_if(std::begin(kGameCommands), std::end(kGameCommands),
                      [&](const GameCommand& known) { return known.name == request.command; });
-    if (row == std::end(kGameCommands) || (row->needsFolder && !request.folder)) {
-        return printUsage(console.out);
+    if (row == std::end(kGameCommands)) {
+        return refuse(console, "comando desconhecido", request.command);
+    }
+    if (row->needsFolder && !request.folder) {
+        return refuse(console, "falta a pasta de saida", request.command);
     }
     return row->run({console, request, prepared, scan, game, analysis});
 }
@@ -247,6 +257,10 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
         printVersion(console.out);
         return kSuccess;
     }
+    // A misspelt option would become the output folder; a folder of that name is given as "./--x".
+    const auto unknown = std::ranges::find_if(
+        arguments, [](const std::string& argument) { return argument.starts_with("--"); });
+    if (unknown != arguments.end()) return refuse(console, "opcao desconhecida", *unknown);
     if (arguments.size() < 3 || !goTogether(arguments[1], options)) {
         return printUsage(console.out);
     }

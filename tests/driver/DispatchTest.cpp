@@ -280,12 +280,23 @@ TEST_F(DispatchTest, BuildConvertsAndCompiles) {
 }
 
 TEST_F(DispatchTest, NeededFolderIsMissedOnlyAfterTheAnalysis) {
-    for (const char* command : {"build", "repair", "nonsense"}) {
+    const std::pair<const char*, const char*> faults[] = {
+        {"build", "Erro: falta a pasta de saida: build"},
+        {"repair", "Erro: falta a pasta de saida: repair"},
+        {"nonsense", "Erro: comando desconhecido: nonsense"}};
+    for (const auto& [command, fault] : faults) {
         EXPECT_EQ(run({command, "/game"}), 1) << command;
-        const std::string start = preamble() + kUsageStart;
-        EXPECT_EQ(out_.str().substr(0, start.size()), start);
+        EXPECT_TRUE(out_.str().starts_with(preamble() + kUsageStart)) << out_.str();
+        EXPECT_TRUE(err_.str().starts_with(fault)) << err_.str();
     }
     EXPECT_FALSE(has("/game-Native-Port"));
+}
+
+TEST_F(DispatchTest, AMisspeltOptionIsNoOutputFolder) {
+    EXPECT_EQ(run({"convert", "/game", "--as-writen"}), 1);
+    EXPECT_TRUE(out_.str().starts_with(kUsageStart)) << out_.str();
+    EXPECT_TRUE(err_.str().starts_with("Erro: opcao desconhecida: --as-writen")) << err_.str();
+    EXPECT_FALSE(fs::exists("--as-writen"));
 }
 
 TEST_F(DispatchTest, RepairWritesItsPackage) {
