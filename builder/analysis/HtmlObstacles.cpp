@@ -21,7 +21,7 @@ constexpr std::size_t kMaxBusyFiles = 12;
 
 }  // namespace
 
-HtmlObstacles::HtmlObstacles(HtmlPage& page, const ProjectAnalysis& analysis)
+HtmlObstacles::HtmlObstacles(HtmlPage& page, const ProjectAnalysis& analysis, GameReader& game)
     : page_(page), out_(page.out()) {
     std::map<std::pair<std::string_view, CompatStatus>, std::size_t> index;
     std::unordered_map<const SourceFile*, std::size_t> busyIndex;
@@ -39,6 +39,10 @@ HtmlObstacles::HtmlObstacles(HtmlPage& page, const ProjectAnalysis& analysis)
             index.try_emplace({issue.command, issue.status}, obstacles_.size());
         if (isNew) obstacles_.push_back({issue.command, issue.status, 0, false, {}, {}});
         addTo(obstacles_[entry->second], issue);
+    }
+    if (!obstacles_.empty()) {
+        for (const ModelDef& model : game.models()) characterFiles_.insert(model.sourceFile);
+        for (const StageDef& stage : game.stages()) stageFiles_.insert(stage.sourceFile);
     }
     for (const FileUse& busy : busyFiles_) {
         openLines_[PathEncoding::utf8(busy.file->relative)] = busy.count;
@@ -109,9 +113,45 @@ void HtmlObstacles::writeCommands() {
     out_ << "</section>\n";
 }
 
+// "5 characters and 1 stage have `bbox` lines that do nothing."
+std::string HtmlObstacles::sentence(const Obstacle& obstacle) const {
+    std::uint64_t characters = 0, stages = 0, others = 0;
+    for (const FileUse& use : obstacle.files) {
+        const std::string file = PathEncoding::utf8(use.file->relative);
+        ++(characterFiles_.contains(file) ? characters
+           : stageFiles_.contains(file)   ? stages
+                                          : others);
+    }
+    std::vector<std::string> who;
+    if (characters > 0) who.push_back(counted(characters, "character", "characters"));
+    if (stages > 0) who.push_back(counted(stages, "stage", "stages"));
+    if (others > 0) {
+        who.push_back(who.empty() ? counted(others, "file", "files")
+                                  : counted(others, "other file", "other files"));
+    }
+    std::string text;
+    for (std::size_t i = 0; i < who.size(); ++i) {
+        if (i > 0) text += i + 1 == who.size() ? " and " : ", ";
+        text += who[i];
+    }
+    const bool one = obstacle.files.size() == 1;
+    const bool oneLine = obstacle.count == 1;
+    text += one ? " has " : " have ";
+    text += (oneLine ? "a " : "") + quoteCode(obstacle.command) + (oneLine ? " line" : " lines");
+    switch (obstacle.status) {
+        case kUnsupported:
+            return text + (oneLine ? " that does nothing." : " that do nothing.");
+        case kUnknown:
+            return text + (oneLine ? " that is not known." : " that are not known.");
+        default:
+            return text + (oneLine ? " that runs only in part." : " that run only in part.");
+    }
+}
+
 void HtmlObstacles::writeObstacle(const Obstacle& obstacle, std::uint64_t most) {
     page_.openRow(lookOf(obstacle.status), obstacle.command, true, obstacle.count, most,
                   counted(obstacle.files.size(), "file", "files"));
+    out_ << "<p>" << markCode(sentence(obstacle)) << "</p>\n";
     for (const std::string_view message : obstacle.messages) {
         out_ << "<p>" << escapeHtml(message) << "</p>\n";
     }

@@ -7,17 +7,19 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "analysis/HtmlPage.hpp"
 #include "analysis/ProjectAnalysis.hpp"
+#include "reader/GameReader.hpp"
 
 namespace tindrel {
 
 class HtmlObstacles {
   public:
-    HtmlObstacles(HtmlPage& page, const ProjectAnalysis& analysis);
+    HtmlObstacles(HtmlPage& page, const ProjectAnalysis& analysis, GameReader& game);
 
     [[nodiscard]] std::size_t commands() const { return obstacles_.size(); }
     [[nodiscard]] std::size_t files() const { return busyFiles_.size(); }
@@ -50,6 +52,7 @@ class HtmlObstacles {
     static void addTo(Obstacle& obstacle, const Issue& issue);
     static void sortByCount(std::vector<FileUse>& uses);
     void writeObstacle(const Obstacle& obstacle, std::uint64_t most);
+    [[nodiscard]] std::string sentence(const Obstacle& obstacle) const;
     void writeFullForms(std::string_view command);
     void writePlaces(const FileUse& use);
 
@@ -58,6 +61,7 @@ class HtmlObstacles {
     std::vector<Obstacle> obstacles_;
     std::vector<FileUse> busyFiles_;
     CountByFile openLines_;
+    std::unordered_set<std::string> characterFiles_, stageFiles_;  // relative, in generic form
 };
 
 }  // namespace tindrel

@@ -51,7 +51,7 @@ class HtmlReport {
           links_(project, linkBase(project, reportsFolder, pageLinks)),
           out_(reportsFolder / "index.html"),
           page_(out_, project, links_),
-          obstacles_(page_, analysis) {
+          obstacles_(page_, analysis, game) {
         if (project.hasData) missing_ = findMissingFiles(game, assets_, analysis);
         std::string unread;  // whoever gave the report was told
         const fs::path playtest = reportsFolder / kPlaytestName;

@@ -70,6 +70,23 @@ TEST_F(HtmlReportTest, ObstaclesBySeverityThenByUse) {
     EXPECT_EQ(count(commands, "Projectile reflection opt-out"), 1U);
 }
 
+TEST_F(HtmlReportTest, AnObstacleSaysWhoMeetsIt) {
+    write("models.txt", "load Ann data/chars/ann.txt\nload Bob data/chars/bob.txt\n");
+    write("chars/ann.txt", "name Ann\nwobble\nanim idle\nframe a.gif\n");
+    write("chars/bob.txt", "name Bob\nwobble\nanim idle\nframe a.gif\n");
+    write("levels.txt", "set Easy\nfile data/levels/one.txt\nfile data/levels/two.txt\n");
+    write("levels/one.txt", "wobble\nwibble\n");
+    write("levels/two.txt", "direction both\n");
+    write("a.cfg", "wobble\n");
+    const std::string commands = section(page(), "commands");
+    for (const char* sentence :
+         {"<p>2 characters, 1 stage and 1 other file have <code>wobble</code> lines that are not "
+          "known.</p>",
+          "<p>1 stage has a <code>wibble</code> line that is not known.</p>"}) {
+        EXPECT_NE(commands.find(sentence), std::string::npos) << commands;
+    }
+}
+
 TEST_F(HtmlReportTest, NothingFromTheGameIsTakenForMarkup) {
     write("x&y.cfg", "<script>alert(1)</script>\nquote\"s'\n\x01tick\n");
     write("levels.txt", "set <b>Set</b>\nfile data/levels/<i>.txt\n");
