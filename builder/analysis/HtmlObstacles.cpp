@@ -113,7 +113,7 @@ void HtmlObstacles::writeCommands() {
     out_ << "</section>\n";
 }
 
-// "5 characters and 1 stage have `bbox` lines that do nothing."
+// "5 characters and 1 stage have `bbox` lines that run in part."
 std::string HtmlObstacles::sentence(const Obstacle& obstacle) const {
     std::uint64_t characters = 0, stages = 0, others = 0;
     for (const FileUse& use : obstacle.files) {
@@ -134,18 +134,11 @@ std::string HtmlObstacles::sentence(const Obstacle& obstacle) const {
         if (i > 0) text += i + 1 == who.size() ? " and " : ", ";
         text += who[i];
     }
-    const bool one = obstacle.files.size() == 1;
-    const bool oneLine = obstacle.count == 1;
-    text += one ? " has " : " have ";
-    text += (oneLine ? "a " : "") + quoteCode(obstacle.command) + (oneLine ? " line" : " lines");
-    switch (obstacle.status) {
-        case kUnsupported:
-            return text + (oneLine ? " that does nothing." : " that do nothing.");
-        case kUnknown:
-            return text + (oneLine ? " that is not known." : " that are not known.");
-        default:
-            return text + (oneLine ? " that runs only in part." : " that run only in part.");
-    }
+    const bool isOneLine = obstacle.count == 1;
+    text += obstacle.files.size() == 1 ? " has " : " have ";
+    text += (isOneLine ? "a " : "") + quoteCode(obstacle.command);
+    text += isOneLine ? " line that " : " lines that ";
+    return text.append(lookOf(obstacle.status).said(obstacle.count)).append(".");
 }
 
 void HtmlObstacles::writeObstacle(const Obstacle& obstacle, std::uint64_t most) {

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <map>
 #include <ostream>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -80,11 +81,14 @@ Options takeOptions(std::vector<std::string>& arguments) {
     return given;
 }
 
-bool goTogether(std::string_view command, const Options& options) {
-    return std::ranges::all_of(optionTable(), [&](const OptionInfo& option) {
-        return option.command.empty() || option.command == command ||
-               !options.contains(option.name);
+// The first option that is not one of the command's; empty where all are.
+std::string_view strayOption(std::string_view command, const Options& options) {
+    const std::span<const OptionInfo> table = optionTable();
+    const auto stray = std::ranges::find_if(table, [&](const OptionInfo& option) {
+        return !option.command.empty() && option.command != command &&
+               options.contains(option.name);
     });
+    return stray == table.end() ? std::string_view() : stray->name;
 }
 
 // A command line, taken apart.
@@ -261,8 +265,9 @@ int dispatch(std::vector<std::string> arguments, const Console& console) {
     const auto unknown = std::ranges::find_if(
         arguments, [](const std::string& argument) { return argument.starts_with("--"); });
     if (unknown != arguments.end()) return refuse(console, "opcao desconhecida", *unknown);
-    if (arguments.size() < 3 || !goTogether(arguments[1], options)) {
-        return printUsage(console.out);
+    if (arguments.size() < 3) return printUsage(console.out);
+    if (const std::string_view stray = strayOption(arguments[1], options); !stray.empty()) {
+        return refuse(console, "opcao de outro comando", stray);
     }
     Request request{arguments[1], argumentPath(arguments[2]), {}, std::move(options)};
     if (arguments.size() > 3) request.folder = argumentPath(arguments[3]);

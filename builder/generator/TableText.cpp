@@ -16,7 +16,8 @@ std::string_view print(Digits& buffer, float value, std::chars_format format, in
     return {begin, static_cast<std::size_t>(end - begin)};
 }
 
-// Most values of a game are whole numbers, which need no rounding. Minus zero keeps its sign.
+// Most values of a game are whole numbers, which need no rounding: up to six digits, beyond which
+// JSON has an exponent, every notation writes them alike. Minus zero keeps its sign.
 bool isShortWhole(float value) {
     constexpr float kMostSixDigits = 999'999;
     return std::abs(value) <= kMostSixDigits && value == std::trunc(value) &&

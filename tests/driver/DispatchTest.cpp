@@ -292,11 +292,14 @@ TEST_F(DispatchTest, NeededFolderIsMissedOnlyAfterTheAnalysis) {
     EXPECT_FALSE(has("/game-Native-Port"));
 }
 
-TEST_F(DispatchTest, AMisspeltOptionIsNoOutputFolder) {
+TEST_F(DispatchTest, AnOptionThatDoesNotFitIsNamed) {
     EXPECT_EQ(run({"convert", "/game", "--as-writen"}), 1);
     EXPECT_TRUE(out_.str().starts_with(kUsageStart)) << out_.str();
     EXPECT_TRUE(err_.str().starts_with("Erro: opcao desconhecida: --as-writen")) << err_.str();
     EXPECT_FALSE(fs::exists("--as-writen"));
+
+    EXPECT_EQ(run({"convert", "/game", "--windows"}), 1);
+    EXPECT_TRUE(err_.str().starts_with("Erro: opcao de outro comando: --windows")) << err_.str();
 }
 
 TEST_F(DispatchTest, RepairWritesItsPackage) {
