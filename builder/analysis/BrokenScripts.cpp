@@ -212,11 +212,12 @@ class Checkup {
             judgeWhole(script, unit, lines);
         }
         note(script.mended);
-        const CallersByName callersOf = callersIn(script);
+        std::optional<CallersByName> callersOf;  // few scripts need it
         for (const port::script::CheckedFunction* const function : script.functions) {
             note(function->mended);
             if (function->breaks.empty() || isFull()) continue;
-            const NameSet leading = leadingTo(callersOf, function->name);
+            if (!callersOf) callersOf = callersIn(script);
+            const NameSet leading = leadingTo(*callersOf, function->name);
             for (const port::script::ScriptBreak& found : function->breaks) {
                 BrokenScript& broken = entry(relative(found.file), found.line, function->name,
                                              found.token, found.error);
