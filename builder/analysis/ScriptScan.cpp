@@ -132,6 +132,19 @@ FileId ScriptScanner::fileId(const fs::path& file) {
     return entry->second;
 }
 
+ScriptScanner::Include ScriptScanner::include(std::string_view raw, const fs::path& file,
+                                              std::string_view folder) {
+    const auto [entry, isNew] =
+        includes_.try_emplace(std::string(folder).append(1, '\0').append(raw));
+    if (isNew) {
+        fs::path found;
+        Include& made = entry->second;
+        made.lookup = findScript(raw, file, found);
+        if (made.lookup == Lookup::kFound) made.file = fileId(found);
+    }
+    return entry->second;
+}
+
 void ScriptScanner::scanPending() {
     while (!pending_.empty()) {
         const FileId id = pending_.back();
@@ -145,14 +158,13 @@ void ScriptScanner::scanText(FileId id, std::string_view text, const fs::path& f
     std::vector<SymbolId> definitions;
     std::vector<FileId> includes;
     std::unordered_set<FileId> included;
+    const std::string folder = PathEncoding::utf8(file.parent_path());
     forEachInclude(text, [&](std::string_view raw) {
-        fs::path found;
-        switch (findScript(raw, file, found)) {
+        const Include found = include(raw, file, folder);
+        switch (found.lookup) {
             case Lookup::kFound:
                 // A second time it brings nothing new.
-                if (const FileId next = fileId(found); included.insert(next).second) {
-                    includes.push_back(next);
-                }
+                if (included.insert(found.file).second) includes.push_back(found.file);
                 break;
             case Lookup::kMissing:
                 uses.push_back(intern(missingInclude(raw), Section::kInclude));

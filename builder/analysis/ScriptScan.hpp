@@ -71,9 +71,16 @@ class ScriptScanner {
         std::size_t parameters;
     };
 
+    struct Include {
+        Lookup lookup = Lookup::kMissing;
+        FileId file = 0;  // where one was found
+    };
+
     [[nodiscard]] SymbolId intern(std::string_view text, Section section);
     [[nodiscard]] SymbolId internCodeCall(std::string_view name);
     [[nodiscard]] FileId fileId(const std::filesystem::path& file);
+    [[nodiscard]] Include include(std::string_view raw, const std::filesystem::path& file,
+                                  std::string_view folder);
     void scanPending();
     void scanText(FileId id, std::string_view text, const std::filesystem::path& file);
     void prepareProject();
@@ -97,6 +104,8 @@ class ScriptScanner {
     std::unordered_map<FileId, std::vector<MendedCall>> mendedCalls_;  // that may be
     std::unordered_map<std::string, FileId> fileIds_;
     std::vector<FileId> pending_;
+    // By the folder of the file that includes, and the path as written. Scripts share both.
+    std::unordered_map<std::string, Include> includes_;
 
     std::deque<Symbol> symbols_;
     std::unordered_map<std::string_view, SymbolId> symbolIds_;

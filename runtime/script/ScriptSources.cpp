@@ -72,11 +72,15 @@ std::vector<SourceBlock> cut(std::string_view text) {
 }  // namespace
 
 ScriptSource::ScriptSource(fs::path file)
-    : path(std::move(file)), name(PathEncoding::utf8(path)), readable(false) {}
+    : path(std::move(file)),
+      name(PathEncoding::utf8(path)),
+      folder(PathEncoding::utf8(path.parent_path())),
+      readable(false) {}
 
 ScriptSource::ScriptSource(fs::path file, std::string text)
     : path(std::move(file)),
       name(PathEncoding::utf8(path)),
+      folder(PathEncoding::utf8(path.parent_path())),
       readable(true),
       text_(closedLines(std::move(text))) {
     blocks = cut(text_);
@@ -110,7 +114,7 @@ void ScriptSources::resolve(const ScriptSource& by, SourceBlock& include) {
         raw = raw.substr(1, raw.size() - 2);
     }
     include.rest = raw;
-    key_.assign(by.name).append(1, '\0').append(raw);
+    key_.assign(by.folder).append(1, '\0').append(raw);
     const auto [slot, added] = included_.try_emplace(key_);
     if (added) slot->second = find(by, raw);
     include.source = slot->second;

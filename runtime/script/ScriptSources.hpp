@@ -58,7 +58,8 @@ class ScriptSource {
     ScriptSource& operator=(ScriptSource&&) = delete;
 
     const std::filesystem::path path;
-    const std::string name;  // the same in UTF-8
+    const std::string name;    // the same in UTF-8
+    const std::string folder;  // its folder, in UTF-8
     const bool readable;
     std::vector<SourceBlock> blocks;
 
@@ -83,7 +84,7 @@ class ScriptSources {
     ScriptSource* find(const ScriptSource& by, std::string_view raw);
 
     std::unordered_map<std::string, std::unique_ptr<ScriptSource>> sources_;  // by UTF-8 path
-    TextMap<ScriptSource*> included_;  // by includer and path as written
+    TextMap<ScriptSource*> included_;  // by the includer's folder and path as written
     std::string key_;
 };
 
