@@ -41,6 +41,11 @@ void appendJsonFloat(std::string& out, float value);
 
 template <std::integral T>
 void appendInteger(std::string& out, T value) {
+    // Most numbers of a game are one digit.
+    if (value >= 0 && value <= 9) {
+        out += static_cast<char>('0' + value);
+        return;
+    }
     char digits[24];
     const auto [end, error] = std::to_chars(digits, digits + sizeof digits, value);
     out.append(digits, end);
