@@ -80,8 +80,9 @@ inline constexpr int kMaxIncludeDepth = 24;
 inline constexpr int kMaxPasses = 16;
 // What macros may add to one line; real ones add below 1 KiB.
 inline constexpr std::size_t kMaxLineGrowth = std::size_t{1} << 22U;
-// What the look-up of an include weighs against kMaxConsumedText, about its time.
-inline constexpr std::size_t kIncludeWeight = 256;
+// What the look-up of an include, and each segment that it repeats, weigh against kMaxConsumedText,
+// about their time.
+inline constexpr std::size_t kIncludeWeight = 16;
 // Complaints that are listed and logged.
 inline constexpr std::size_t kMaxReports = 1000;
 // A longer include is expanded again each time; so many fit below kMaxExpandedText.

@@ -1,8 +1,9 @@
 #include "ScriptPreprocessor.hpp"
 
 #include <algorithm>
-#include <map>
-#include <tuple>
+#include <functional>
+#include <memory_resource>
+#include <unordered_map>
 #include <utility>
 
 #include "ScriptLexer.hpp"
@@ -63,6 +64,20 @@ class Preprocessor {
         ScriptSource& source;
         std::vector<char>& active;
         int depth;
+    };
+    // At a file, in a state.
+    struct Arrival {
+        const ScriptSource* source;
+        std::uint64_t version;
+        int depth;
+        bool operator==(const Arrival&) const = default;
+    };
+    struct ArrivalHash {
+        std::size_t operator()(const Arrival& arrival) const {
+            const auto depth = static_cast<std::size_t>(arrival.depth);
+            return std::hash<const ScriptSource*>{}(arrival.source) +
+                   static_cast<std::size_t>(arrival.version) * (kMaxIncludeDepth + 2) + depth;
+        }
     };
     // What an include yielded in a state that it left as it was.
     struct Remembered {
@@ -223,7 +238,7 @@ class Preprocessor {
     // file that changed nothing when it was last brought in yields the same again in the same
     // state.
     void include(ScriptSource& source, int depth) {
-        Remembered& memory = remembered_[{&source, depth, state_.version}];
+        Remembered& memory = remembered_[{&source, state_.version, depth}];
         if (memory.known) {
             repeat(memory);
             for (const std::string& line : memory.reports) report(line);
@@ -300,6 +315,7 @@ class Preprocessor {
     }
 
     void repeat(const Remembered& memory) {
+        consume(memory.segments * kIncludeWeight);
         if (!mayGrow(memory.bytes)) return;
         std::vector<ExpandedText::Segment>& segments = out_.segments;
         const std::size_t end = segments.size();
@@ -326,8 +342,8 @@ class Preprocessor {
     PreprocessorState& state_;
     ExpandedText& out_;
     LineOrigin origin_;  // of what is being read
-    // By file, depth and version of the state.
-    std::map<std::tuple<const ScriptSource*, int, std::uint64_t>, Remembered> remembered_;
+    std::pmr::monotonic_buffer_resource memory_;
+    std::pmr::unordered_map<Arrival, Remembered, ArrivalHash> remembered_{&memory_};
 };
 
 }  // namespace

@@ -128,15 +128,24 @@ TEST_F(PreprocessorTest, StopsAtDepth) {
 // Each would grow beyond all memory, or take longer than anyone waits.
 TEST_F(PreprocessorTest, StopsAtSize) {
     folder.write("twice.h", "#include \"twice.h\"\n#include \"twice.h\"\n");
+    folder.write("empty.h", "");
+    std::string lines;
+    std::string repeated;  // most of it without being read again
+    for (int i = 0; i < 100; ++i) {
+        lines += "#include \"empty.h\"\n";
+        repeated += "#include \"lines.h\"\n";
+    }
+    folder.write("lines.h", lines);
     // A run that is close to its end, so that it comes soon.
     constexpr std::size_t kLeft = std::size_t{64} << 10U;
     PreprocessorState late;
     late.produced = kMaxExpandedText - kLeft;
     late.consumed = kMaxConsumedText - kLeft;
-    for (const char* source : {
-             "#define A A A A A A A A A A\nA\nA",
-             "#define F(x) F(x x x x) F(x x x x)\nF(1 1 1 1 1 1)\n",
-             "#include \"twice.h\"",
+    for (const std::string& source : {
+             std::string("#define A A A A A A A A A A\nA\nA"),
+             std::string("#define F(x) F(x x x x) F(x x x x)\nF(1 1 1 1 1 1)\n"),
+             std::string("#include \"twice.h\""),
+             repeated,
          }) {
         const std::string text = expand(source, late);
         EXPECT_LE(text.size(), kLeft) << source;
