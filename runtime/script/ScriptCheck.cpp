@@ -1,6 +1,8 @@
 #include "ScriptCheck.hpp"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <functional>
 #include <optional>
 #include <set>
@@ -16,8 +18,8 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kBytesPerToken = 4;
 constexpr std::size_t kBytesPerName = 16;
-// What it is to find a byte again that was read before.
-constexpr std::size_t kKnownPerByte = 8;
+// So many bytes of a piece's place are looked up in the time.
+constexpr std::size_t kPlacePerByte = 8;
 // Bytes of pieces that are kept; the largest games have below 20 MiB of text.
 constexpr std::size_t kMaxPieces = std::size_t{64} << 20U;
 
@@ -75,6 +77,13 @@ std::size_t weight(const CheckedFunction& function) {
 
 MendedPlace placeOf(ScriptMend mend, LineOrigin line, const LineOrigins& origins) {
     return {mend, *origins.files[line.file], line.line};
+}
+
+// Numbers as they stand in memory.
+template <typename... Numbers>
+void appendBytes(std::string& out, Numbers... numbers) {
+    (out.append(std::bit_cast<std::array<char, sizeof numbers>>(numbers).data(), sizeof numbers),
+     ...);
 }
 
 bool isBlankLines(std::string_view text) {
@@ -139,13 +148,11 @@ std::size_t ScriptCheck::takePieces(const ExpandedText& text) {
 // there before.
 const ScriptCheck::Piece& ScriptCheck::piece(const ScriptSource& source, Segments segments) {
     place_.clear();
-    std::size_t bytes = source.name.size();
     for (const ExpandedText::Segment& segment : segments) {
-        bytes += segment.text.size();
-        place_ += std::to_string(segment.origin.line) + ':' + std::to_string(segment.lines) + ' ';
-        if (segment.made) place_ += segment.text;
+        const std::string_view made = segment.made ? segment.text : std::string_view{};
+        appendBytes(place_, segment.origin.line, segment.lines, made.size());
+        place_ += made;
     }
-    work_ += (place_.size() + bytes) / kKnownPerByte;
     const auto [slot, added] = pieces_[&source].try_emplace(place_);
     Piece& found = slot->second;
     if (added) {
@@ -156,6 +163,7 @@ const ScriptCheck::Piece& ScriptCheck::piece(const ScriptSource& source, Segment
         kept_ += place_.size() + sizeof(Piece);
         for (const CheckedFunction& function : found.functions) kept_ += weight(function);
     }
+    work_ += place_.size() / kPlacePerByte + found.names.size();
     if (found.whole && std::exchange(found.script, scripts_) != scripts_) {
         for (std::size_t i = 0; i < found.names.size(); ++i) {
             if (defines(found.names[i])) checked_.functions.push_back(&found.functions[i]);
