@@ -1,6 +1,7 @@
 #include "analysis/IncludeGraph.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 
 namespace tindrel {
@@ -68,42 +69,46 @@ std::vector<FileId> IncludeGraph::walk(FileId root, std::uint64_t& budget) const
 }
 
 // Tarjan's algorithm with a stack of its own.
-IncludeGraph::Groups IncludeGraph::groups() const {
-    Groups groups;
-    groups.of.assign(nodes_.size(), kNone);
-    std::vector<std::uint32_t> index(nodes_.size(), kNone);
-    std::vector<std::uint32_t> low(nodes_.size(), 0);
+IncludeGraph::Groups IncludeGraph::groups(FileId first) const {
+    const std::size_t count = nodes_.size() - first;
+    Groups groups{first, std::vector(count, kNone), {}};
+    std::vector<std::uint32_t> index(count, kNone);
+    std::vector<std::uint32_t> low(count, 0);
     std::vector<FileId> open;
     std::vector<Visit> stack;
     std::uint32_t counter = 0;
     const auto enter = [&](FileId file) {
-        index[file] = low[file] = counter++;
+        index[file - first] = low[file - first] = counter++;
         open.push_back(file);
         stack.push_back({file});
     };
-    for (FileId start = 0; start < nodes_.size(); ++start) {
-        if (index[start] == kNone) enter(start);
+    for (FileId start = first; start < nodes_.size(); ++start) {
+        if (index[start - first] == kNone) enter(start);
         while (!stack.empty()) {
             const FileId file = stack.back().file;
             const std::vector<FileId>& includes = nodes_[file].includes;
+            std::uint32_t& lowest = low[file - first];
             if (stack.back().next < includes.size()) {
                 const FileId next = includes[stack.back().next++];
-                if (index[next] == kNone) {
+                if (next < first) continue;
+                if (index[next - first] == kNone) {
                     enter(next);
-                } else if (groups.of[next] == kNone) {
-                    low[file] = std::min(low[file], index[next]);
+                } else if (groups.of(next) == kNone) {
+                    lowest = std::min(lowest, index[next - first]);
                 }
                 continue;
             }
             stack.pop_back();
             if (!stack.empty()) {
-                low[stack.back().file] = std::min(low[stack.back().file], low[file]);
+                std::uint32_t& above = low[stack.back().file - first];
+                above = std::min(above, lowest);
             }
-            if (low[file] != index[file]) continue;
+            if (lowest != index[file - first]) continue;
             std::vector<FileId>& members = groups.members.emplace_back();
             do {
                 members.push_back(open.back());
-                groups.of[open.back()] = static_cast<std::uint32_t>(groups.members.size() - 1);
+                groups.ofFile[open.back() - first] =
+                    static_cast<std::uint32_t>(groups.members.size() - 1);
                 open.pop_back();
             } while (members.back() != file);
         }
@@ -111,14 +116,15 @@ IncludeGraph::Groups IncludeGraph::groups() const {
     return groups;
 }
 
-std::vector<std::vector<SymbolId>> IncludeGraph::undefinedUses(SymbolId symbolCount) const {
+std::vector<std::vector<SymbolId>> IncludeGraph::undefinedUses(
+    SymbolId symbolCount, const std::vector<bool>& wanted) const {
     // One word holds 64 symbols of a group; blocks of 64 are carried through the graph in turn, so
     // that memory stays linear in the files.
     constexpr SymbolId kBlock = 64;
     struct Sets {
         std::uint64_t uses = 0, definitions = 0;
     };
-    const Groups groups = this->groups();
+    const Groups groups = this->groups(0);
     struct Mark {
         FileId file;
         SymbolId symbol;
@@ -136,21 +142,22 @@ std::vector<std::vector<SymbolId>> IncludeGraph::undefinedUses(SymbolId symbolCo
     for (SymbolId block = 0; block < marks.size(); ++block) {
         std::fill(sets.begin(), sets.end(), Sets{});
         for (const Mark& mark : marks[block]) {
-            Sets& own = sets[groups.of[mark.file]];
+            Sets& own = sets[groups.of(mark.file)];
             (mark.use ? own.uses : own.definitions) |= 1ULL << (mark.symbol % kBlock);
         }
         for (std::uint32_t group = 0; group < sets.size(); ++group) {
             for (const FileId file : groups.members[group]) {
                 for (const FileId next : nodes_[file].includes) {
-                    sets[group].uses |= sets[groups.of[next]].uses;
-                    sets[group].definitions |= sets[groups.of[next]].definitions;
+                    sets[group].uses |= sets[groups.of(next)].uses;
+                    sets[group].definitions |= sets[groups.of(next)].definitions;
                 }
             }
-            const std::uint64_t undefined = sets[group].uses & ~sets[group].definitions;
-            for (SymbolId bit = 0; bit < kBlock; ++bit) {
-                if ((undefined >> bit & 1U) == 0) continue;
+            std::uint64_t undefined = sets[group].uses & ~sets[group].definitions;
+            for (; undefined != 0; undefined &= undefined - 1) {
+                const SymbolId symbol =
+                    block * kBlock + static_cast<SymbolId>(std::countr_zero(undefined));
                 for (const FileId file : groups.members[group]) {
-                    result[file].push_back(block * kBlock + bit);
+                    if (wanted[file]) result[file].push_back(symbol);
                 }
             }
         }
@@ -158,21 +165,20 @@ std::vector<std::vector<SymbolId>> IncludeGraph::undefinedUses(SymbolId symbolCo
     return result;
 }
 
-std::vector<int> IncludeGraph::heights() const {
-    const Groups groups = this->groups();
-    std::vector<int> height(groups.members.size(), 0);
-    for (std::uint32_t group = 0; group < height.size(); ++group) {
+void IncludeGraph::extendHeights(std::vector<int>& heights) const {
+    const Groups groups = this->groups(static_cast<FileId>(heights.size()));
+    heights.resize(nodes_.size());
+    for (std::uint32_t group = 0; group < groups.members.size(); ++group) {
+        int height = 0;
         for (const FileId file : groups.members[group]) {
             for (const FileId next : nodes_[file].includes) {
-                const std::uint32_t below = groups.of[next];
-                const int chain = below == group ? kIncludeDepthLimit : height[below] + 1;
-                height[group] = std::max(height[group], std::min(chain, kIncludeDepthLimit));
+                const bool inCycle = next >= groups.first && groups.of(next) == group;
+                const int chain = inCycle ? kIncludeDepthLimit : heights[next] + 1;
+                height = std::max(height, std::min(chain, kIncludeDepthLimit));
             }
         }
+        for (const FileId file : groups.members[group]) heights[file] = height;
     }
-    std::vector<int> result(nodes_.size());
-    for (FileId file = 0; file < nodes_.size(); ++file) result[file] = height[groups.of[file]];
-    return result;
 }
 
 }  // namespace tindrel

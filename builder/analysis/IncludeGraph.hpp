@@ -41,21 +41,27 @@ class IncludeGraph {
     // uses up.
     [[nodiscard]] std::vector<FileId> walk(FileId root, std::uint64_t& budget) const;
 
-    // For every file the symbols that it or a file it reaches uses and none of them defines, in
-    // ascending order, without regard to depth.
-    [[nodiscard]] std::vector<std::vector<SymbolId>> undefinedUses(SymbolId symbolCount) const;
+    // For every file that is `wanted` the symbols that it or a file it reaches uses and none of
+    // them defines, in ascending order, without regard to depth.
+    [[nodiscard]] std::vector<std::vector<SymbolId>> undefinedUses(
+        SymbolId symbolCount, const std::vector<bool>& wanted) const;
 
-    // For every file the length of the longest chain of includes below it, at most
-    // kIncludeDepthLimit, which a cycle always reaches.
-    [[nodiscard]] std::vector<int> heights() const;
+    // Adds the files that `heights` lacks: of each the length of the longest chain of includes
+    // below it, at most kIncludeDepthLimit, which a cycle always reaches. No earlier file may
+    // include them.
+    void extendHeights(std::vector<int>& heights) const;
 
   private:
-    // Groups of files that include one another, each group after all groups that it reaches.
+    // Groups of files that include one another, each group after all groups that it reaches; of the
+    // files from `first` on.
     struct Groups {
-        std::vector<std::uint32_t> of;  // group of each file
+        FileId first = 0;
+        std::vector<std::uint32_t> ofFile;  // the group of each
         std::vector<std::vector<FileId>> members;
+
+        [[nodiscard]] std::uint32_t of(FileId file) const { return ofFile[file - first]; }
     };
-    [[nodiscard]] Groups groups() const;
+    [[nodiscard]] Groups groups(FileId first) const;
 
     std::vector<Node> nodes_;
 };

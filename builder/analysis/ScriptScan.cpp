@@ -258,26 +258,28 @@ void ScriptScanner::prepareProject() {
     }
     scanPending();
     walkShare_ = std::min(kLargestShare, walkSteps_ / std::max<std::uint64_t>(graph_.size(), 1));
-    undefined_ = graph_.undefinedUses(static_cast<SymbolId>(symbols_.size()));
-    heights_ = graph_.heights();
+    graph_.extendHeights(heights_);
+    for (FileId id = 0; id < graph_.size(); ++id) {
+        bool complete = true;
+        if (reachesDepthLimit(id)) static_cast<void>(graph_.reach(id, complete));
+        whole_.push_back(complete);
+    }
+    undefined_ = graph_.undefinedUses(static_cast<SymbolId>(symbols_.size()), whole_);
 }
 
 bool ScriptScanner::reachesDepthLimit(FileId id) {
     if (id >= heights_.size()) {
         if (graph_.node(id).includes.empty()) return false;
-        heights_ = graph_.heights();
+        graph_.extendHeights(heights_);
     }
     return heights_[id] >= kIncludeDepthLimit;
 }
 
 // What the file and all that it brings in use and none of them defines, in no useful order.
 std::vector<SymbolId> ScriptScanner::findingsOf(FileId id) {
-    const bool isPrepared = id < undefined_.size();
-    if (isPrepared && !reachesDepthLimit(id)) return undefined_[id];
+    if (id < whole_.size() && whole_[id]) return undefined_[id];
     bool complete = false;
     const std::vector<FileId> files = graph_.reach(id, complete);
-    if (isPrepared && complete) return undefined_[id];
-
     std::unordered_set<SymbolId> settled;
     for (const FileId file : files) {
         const std::vector<SymbolId>& definitions = graph_.node(file).definitions;

@@ -110,7 +110,9 @@ class ScriptScanner {
     std::deque<Symbol> symbols_;
     std::unordered_map<std::string_view, SymbolId> symbolIds_;
 
-    // Answers for the project's own files, computed together.
+    // Answers for the project's own files, computed together: for those that are whole, which no
+    // limit of depth cuts off from anything.
+    std::vector<bool> whole_;
     std::vector<std::vector<SymbolId>> undefined_;
     std::vector<int> heights_;
     std::unordered_map<FileId, ScriptReport> reports_;

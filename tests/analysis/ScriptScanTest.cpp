@@ -173,11 +173,22 @@ TEST(IncludeGraph, ManyWaysToTheSameFilesCostNothing) {
         graph.node(i).uses.push_back(i);
         if (i % 2 == 0) graph.node(i).definitions.push_back(i);
     }
-    const auto undefined = graph.undefinedUses(kFiles);
+    std::vector<bool> wanted(kFiles, true);
+    wanted[1] = false;
+    const auto undefined = graph.undefinedUses(kFiles, wanted);
     EXPECT_EQ(undefined[0].size(), kFiles / 2);
+    EXPECT_TRUE(undefined[1].empty());
     EXPECT_EQ(undefined[kFiles - 2], (std::vector<SymbolId>{kFiles - 1}));
-    EXPECT_EQ(graph.heights()[0], kIncludeDepthLimit);
-    EXPECT_EQ(graph.heights()[kFiles - 20], 19);
+    std::vector<int> heights;
+    graph.extendHeights(heights);
+    EXPECT_EQ(heights[0], kIncludeDepthLimit);
+    EXPECT_EQ(heights[kFiles - 20], 19);
+    // Two that come later, one of them in a cycle of its own.
+    for (FileId i = 0; i < 2; ++i) graph.node(graph.add()).includes = {kFiles - 20, kFiles + i};
+    graph.node(kFiles).includes.pop_back();
+    graph.extendHeights(heights);
+    EXPECT_EQ(heights[kFiles], 20);
+    EXPECT_EQ(heights[kFiles + 1], kIncludeDepthLimit);
 
     bool complete = true;
     EXPECT_EQ(graph.reach(0, complete).size(), 31U * 29U + 1U);
