@@ -295,6 +295,9 @@ class HtmlReport {
         if (name.namedBy.empty()) return;
         page_.writeFile(name.namedBy);
         if (name.line > 0) out_ << ':' << name.line;
+        if (!name.meant.empty()) {
+            out_ << ", did you mean <code>" << escapeHtml(name.meant) << "</code>?";
+        }
     }
 
     void writeAllCommands() {
