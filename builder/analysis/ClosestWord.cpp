@@ -10,15 +10,22 @@
 namespace tindrel {
 namespace {
 
-// Letters to insert, drop, replace or swap with a neighbour to turn one word into the other.
+// More slips than these are never one word for another.
+constexpr std::size_t kMostSlips = 2;
+
+// Letters to insert, drop, replace or swap with a neighbour to turn one word into the other; any
+// number above kMostSlips for more of them. So a letter is held beside its near ones only.
 std::size_t editDistance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> previous(b.size() + 1);
     std::vector<std::size_t> beforePrevious(b.size() + 1);
     std::vector<std::size_t> current(b.size() + 1);
     std::iota(previous.begin(), previous.end(), std::size_t{0});
     for (std::size_t i = 1; i <= a.size(); ++i) {
-        current[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
+        const std::size_t first = i > kMostSlips ? i - kMostSlips : 1;
+        const std::size_t last = std::min(i + kMostSlips, b.size());
+        current[first - 1] = first == 1 ? i : kMostSlips + 1;
+        if (last < b.size()) current[last + 1] = kMostSlips + 1;
+        for (std::size_t j = first; j <= last; ++j) {
             current[j] = std::min({previous[j] + 1, current[j - 1] + 1,
                                    previous[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
             if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
@@ -45,7 +52,7 @@ ClosestWord::ClosestWord(std::string_view written) : written_(written) {
     constexpr std::size_t kLongest = 64;
     constexpr std::size_t kTwoSlipsFrom = 8;
     if (written.size() < kShortest || written.size() > kLongest) return;
-    slips_ = written.size() >= kTwoSlipsFrom ? 3 : 2;
+    slips_ = written.size() >= kTwoSlipsFrom ? kMostSlips + 1 : kMostSlips;
 }
 
 void ClosestWord::offer(std::string_view known) {

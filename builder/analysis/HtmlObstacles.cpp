@@ -136,7 +136,7 @@ std::string HtmlObstacles::sentence(const Obstacle& obstacle) const {
     }
     const bool isOneLine = obstacle.count == 1;
     text += obstacle.files.size() == 1 ? " has " : " have ";
-    text += (isOneLine ? "a " : "") + quoteCode(obstacle.command);
+    text += (isOneLine ? "one " : "") + quoteCode(obstacle.command);
     text += isOneLine ? " line that " : " lines that ";
     return text.append(lookOf(obstacle.status).said(obstacle.count)).append(".");
 }

@@ -71,7 +71,7 @@ class HtmlReport {
         judged_ = judged(loaded_);
     }
 
-    void write(const std::string& name) {
+    std::vector<MissingGroup> write(const std::string& name) {
         out_
             << "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
@@ -101,6 +101,7 @@ class HtmlReport {
                 "animation-command-audit.txt</a>, <a href=\"analysis.json\">analysis.json</a>."
                 "</footer>\n</main>\n</div>\n</body>\n</html>\n";
         out_.close();
+        return std::move(missing_);
     }
 
   private:
@@ -295,6 +296,9 @@ class HtmlReport {
         if (name.namedBy.empty()) return;
         page_.writeFile(name.namedBy);
         if (name.line > 0) out_ << ':' << name.line;
+        if (!name.meant.empty()) {
+            out_ << ", did you mean <code>" << escapeHtml(name.meant) << "</code>?";
+        }
     }
 
     void writeAllCommands() {
@@ -344,9 +348,11 @@ class HtmlReport {
 
 }  // namespace
 
-void writeHtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
-                     const fs::path& reportsFolder, PageLinks pageLinks, const std::string& title) {
-    HtmlReport(project, analysis, game, reportsFolder, pageLinks).write(escapeHtml(title));
+std::vector<MissingGroup> writeHtmlReport(const ProjectScan& project,
+                                          const ProjectAnalysis& analysis, GameReader& game,
+                                          const fs::path& reportsFolder, PageLinks pageLinks,
+                                          const std::string& title) {
+    return HtmlReport(project, analysis, game, reportsFolder, pageLinks).write(escapeHtml(title));
 }
 
 }  // namespace tindrel

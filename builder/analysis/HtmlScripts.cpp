@@ -19,7 +19,7 @@ using enum CompatStatus;
 constexpr std::size_t kMaxConsequences = 12;
 constexpr std::size_t kMaxNamesInSentence = 4;
 constexpr std::size_t kMaxShownFunctions = 300;
-constexpr std::size_t kMaxScriptNames = 200;
+constexpr std::size_t kMaxScriptNames = 5000;  // all of any game that somebody wrote
 constexpr std::size_t kMaxCalls = 80;
 constexpr std::size_t kMaxVerdicts = 60;
 

@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <ranges>
 #include <set>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "PathEncoding.hpp"
+#include "analysis/ClosestWord.hpp"
 #include "platform/FileStatus.hpp"
 #include "reader/LevelSets.hpp"
 #include "reader/ModelReader.hpp"
@@ -17,6 +18,10 @@
 namespace tindrel {
 namespace fs = std::filesystem;
 namespace {
+
+// Models that a missing name is held beside: more than real games have, so that only a list of
+// nonsense is not looked through to its end.
+constexpr std::size_t kMaxOfferedModels = 2000;
 
 using Find = const NativePath* (AssetFinder::*)(std::string_view);
 
@@ -47,7 +52,7 @@ class Names {
 
     std::size_t placeOf(std::string_view text, std::string_view namedBy) {
         const auto [place, isNew] = missing_.try_emplace(foldedPath(text), group_.names.size());
-        if (isNew) group_.names.push_back({std::string(text), std::string(namedBy), 0, 0});
+        if (isNew) group_.names.push_back({std::string(text), std::string(namedBy), 0, 0, {}});
         return place->second;
     }
 
@@ -88,6 +93,7 @@ class MissingFileSearch {
         for (Names* const names : {&modelFiles_, &spawns_, &others_, &stageFiles_, &scenes_,
                                    &scripts_, &pictures_, &sounds_, &music_}) {
             MissingGroup group = names->take();
+            if (names == &spawns_ || names == &others_) offerModels(group);
             if (group.total > 0) groups.push_back(std::move(group));
         }
         locate(groups);
@@ -105,6 +111,17 @@ class MissingFileSearch {
                       [&](std::string_view name) { return modelNames_.count(toLower(name)) == 0; });
     }
 
+    void offerModels(MissingGroup& group) const {
+        for (MissingName& name : group.names) {
+            const std::string written = toLower(name.text);
+            ClosestWord closest(written);
+            for (const auto& model : modelNames_ | std::views::take(kMaxOfferedModels)) {
+                closest.offer(model.first);
+            }
+            if (!closest.found().empty()) name.meant = modelNames_.find(closest.found())->second;
+        }
+    }
+
     // The lines of a file of the data folder; null when it is not there.
     const TextFile* linesOf(std::string_view name) {
         const NativePath* const file = assets_.file(name);
@@ -113,8 +130,8 @@ class MissingFileSearch {
 
     void searchRegistry() {
         for (const ModelDef& model : game_.models()) {
-            modelNames_.insert(toLower(model.modelName));
-            modelNames_.insert(toLower(model.name));
+            addModelName(model.modelName);
+            addModelName(model.name);
         }
         const TextFile* const registry = linesOf("models.txt");
         if (registry == nullptr) return;
@@ -122,10 +139,12 @@ class MissingFileSearch {
         for (const TextLine& line : *registry) {
             const auto entry = registeredModel(line);
             if (!entry) continue;
-            modelNames_.insert(toLower(line.args[0]));
+            addModelName(line.args[0]);
             look(modelFiles_, &AssetFinder::file, entry->path, source);
         }
     }
+
+    void addModelName(std::string_view name) { modelNames_.try_emplace(toLower(name), name); }
 
     void searchLevelSets() {
         const TextFile* const levels = linesOf("levels.txt");
@@ -276,7 +295,7 @@ class MissingFileSearch {
     AssetFinder& assets_;
     const ProjectAnalysis& analysis_;
     std::vector<LevelSetDef> levelSets_;
-    std::unordered_set<std::string> modelNames_;
+    std::map<std::string, std::string, std::less<>> modelNames_;  // as written, by the lower case
     std::set<std::pair<std::string_view, std::string_view>> helpersOfModels_;  // by source file
     Names modelFiles_{"Model files"};
     Names spawns_{"Spawned names that no model has"};

@@ -18,6 +18,7 @@ struct MissingName {
     std::string namedBy;     // file, relative to the project root, generic form
     std::uint64_t line = 0;  // in that file; 0 where no line shows it literally
     std::uint64_t mentions = 0;
+    std::string meant;  // the model whose name it nearly is; else empty
 };
 
 struct MissingGroup {

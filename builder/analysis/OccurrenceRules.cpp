@@ -238,9 +238,11 @@ std::string noWeaponSpawn(const TextLine& line, GameFacts& facts) {
 
 std::string unknownNames(const ScriptReport& report) {
     constexpr std::size_t kMostShown = 3;
+    const bool inCode = report.mentioned.size() < report.names.size();
     std::string text;
     for (std::size_t i = 0; i < std::min(report.names.size(), kMostShown); ++i) {
-        text += (i == 0 ? "it asks for " : ", ") + quoteCode(report.names[i]);
+        text += i > 0 ? ", " : inCode ? "it asks for " : "only its comments and texts name ";
+        text += quoteCode(report.names[i]);
     }
     if (report.names.size() > kMostShown) {
         text += " and " + std::to_string(report.names.size() - kMostShown) + " more";

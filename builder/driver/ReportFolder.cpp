@@ -20,13 +20,14 @@ std::string nameOf(const std::filesystem::path& input, const ProjectScan& projec
 
 }  // namespace
 
-void writeReportFolder(const std::filesystem::path& input, const ProjectScan& project,
-                       const ProjectAnalysis& analysis, GameReader& game,
-                       const std::filesystem::path& folder, PageLinks links) {
+std::vector<MissingGroup> writeReportFolder(const std::filesystem::path& input,
+                                            const ProjectScan& project,
+                                            const ProjectAnalysis& analysis, GameReader& game,
+                                            const std::filesystem::path& folder, PageLinks links) {
     writeReports(project, analysis, folder);
     writeScriptCheck(analysis.scriptCheck, folder / "script-check.txt");
     writeMendedLines(game, folder / kMendedLinesName);
-    writeHtmlReport(project, analysis, game, folder, links, nameOf(input, project));
+    return writeHtmlReport(project, analysis, game, folder, links, nameOf(input, project));
 }
 
 }  // namespace tindrel

@@ -56,19 +56,35 @@ std::string tenths(Clock::duration duration) {
     return std::to_string(all / 10) + '.' + std::to_string(all % 10) + " s";
 }
 
-// Without line numbers, which an edit moves.
-using Findings = std::map<std::string, std::size_t>;
+// What is wrong at a place of the game, in the form of the summary: "[kind] file:line what".
+struct Finding {
+    std::string_view kind;
+    std::string file;
+    std::uint64_t line = 0;
+    std::string what;
+};
 
-std::string findingOf(const Issue& issue) {
-    return std::string(issue.file->display).append(1, ' ').append(issue.command) + " - " +
-           std::string(issue.message);
-}
-
-Findings findingsOf(const ProjectAnalysis& analysis) {
-    Findings findings;
-    for (const Issue& issue : analysis.issues) ++findings[findingOf(issue)];
+std::vector<Finding> findingsOf(const ProjectAnalysis& analysis,
+                                const std::vector<MissingGroup>& missing) {
+    std::vector<Finding> findings;
+    for (const Issue& issue : analysis.issues) {
+        std::string what = std::string(issue.command) + " - " + std::string(issue.message);
+        if (!issue.reason.empty()) what += " (" + std::string(issue.reason) + ')';
+        findings.push_back({compatStatusName(issue.status), std::string(issue.file->display),
+                            issue.line, std::move(what)});
+    }
+    for (const MissingGroup& group : missing) {
+        for (const MissingName& name : group.names) {
+            std::string what = name.text + " - " + std::string(group.title);
+            if (!name.meant.empty()) what += ", did you mean " + name.meant + '?';
+            findings.push_back({"MISSING", name.namedBy, name.line, std::move(what)});
+        }
+    }
     return findings;
 }
+
+// How often each is found; without line numbers, which an edit moves.
+using FindingCounts = std::map<std::pair<std::string, std::string>, std::size_t>;
 
 class Watch {
   public:
@@ -115,7 +131,7 @@ class Watch {
         } catch (const std::exception& error) {
             console_.err << "Falha ao processar o projeto: " << error.what() << '\n';
         }
-        if (code != kSuccess) say() << "the port stays as it was\n";
+        if (code != kSuccess) say() << "no new port\n";
         return code;
     }
 
@@ -140,24 +156,26 @@ class Watch {
         const ProjectAnalysis analysis = analyzeProject(scan, game);
         // Somebody may be playing the port meanwhile.
         generatePort(scan, analysis, game, order_.port, PortSettings::kKept);
-        writeReportFolder(order_.game, scan, analysis, game, order_.port / "reports",
-                          PageLinks::kPortAssets);
+        const std::vector<MissingGroup> missing = writeReportFolder(
+            order_.game, scan, analysis, game, order_.port / "reports", PageLinks::kPortAssets);
         say() << "converted: supported=" << analysis.supported << " partial=" << analysis.partial
               << " unsupported=" << analysis.unsupported << " unknown=" << analysis.unknown << '\n';
-        Findings before = std::exchange(findings_, findingsOf(analysis));
-        if (!first) sayNewFindings(analysis, std::move(before));
+        const std::vector<Finding> findings = findingsOf(analysis, missing);
+        if (!first) sayNewFindings(findings);
+        known_.clear();
+        for (const Finding& finding : findings) ++known_[{finding.file, finding.what}];
         return kSuccess;
     }
 
-    void sayNewFindings(const ProjectAnalysis& analysis, Findings before) {
+    void sayNewFindings(const std::vector<Finding>& findings) {
         std::size_t found = 0;
-        for (const Issue& issue : analysis.issues) {
-            if (std::size_t& known = before[findingOf(issue)]; known > 0) {
+        for (const Finding& finding : findings) {
+            if (std::size_t& known = known_[{finding.file, finding.what}]; known > 0) {
                 --known;
             } else if (found++ < kShownFindings) {
-                console_.out << '[' << compatStatusName(issue.status) << "] " << issue.file->display
-                             << ':' << issue.line << ' ' << issue.command << " - " << issue.message
-                             << '\n';
+                console_.out << '[' << finding.kind << "] " << finding.file;
+                if (finding.line > 0) console_.out << ':' << finding.line;
+                console_.out << ' ' << finding.what << '\n';
             }
         }
         if (found > kShownFindings) {
@@ -228,7 +246,7 @@ class Watch {
     fs::path watched_;
     TreeState state_;  // at the start of the last conversion
     std::chrono::milliseconds pause_{};
-    Findings findings_;  // of the last conversion
+    FindingCounts known_;  // of the last conversion
 };
 
 }  // namespace

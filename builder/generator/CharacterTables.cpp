@@ -14,6 +14,7 @@ namespace {
 
 using CharacterRow = Row<CharacterSpelling>;
 
+// Fixed: a new member that stands last in its record leaves them valid.
 constexpr std::string_view kFramePlaceholder =
     R"(  {"",1,0,0,false,{0,0,0,0},false,{0,0,0,0,0,0,0,0},false,{0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,-1,0},false,0.0f,-3,0,"","",0,0,0,{false,1,1,false,false,0,0,0,0,0,false},false,0.0f,"",""})";
 // Short of the schema; a model without animations is dropped long before it comes here.

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "FrameCapture.hpp"
 #include "SmokeRun.hpp"
@@ -28,6 +29,7 @@ struct RunSwitches {
     std::optional<std::string> autoplayReport;  // the file for what the bot meets
     bool help = false, version = false;         // tell, and end
     std::optional<std::string> start;           // where to look for the port, as it was given
+    std::vector<std::string> ignored;           // unknown, or without the value that they need
 };
 
 // A switch of the command line, once for reading it and for telling of it.
@@ -49,7 +51,7 @@ struct SwitchInfo {
 // Which builder made the port in that folder, and what it holds.
 [[nodiscard]] std::string versionText(const std::filesystem::path& root);
 
-// Arguments without the program's name, in any order; unknown options are ignored.
+// Arguments without the program's name, in any order.
 [[nodiscard]] RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase);
 
 // The folder of the running program, from the system or else from its name; never empty.

@@ -176,12 +176,14 @@ RunSwitches parseArguments(std::span<const std::string> arguments, bool foldCase
         const bool hasValue = end < argument.size();
         const std::string given = argument.substr(0, end);
         const std::string name = foldCase ? foldAscii(given) : given;
-        for (const SwitchInfo& known : switchTable()) {
-            const bool fits = known.value == SwitchInfo::Value::kOptional ||
-                              hasValue == (known.value == SwitchInfo::Value::kNeeded);
-            if (known.name == name && fits) {
-                known.apply(switches, std::string_view(argument).substr(hasValue ? end + 1 : end));
-            }
+        const auto known = std::ranges::find_if(switchTable(), [&](const SwitchInfo& info) {
+            return info.name == name && (info.value == SwitchInfo::Value::kOptional ||
+                                         hasValue == (info.value == SwitchInfo::Value::kNeeded));
+        });
+        if (known == switchTable().end()) {
+            switches.ignored.push_back(argument);
+        } else {
+            known->apply(switches, std::string_view(argument).substr(hasValue ? end + 1 : end));
         }
     }
     switches.smokeFrames = SmokeRun::frames(switches.smokeFrames);
@@ -289,6 +291,9 @@ int runPort(int argc, const char* const* argv) {
     if (switches.help || switches.version) {
         platform::tell("OpenBOR-Port", switches.help ? helpText() : versionText(root));
         return 0;
+    }
+    for (const std::string& argument : switches.ignored) {
+        std::cerr << "ignored: " << argument << " (OpenBOR-Port --help)\n";
     }
     platform::gAutomatedRun =
         switches.diagnose || switches.smoke || switches.replay || switches.autoplay;

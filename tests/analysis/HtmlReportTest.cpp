@@ -82,7 +82,7 @@ TEST_F(HtmlReportTest, AnObstacleSaysWhoMeetsIt) {
     for (const char* sentence :
          {"<p>2 characters, 1 stage and 1 other file have <code>wobble</code> lines that are not "
           "known.</p>",
-          "<p>1 stage has a <code>wibble</code> line that is not known.</p>"}) {
+          "<p>1 stage has one <code>wibble</code> line that is not known.</p>"}) {
         EXPECT_NE(commands.find(sentence), std::string::npos) << commands;
     }
 }

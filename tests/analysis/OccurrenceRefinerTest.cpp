@@ -221,6 +221,8 @@ TEST_F(OccurrenceRefinerLines, NamesThatLeadNowhereAreNotRaised) {
         {"nocost 1", "a.txt", "only `models.txt` sets it"},
         {"nocost 1", "models.txt", ""},
         {"nocost a", "models.txt", "`nocost a` has none of these forms"},
+        {"@script\nlog(\"odd()\");\n@end_script", "a.txt",
+         "only its comments and texts name `odd`"},
     };
     for (const auto& [line, file, why] : cases) EXPECT_EQ(reason(line, file), why) << line;
 }

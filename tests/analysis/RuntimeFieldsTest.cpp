@@ -17,6 +17,7 @@
 #include "analysis/CommandRegistry.hpp"
 #include "analysis/OccurrenceRefiner.hpp"
 #include "generator/SharedFields.hpp"
+#include "reader/ModelKeywords.hpp"
 #include "reader/ModelReader.hpp"
 #include "reader/StageReader.hpp"
 
@@ -153,6 +154,32 @@ TEST(RuntimeFields, WhatIsCalledSupportedIsRead) {
     EXPECT_GT(commands, 100U);
     for (const auto& [field, reason] : kUnread) {
         EXPECT_TRUE(unread.contains(field)) << field << " is read by now: " << reason;
+    }
+}
+
+// The fixed list of judged commands has no row for these, by how they begin.
+constexpr std::string_view kUnjudged[] = {"child_follow_range_",
+                                          "child_follow_recall_",
+                                          "projectile_velocity_",
+                                          "attack.damage.",
+                                          "attack.position.",
+                                          "attack.size.",
+                                          "attack.reaction.fall.force",
+                                          "bbox.",
+                                          "tag"};
+
+TEST(RuntimeFields, WhatModelsMayHoldIsJudged) {
+    for (const auto& keywords :
+         {propertyKeywords(), animationKeywords(), frameKeywords(), boxFieldKeywords()}) {
+        EXPECT_FALSE(keywords.empty());
+        for (const ModelKeyword& keyword : keywords) {
+            for (const std::string_view name : keyword.names) {
+                const bool isJudged = lookupCommand(name).status != CompatStatus::kUnknown;
+                const bool isExempt = std::ranges::any_of(
+                    kUnjudged, [&](std::string_view start) { return name.starts_with(start); });
+                EXPECT_TRUE(name.empty() || isJudged != isExempt) << name;
+            }
+        }
     }
 }
 

@@ -60,13 +60,18 @@ TEST_F(WatchTest, ConvertsAndCompilesWhatChanged) {
                                 tools_.log("");
                                 folder_.write("port/config/graphics.ini", "a player's own");
                                 folder_.write("game/data/levels/one.txt",
-                                              "spawn Hero\ncoords 99 200\nat 0\nnosuchword 1\n");
+                                              "spawn Hero\ncoords 99 200\nat 0\nnosuchword 1\n"
+                                              "spawn Heroe\ncoords 1 200\nat 0\n");
                             },
                             [&] { folder_.write("game/notes.txt", "no part of the data"); }});
     EXPECT_EQ(code, 0) << err_.str();
     EXPECT_EQ(err_.str(), "");
     EXPECT_TRUE(said("changed: levels/one.txt\n")) << out_.str();
     EXPECT_TRUE(said("\n[UNKNOWN] data/levels/one.txt:4 nosuchword - ")) << out_.str();
+    EXPECT_TRUE(
+        said("\n[MISSING] data/levels/one.txt:5 Heroe - Spawned names that no model has, did "
+             "you mean Hero?\n"))
+        << out_.str();
     EXPECT_NE(folder_.read("port/runtime/generated/GeneratedStages.cpp").find(",99,"),
               std::string::npos);
     EXPECT_EQ(fs::last_write_time(characters), before);
@@ -97,11 +102,11 @@ TEST_F(WatchTest, GoesOnWhenGameOrCompilerFail) {
                    fs::rename(folder_.path() / "elsewhere", folder_.path() / "game/data");
                }});
     EXPECT_EQ(code, 0);
-    EXPECT_TRUE(said("the port stays as it was\n")) << out_.str();
+    EXPECT_TRUE(said("no new port\n")) << out_.str();
     EXPECT_NE(err_.str().find("Err"), std::string::npos) << "the game was gone";
     const std::string text = out_.str();
     EXPECT_NE(text.rfind("the port is up to date after "), std::string::npos);
-    EXPECT_GT(text.rfind("the port is up to date after "), text.rfind("stays as it was")) << text;
+    EXPECT_GT(text.rfind("the port is up to date after "), text.rfind("no new port")) << text;
 }
 
 TEST_F(WatchTest, StartsThePortAgainAfterEachBuild) {

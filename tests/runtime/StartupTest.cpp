@@ -40,6 +40,9 @@ TEST(Arguments, AreReadInAnyOrder) {
     EXPECT_EQ(parse({""}).start, "");
 
     EXPECT_FALSE(parse({"--Diagnose"}).diagnose);
+    const std::vector<std::string> ignored = {"--dignose", "--record", "--help=x"};
+    EXPECT_EQ(parse({"--dignose", "--record", "--autoplay", "--help=x", "folder"}).ignored,
+              ignored);
     EXPECT_TRUE(parse({"--DIAGNOSE"}, true).diagnose);
     EXPECT_EQ(parse({"--Smoke-Frames=90", "Port"}, true).smokeFrames, 90);
     EXPECT_EQ(parse({"--Smoke-Frames=90", "Port"}, true).start, "Port") << "paths keep their case";
