@@ -71,7 +71,7 @@ class HtmlReport {
         judged_ = judged(loaded_);
     }
 
-    std::vector<MissingGroup> write(const std::string& name) {
+    void write(const std::string& name) {
         out_
             << "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
@@ -101,7 +101,6 @@ class HtmlReport {
                 "animation-command-audit.txt</a>, <a href=\"analysis.json\">analysis.json</a>."
                 "</footer>\n</main>\n</div>\n</body>\n</html>\n";
         out_.close();
-        return std::move(missing_);
     }
 
   private:
@@ -348,11 +347,9 @@ class HtmlReport {
 
 }  // namespace
 
-std::vector<MissingGroup> writeHtmlReport(const ProjectScan& project,
-                                          const ProjectAnalysis& analysis, GameReader& game,
-                                          const fs::path& reportsFolder, PageLinks pageLinks,
-                                          const std::string& title) {
-    return HtmlReport(project, analysis, game, reportsFolder, pageLinks).write(escapeHtml(title));
+void writeHtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
+                     const fs::path& reportsFolder, PageLinks pageLinks, const std::string& title) {
+    HtmlReport(project, analysis, game, reportsFolder, pageLinks).write(escapeHtml(title));
 }
 
 }  // namespace tindrel

@@ -4,9 +4,7 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
-#include "analysis/MissingFiles.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "reader/GameReader.hpp"
 #include "reader/ProjectScan.hpp"
@@ -18,10 +16,9 @@ namespace tindrel {
 enum class PageLinks { kPortAssets, kDataFolder, kNone };
 
 // Writes index.html, one page without scripts, into `reportsFolder`, which must exist. `title` is
-// what the game came in as. Gives what the page tells missing. Throws ("write") for a full disk.
-std::vector<MissingGroup> writeHtmlReport(const ProjectScan& project,
-                                          const ProjectAnalysis& analysis, GameReader& game,
-                                          const std::filesystem::path& reportsFolder,
-                                          PageLinks pageLinks, const std::string& title);
+// what the game came in as. Throws ("write") for a full disk.
+void writeHtmlReport(const ProjectScan& project, const ProjectAnalysis& analysis, GameReader& game,
+                     const std::filesystem::path& reportsFolder, PageLinks pageLinks,
+                     const std::string& title);
 
 }  // namespace tindrel

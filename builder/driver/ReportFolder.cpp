@@ -20,14 +20,13 @@ std::string nameOf(const std::filesystem::path& input, const ProjectScan& projec
 
 }  // namespace
 
-std::vector<MissingGroup> writeReportFolder(const std::filesystem::path& input,
-                                            const ProjectScan& project,
-                                            const ProjectAnalysis& analysis, GameReader& game,
-                                            const std::filesystem::path& folder, PageLinks links) {
+void writeReportFolder(const std::filesystem::path& input, const ProjectScan& project,
+                       const ProjectAnalysis& analysis, GameReader& game,
+                       const std::filesystem::path& folder, PageLinks links) {
     writeReports(project, analysis, folder);
     writeScriptCheck(analysis.scriptCheck, folder / "script-check.txt");
     writeMendedLines(game, folder / kMendedLinesName);
-    return writeHtmlReport(project, analysis, game, folder, links, nameOf(input, project));
+    writeHtmlReport(project, analysis, game, folder, links, nameOf(input, project));
 }
 
 }  // namespace tindrel

@@ -3,7 +3,6 @@
 // Everything that a person reads of an analysis, in one folder.
 
 #include <filesystem>
-#include <vector>
 
 #include "analysis/HtmlReport.hpp"
 #include "analysis/ProjectAnalysis.hpp"
@@ -13,12 +12,11 @@
 
 namespace tindrel {
 
-// The report files and the page of pictures, which is called after `input`. Gives what the page
-// tells missing. Throws ("create_directories", "write").
-std::vector<MissingGroup> writeReportFolder(const std::filesystem::path& input,
-                                            const ProjectScan& project,
-                                            const ProjectAnalysis& analysis, GameReader& game,
-                                            const std::filesystem::path& folder, PageLinks links);
+// The report files and the page of pictures, which is called after `input`. Throws
+// ("create_directories", "write").
+void writeReportFolder(const std::filesystem::path& input, const ProjectScan& project,
+                       const ProjectAnalysis& analysis, GameReader& game,
+                       const std::filesystem::path& folder, PageLinks links);
 
 // The links of a page that is written outside a port.
 [[nodiscard]] inline PageLinks pageLinks(const PreparedInput& prepared) {

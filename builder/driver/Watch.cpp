@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/AssetFinder.hpp"
+#include "analysis/MissingFiles.hpp"
 #include "analysis/ProjectAnalysis.hpp"
 #include "driver/ReportFolder.hpp"
 #include "generator/PortTree.hpp"
@@ -156,11 +158,13 @@ class Watch {
         const ProjectAnalysis analysis = analyzeProject(scan, game);
         // Somebody may be playing the port meanwhile.
         generatePort(scan, analysis, game, order_.port, PortSettings::kKept);
-        const std::vector<MissingGroup> missing = writeReportFolder(
-            order_.game, scan, analysis, game, order_.port / "reports", PageLinks::kPortAssets);
+        writeReportFolder(order_.game, scan, analysis, game, order_.port / "reports",
+                          PageLinks::kPortAssets);
         say() << "converted: supported=" << analysis.supported << " partial=" << analysis.partial
               << " unsupported=" << analysis.unsupported << " unknown=" << analysis.unknown << '\n';
-        const std::vector<Finding> findings = findingsOf(analysis, missing);
+        AssetFinder assets(scan, game);
+        const std::vector<Finding> findings =
+            findingsOf(analysis, findMissingFiles(game, assets, analysis));
         if (!first) sayNewFindings(findings);
         known_.clear();
         for (const Finding& finding : findings) ++known_[{finding.file, finding.what}];
