@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <map>
-#include <ranges>
 #include <set>
 #include <unordered_map>
 #include <utility>
@@ -115,8 +114,10 @@ class MissingFileSearch {
         for (MissingName& name : group.names) {
             const std::string written = toLower(name.text);
             ClosestWord closest(written);
-            for (const auto& model : modelNames_ | std::views::take(kMaxOfferedModels)) {
-                closest.offer(model.first);
+            std::size_t offered = 0;
+            for (const auto& [lowered, model] : modelNames_) {
+                if (offered++ == kMaxOfferedModels) break;
+                closest.offer(lowered);
             }
             if (!closest.found().empty()) name.meant = modelNames_.find(closest.found())->second;
         }
