@@ -72,14 +72,10 @@ std::vector<SourceBlock> cut(std::string_view text) {
 }  // namespace
 
 ScriptSource::ScriptSource(fs::path file)
-    : path(std::move(file)),
-      name(PathEncoding::utf8(path)),
-      folder(PathEncoding::utf8(path.parent_path())),
-      readable(false) {}
+    : path(std::move(file)), folder(PathEncoding::utf8(path.parent_path())), readable(false) {}
 
 ScriptSource::ScriptSource(fs::path file, std::string text)
     : path(std::move(file)),
-      name(PathEncoding::utf8(path)),
       folder(PathEncoding::utf8(path.parent_path())),
       readable(true),
       text_(closedLines(std::move(text))) {

@@ -58,8 +58,7 @@ class ScriptSource {
     ScriptSource& operator=(ScriptSource&&) = delete;
 
     const std::filesystem::path path;
-    const std::string name;    // the same in UTF-8
-    const std::string folder;  // its folder, in UTF-8
+    const std::string folder;  // of the file, in UTF-8
     const bool readable;
     std::vector<SourceBlock> blocks;
 
